@@ -1,0 +1,105 @@
+include_guard(GLOBAL)
+include(GenerateExportHeader)
+
+find_program(VELL_CCACHE ccache)
+if(VELL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${VELL_CCACHE}")
+endif()
+
+# One folder for all programs and DLLs, so that Windows finds the libraries beside the programs.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+
+# Settings every target of this project gets. Warnings are errors only where a preset sets
+# CMAKE_COMPILE_WARNING_AS_ERROR, so that a packager with another compiler is never stopped.
+function(vell_set_common_options target)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set_target_properties(${target} PROPERTIES
+        AUTOMOC ON
+        CXX_EXTENSIONS OFF
+        POSITION_INDEPENDENT_CODE ON
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+        -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wundef)
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+        QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+        QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS
+        QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
+endfunction()
+
+# vell_install_headers(<destination> <header>...)
+# Keeps the folder of each header below <destination>, so that include lines are the same in the
+# tree and once installed.
+function(vell_install_headers destination)
+    foreach(header IN LISTS ARGN)
+        get_filename_component(folder "${header}" DIRECTORY)
+        install(FILES "${header}" DESTINATION "${destination}/${folder}" COMPONENT Development)
+    endforeach()
+endfunction()
+
+# vell_add_platform_library(<name> EXPORT_NAME <name> SOURCES ... PUBLIC_HEADERS ... LINK ...)
+# One of the imported libraries, as a shared library of its own that knows nothing of the rest.
+function(vell_add_platform_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_NAME" "SOURCES;PUBLIC_HEADERS;LINK;LINK_PRIVATE")
+    add_library(${name} SHARED ${arg_SOURCES} ${arg_PUBLIC_HEADERS})
+    add_library(Vell::${arg_EXPORT_NAME} ALIAS ${name})
+    vell_set_common_options(${name})
+    string(TOLOWER ${name} lower)
+    set(exportHeader "${PROJECT_BINARY_DIR}/platform/${name}/${lower}_export.h")
+    generate_export_header(${name} EXPORT_FILE_NAME "${exportHeader}")
+    set_target_properties(${name} PROPERTIES
+        EXPORT_NAME ${arg_EXPORT_NAME}
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_include_directories(${name} PUBLIC
+        "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform>"
+        "$<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/platform>"
+        "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/VellPlatform>")
+    target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE ${arg_LINK_PRIVATE})
+    vell_install_headers("${CMAKE_INSTALL_INCLUDEDIR}/VellPlatform/${name}" ${arg_PUBLIC_HEADERS})
+    install(FILES "${exportHeader}"
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/VellPlatform/${name}" COMPONENT Development)
+    install(TARGETS ${name} EXPORT VellDocumentDataTargets)
+    list(TRANSFORM arg_PUBLIC_HEADERS PREPEND "${name}/")
+    set_property(GLOBAL APPEND PROPERTY VELL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
+endfunction()
+
+# vell_add_module(<name> SOURCES ... PUBLIC_HEADERS ... LINK ...)
+# One source folder of the library, as an OBJECT library of its own: the folder can use only what
+# it links, so the build checks the direction of the dependencies, and the tests can link the
+# hidden internals. src/CMakeLists.txt collects the objects in the shared library.
+function(vell_add_module name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PUBLIC_HEADERS;LINK")
+    add_library(${name} OBJECT ${arg_SOURCES} ${arg_PUBLIC_HEADERS})
+    vell_set_common_options(${name})
+    # Also for the tests that link the objects themselves.
+    target_compile_definitions(${name} PUBLIC VellDocumentData_EXPORTS)
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src" "${PROJECT_BINARY_DIR}/src")
+    target_link_libraries(${name} PUBLIC ${arg_LINK})
+
+    get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    vell_install_headers("${CMAKE_INSTALL_INCLUDEDIR}/VellDocumentData/${folder}" ${arg_PUBLIC_HEADERS})
+    list(TRANSFORM arg_PUBLIC_HEADERS PREPEND "${folder}/")
+    set_property(GLOBAL APPEND PROPERTY VELL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
+endfunction()
+
+# vell_add_test(tst_<subject> [SOURCES ...] [LINK ...] [TIMEOUT seconds] [LABELS ...])
+# The program of tst_<subject>.cpp in this folder, as the test <folder>/tst_<subject>.
+function(vell_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINK;LABELS")
+    get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    add_executable(${name} ${name}.cpp ${arg_SOURCES})
+    vell_set_common_options(${name})
+    target_link_libraries(${name} PRIVATE vell_test_support ${arg_LINK} Qt5::Test)
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_test(NAME ${folder}/${name} COMMAND ${name})
+    set_tests_properties(${folder}/${name} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT}
+        LABELS "${arg_LABELS}"
+        ENVIRONMENT "${VELL_TEST_ENVIRONMENT}")
+endfunction()

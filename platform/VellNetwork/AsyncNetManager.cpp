@@ -1,0 +1,80 @@
+#include <VellNetwork/AsyncNetManager.h>
+
+#include "ReplyWatch.h"
+#include "Transport.h"
+
+#include <QHttpMultiPart>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <utility>
+
+AsyncNetManager::AsyncNetManager(QObject *parent) : QObject(parent)
+{
+    qRegisterMetaType<QNetworkReply::NetworkError>();
+}
+
+AsyncNetManager::~AsyncNetManager()
+{
+    pause();
+}
+
+void AsyncNetManager::get(const QString &url)
+{
+    watch(Transport::ofThisThread().send(Transport::Verb::Get, url));
+}
+
+void AsyncNetManager::post(const QString &url, QHttpMultiPart *body)
+{
+    watch(Transport::ofThisThread().post(url, body));
+}
+
+void AsyncNetManager::post(const QString &url, QJsonObject &body)
+{
+    watch(Transport::ofThisThread().send(Transport::Verb::Post, url, QJsonDocument(body)));
+}
+
+void AsyncNetManager::put(const QString &url, QJsonObject &body)
+{
+    watch(Transport::ofThisThread().send(Transport::Verb::Put, url, QJsonDocument(body)));
+}
+
+void AsyncNetManager::pause()
+{
+    const QList<QPointer<QNetworkReply>> replies = std::exchange(m_replies, {});
+    for (const QPointer<QNetworkReply> &reply : replies) {
+        if (!reply)
+            continue;
+        // First, because abort() emits finished().
+        reply->disconnect(this);
+        reply->abort();
+        reply->deleteLater();
+    }
+}
+
+void AsyncNetManager::watch(QNetworkReply *reply)
+{
+    m_replies.append(reply);
+    connect(reply, &QNetworkReply::uploadProgress, this,
+            [this](qint64 bytesSent, qint64 bytesTotal) {
+                // Qt reports 0 of 0 when a request has ended.
+                if (bytesTotal != 0)
+                    Q_EMIT uploadProgress(bytesSent, bytesTotal);
+            });
+    connect(reply, &QNetworkReply::finished, this, [this, reply] { finish(reply); });
+}
+
+void AsyncNetManager::finish(QNetworkReply *reply)
+{
+    m_replies.removeOne(reply);
+    reply->deleteLater();
+    const QNetworkReply::NetworkError code = replyError(reply);
+    if (code == QNetworkReply::NoError) {
+        Q_EMIT netComplete(reply->readAll());
+        return;
+    }
+    const QPointer<AsyncNetManager> self(this);
+    Q_EMIT error(code);
+    if (self)
+        Q_EMIT error(int(code));
+}

@@ -1,0 +1,106 @@
+#include <VellNetwork/NetworkEventLoop.h>
+
+#include "ReplyWatch.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+NetworkEventLoop::NetworkEventLoop(QNetworkReply *reply, QObject *parent)
+    : QEventLoop(parent), m_reply(reply)
+{
+    if (!reply)
+        return;
+    connect(reply, &QNetworkReply::uploadProgress, this, &NetworkEventLoop::uploadProgress);
+    connect(reply, &QNetworkReply::finished, this, &NetworkEventLoop::finish);
+    connect(reply, &QObject::destroyed, this, &NetworkEventLoop::finish);
+}
+
+NetworkEventLoop::~NetworkEventLoop()
+{
+    if (!m_reply)
+        return;
+    m_reply->disconnect(this);
+    if (m_wait == Wait::Returned) {
+        // At once: in a slot that makes a thousand requests nothing posted is deleted before it returns.
+        delete m_reply;
+        return;
+    }
+    // This may be a slot of the reply.
+    m_reply->abort();
+    m_reply->deleteLater();
+}
+
+int NetworkEventLoop::exec(ProcessEventsFlags flags)
+{
+    if (isFinished()) {
+        finish();
+        return 0;
+    }
+    m_wait = Wait::Running;
+    const int code = QEventLoop::exec(flags);
+    m_wait = m_wait == Wait::Ended ? Wait::Returned : Wait::None;
+    return code;
+}
+
+bool NetworkEventLoop::isFinished() const
+{
+    return !m_reply || m_reply->isFinished();
+}
+
+bool NetworkEventLoop::isSuccessful() const
+{
+    return isFinished() && error() == QNetworkReply::NoError;
+}
+
+QNetworkReply::NetworkError NetworkEventLoop::error() const
+{
+    if (!m_reply)
+        return QNetworkReply::UnknownNetworkError;
+    return m_reply->isFinished() ? replyError(m_reply) : QNetworkReply::NoError;
+}
+
+int NetworkEventLoop::httpStatus() const
+{
+    return m_reply ? replyStatus(m_reply) : 0;
+}
+
+QByteArray NetworkEventLoop::content() const
+{
+    // An aborted reply is closed, and reading it would print a warning.
+    if (m_reply && m_reply->isFinished() && m_reply->isOpen())
+        m_content += m_reply->readAll();
+    return m_content;
+}
+
+QJsonObject NetworkEventLoop::object() const
+{
+    return QJsonDocument::fromJson(content()).object();
+}
+
+QList<QJsonObject> NetworkEventLoop::objectList() const
+{
+    QList<QJsonObject> objects;
+    const QJsonArray elements = QJsonDocument::fromJson(content()).array();
+    for (const QJsonValue &element : elements) {
+        if (element.isObject())
+            objects.append(element.toObject());
+    }
+    return objects;
+}
+
+void NetworkEventLoop::finish()
+{
+    if (m_reported)
+        return;
+    m_reported = true;
+    if (m_wait == Wait::Running)
+        m_wait = Wait::Ended;
+    // Some replies are born finished, and their owner may go on before their own signal has come.
+    if (ReplyWatch *watch = m_reply ? ReplyWatch::of(m_reply) : nullptr)
+        watch->conclude();
+    const QPointer<NetworkEventLoop> self(this);
+    if (!isSuccessful())
+        Q_EMIT errorEmit(int(error()));
+    if (self)
+        exit();
+}

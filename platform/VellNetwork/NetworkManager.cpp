@@ -1,0 +1,43 @@
+#include <VellNetwork/NetworkManager.h>
+
+#include "Transport.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+NetworkManager::NetworkManager()
+{
+    qRegisterMetaType<NetworkFailure>();
+}
+
+NetworkManager *NetworkManager::instance()
+{
+    static NetworkManager manager;
+    return &manager;
+}
+
+QNetworkReply *NetworkManager::get(const QString &url)
+{
+    return Transport::ofThisThread().send(Transport::Verb::Get, url);
+}
+
+QNetworkReply *NetworkManager::postJson(const QString &url, const QJsonObject &body)
+{
+    return Transport::ofThisThread().send(Transport::Verb::Post, url, QJsonDocument(body));
+}
+
+QNetworkReply *NetworkManager::putJson(const QString &url, const QJsonObject &body)
+{
+    return Transport::ofThisThread().send(Transport::Verb::Put, url, QJsonDocument(body));
+}
+
+QNetworkReply *NetworkManager::putJson(const QString &url, const QJsonArray &body)
+{
+    return Transport::ofThisThread().send(Transport::Verb::Put, url, QJsonDocument(body));
+}
+
+QNetworkReply *NetworkManager::deleteResource(const QString &url)
+{
+    return Transport::ofThisThread().send(Transport::Verb::Delete, url);
+}

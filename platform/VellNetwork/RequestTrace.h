@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QNetworkReply>
+#include <QString>
+#include <QUrl>
+
+//! \brief The line that the logging category `vell.network` prints for a request that has ended.
+struct RequestTrace
+{
+    const QNetworkReply *reply = nullptr;
+    QNetworkReply::NetworkError error = QNetworkReply::NoError;
+    qint64 sentBytes = 0;
+    qint64 milliseconds = 0;
+
+    //! Prints verb, address, status or error, bytes and time; nothing while the category is off.
+    void write() const;
+};

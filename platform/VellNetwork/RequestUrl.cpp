@@ -1,0 +1,104 @@
+#include "RequestUrl.h"
+
+#include <QByteArray>
+#include <QStringView>
+#include <QVector>
+
+namespace {
+
+QString encoded(QStringView text, const QByteArray &keep)
+{
+    return QString::fromLatin1(QUrl::toPercentEncoding(text.toString(), keep));
+}
+
+// QUrl decodes "%2E" and resolves such segments when the request is written, so that no spelling of
+// them reaches the service: DELETE "documents/.." would address something else.
+bool hasDotSegment(QStringView path)
+{
+    const auto segments = path.split(QLatin1Char('/'));
+    return segments.contains(QStringView(u".")) || segments.contains(QStringView(u".."));
+}
+
+// Where the JSON object that opens at start ends, behind its brace; -1 when it never does.
+qsizetype endOfObject(QStringView text, qsizetype start)
+{
+    int depth = 0;
+    bool inString = false;
+    for (qsizetype i = start; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (inString) {
+            if (c == QLatin1Char('\\'))
+                ++i;
+            else if (c == QLatin1Char('"'))
+                inString = false;
+        } else if (c == QLatin1Char('"')) {
+            inString = true;
+        } else if (c == QLatin1Char('{')) {
+            ++depth;
+        } else if (c == QLatin1Char('}') && --depth == 0) {
+            return i + 1;
+        }
+    }
+    return -1;
+}
+
+QString encodedQuery(QStringView query)
+{
+    const QStringView marker(u"where={");
+    QString result;
+    bool objectsEnd = true;
+    for (qsizetype start = 0; start < query.size();) {
+        qsizetype end = -1;
+        if (objectsEnd && query.mid(start).startsWith(marker)) {
+            const qsizetype brace = start + marker.size() - 1;
+            end = endOfObject(query, brace);
+            // What ran to the end of the text once would do so again for each later object.
+            objectsEnd = end >= 0;
+            if (objectsEnd) {
+                result += encoded(query.mid(start, brace - start), "=");
+                result += encoded(query.mid(brace, end - brace), {});
+                start = end;
+            }
+        }
+        end = query.indexOf(QLatin1Char('&'), start);
+        end = end < 0 ? query.size() : end + 1;
+        result += encoded(query.mid(start, end - start), "&=");
+        start = end;
+    }
+    return result;
+}
+
+int endOfAuthority(const QString &text, int start)
+{
+    for (int i = start; i < text.size(); ++i) {
+        if (text.at(i) == QLatin1Char('/') || text.at(i) == QLatin1Char('?'))
+            return i;
+    }
+    return text.size();
+}
+
+} // namespace
+
+QUrl requestUrl(const QString &text)
+{
+    const int colon = text.indexOf(QLatin1String("://"));
+    const QString scheme = text.left(qMax(colon, 0)).toLower();
+    if (scheme != QLatin1String("http") && scheme != QLatin1String("https"))
+        return {};
+
+    const int end = endOfAuthority(text, colon + 3);
+    QUrl url(text.left(end));
+    // A "#" in front of the path is data in a place that cannot hold any.
+    if (!url.isValid() || url.host().isEmpty() || url.hasFragment())
+        return {};
+
+    const QStringView rest = QStringView(text).mid(end);
+    const qsizetype mark = rest.indexOf(QLatin1Char('?'));
+    const QStringView path = mark < 0 ? rest : rest.left(mark);
+    if (hasDotSegment(path))
+        return {};
+    url.setPath(encoded(path, "/"), QUrl::StrictMode);
+    if (mark >= 0)
+        url.setQuery(encodedQuery(rest.mid(mark + 1)), QUrl::StrictMode);
+    return url;
+}

@@ -1,0 +1,23 @@
+#include <VellNetwork/VellBaseApi.h>
+
+#include <QMutexLocker>
+
+VellBaseApi &VellBaseApi::GetInstance()
+{
+    static VellBaseApi instance;
+    return instance;
+}
+
+QString VellBaseApi::getBaseApi() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_baseApi;
+}
+
+void VellBaseApi::setBaseApi(const QString &baseApi)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_baseApi = baseApi;
+    if (!m_baseApi.isEmpty() && !m_baseApi.endsWith(QLatin1Char('/')))
+        m_baseApi += QLatin1Char('/');
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <VellSoftBase/vellsoftbase_export.h>
+
+#include <QString>
+
+//! \brief The client's settings, as far as the data layer asks for them.
+//!
+//! For use on the user-interface thread.
+class VELLSOFTBASE_EXPORT VellSettings
+{
+public:
+    //! The folder for temporary PDF files, neither created nor checked here; "pdf" below the
+    //! user's folder for temporary files until it is set.
+    QString pdfFileTempPath() const;
+    void setPdfFileTempPath(const QString &path);
+
+private:
+    QString m_pdfFileTempPath;
+};
+
+//! The one settings object of the process; never null, never to be deleted.
+VELLSOFTBASE_EXPORT VellSettings *GetSettings();

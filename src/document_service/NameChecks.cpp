@@ -1,0 +1,104 @@
+#include <document_service/VellDocService.h>
+#include <document_service/VellDocumentData.h>
+
+#include <VellSoftBase/VellSoftCache.h>
+
+#include <QHash>
+#include <QRegularExpression>
+
+namespace {
+
+const QLatin1String FileType("file");
+
+//! The files of one folder and category in \a cache, name to identifier; of several with one name the
+//! first.
+QHash<QString, QString> fileIdsByName(const QMap<QString, VellDocument> &cache,
+                                      const QString &parentId, const QString &category)
+{
+    QHash<QString, QString> ids;
+    for (const VellDocument &document : cache) {
+        if (document.type == FileType && document.parentId == parentId
+            && document.category == category && !ids.contains(document.name))
+            ids.insert(document.name, document._id);
+    }
+    return ids;
+}
+
+//! \a name, which ends with \a suffix, with its last "(digits)" replaced by \a mark; with the mark
+//! between \a base and suffix where there is none.
+QString markedName(const QString &name, const QString &base, const QString &suffix,
+                   const QString &mark)
+{
+    static const QRegularExpression lastMark(QStringLiteral("\\([0-9]*\\)"));
+
+    QString stem = name.chopped(suffix.size());
+    QRegularExpressionMatch match;
+    const int position = stem.lastIndexOf(lastMark, -1, &match);
+    if (position < 0)
+        return base + mark + suffix;
+    return stem.replace(position, match.capturedLength(), mark) + suffix;
+}
+
+} // namespace
+
+bool VellDocumentData::isDocNameExist(const QString &parentId, const QString &name,
+                                      const QString &category)
+{
+    VellDocumentConditon condition;
+    condition.parentId = parentId;
+    condition.name = name;
+    condition.category = category;
+    condition.projectId = GetSoftCache()->currentProjectId();
+    condition.selectName = true;
+    QList<VellDocument> documents;
+    VellDocService::getDocuments(condition, documents);
+    return !documents.isEmpty();
+}
+
+bool VellDocumentData::getDocumentIdByName(VellDocumentConditon &cond, QString &id)
+{
+    cond.projectId = GetSoftCache()->currentProjectId();
+    cond.selectName = true;
+    QList<VellDocument> documents;
+    // Through the facade, which stores nothing of a names-only query.
+    getDocuments(cond, documents);
+    if (documents.isEmpty())
+        return false;
+    id = documents.first()._id;
+    return true;
+}
+
+QString VellDocumentData::getValidDocName(const QString &parentId, const QString &name,
+                                          QString &existingId, const QString &category,
+                                          const QStringList &reservedNames)
+{
+    const QHash<QString, QString> cachedIds = fileIdsByName(docCache, parentId, category);
+    QString blockingId; // of the latest conflict with a document
+    const auto isTaken = [&](const QString &candidate) {
+        if (reservedNames.contains(candidate))
+            return true;
+        const auto cached = cachedIds.constFind(candidate);
+        if (cached != cachedIds.cend()) {
+            blockingId = *cached;
+            return true;
+        }
+        VellDocumentConditon condition;
+        condition.parentId = parentId;
+        condition.name = candidate;
+        condition.type = FileType;
+        condition.category = category;
+        return getDocumentIdByName(condition, blockingId);
+    };
+
+    const int dot = name.lastIndexOf(QLatin1Char('.'));
+    const QString suffix = dot < 0 ? QString() : name.mid(dot);
+    const QString base = name.chopped(suffix.size());
+    QString result = name;
+    // Counts from 2 whatever number the name bears already.
+    for (int counter = 2; isTaken(result); ++counter) {
+        if (existingId.isEmpty())
+            existingId = blockingId;
+        result = markedName(result, base, suffix, QStringLiteral("(%1)").arg(counter));
+    }
+    return result;
+}

@@ -1,0 +1,138 @@
+#include <file_types/FileTypes.h>
+
+#include <document_model/DocumentConstants.h>
+#include <document_model/VellDocument.h>
+
+#include <QFileInfo>
+#include <QImageReader>
+#include <QObject>
+
+QString VellPubDoc::getFileType(const QString &suffix)
+{
+    // OFFICE_SUFFIXES lacks the text and the sheet suffixes, and clients rely on it as it is.
+    static const QStringList documentSuffixes{SUFFIX_TXT, SUFFIX_XLSX, SUFFIX_XLS,
+                                              SUFFIX_DOC, SUFFIX_DOCX, SUFFIX_DOT,
+                                              SUFFIX_PDF, SUFFIX_PPT,  SUFFIX_PPTX};
+    struct Row
+    {
+        const QStringList &suffixes;
+        const QString &category;
+    };
+    static constexpr Row Rows[] = {
+        {IMAGE_SUFFIXES, FILE_TYPE_IMAGE},
+        {documentSuffixes, FILE_TYPE_OFFICE},
+        {DRAWING_SUFFIXES, FILE_TYPE_DWG},
+        {MEDIA_SUFFIXES, FILE_TYPE_VIDEO}, // sound too: the category's name covers both
+    };
+    for (const Row &row : Rows) {
+        if (row.suffixes.contains(suffix, Qt::CaseInsensitive))
+            return row.category;
+    }
+    return FILE_TYPE_OTHER;
+}
+
+QString VellPubDoc::getFileTypeName(const QString &category)
+{
+    struct Row
+    {
+        const QString &category;
+        const char *name;
+    };
+    static constexpr Row Rows[] = {
+        {FILE_TYPE_DWG, QT_TRANSLATE_NOOP("QObject", "图纸")},
+        {FILE_TYPE_IMAGE, QT_TRANSLATE_NOOP("QObject", "图片")},
+        {FILE_TYPE_OFFICE, QT_TRANSLATE_NOOP("QObject", "文档")},
+        {FILE_TYPE_VIDEO, QT_TRANSLATE_NOOP("QObject", "音/视频")},
+    };
+    for (const Row &row : Rows) {
+        if (row.category == category)
+            return QObject::tr(row.name);
+    }
+    return QObject::tr("其他");
+}
+
+QString VellPubDoc::getFileTypeIconPath(const VellDocument &doc)
+{
+    if (doc.type == QLatin1String("dir"))
+        return QStringLiteral(":/item/Resources/item/folder.png");
+
+    // No "jpeg": such files show the unknown icon although their category is "image".
+    struct Row
+    {
+        const QString &suffix;
+        QLatin1String picture;
+    };
+    static constexpr Row Rows[] = {
+        {SUFFIX_PNG, QLatin1String("pic")},    {SUFFIX_BMP, QLatin1String("pic")},
+        {SUFFIX_JPG, QLatin1String("pic")},    {SUFFIX_DOCX, QLatin1String("word")},
+        {SUFFIX_DOC, QLatin1String("word")},   {SUFFIX_DOT, QLatin1String("word")},
+        {SUFFIX_XLSX, QLatin1String("excel")}, {SUFFIX_XLS, QLatin1String("excel")},
+        {SUFFIX_PPTX, QLatin1String("ppt")},   {SUFFIX_PPT, QLatin1String("ppt")},
+        {SUFFIX_PDF, QLatin1String("pdf")},    {SUFFIX_TXT, QLatin1String("txt")},
+        {SUFFIX_MP3, QLatin1String("music")},  {SUFFIX_MID, QLatin1String("music")},
+        {SUFFIX_WAV, QLatin1String("music")},  {SUFFIX_MP4, QLatin1String("video")},
+        {SUFFIX_RMVB, QLatin1String("video")}, {SUFFIX_WMV, QLatin1String("video")},
+        {SUFFIX_AVI, QLatin1String("video")},  {SUFFIX_DWG, QLatin1String("dwg")},
+        {SUFFIX_DWT, QLatin1String("dwg")},    {SUFFIX_DWF, QLatin1String("dwg")},
+        {SUFFIX_DWS, QLatin1String("dwg")},    {SUFFIX_DXF, QLatin1String("dwg")},
+        {SUFFIX_ZIP, QLatin1String("zip")},    {SUFFIX_RAR, QLatin1String("zip")},
+        {SUFFIX_7Z, QLatin1String("zip")},
+    };
+    QLatin1String picture("unknown");
+    for (const Row &row : Rows) {
+        if (doc.suffix.compare(row.suffix, Qt::CaseInsensitive) == 0) {
+            picture = row.picture;
+            break;
+        }
+    }
+    return QStringLiteral(":/item/Resources/item/type/%1.png").arg(picture);
+}
+
+QIcon VellPubDoc::getFileTypeIcon(const VellDocument &doc)
+{
+    return QIcon(getFileTypeIconPath(doc));
+}
+
+QPixmap VellPubDoc::getFileIcon(const QString &path)
+{
+    const QString category = getFileType(QFileInfo(path).suffix());
+    if (category == FILE_TYPE_IMAGE) {
+        QImageReader reader(path, QByteArray());
+        reader.setDecideFormatFromContent(true);
+        return QPixmap::fromImageReader(&reader);
+    }
+
+    struct Row
+    {
+        const QString &category;
+        QLatin1String picture;
+    };
+    static constexpr Row Rows[] = {
+        {FILE_TYPE_OFFICE, QLatin1String(":/DocumentManagement/Resources/file_show.png")},
+        // The blank is part of the name under which the clients carry the picture.
+        {FILE_TYPE_DWG, QLatin1String(":/DocumentManagement/Resources/drawing _show.png")},
+        {FILE_TYPE_VIDEO, QLatin1String(":/DocumentManagement/Resources/movie_show.png")},
+    };
+    for (const Row &row : Rows) {
+        if (row.category == category)
+            return QPixmap(row.picture);
+    }
+    return QPixmap(QStringLiteral(":/DocumentManagement/Resources/other_show.png"));
+}
+
+QStringList VellPubDoc::getNameFilters()
+{
+    // Uneven blanks, no "jpeg" and no "dwf" on purpose: clients compare these texts.
+    return {
+        QObject::tr("所有类型 (*.*)"),
+        QStringLiteral("Image files (*.png *.bmp *.jpg)"),
+        QStringLiteral("Text files (*.txt)"),
+        QStringLiteral("Excel files(*.xlsx *.xls)"),
+        QStringLiteral("PPT files(*.pptx *.ppt)"),
+        QStringLiteral("Word files (*.doc *.docx *.dot)"),
+        QStringLiteral("Pdf files(*.pdf) "),
+        QStringLiteral("Drawing files (*.dwt *.dwg *.dws *.dxf)"),
+        QStringLiteral("Music files (*.mp3 *.wav *.mid)"),
+        QStringLiteral("Movie files (*.avi *.rmvb *.mp4 *.wmv)"),
+    };
+}

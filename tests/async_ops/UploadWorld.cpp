@@ -1,0 +1,98 @@
+#include "UploadWorld.h"
+
+#include <VellNetwork/VellBaseApi.h>
+#include <VellSoftBase/VellSoftCache.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QtEndian>
+
+UploadWorld::UploadWorld()
+{
+    VellBaseApi::GetInstance().setBaseApi(server.baseApi());
+    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+}
+
+VellDocument UploadWorld::makeFile(const QString &name, qint64 bytes) const
+{
+    const QString path = folder.filePath(name);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(path));
+    QByteArray block(1 << 16, 'x');
+    for (qint64 written = 0; written < bytes; written += block.size()) {
+        qToBigEndian<qint64>(written, block.data());
+        file.write(block.constData(), qMin<qint64>(block.size(), bytes - written));
+    }
+
+    VellDocument doc;
+    doc.name = name;
+    doc.filePath = path;
+    doc.fileSize = bytes;
+    doc.type = QStringLiteral("file");
+    return doc;
+}
+
+QStringList UploadWorld::requestLines() const
+{
+    QStringList lines;
+    for (const ScriptedRequest &request : server.requests())
+        lines.append(QString::fromLatin1(request.verb) + QLatin1Char(' ')
+                     + request.decodedTarget());
+    return lines;
+}
+
+JobSpies::JobSpies(AsyncCreateDocument *job)
+{
+    QObject::connect(job, &AsyncCreateDocument::createDocumentFinish, job,
+                     [this](const VellDocument &doc) {
+                         events.append(QStringLiteral("createDocumentFinish"));
+                         finished.append(doc);
+                     });
+    QObject::connect(job, &AsyncCreateDocument::error, job, [this](int code) {
+        events.append(QStringLiteral("error"));
+        errors.append(code);
+    });
+    QObject::connect(job, &AsyncCreateDocument::finishUpload, job,
+                     [this] { events.append(QStringLiteral("finishUpload")); });
+    QObject::connect(job, &AsyncCreateDocument::uploadProgress, job,
+                     [this](qint64 bytes, qint64 total) {
+                         progress.append({bytes, total});
+                     });
+}
+
+QList<FormPart> formParts(const ScriptedRequest &request)
+{
+    const QByteArray type = request.headers.value("content-type");
+    const int at = type.indexOf("boundary=");
+    if (!type.startsWith("multipart/form-data;") || at < 0)
+        return {};
+    QByteArray boundary = type.mid(at + 9);
+    if (boundary.startsWith('"'))
+        boundary = boundary.mid(1, boundary.size() - 2);
+
+    QList<FormPart> parts;
+    const QByteArray delimiter = "--" + boundary;
+    int start = request.body.indexOf(delimiter);
+    while (start >= 0) {
+        start += delimiter.size() + 2;
+        const int headersEnd = request.body.indexOf("\r\n\r\n", start);
+        const int end = request.body.indexOf("\r\n" + delimiter, start);
+        if (headersEnd < 0 || end < 0)
+            break;
+        FormPart part;
+        const QList<QByteArray> lines =
+            request.body.mid(start, headersEnd - start).replace("\r\n", "\n").split('\n');
+        for (const QByteArray &line : lines) {
+            const QByteArray value = line.mid(line.indexOf(':') + 1).trimmed();
+            if (line.toLower().startsWith("content-disposition:"))
+                part.disposition = value;
+            else if (line.toLower().startsWith("content-type:"))
+                part.contentType = value;
+        }
+        part.body = request.body.mid(headersEnd + 4, end - headersEnd - 4);
+        parts.append(part);
+        start = end + 2;
+    }
+    return parts;
+}

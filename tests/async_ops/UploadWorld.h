@@ -1,0 +1,53 @@
+#pragma once
+
+#include <async_ops/AsyncCreateDocument.h>
+#include <support/ScriptedServer.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QSignalSpy>
+#include <QString>
+#include <QTemporaryDir>
+
+//! \brief What an upload test needs: a scripted server, local files, and spies on every signal of a job.
+struct UploadWorld
+{
+    static constexpr qint64 WholeFileLimit = 10'485'760;
+    static constexpr qint64 ChunkBytes = 4'194'304;
+
+    UploadWorld();
+
+    //! Writes a file in which no two blocks are equal and gives the record of an upload of it.
+    VellDocument makeFile(const QString &name, qint64 bytes) const;
+
+    //! The targets of all requests so far, decoded, with their verbs: "POST /base-service/files".
+    QStringList requestLines() const;
+
+    ScriptedServer server;
+    QTemporaryDir folder;
+};
+
+//! \brief Everything that a job has emitted.
+struct JobSpies
+{
+    explicit JobSpies(AsyncCreateDocument *job);
+
+    //! "createDocumentFinish error …", the signals in the order of their emission without progress.
+    QString log() const { return events.join(QLatin1Char(' ')); }
+
+    QStringList events;
+    QList<VellDocument> finished;
+    QList<int> errors;
+    QList<QPair<qint64, qint64>> progress;
+};
+
+//! \brief One part of a form-data body.
+struct FormPart
+{
+    QByteArray disposition;
+    QByteArray contentType;
+    QByteArray body;
+};
+
+//! The parts of a form-data request, in order; empty when it is none.
+QList<FormPart> formParts(const ScriptedRequest &request);

@@ -1,0 +1,254 @@
+#include <document_service/VellDocService.h>
+
+#include <QJsonDocument>
+#include <QTest>
+
+using namespace VellDocService;
+
+class TestQueryBuilder : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFreshConditionAsksForTheTopLevel();
+    void aFreshSortIsTheDefaultOrder();
+    void everyConditionHasItsText_data();
+    void everyConditionHasItsText();
+    void theWhereBuilderHoldsSpanAndPattern_data();
+    void theWhereBuilderHoldsSpanAndPattern();
+    void aListBecomesAnIn_data();
+    void aListBecomesAnIn();
+};
+
+namespace {
+
+const QString Whole = QStringLiteral("&select=-entities&linkedEntity=true");
+const QString TopLevel = QStringLiteral("{\"parentId\":null}");
+
+QDateTime utc(int year, int month, int day)
+{
+    return {QDate(year, month, day), QTime(0, 0), Qt::UTC};
+}
+
+} // namespace
+
+void TestQueryBuilder::aFreshConditionAsksForTheTopLevel()
+{
+    const VellDocumentConditon condition;
+    QVERIFY(condition.isAllTime && condition.isAllUser && condition.hasParentId);
+    QVERIFY(!condition.isFrequent && !condition.isDeep && !condition.noSelect
+            && !condition.selectName && !condition.selectTree && !condition.reservedFlag);
+    QVERIFY(condition.startTime.isNull() && condition.endTime.isNull());
+    QCOMPARE(condition.recordType, 0);
+    QCOMPARE(conditionToQuery(condition), TopLevel + Whole);
+}
+
+void TestQueryBuilder::aFreshSortIsTheDefaultOrder()
+{
+    const VellDocumentSort sort;
+    QCOMPARE(sort.sortField, QStringLiteral("updatedAt"));
+    QVERIFY(!sort.isAsc);
+    QVERIFY(sort.isDefault);
+}
+
+void TestQueryBuilder::everyConditionHasItsText_data()
+{
+    QTest::addColumn<VellDocumentConditon>("condition");
+    QTest::addColumn<QString>("query");
+
+    using Fill = void (*)(VellDocumentConditon &);
+    const auto row = [](const char *name, Fill fill, const QString &query) {
+        VellDocumentConditon condition;
+        fill(condition);
+        QTest::newRow(name) << condition << query;
+    };
+    const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
+
+    row(
+        "default", [](auto &) {}, TopLevel + Whole);
+    row(
+        "parent", [](auto &c) { c.parentId = QStringLiteral("f1"); },
+        text(R"({"parentId":"f1"})") + Whole);
+    row(
+        "no parent", [](auto &c) { c.hasParentId = false; }, QStringLiteral("{}") + Whole);
+    row(
+        "no parent, though one is named",
+        [](auto &c) {
+            c.hasParentId = false;
+            c.parentId = QStringLiteral("f1");
+        },
+        QStringLiteral("{}") + Whole);
+    row(
+        "span of time",
+        [](auto &c) {
+            c.isAllTime = false;
+            c.startTime = utc(2020, 5, 1);
+            c.endTime = utc(2020, 5, 31);
+        },
+        text(R"({"parentId":null,"updatedAt":{"$gte":"2020-05-01T00:00:00.000Z",)"
+             R"("$lt":"2020-06-01T00:00:00.000Z"}})")
+            + Whole);
+    row(
+        "span of time without its ends", [](auto &c) { c.isAllTime = false; },
+        text(R"({"parentId":null,"updatedAt":{"$gte":"","$lt":""}})") + Whole);
+    row(
+        "a span that is not asked for",
+        [](auto &c) {
+            c.startTime = utc(2020, 5, 1);
+            c.endTime = utc(2020, 5, 31);
+        },
+        TopLevel + Whole);
+    row(
+        "pattern", [](auto &c) { c.searchName = QStringLiteral("^plan.*\\.dwg$"); },
+        text(R"({"name":{"$options":"i","$regex":"^plan.*\\.dwg$"},"parentId":null})") + Whole);
+    row(
+        "name", [](auto &c) { c.name = QStringLiteral("plan.dwg"); },
+        text(R"({"name":"plan.dwg","parentId":null}&words=true)") + Whole);
+    row(
+        "the name beats the pattern",
+        [](auto &c) {
+            c.name = QStringLiteral("plan.dwg");
+            c.searchName = QStringLiteral("^x");
+        },
+        text(R"({"name":"plan.dwg","parentId":null}&words=true)") + Whole);
+    row(
+        "quotes and braces in a name", [](auto &c) { c.name = QStringLiteral("a\"{}b"); },
+        text(R"({"name":"a\"{}b","parentId":null}&words=true)") + Whole);
+    row(
+        "document", [](auto &c) { c.documentId = QStringLiteral("d1"); },
+        text(R"({"documentId":"d1","parentId":null})") + Whole);
+    row(
+        "type", [](auto &c) { c.type = QStringLiteral("file"); },
+        text(R"({"parentId":null,"type":"file"})") + Whole);
+    row(
+        "users, an empty one as null",
+        [](auto &c) {
+            c.isAllUser = false;
+            c.userIds = QStringList{QStringLiteral("u1"), QString()};
+        },
+        text(R"({"parentId":null,"updatedBy":{"$in":["u1",null]}})") + Whole);
+    row(
+        "no user at all", [](auto &c) { c.isAllUser = false; },
+        text(R"({"parentId":null,"updatedBy":{"$in":[]}})") + Whole);
+    row(
+        "users that are not asked for",
+        [](auto &c) { c.userIds = QStringList{QStringLiteral("u1")}; }, TopLevel + Whole);
+    row(
+        "category", [](auto &c) { c.category = QStringLiteral("recycle"); },
+        TopLevel + QStringLiteral("&category=recycle") + Whole);
+    row(
+        "record type", [](auto &c) { c.recordType = 3; },
+        TopLevel + QStringLiteral("&recordType=3") + Whole);
+    row(
+        "record type 0", [](auto &c) { c.recordType = 0; }, TopLevel + Whole);
+    row(
+        "record type -1", [](auto &c) { c.recordType = -1; }, TopLevel + Whole);
+    row(
+        "frequent", [](auto &c) { c.isFrequent = true; },
+        TopLevel + QStringLiteral("&frequent=true") + Whole);
+    row(
+        "deep", [](auto &c) { c.isDeep = true; }, TopLevel + QStringLiteral("&deep=true") + Whole);
+    row(
+        "every field", [](auto &c) { c.noSelect = true; }, TopLevel);
+    row(
+        "names only", [](auto &c) { c.selectName = true; },
+        TopLevel + QStringLiteral("&select=name"));
+    const QString tree = QStringLiteral(
+        "&select=parentId name type suffix fileType fileSize fileId updatedAt&deep=true");
+    row(
+        "tree", [](auto &c) { c.selectTree = true; }, TopLevel + tree);
+    row(
+        "a deep tree says so twice", [](auto &c) { c.isDeep = c.selectTree = true; },
+        TopLevel + QStringLiteral("&deep=true") + tree);
+    row(
+        "names beat the tree", [](auto &c) { c.selectName = c.selectTree = true; },
+        TopLevel + QStringLiteral("&select=name"));
+    row(
+        "every field beats both", [](auto &c) { c.noSelect = c.selectName = c.selectTree = true; },
+        TopLevel);
+    row(
+        "the reserved flag and the project say nothing",
+        [](auto &c) {
+            c.reservedFlag = true;
+            c.projectId = QStringLiteral("p2");
+        },
+        TopLevel + Whole);
+    row(
+        "everything, in order",
+        [](auto &c) {
+            c.isAllTime = c.isAllUser = false;
+            c.startTime = utc(2020, 1, 1);
+            c.endTime = utc(2020, 12, 31);
+            c.userIds = QStringList{QStringLiteral("u1")};
+            c.parentId = QStringLiteral("f1");
+            c.name = QStringLiteral("图纸");
+            c.documentId = QStringLiteral("d1");
+            c.type = QStringLiteral("file");
+            c.category = QStringLiteral("doc");
+            c.recordType = 2;
+            c.isFrequent = c.isDeep = true;
+        },
+        text(R"({"documentId":"d1","name":"图纸","parentId":"f1","type":"file",)"
+             R"("updatedAt":{"$gte":"2020-01-01T00:00:00.000Z","$lt":"2021-01-01T00:00:00.000Z"},)"
+             R"("updatedBy":{"$in":["u1"]}})"
+             "&category=doc&recordType=2&words=true&frequent=true&deep=true")
+            + Whole);
+}
+
+void TestQueryBuilder::everyConditionHasItsText()
+{
+    QFETCH(VellDocumentConditon, condition);
+    QFETCH(QString, query);
+    QCOMPARE(conditionToQuery(condition), query);
+}
+
+void TestQueryBuilder::theWhereBuilderHoldsSpanAndPattern_data()
+{
+    QTest::addColumn<bool>("isAllTime");
+    QTest::addColumn<QString>("searchName");
+    QTest::addColumn<QByteArray>("where");
+
+    QTest::newRow("neither") << true << QString() << QByteArray("{}");
+    QTest::newRow("pattern") << true << QStringLiteral("a")
+                             << QByteArray(R"({"name":{"$options":"i","$regex":"a"}})");
+    QTest::newRow("span") << false << QString()
+                          << QByteArray(R"({"updatedAt":{"$gte":"2020-05-30T00:00:00.000Z",)"
+                                        R"("$lt":"2020-06-01T00:00:00.000Z"}})");
+}
+
+void TestQueryBuilder::theWhereBuilderHoldsSpanAndPattern()
+{
+    QFETCH(bool, isAllTime);
+    QFETCH(QString, searchName);
+    QFETCH(QByteArray, where);
+    VellDocumentConditon condition;
+    condition.isAllTime = isAllTime;
+    condition.startTime = utc(2020, 5, 30);
+    condition.endTime = utc(2020, 5, 31);
+    condition.searchName = searchName;
+    condition.name = QStringLiteral("not here");
+    condition.parentId = QStringLiteral("not here");
+    QCOMPARE(QJsonDocument(conditionToWhere(condition)).toJson(QJsonDocument::Compact), where);
+}
+
+void TestQueryBuilder::aListBecomesAnIn_data()
+{
+    QTest::addColumn<QStringList>("list");
+    QTest::addColumn<QByteArray>("json");
+
+    QTest::newRow("empty") << QStringList() << QByteArray(R"({"$in":[]})");
+    QTest::newRow("in order") << QStringList{QStringLiteral("b"), QStringLiteral("a")}
+                              << QByteArray(R"({"$in":["b","a"]})");
+    QTest::newRow("empty text") << QStringList{QStringLiteral("a"), QString()}
+                                << QByteArray(R"({"$in":["a",null]})");
+}
+
+void TestQueryBuilder::aListBecomesAnIn()
+{
+    QFETCH(QStringList, list);
+    QFETCH(QByteArray, json);
+    QCOMPARE(QJsonDocument(stringListToIn(list)).toJson(QJsonDocument::Compact), json);
+}
+
+QTEST_GUILESS_MAIN(TestQueryBuilder)
+#include "tst_query_builder.moc"
