@@ -1,5 +1,6 @@
-#include <benchmark/benchmark.h>
 #include <document_model/DocumentConversions.h>
+
+#include <benchmark/benchmark.h>
 
 namespace {
 

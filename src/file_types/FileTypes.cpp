@@ -60,32 +60,27 @@ QString VellPubDoc::getFileTypeIconPath(const VellDocument &doc)
     struct Row
     {
         const QString &suffix;
-        QLatin1String picture;
+        const char *picture;
     };
     static constexpr Row Rows[] = {
-        {SUFFIX_PNG, QLatin1String("pic")},    {SUFFIX_BMP, QLatin1String("pic")},
-        {SUFFIX_JPG, QLatin1String("pic")},    {SUFFIX_DOCX, QLatin1String("word")},
-        {SUFFIX_DOC, QLatin1String("word")},   {SUFFIX_DOT, QLatin1String("word")},
-        {SUFFIX_XLSX, QLatin1String("excel")}, {SUFFIX_XLS, QLatin1String("excel")},
-        {SUFFIX_PPTX, QLatin1String("ppt")},   {SUFFIX_PPT, QLatin1String("ppt")},
-        {SUFFIX_PDF, QLatin1String("pdf")},    {SUFFIX_TXT, QLatin1String("txt")},
-        {SUFFIX_MP3, QLatin1String("music")},  {SUFFIX_MID, QLatin1String("music")},
-        {SUFFIX_WAV, QLatin1String("music")},  {SUFFIX_MP4, QLatin1String("video")},
-        {SUFFIX_RMVB, QLatin1String("video")}, {SUFFIX_WMV, QLatin1String("video")},
-        {SUFFIX_AVI, QLatin1String("video")},  {SUFFIX_DWG, QLatin1String("dwg")},
-        {SUFFIX_DWT, QLatin1String("dwg")},    {SUFFIX_DWF, QLatin1String("dwg")},
-        {SUFFIX_DWS, QLatin1String("dwg")},    {SUFFIX_DXF, QLatin1String("dwg")},
-        {SUFFIX_ZIP, QLatin1String("zip")},    {SUFFIX_RAR, QLatin1String("zip")},
-        {SUFFIX_7Z, QLatin1String("zip")},
+        {SUFFIX_PNG, "pic"},    {SUFFIX_BMP, "pic"},    {SUFFIX_JPG, "pic"},
+        {SUFFIX_DOCX, "word"},  {SUFFIX_DOC, "word"},   {SUFFIX_DOT, "word"},
+        {SUFFIX_XLSX, "excel"}, {SUFFIX_XLS, "excel"},  {SUFFIX_PPTX, "ppt"},
+        {SUFFIX_PPT, "ppt"},    {SUFFIX_PDF, "pdf"},    {SUFFIX_TXT, "txt"},
+        {SUFFIX_MP3, "music"},  {SUFFIX_MID, "music"},  {SUFFIX_WAV, "music"},
+        {SUFFIX_MP4, "video"},  {SUFFIX_RMVB, "video"}, {SUFFIX_WMV, "video"},
+        {SUFFIX_AVI, "video"},  {SUFFIX_DWG, "dwg"},    {SUFFIX_DWT, "dwg"},
+        {SUFFIX_DWF, "dwg"},    {SUFFIX_DWS, "dwg"},    {SUFFIX_DXF, "dwg"},
+        {SUFFIX_ZIP, "zip"},    {SUFFIX_RAR, "zip"},    {SUFFIX_7Z, "zip"},
     };
-    QLatin1String picture("unknown");
+    const char *picture = "unknown";
     for (const Row &row : Rows) {
         if (doc.suffix.compare(row.suffix, Qt::CaseInsensitive) == 0) {
             picture = row.picture;
             break;
         }
     }
-    return QStringLiteral(":/item/Resources/item/type/%1.png").arg(picture);
+    return QStringLiteral(":/item/Resources/item/type/%1.png").arg(QLatin1String(picture));
 }
 
 QIcon VellPubDoc::getFileTypeIcon(const VellDocument &doc)
@@ -105,17 +100,17 @@ QPixmap VellPubDoc::getFileIcon(const QString &path)
     struct Row
     {
         const QString &category;
-        QLatin1String picture;
+        const char *picture;
     };
     static constexpr Row Rows[] = {
-        {FILE_TYPE_OFFICE, QLatin1String(":/DocumentManagement/Resources/file_show.png")},
+        {FILE_TYPE_OFFICE, ":/DocumentManagement/Resources/file_show.png"},
         // The blank is part of the name under which the clients carry the picture.
-        {FILE_TYPE_DWG, QLatin1String(":/DocumentManagement/Resources/drawing _show.png")},
-        {FILE_TYPE_VIDEO, QLatin1String(":/DocumentManagement/Resources/movie_show.png")},
+        {FILE_TYPE_DWG, ":/DocumentManagement/Resources/drawing _show.png"},
+        {FILE_TYPE_VIDEO, ":/DocumentManagement/Resources/movie_show.png"},
     };
     for (const Row &row : Rows) {
         if (row.category == category)
-            return QPixmap(row.picture);
+            return QPixmap(QLatin1String(row.picture));
     }
     return QPixmap(QStringLiteral(":/DocumentManagement/Resources/other_show.png"));
 }

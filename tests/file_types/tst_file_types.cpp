@@ -6,7 +6,10 @@
 
 namespace {
 
-const QString IconFolder = QStringLiteral(":/item/Resources/item/");
+QString iconPath(const QString &name)
+{
+    return QStringLiteral(":/item/Resources/item/") + name + QStringLiteral(".png");
+}
 
 struct SuffixRow
 {
@@ -52,12 +55,11 @@ void addSuffixRows()
 {
     QTest::addColumn<QString>("suffix");
     QTest::addColumn<QString>("category");
-    QTest::addColumn<QString>("iconPath");
+    QTest::addColumn<QString>("path");
     for (const SuffixRow &row : SuffixTable) {
         const QString suffix = QString::fromUtf8(row.suffix);
         const QString category = QString::fromUtf8(row.category);
-        const QString path = IconFolder + QStringLiteral("type/") + QString::fromUtf8(row.icon)
-            + QStringLiteral(".png");
+        const QString path = iconPath(QStringLiteral("type/") + QString::fromUtf8(row.icon));
         QTest::addRow("\"%s\"", row.suffix) << suffix << category << path;
         if (suffix.toUpper() == suffix)
             continue;
@@ -99,15 +101,15 @@ void TestFileTypes::suffixDecidesTheCategory()
 void TestFileTypes::suffixDecidesTheIconOfAFile()
 {
     QFETCH(QString, suffix);
-    QFETCH(QString, iconPath);
-    QCOMPARE(VellPubDoc::getFileTypeIconPath(fileRecord(suffix)), iconPath);
+    QFETCH(QString, path);
+    QCOMPARE(VellPubDoc::getFileTypeIconPath(fileRecord(suffix)), path);
 }
 
 void TestFileTypes::iconIsThePictureAtItsPath()
 {
     QFETCH(QString, suffix);
-    QFETCH(QString, iconPath);
-    const QImage expected = QImage(iconPath).convertToFormat(QImage::Format_ARGB32);
+    QFETCH(QString, path);
+    const QImage expected = QImage(path).convertToFormat(QImage::Format_ARGB32);
     QVERIFY(!expected.isNull());
     const QIcon icon = VellPubDoc::getFileTypeIcon(fileRecord(suffix));
     QCOMPARE(icon.pixmap(expected.size()).toImage().convertToFormat(QImage::Format_ARGB32),
@@ -119,11 +121,11 @@ void TestFileTypes::typeComesBeforeSuffix_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("icon");
 
-    QTest::newRow("folder") << QStringLiteral("dir") << QStringLiteral("folder.png");
-    QTest::newRow("file") << QStringLiteral("file") << QStringLiteral("type/pdf.png");
-    QTest::newRow("no type") << QString() << QStringLiteral("type/pdf.png");
-    QTest::newRow("folder in capitals") << QStringLiteral("DIR") << QStringLiteral("type/pdf.png");
-    QTest::newRow("folder and more") << QStringLiteral("dirs") << QStringLiteral("type/pdf.png");
+    QTest::newRow("folder") << QStringLiteral("dir") << QStringLiteral("folder");
+    QTest::newRow("file") << QStringLiteral("file") << QStringLiteral("type/pdf");
+    QTest::newRow("no type") << QString() << QStringLiteral("type/pdf");
+    QTest::newRow("folder in capitals") << QStringLiteral("DIR") << QStringLiteral("type/pdf");
+    QTest::newRow("folder and more") << QStringLiteral("dirs") << QStringLiteral("type/pdf");
 }
 
 void TestFileTypes::typeComesBeforeSuffix()
@@ -132,8 +134,8 @@ void TestFileTypes::typeComesBeforeSuffix()
     QFETCH(QString, icon);
     VellDocument doc = fileRecord(QStringLiteral("pdf"));
     doc.type = type;
-    QCOMPARE(VellPubDoc::getFileTypeIconPath(doc), IconFolder + icon);
-    const QImage expected = QImage(IconFolder + icon).convertToFormat(QImage::Format_ARGB32);
+    QCOMPARE(VellPubDoc::getFileTypeIconPath(doc), iconPath(icon));
+    const QImage expected = QImage(iconPath(icon)).convertToFormat(QImage::Format_ARGB32);
     QCOMPARE(VellPubDoc::getFileTypeIcon(doc)
                  .pixmap(expected.size())
                  .toImage()
@@ -147,7 +149,7 @@ void TestFileTypes::onlyTypeAndSuffixDecideTheIcon()
     doc.name = QStringLiteral("plan.dwg");
     doc.filePath = QStringLiteral("/tmp/plan.dwg");
     doc.category = FILE_TYPE_DWG;
-    QCOMPARE(VellPubDoc::getFileTypeIconPath(doc), IconFolder + QStringLiteral("type/unknown.png"));
+    QCOMPARE(VellPubDoc::getFileTypeIconPath(doc), iconPath(QStringLiteral("type/unknown")));
 }
 
 void TestFileTypes::everyKnownSuffixIsInTheTable()

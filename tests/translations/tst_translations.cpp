@@ -1,0 +1,233 @@
+#include <file_types/FileTypes.h>
+#include <file_types/SameNamePrompt.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDirIterator>
+#include <QFile>
+#include <QMessageBox>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+namespace {
+
+// Context and source text, so that a failing comparison names both.
+using Texts = QMap<QString, QString>;
+
+struct TranslationFile
+{
+    Texts finished; // "context: source" to its translation
+    Texts unfinished; // the same for those that lrelease leaves out or a translator has not checked
+    QString error;
+};
+
+void readMessage(QXmlStreamReader &xml, const QString &context, TranslationFile &file)
+{
+    QString source;
+    QString translation;
+    QString state;
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("source")) {
+            source = xml.readElementText();
+        } else if (xml.name() == QLatin1String("translation")) {
+            state = xml.attributes().value(QLatin1String("type")).toString();
+            translation = xml.readElementText();
+        } else {
+            xml.skipCurrentElement();
+        }
+    }
+    const bool isFinished = state.isEmpty() && !translation.isEmpty();
+    Texts &texts = isFinished ? file.finished : file.unfinished;
+    texts.insert(context + QStringLiteral(": ") + source, translation);
+}
+
+TranslationFile readTranslationFile(const QString &path)
+{
+    TranslationFile result;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        result.error = path + QStringLiteral(": ") + file.errorString();
+        return result;
+    }
+    QXmlStreamReader xml(&file);
+    QString context;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (!xml.isStartElement())
+            continue;
+        if (xml.name() == QLatin1String("name"))
+            context = xml.readElementText();
+        else if (xml.name() == QLatin1String("message"))
+            readMessage(xml, context, result);
+    }
+    if (xml.hasError())
+        result.error = path + QStringLiteral(": ") + xml.errorString();
+    return result;
+}
+
+QString folder(const char *path)
+{
+    return QString::fromUtf8(path);
+}
+
+} // namespace
+
+class TestTranslations : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void everyTextOfTheSourcesIsTranslated_data();
+    void everyTextOfTheSourcesIsTranslated() const;
+    void everyChineseTextIsGivenToTranslators() const;
+    void categoriesAndFilterSpeakEnglish();
+    void promptSpeaksEnglish();
+    void textsAreChineseWithoutATranslation();
+
+private:
+    void loadEnglish();
+
+    QTemporaryDir m_folder;
+    TranslationFile m_sources; // what lupdate finds in the sources of the library
+    QTranslator m_english;
+};
+
+void TestTranslations::initTestCase()
+{
+    const QString path = m_folder.filePath(QStringLiteral("sources.ts"));
+    QProcess lupdate;
+    lupdate.start(folder(VELL_LUPDATE), {folder(VELL_SOURCE_FOLDER), QStringLiteral("-ts"), path});
+    QVERIFY2(lupdate.waitForFinished(60000), qPrintable(lupdate.errorString()));
+    QVERIFY2(lupdate.exitStatus() == QProcess::NormalExit && lupdate.exitCode() == 0,
+             lupdate.readAllStandardError().constData());
+    m_sources = readTranslationFile(path);
+    QCOMPARE(m_sources.error, QString());
+    QVERIFY(m_sources.unfinished.contains(QStringLiteral("QObject: 图纸")));
+    QVERIFY(m_sources.unfinished.contains(QStringLiteral("QMessageBox: 替换")));
+}
+
+void TestTranslations::cleanup()
+{
+    QCoreApplication::removeTranslator(&m_english);
+}
+
+void TestTranslations::loadEnglish()
+{
+    QVERIFY(m_english.load(QStringLiteral("VellDocumentData_en.qm"), folder(VELL_QM_FOLDER)));
+    QVERIFY(QCoreApplication::installTranslator(&m_english));
+}
+
+void TestTranslations::everyTextOfTheSourcesIsTranslated_data()
+{
+    QTest::addColumn<QString>("path");
+    QDirIterator files(folder(VELL_TS_FOLDER), {QStringLiteral("*.ts")}, QDir::Files);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        QTest::newRow(qPrintable(files.fileName())) << path;
+    }
+}
+
+void TestTranslations::everyTextOfTheSourcesIsTranslated() const
+{
+    QFETCH(QString, path);
+    const TranslationFile file = readTranslationFile(path);
+    QCOMPARE(file.error, QString());
+    QCOMPARE(file.unfinished.keys(), QStringList());
+    // Both ways: a text that has left the sources leaves the translation too.
+    QCOMPARE(file.finished.keys(), m_sources.unfinished.keys());
+}
+
+void TestTranslations::everyChineseTextIsGivenToTranslators() const
+{
+    QStringList known;
+    const QStringList keys = m_sources.unfinished.keys();
+    for (const QString &key : keys)
+        known.append(key.section(QStringLiteral(": "), 1));
+
+    const QRegularExpression literal(QStringLiteral("\"((?:[^\"\\\\\\n]|\\\\.)*)\""));
+    const QRegularExpression comment(QStringLiteral("^\\s*//"));
+    const QRegularExpression chinese(QStringLiteral("[\\x{3000}-\\x{9fff}\\x{ff00}-\\x{ffef}]"));
+    QDirIterator files(folder(VELL_SOURCE_FOLDER), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
+                       QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
+            if (comment.match(line).hasMatch())
+                continue;
+            QRegularExpressionMatchIterator match = literal.globalMatch(line);
+            while (match.hasNext()) {
+                const QString text = match.next().captured(1);
+                const bool isGiven = !chinese.match(text).hasMatch() || known.contains(text);
+                QVERIFY2(isGiven, qPrintable(files.fileName() + QStringLiteral(": ") + text));
+            }
+        }
+    }
+}
+
+void TestTranslations::categoriesAndFilterSpeakEnglish()
+{
+    loadEnglish();
+    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("dwg")), QStringLiteral("Drawings"));
+    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("image")), QStringLiteral("Pictures"));
+    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("office")), QStringLiteral("Documents"));
+    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("video")), QStringLiteral("Audio/Video"));
+    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("other")), QStringLiteral("Other"));
+    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("anything")), QStringLiteral("Other"));
+
+    const QStringList filters = VellPubDoc::getNameFilters();
+    QCOMPARE(filters.size(), 10);
+    QCOMPARE(filters.at(0), QStringLiteral("All types (*.*)"));
+    QCOMPARE(filters.at(1), QStringLiteral("Image files (*.png *.bmp *.jpg)"));
+}
+
+void TestTranslations::promptSpeaksEnglish()
+{
+    loadEnglish();
+    QStringList shown;
+    QTimer::singleShot(0, qApp, [&shown] {
+        auto *const box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        shown << box->text() << box->informativeText() << box->checkBox()->text();
+        for (const auto button :
+             {QMessageBox::Ok, QMessageBox::Save, QMessageBox::Discard, QMessageBox::Cancel})
+            shown << box->button(button)->text();
+        QTest::keyClick(box, Qt::Key_Escape);
+    });
+    bool applyToLater = false;
+    VellPubDoc::showSameNameMsgBox(QStringLiteral("plan.dwg"), QStringLiteral("plan(1).dwg"),
+                                   applyToLater);
+    const QStringList expected{
+        QStringLiteral("A file of this name already exists here:\nplan.dwg"),
+        QStringLiteral(
+            "Replace the existing file with the new one\nor\nkeep the existing file and name "
+            "the new one plan(1).dwg?"),
+        QStringLiteral("Do this for all further name conflicts"),
+        QStringLiteral("Replace"),
+        QStringLiteral("Add"),
+        QStringLiteral("Skip"),
+        QStringLiteral("Cancel"),
+    };
+    QCOMPARE(shown, expected);
+}
+
+void TestTranslations::textsAreChineseWithoutATranslation()
+{
+    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("dwg")), QStringLiteral("图纸"));
+    QCOMPARE(VellPubDoc::getNameFilters().at(0), QStringLiteral("所有类型 (*.*)"));
+}
+
+QTEST_MAIN(TestTranslations)
+
+#include "tst_translations.moc"
