@@ -9,6 +9,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <utility>
+
 namespace {
 
 // The time-out is counted in ticks, so that a thread that was busy elsewhere for longer than the whole
@@ -36,26 +38,30 @@ bool sameServer(const QUrl &a, const QUrl &b)
 } // namespace
 
 ReplyWatch::ReplyWatch(QNetworkReply *reply, UploadBody *body)
-    : QObject(reply), m_reply(reply), m_operation(reply->operation()), m_url(reply->url())
+    : QObject(reply), m_reply(reply), m_body(body), m_operation(reply->operation()),
+      m_url(reply->url())
 {
     m_age.start();
     connect(reply, &QNetworkReply::finished, this, &ReplyWatch::conclude);
     connect(reply, &QNetworkReply::redirected, this, &ReplyWatch::judgeRedirect);
-    connect(reply, &QNetworkReply::uploadProgress, this, [this](qint64 sentBytes) {
-        m_sentBytes = sentBytes;
-        moved();
-    });
+    connect(reply, &QNetworkReply::uploadProgress, this, &ReplyWatch::moved);
     connect(reply, &QNetworkReply::downloadProgress, this, &ReplyWatch::moved);
     connect(reply, &QNetworkReply::readyRead, this, &ReplyWatch::moved);
-    connect(reply, &QNetworkReply::metaDataChanged, this, &ReplyWatch::moved);
+    connect(reply, &QNetworkReply::metaDataChanged, this, [this] {
+        m_headArrived = true;
+        moved();
+    });
     connect(reply, &QNetworkReply::encrypted, this, &ReplyWatch::moved);
     if (body) {
         connect(body, &UploadBody::moved, this, &ReplyWatch::moved);
         connect(body, &UploadBody::broken, this, [this] {
             end(QNetworkReply::UnknownNetworkError, tr("The file could not be read to its end"));
         });
-        // Qt takes up the body before it tells about the redirect.
-        body->setResendRule([reply] { return repeatsElsewhere(replyStatus(reply)); });
+        // Qt takes up the body before it tells about the redirect, and keeps the status of one that it
+        // has followed.
+        body->setResendRule([this] {
+            return std::exchange(m_headArrived, false) && repeatsElsewhere(replyStatus(m_reply));
+        });
         connect(body, &UploadBody::resendRefused, this, [this] {
             condemn(QNetworkReply::RemoteHostClosedError,
                     tr("The connection was closed before the answer came"));
@@ -115,7 +121,11 @@ void ReplyWatch::judgeRedirect(const QUrl &target)
         return;
     }
     m_url = target;
+    m_operation = m_reply->operation();
     Q_EMIT m_reply->redirectAllowed();
+    // Qt connects the signal to its own slot once more for each hop, and would send the next request
+    // twice and lose its answer.
+    disconnect(m_reply, &QNetworkReply::redirectAllowed, m_reply, nullptr);
 }
 
 QString ReplyWatch::refusal(const QUrl &target) const
@@ -175,7 +185,8 @@ void ReplyWatch::trace() const
     RequestTrace line;
     line.reply = m_reply;
     line.error = replyError(m_reply);
-    line.sentBytes = m_sentBytes;
+    // Qt tells nothing of the progress of a small body.
+    line.sentBytes = m_body ? m_body->pos() : 0;
     line.milliseconds = m_age.elapsed();
     line.write();
 }

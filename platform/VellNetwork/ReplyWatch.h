@@ -42,12 +42,13 @@ private:
     void trace() const;
 
     QNetworkReply *m_reply;
+    UploadBody *m_body; // a child of the reply too
     QNetworkAccessManager::Operation m_operation;
     QUrl m_url;
     QTimer m_timer;
     QElapsedTimer m_age;
-    qint64 m_sentBytes = 0;
     int m_idleTicks = 0;
+    bool m_headArrived = false;
     QNetworkReply::NetworkError m_verdict = QNetworkReply::NoError;
     QString m_reason;
     bool m_concluded = false;

@@ -18,11 +18,11 @@ struct VellDocument;
 //!
 //! The pictures are resources of the program, which must carry them under these paths:
 //!
-//! | below | files |
-//! |---|---|
-//! | `:/item/Resources/item/` | `folder.png` |
-//! | `:/item/Resources/item/type/` | `pic.png` `word.png` `excel.png` `ppt.png` `pdf.png` `txt.png` `music.png` `video.png` `dwg.png` `zip.png` `unknown.png` |
-//! | `:/DocumentManagement/Resources/` | `file_show.png` `drawing _show.png` (with the blank) `movie_show.png` `other_show.png` |
+//! - `:/item/Resources/item/folder.png`
+//! - `:/item/Resources/item/type/`: `pic.png`, `word.png`, `excel.png`, `ppt.png`, `pdf.png`,
+//!   `txt.png`, `music.png`, `video.png`, `dwg.png`, `zip.png`, `unknown.png`
+//! - `:/DocumentManagement/Resources/`: `file_show.png`, `drawing _show.png` (with the blank),
+//!   `movie_show.png`, `other_show.png`
 
 namespace VellPubDoc {
 
@@ -33,14 +33,14 @@ namespace VellPubDoc {
 //! Sound counts as video, as the name of that category says. Reentrant.
 VELLDOCUMENTDATA_EXPORT QString getFileType(const QString &suffix);
 
-//! The name of a \a category for the user, in the language of the program. Only the exact words that
-//! getFileType() gives have names of their own; any other text has that of FILE_TYPE_OTHER.
+//! The name of a \a category for the user, in the language of the program. Only the exact words
+//! that getFileType() gives have names of their own; any other text has that of FILE_TYPE_OTHER.
 //!
 //! Reentrant.
 VELLDOCUMENTDATA_EXPORT QString getFileTypeName(const QString &category);
 
-//! The resource path of the small icon of \a doc in lists, decided by its `type` (exactly "dir" is a
-//! folder) and then by its `suffix`, in any case. Never empty.
+//! The resource path of the small icon of \a doc in lists, decided by its `type` (exactly "dir" is
+//! a folder) and then by its `suffix`, in any case. Never empty.
 //!
 //! Reentrant.
 VELLDOCUMENTDATA_EXPORT QString getFileTypeIconPath(const VellDocument &doc);
@@ -48,22 +48,22 @@ VELLDOCUMENTDATA_EXPORT QString getFileTypeIconPath(const VellDocument &doc);
 //! The icon at getFileTypeIconPath(). Only on the GUI thread.
 VELLDOCUMENTDATA_EXPORT QIcon getFileTypeIcon(const VellDocument &doc);
 
-//! A preview of the local file \a path: the picture itself, in its full size, when the suffix is that of a
-//! picture, else the picture of its category.
+//! A preview of the local file \a path: the picture itself, in its full size, when the suffix is
+//! that of a picture, else the picture of its category.
 //!
 //! What a picture is decoded as is decided by its content: a JPEG named `.png` is shown. The
 //! orientation that a camera noted is not applied. A file that cannot be read or decoded gives a
 //! null pixmap; a JPEG that breaks off may give its readable part.
 //!
-//! Blocks while the file is decoded, and holds four bytes for each pixel: 12,000 x 12,000 pixels take
-//! 550 MiB (a grey one 690 MiB while it is read) and, on a desktop machine, one to two seconds as a PNG and a third of a
-//! second as a JPEG. Nothing limits the size; a picture that the memory cannot hold gives a null pixmap.
-//! Only on the GUI thread.
+//! Blocks while the file is decoded, and holds four bytes for each pixel: 12,000 x 12,000 pixels
+//! take 550 MiB (a grey one 690 MiB while it is read) and, on a desktop machine, one to two
+//! seconds as a PNG and a third of a second as a JPEG. Nothing limits the size; a picture that the
+//! memory cannot hold gives a null pixmap. Only on the GUI thread.
 VELLDOCUMENTDATA_EXPORT QPixmap getFileIcon(const QString &path);
 
-//! The ten name filters of the open-file dialog. Only the first, which lets everything pass, is translated;
-//! their texts are fixed to the last blank, because clients compare them with the filter that the user
-//! selected.
+//! The ten name filters of the open-file dialog. Only the first, which lets everything pass, is
+//! translated; their texts are fixed to the last blank, because clients compare them with the
+//! filter that the user selected.
 //!
 //! Reentrant.
 VELLDOCUMENTDATA_EXPORT QStringList getNameFilters();

@@ -62,6 +62,8 @@ ScriptedServer::Connection::Connection(ScriptedServer *server, QTcpSocket *socke
     : QObject(server), m_server(server), m_socket(socket), m_number(number)
 {
     socket->setParent(this);
+    // Head and body of an answer are written apart.
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     if (server->m_slowMs == 0) {
         connect(socket, &QTcpSocket::readyRead, this, &Connection::read);

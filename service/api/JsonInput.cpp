@@ -1,0 +1,125 @@
+#include <algorithm>
+#include <limits>
+#include <service/api/JsonInput.h>
+
+namespace service {
+
+namespace {
+
+constexpr qint64 MaxJsonBytes = 1024 * 1024;
+
+[[noreturn]] void refuse(const char *key, const char *expected)
+{
+    throw HttpError(400,
+                    QStringLiteral("\"%1\" must be %2.")
+                        .arg(QString::fromLatin1(key), QString::fromLatin1(expected)));
+}
+
+} // namespace
+
+QJsonDocument readJson(HttpRequest &request)
+{
+    const QByteArray body = request.body->readAll(MaxJsonBytes);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
+    if (error.error != QJsonParseError::NoError)
+        throw HttpError(400, QStringLiteral("The body is not JSON: %1.").arg(error.errorString()));
+    return document;
+}
+
+QJsonObject jsonParameter(const HttpRequest &request, QLatin1String name)
+{
+    if (!request.query.contains(name))
+        return {};
+    QJsonParseError error;
+    const QJsonDocument document =
+        QJsonDocument::fromJson(request.parameter(name).toUtf8(), &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject())
+        throw HttpError(400, QStringLiteral("The parameter %1 is not a JSON object.").arg(name));
+    return document.object();
+}
+
+qint64 numberParameter(const HttpRequest &request, QLatin1String name, qint64 fallback)
+{
+    if (!request.query.contains(name))
+        return fallback;
+    bool isNumber = false;
+    const qint64 number = request.parameter(name).toLongLong(&isNumber);
+    if (!isNumber)
+        throw HttpError(400, QStringLiteral("The parameter %1 is not a whole number.").arg(name));
+    return number;
+}
+
+JsonInput::JsonInput(const QJsonObject &object, std::initializer_list<const char *> knownKeys)
+    : m_object(object)
+{
+    const QStringList keys = object.keys();
+    for (const QString &key : keys) {
+        const bool isKnown =
+            std::any_of(knownKeys.begin(), knownKeys.end(),
+                        [&key](const char *known) { return key == QLatin1String(known); });
+        if (!isKnown)
+            throw HttpError(400,
+                            QStringLiteral("The key \"%1\" is unknown here.").arg(key.left(60)));
+    }
+}
+
+bool JsonInput::has(const char *key) const
+{
+    return m_object.contains(QLatin1String(key));
+}
+
+QString JsonInput::text(const char *key) const
+{
+    const QJsonValue value = m_object.value(QLatin1String(key));
+    if (!value.isString() && !value.isNull() && !value.isUndefined())
+        refuse(key, "text");
+    return value.toString();
+}
+
+QString JsonInput::requiredText(const char *key) const
+{
+    if (!m_object.value(QLatin1String(key)).isString())
+        refuse(key, "there, as text");
+    return text(key);
+}
+
+int JsonInput::integer(const char *key) const
+{
+    const QJsonValue value = m_object.value(QLatin1String(key));
+    const double number = value.toDouble();
+    if (!value.isDouble() || number < std::numeric_limits<int>::min()
+        || number > std::numeric_limits<int>::max() || number != static_cast<int>(number))
+        refuse(key, "a whole number of 32 bits");
+    return static_cast<int>(number);
+}
+
+bool JsonInput::boolean(const char *key) const
+{
+    const QJsonValue value = m_object.value(QLatin1String(key));
+    if (!value.isBool())
+        refuse(key, "true or false");
+    return value.toBool();
+}
+
+QJsonArray JsonInput::array(const char *key) const
+{
+    const QJsonValue value = m_object.value(QLatin1String(key));
+    if (!value.isArray())
+        refuse(key, "an array");
+    return value.toArray();
+}
+
+QStringList JsonInput::texts(const char *key) const
+{
+    QStringList texts;
+    const QJsonArray values = array(key);
+    for (const QJsonValue &value : values) {
+        if (!value.isString())
+            refuse(key, "an array of texts");
+        texts.append(value.toString());
+    }
+    return texts;
+}
+
+} // namespace service

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <service/api/ServiceContext.h>
+#include <service/records/Access.h>
+#include <service/records/Documents.h>
+
+namespace service {
+
+//! \brief One request's view of the service: who asks, and what that user may do.
+class Session
+{
+public:
+    Session(ServiceContext &serviceContext, const User &user, std::optional<FaultRule> faultRule)
+        : context(serviceContext), database(serviceContext.database),
+          access(serviceContext.database, user), documents(serviceContext.database, user.id),
+          fault(std::move(faultRule))
+    {}
+
+    const User &user() const { return access.user(); }
+
+    //! \throws HttpError 404, 403
+    Document readable(const QString &id)
+    {
+        const Document document = documents.require(id);
+        access.require(document, Action::Read);
+        return document;
+    }
+
+    ServiceContext &context;
+    Database &database;
+    Access access;
+    Documents documents;
+    const std::optional<FaultRule> fault;
+};
+
+} // namespace service

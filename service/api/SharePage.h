@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <service/records/Document.h>
+
+namespace service {
+
+//! What a page about a share shows.
+struct SharePage
+{
+    QString title;
+    QString basePath; //!< "/share/CODE"
+    bool allowsDownload = false;
+    QList<Document> documents;
+};
+
+//! A list of documents: folders can be opened, files downloaded where that is allowed.
+QString shareListPage(const SharePage &page);
+
+//! A page that says in one sentence why there is nothing to see.
+QString shareMessagePage(const QString &title, const QString &sentence);
+
+} // namespace service

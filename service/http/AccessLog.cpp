@@ -1,0 +1,67 @@
+#include <QDateTime>
+
+#include <cstdio>
+#include <service/http/AccessLog.h>
+#include <service/http/HttpServer.h>
+
+namespace service {
+
+namespace {
+
+constexpr int MaxFieldLength = 300;
+
+//! A path cannot start a line of its own, nor hide in one.
+QString printable(const QString &whole)
+{
+    QString text = whole.left(MaxFieldLength);
+    for (QChar &c : text) {
+        if (c.isSpace() || !c.isPrint())
+            c = QLatin1Char('?');
+    }
+    return text.isEmpty() ? QStringLiteral("-") : text;
+}
+
+} // namespace
+
+bool AccessLog::open(const QString &target, QString *error)
+{
+    if (target.isEmpty())
+        return true;
+    bool isOpen = false;
+    if (target == QLatin1String("-")) {
+        isOpen = m_file.open(stderr, QIODevice::WriteOnly);
+    } else {
+        m_file.setFileName(target);
+        isOpen = m_file.open(QIODevice::WriteOnly | QIODevice::Append);
+    }
+    if (!isOpen) {
+        *error = QStringLiteral("The access log %1 cannot be written: %2.")
+                     .arg(target, m_file.errorString());
+    }
+    return isOpen;
+}
+
+void AccessLog::write(const ServedRequest &request)
+{
+    const QMutexLocker lock(&m_lock);
+    if (!m_file.isOpen())
+        return;
+    const QString status =
+        request.status == 0 ? QStringLiteral("-") : QString::number(request.status);
+    const QString line =
+        QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8ms\n")
+            .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs), request.client,
+                 printable(request.user), QString::fromLatin1(request.verb),
+                 printable(request.path), status, QString::number(request.bytes),
+                 QString::number(request.milliseconds));
+    m_file.write(line.toUtf8());
+    m_file.flush();
+}
+
+void AccessLog::close()
+{
+    const QMutexLocker lock(&m_lock);
+    m_file.close();
+}
+
+} // namespace service

@@ -1,0 +1,75 @@
+#include <algorithm>
+#include <service/http/HttpMessages.h>
+#include <service/records/Access.h>
+#include <service/records/DocumentTree.h>
+#include <service/records/Names.h>
+
+namespace service {
+
+namespace {
+
+[[noreturn]] void refuse(Action action)
+{
+    throw HttpError(403,
+                    QStringLiteral("Your role in the project does not allow this (%1).")
+                        .arg(actionKey(action)));
+}
+
+} // namespace
+
+Access::Access(Database &database, const User &user)
+    : m_database(database), m_users(database), m_user(user)
+{}
+
+bool Access::may(const QString &projectId, Action action)
+{
+    return roleAllows(role(projectId), action);
+}
+
+bool Access::may(const Document &document, Action action)
+{
+    const Role own = role(document.projectId);
+    if (roleAllows(own, action))
+        return true;
+    if (document.createdBy != m_user.id || !roleAllows(own, selfAction(action)))
+        return false;
+    return action != Action::Delete || !document.isFolder()
+        || DocumentTree(m_database).createdAllBelow(document.id, m_user.id);
+}
+
+bool Access::mayAnywhere(Action action)
+{
+    if (m_user.isLocal)
+        return true;
+    const QList<Membership> memberships = m_users.projectsOf(m_user);
+    return std::any_of(memberships.begin(), memberships.end(),
+                       [action](const Membership &m) { return roleAllows(m.role, action); });
+}
+
+void Access::require(const QString &projectId, Action action)
+{
+    requireValidProjectId(projectId);
+    // Without users a project comes into being with its first document.
+    if (!m_user.isLocal && !m_users.projectExists(projectId))
+        throw HttpError(404, QStringLiteral("There is no project %1.").arg(projectId));
+    if (!may(projectId, action))
+        refuse(action);
+}
+
+void Access::require(const Document &document, Action action)
+{
+    if (!may(document, action))
+        refuse(action);
+}
+
+Role Access::role(const QString &projectId)
+{
+    const auto known = m_roles.constFind(projectId);
+    if (known != m_roles.constEnd())
+        return known.value();
+    const Role found = m_users.roleIn(projectId, m_user);
+    m_roles.insert(projectId, found);
+    return found;
+}
+
+} // namespace service

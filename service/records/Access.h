@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QHash>
+
+#include <service/records/Document.h>
+#include <service/records/Permissions.h>
+#include <service/records/Users.h>
+
+namespace service {
+
+class Database;
+
+//! \brief What the asking user may do. Answers and refusals both come from roleAllows().
+class Access
+{
+public:
+    Access(Database &database, const User &user);
+
+    const User &user() const { return m_user; }
+
+    bool may(const QString &projectId, Action action);
+    //! On one document: by the role, or by the role's "self" action on what the user has created. Deleting a
+    //! folder counts as own only when everything below it is.
+    bool may(const Document &document, Action action);
+    bool mayAnywhere(Action action);
+
+    //! \throws HttpError 404 for an unknown project, 403
+    void require(const QString &projectId, Action action);
+    //! \throws HttpError 403
+    void require(const Document &document, Action action);
+
+private:
+    Role role(const QString &projectId);
+
+    Database &m_database;
+    Users m_users;
+    User m_user;
+    QHash<QString, Role> m_roles; //!< asked once for each request
+};
+
+} // namespace service

@@ -1,0 +1,158 @@
+#include <QJsonArray>
+#include <QStringList>
+
+#include <service/records/Access.h>
+#include <service/records/Document.h>
+#include <service/records/DocumentJson.h>
+#include <service/records/Links.h>
+#include <service/records/Names.h>
+#include <service/records/Times.h>
+#include <service/records/Versions.h>
+
+namespace service {
+
+namespace {
+
+QJsonValue textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
+QJsonObject fileToJson(const QString &fileId, qint64 size, const QString &suffix)
+{
+    return {{QStringLiteral("fileId"), fileId},
+            {QStringLiteral("fileSize"), size},
+            {QStringLiteral("suffix"), suffix}};
+}
+
+QJsonArray rightsToJson(const Document &document, Access &access)
+{
+    QJsonArray rights;
+    for (const Action action : documentActions()) {
+        // The words, not JSON's true and false: clients read a right as text.
+        const QString value =
+            access.may(document, action) ? QStringLiteral("true") : QStringLiteral("false");
+        rights.append(QJsonObject{{QStringLiteral("key"), actionKey(action)},
+                                  {QStringLiteral("value"), value}});
+    }
+    return rights;
+}
+
+//! Inserts what is selected; values that cost something come as functions.
+class Writer
+{
+public:
+    explicit Writer(const DocumentSelection &selection) : m_selection(selection) {}
+
+    bool wants(const char *key) const
+    {
+        return m_selection.fields.isEmpty()
+            || m_selection.fields.contains(QString::fromLatin1(key));
+    }
+    void add(const char *key, const QJsonValue &value)
+    {
+        if (wants(key))
+            m_object.insert(QString::fromLatin1(key), value);
+    }
+    void addTime(const char *key, qint64 ms)
+    {
+        if (wants(key))
+            m_object.insert(QString::fromLatin1(key), textOrNull(timeText(ms)));
+    }
+    QJsonObject take() { return std::move(m_object); }
+
+private:
+    const DocumentSelection &m_selection;
+    QJsonObject m_object;
+};
+
+void addFile(const Document &document, Writer &out)
+{
+    if (document.isFolder())
+        return;
+    out.add("fileId", document.fileId);
+    out.add("fileSize", document.size);
+    out.add("suffix", document.suffix);
+    out.add("file", fileToJson(document.fileId, document.size, document.suffix));
+}
+
+} // namespace
+
+DocumentSelection parseSelection(const QString &select, bool linkedEntity)
+{
+    DocumentSelection selection;
+    bool isWithoutEntities = false;
+    const QStringList words = select.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &word : words) {
+        if (word == QLatin1String("-entities"))
+            isWithoutEntities = true;
+        else if (!word.startsWith(QLatin1Char('-')))
+            selection.fields.insert(word);
+    }
+    // Clients read a file's data from the nested object, whichever name they ask by.
+    for (const QLatin1String part :
+         {QLatin1String("fileId"), QLatin1String("fileSize"), QLatin1String("suffix")}) {
+        if (selection.fields.contains(part))
+            selection.fields.insert(QStringLiteral("file"));
+    }
+    selection.hasEntity = linkedEntity || !isWithoutEntities;
+    if (linkedEntity && !selection.fields.isEmpty())
+        selection.fields.insert(QStringLiteral("entity"));
+    return selection;
+}
+
+QJsonObject documentToJson(const Document &document, const DocumentSelection &selection,
+                           Access &access)
+{
+    Writer out(selection);
+    out.add("name", document.name);
+    out.add("parentId", textOrNull(document.parentId));
+    out.add("projectId", document.projectId);
+    out.add("category", document.category);
+    out.add("hostId", document.hostId);
+    out.add("hostType", document.hostType);
+    out.add("recycle", document.recycle);
+    out.add("documentId", document.id);
+    out.add("favorite", document.isFavorite);
+    out.add("previewId", document.previewId);
+    out.add("type", document.type);
+    out.add("order", document.order);
+    out.add("remark", document.remark);
+    out.add("status", document.status);
+    addFile(document, out);
+    if (selection.hasEntity && out.wants("entity"))
+        out.add("entity", linksToJson(document.links));
+    if (selection.hasPwd)
+        out.add("pwd", document.pwd);
+    out.addTime("createdAt", document.createdAt);
+    out.add("createdBy", document.createdBy);
+    out.addTime("updatedAt", document.updatedAt);
+    out.add("updatedBy", document.updatedBy);
+    out.addTime("downloadTime", document.downloadedAt);
+    if (out.wants("auths"))
+        out.add("auths", rightsToJson(document, access));
+    QJsonObject object = out.take();
+    object.insert(QStringLiteral("_id"), document.id);
+    return object;
+}
+
+QJsonObject versionToJson(const Version &version)
+{
+    const QString suffix = suffixOf(version.name);
+    return {
+        {QStringLiteral("_id"), version.id},
+        {QStringLiteral("documentId"), version.documentId},
+        {QStringLiteral("number"), version.number},
+        {QStringLiteral("name"), version.name},
+        {QStringLiteral("suffix"), suffix},
+        {QStringLiteral("remark"), version.remark},
+        {QStringLiteral("file"), fileToJson(version.fileId, version.fileSize, suffix)},
+        {QStringLiteral("fileId"), version.fileId},
+        {QStringLiteral("fileSize"), version.fileSize},
+        {QStringLiteral("createdAt"), timeText(version.createdAt)},
+        {QStringLiteral("createdBy"), version.createdBy},
+        {QStringLiteral("updatedAt"), timeText(version.updatedAt)},
+    };
+}
+
+} // namespace service

@@ -1,0 +1,140 @@
+#include <service/http/HttpMessages.h>
+#include <service/records/DocumentQuery.h>
+#include <service/records/Documents.h>
+#include <service/records/WhereClause.h>
+#include <service/storage/RegexFunction.h>
+#include <service/storage/Statement.h>
+
+namespace service {
+
+namespace {
+
+const char *const parentKey = "parentId";
+
+//! Takes the folder whose children are asked for out of \a where: null for the top level.
+QJsonValue takeParent(QJsonObject &where)
+{
+    const QString key = QString::fromLatin1(parentKey);
+    const QJsonValue parent = where.value(key);
+    if (parent.isObject())
+        return QJsonValue::Undefined;
+    if (!parent.isUndefined() && !parent.isNull() && !parent.isString())
+        throw HttpError(400, QStringLiteral("The value for parentId has the wrong type."));
+    where.remove(key);
+    return parent.isString() && parent.toString().isEmpty() ? QJsonValue() : parent;
+}
+
+void addBelow(const QString &folderId, const QString &state, SqlFilter &filter)
+{
+    filter.add(QStringLiteral("d.id IN (WITH RECURSIVE below (id) AS ("
+                              "SELECT id FROM document WHERE parent_id = ? AND %1 UNION ALL "
+                              "SELECT c.id FROM document c JOIN below b ON c.parent_id = b.id "
+                              "WHERE c.%1) SELECT id FROM below)")
+                   .arg(state),
+               {folderId});
+}
+
+//! Where in the tree, and whether in the recycle bin: in its top level stand the things that were deleted
+//! themselves, wherever they lay.
+void addPlace(const DocumentQuery &query, const QJsonValue &parent, SqlFilter &filter)
+{
+    const bool isBin = query.category == QLatin1String("recycle");
+    const QString state = isBin ? QStringLiteral("recycle > 0") : QStringLiteral("recycle = 0");
+    filter.add(QStringLiteral("d.project_id = ?"), {query.projectId});
+    if (parent.isString() && query.isDeep)
+        addBelow(parent.toString(), state, filter);
+    else if (parent.isString())
+        filter.add(QStringLiteral("d.parent_id = ?"), {parent.toString()});
+    else if (isBin && !query.isDeep)
+        filter.add(QStringLiteral("d.recycle = 1"));
+    else if (parent.isNull() && !query.isDeep)
+        filter.add(QStringLiteral("d.parent_id IS NULL"));
+    filter.add(QStringLiteral("d.") + state);
+}
+
+SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
+{
+    SqlFilter filter;
+    QJsonObject where = query.where;
+    const QJsonValue parent = takeParent(where);
+    addPlace(query, parent, filter);
+    if (!query.category.isEmpty() && query.category != QLatin1String("recycle"))
+        filter.add(QStringLiteral("d.category = ?"), {query.category});
+    for (const int type : query.recordTypes) {
+        filter.add(
+            QStringLiteral("d.id IN (SELECT document_id FROM mark WHERE user_id = ? AND type = ?)"),
+            {userId, type});
+    }
+    addWhere(where, filter);
+    return filter;
+}
+
+[[noreturn]] void rethrow(const DatabaseError &error)
+{
+    if (QString::fromUtf8(error.what()).contains(regexLimitMessage()))
+        throw HttpError(400, regexLimitMessage());
+    throw error;
+}
+
+} // namespace
+
+DocumentLister::DocumentLister(Database &database, const QString &userId)
+    : m_database(database), m_userId(userId)
+{}
+
+QList<Document> DocumentLister::list(const DocumentQuery &query)
+{
+    const SqlFilter filter = filterOf(query, m_userId);
+    const QString order = orderClause(query.order);
+    QVariantList values{m_userId, m_userId};
+    values += filter.values;
+    if (query.limit <= 0 && query.skip <= 0) {
+        return run(QStringLiteral("SELECT %1 FROM document d WHERE %2%3")
+                       .arg(Documents::columns(), filter.text(), order),
+                   values);
+    }
+    // The page is found by the index alone; only its own rows are read whole.
+    values += {query.limit > 0 ? query.limit : -1, query.skip};
+    return run(QStringLiteral("SELECT %1 FROM (SELECT d.rowid AS r FROM document d WHERE %2%3 "
+                              "LIMIT ? OFFSET ?) page JOIN document d ON d.rowid = page.r%3")
+                   .arg(Documents::columns(), filter.text(), order),
+               values);
+}
+
+qint64 DocumentLister::count(const DocumentQuery &query)
+{
+    const SqlFilter filter = filterOf(query, m_userId);
+    try {
+        Statement row(m_database,
+                      QStringLiteral("SELECT count(*) FROM document d WHERE %1").arg(filter.text()),
+                      filter.values);
+        row.next();
+        return row.number(0);
+    } catch (const DatabaseError &error) {
+        rethrow(error);
+    }
+}
+
+QList<Document> DocumentLister::linkedTo(const QString &projectId, const QString &entityId)
+{
+    return run(QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? AND d.recycle = 0 "
+                              "AND d.id IN (SELECT document_id FROM link WHERE entity_id = ?) "
+                              "ORDER BY d.name, d.id")
+                   .arg(Documents::columns()),
+               {m_userId, m_userId, projectId, entityId});
+}
+
+QList<Document> DocumentLister::run(const QString &sql, const QVariantList &values)
+{
+    try {
+        Statement row(m_database, sql, values);
+        QList<Document> documents;
+        while (row.next())
+            documents.append(Documents::read(row));
+        return documents;
+    } catch (const DatabaseError &error) {
+        rethrow(error);
+    }
+}
+
+} // namespace service

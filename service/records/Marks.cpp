@@ -1,0 +1,39 @@
+#include <service/records/Marks.h>
+#include <service/records/Times.h>
+#include <service/storage/Statement.h>
+
+namespace service {
+
+Marks::Marks(Database &database, const QString &userId) : m_database(database), m_userId(userId) {}
+
+void Marks::set(const QString &documentId, int type, bool isMarked)
+{
+    if (isMarked) {
+        Statement(
+            m_database,
+            QStringLiteral("INSERT OR REPLACE INTO mark (user_id, document_id, type, created_at) "
+                           "VALUES (?, ?, ?, ?)"),
+            {m_userId, documentId, type, nowMs()});
+    } else {
+        Statement(
+            m_database,
+            QStringLiteral("DELETE FROM mark WHERE user_id = ? AND document_id = ? AND type = ?"),
+            {m_userId, documentId, type});
+    }
+}
+
+QList<Mark> Marks::list(const QString &documentId, std::optional<int> type)
+{
+    Statement row(m_database,
+                  QStringLiteral("SELECT m.document_id, m.type, m.created_at FROM mark m "
+                                 "JOIN document d ON d.id = m.document_id AND d.recycle = 0 "
+                                 "WHERE m.user_id = ? AND (? = '' OR m.document_id = ?) "
+                                 "AND (? OR m.type = ?) ORDER BY m.created_at DESC, m.document_id"),
+                  {m_userId, documentId, documentId, type ? 0 : 1, type.value_or(0)});
+    QList<Mark> marks;
+    while (row.next())
+        marks.append({row.text(0), static_cast<int>(row.number(1)), row.number(2)});
+    return marks;
+}
+
+} // namespace service

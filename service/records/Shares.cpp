@@ -1,0 +1,93 @@
+#include <service/records/Documents.h>
+#include <service/records/Ids.h>
+#include <service/records/Shares.h>
+#include <service/records/Times.h>
+#include <service/storage/Statement.h>
+
+namespace service {
+
+namespace {
+
+constexpr int CodeDigits = 32;
+
+QList<Document> readAll(Statement row)
+{
+    QList<Document> documents;
+    while (row.next())
+        documents.append(Documents::read(row));
+    return documents;
+}
+
+} // namespace
+
+Shares::Shares(Database &database) : m_database(database) {}
+
+QString Shares::insert(const Share &share, const QStringList &documentIds)
+{
+    const QString id = newId();
+    const QString code = newSecret().left(CodeDigits);
+    const QVariant expiry = share.expiredAt == 0 ? QVariant() : QVariant(share.expiredAt);
+    Statement(
+        m_database,
+        QStringLiteral("INSERT INTO share (id, code_hash, project_id, allow_download, expired_at, "
+                       "created_at, created_by) VALUES (?, ?, ?, ?, ?, ?, ?)"),
+        {id, secretHash(code), share.projectId, share.allowsDownload ? 1 : 0, expiry, nowMs(),
+         share.createdBy});
+    for (int i = 0; i < documentIds.size(); ++i) {
+        Statement(
+            m_database,
+            QStringLiteral("INSERT OR IGNORE INTO share_document (share_id, document_id, position) "
+                           "VALUES (?, ?, ?)"),
+            {id, documentIds.at(i), i});
+    }
+    return code;
+}
+
+std::optional<Share> Shares::findByCode(const QString &code)
+{
+    Statement row(m_database,
+                  QStringLiteral("SELECT id, project_id, allow_download, expired_at, created_by "
+                                 "FROM share WHERE code_hash = ?"),
+                  {secretHash(code)});
+    if (!row.next())
+        return std::nullopt;
+    return Share{row.text(0), row.text(1), row.number(2) != 0, row.number(3), row.text(4)};
+}
+
+QList<Document> Shares::documents(const Share &share)
+{
+    return readAll(Statement(
+        m_database,
+        QStringLiteral("SELECT %1 FROM share_document s JOIN document d ON d.id = s.document_id "
+                       "WHERE s.share_id = ? AND d.recycle = 0 ORDER BY s.position")
+            .arg(Documents::columns()),
+        {QString(), QString(), share.id}));
+}
+
+QList<Document> Shares::children(const Document &folder)
+{
+    return readAll(Statement(m_database,
+                             QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? "
+                                            "AND d.parent_id = ? AND d.recycle = 0 "
+                                            "ORDER BY d.type, d.name, d.id")
+                                 .arg(Documents::columns()),
+                             {QString(), QString(), folder.projectId, folder.id}));
+}
+
+std::optional<Document> Shares::find(const Share &share, const QString &documentId)
+{
+    Statement row(
+        m_database,
+        QStringLiteral("WITH RECURSIVE above (id) AS (SELECT ? UNION "
+                       "SELECT p.parent_id FROM document p JOIN above a ON p.id = a.id "
+                       "WHERE p.recycle = 0 AND p.parent_id IS NOT NULL) "
+                       "SELECT 1 FROM above a JOIN share_document s ON s.document_id = a.id "
+                       "WHERE s.share_id = ?"),
+        {documentId, share.id});
+    if (!row.next())
+        return std::nullopt;
+    const std::optional<Document> found = Documents(m_database, QString()).find(documentId);
+    return found && found->recycle == Document::Present ? found : std::nullopt;
+}
+
+} // namespace service

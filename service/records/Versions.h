@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace service {
+
+class Database;
+struct Document;
+
+//! One content that a document has or had.
+struct Version
+{
+    QString id;
+    QString documentId;
+    int number = 0; //!< from 1
+    QString fileId;
+    qint64 fileSize = 0;
+    QString name;
+    QString remark;
+    qint64 createdAt = 0;
+    QString createdBy;
+    qint64 updatedAt = 0;
+};
+
+//! \brief The history of documents. Changes belong inside a Transaction of the caller.
+class Versions
+{
+public:
+    explicit Versions(Database &database);
+
+    //! Adds the document's present content as its newest version.
+    void add(const Document &document, const QString &userId);
+
+    //! Newest first, or oldest first with \a isAscending.
+    QList<Version> list(const QString &documentId, bool isAscending);
+    std::optional<Version> find(const QString &id);
+    qint64 count(const QString &documentId);
+    void setRemark(const QString &id, const QString &remark);
+
+private:
+    Database &m_database;
+};
+
+} // namespace service

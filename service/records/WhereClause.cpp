@@ -1,0 +1,228 @@
+#include <QJsonArray>
+
+#include <array>
+#include <cmath>
+#include <service/http/HttpMessages.h>
+#include <service/records/Times.h>
+#include <service/records/WhereClause.h>
+#include <service/storage/RegexFunction.h>
+#include <service/storage/Statement.h>
+
+namespace service {
+
+namespace {
+
+constexpr int MaxPatternLength = 1000;
+
+enum class Kind { Text, Id, Number, Time };
+
+struct Field
+{
+    const char *name;
+    const char *column;
+    Kind kind;
+};
+
+//! Every field that conditions and sorts may name. Id: null where there is none.
+constexpr std::array<Field, 22> Fields{{
+    {"_id", "d.id", Kind::Text},
+    {"documentId", "d.id", Kind::Text},
+    {"parentId", "d.parent_id", Kind::Id},
+    {"name", "d.name", Kind::Text},
+    {"type", "d.type", Kind::Text},
+    {"category", "d.category", Kind::Text},
+    {"hostId", "d.host_id", Kind::Text},
+    {"hostType", "d.host_type", Kind::Number},
+    {"order", "d.ord", Kind::Number},
+    {"remark", "d.remark", Kind::Text},
+    {"status", "d.status", Kind::Text},
+    {"fileId", "d.file_id", Kind::Id},
+    {"file.fileId", "d.file_id", Kind::Id},
+    {"fileSize", "d.size", Kind::Number},
+    {"file.fileSize", "d.size", Kind::Number},
+    {"suffix", "d.suffix", Kind::Text},
+    {"file.suffix", "d.suffix", Kind::Text},
+    {"recycle", "d.recycle", Kind::Number},
+    {"createdAt", "d.created_at", Kind::Time},
+    {"createdBy", "d.created_by", Kind::Text},
+    {"updatedAt", "d.updated_at", Kind::Time},
+    {"updatedBy", "d.updated_by", Kind::Text},
+}};
+
+struct Comparison
+{
+    const char *word;
+    const char *sql;
+};
+
+constexpr std::array<Comparison, 6> Comparisons{{
+    {"$eq", "="},
+    {"$ne", "<>"},
+    {"$gt", ">"},
+    {"$gte", ">="},
+    {"$lt", "<"},
+    {"$lte", "<="},
+}};
+
+const Field *findField(const QString &name)
+{
+    for (const Field &field : Fields) {
+        if (name == QLatin1String(field.name))
+            return &field;
+    }
+    return nullptr;
+}
+
+[[noreturn]] void refuseValue(const Field &field)
+{
+    throw HttpError(400,
+                    QStringLiteral("The value for %1 has the wrong type.")
+                        .arg(QString::fromLatin1(field.name)));
+}
+
+QVariant sqlValue(const Field &field, const QJsonValue &value)
+{
+    if (field.kind == Kind::Number) {
+        if (!value.isDouble() || !std::isfinite(value.toDouble()))
+            refuseValue(field);
+        return value.toDouble();
+    }
+    if (value.isNull() && field.kind != Kind::Time)
+        return QStringLiteral("");
+    if (!value.isString())
+        refuseValue(field);
+    if (field.kind == Kind::Time)
+        return parseTime(value.toString(), QString::fromLatin1(field.name));
+    return value.toString();
+}
+
+//! Null and the empty text mean the same: no id.
+bool isNoId(const Field &field, const QJsonValue &value)
+{
+    return field.kind == Kind::Id
+        && (value.isNull() || (value.isString() && value.toString().isEmpty()));
+}
+
+void addComparison(const Field &field, const Comparison &comparison, const QJsonValue &value,
+                   SqlFilter &filter)
+{
+    const QString column = QString::fromLatin1(field.column);
+    const QString sql = QString::fromLatin1(comparison.sql);
+    if (isNoId(field, value)) {
+        if (sql != QLatin1String("=") && sql != QLatin1String("<>"))
+            refuseValue(field);
+        filter.add(column
+                   + (sql == QLatin1String("=") ? QStringLiteral(" IS NULL")
+                                                : QStringLiteral(" IS NOT NULL")));
+        return;
+    }
+    // A client without a bound sends the text of an invalid date, which is empty: no bound.
+    if (field.kind == Kind::Time && value.isString() && value.toString().isEmpty())
+        return;
+    if (field.kind == Kind::Id && sql == QLatin1String("<>"))
+        filter.add(QStringLiteral("%1 IS NOT ?").arg(column), {sqlValue(field, value)});
+    else
+        filter.add(QStringLiteral("%1 %2 ?").arg(column, sql), {sqlValue(field, value)});
+}
+
+void addMembership(const Field &field, const QString &word, const QJsonValue &value,
+                   SqlFilter &filter)
+{
+    if (!value.isArray())
+        throw HttpError(400, QStringLiteral("%1 needs an array.").arg(word));
+    QVariantList values;
+    const QJsonArray members = value.toArray();
+    for (const QJsonValue &member : members)
+        values.append(sqlValue(field, member));
+    const QString column = field.kind == Kind::Id
+        ? QStringLiteral("coalesce(%1, '')").arg(QString::fromLatin1(field.column))
+        : QString::fromLatin1(field.column);
+    filter.add(
+        QStringLiteral("%1 %2 (%3)")
+            .arg(column,
+                 word == QLatin1String("$in") ? QStringLiteral("IN") : QStringLiteral("NOT IN"),
+                 placeholders(values.size())),
+        values);
+}
+
+void addPattern(const Field &field, const QJsonObject &operators, SqlFilter &filter)
+{
+    const QJsonValue pattern = operators.value(QStringLiteral("$regex"));
+    const QJsonValue options = operators.value(QStringLiteral("$options"));
+    if (field.kind != Kind::Text || !pattern.isString()
+        || !(options.isString() || options.isUndefined()))
+        refuseValue(field);
+    if (pattern.toString().size() > MaxPatternLength)
+        throw HttpError(400, QStringLiteral("The regular expression is too long."));
+    const QRegularExpression expression = boundedExpression(pattern.toString(), options.toString());
+    if (!expression.isValid()) {
+        throw HttpError(400,
+                        QStringLiteral("The regular expression cannot be read: %1.")
+                            .arg(expression.errorString()));
+    }
+    filter.add(QStringLiteral("name_matches(?, ?, %1)").arg(QString::fromLatin1(field.column)),
+               {pattern.toString(), options.toString()});
+}
+
+void addOperators(const Field &field, const QJsonObject &operators, SqlFilter &filter)
+{
+    for (auto it = operators.begin(); it != operators.end(); ++it) {
+        const QString word = it.key();
+        const auto *const comparison =
+            std::find_if(Comparisons.begin(), Comparisons.end(),
+                         [&word](const Comparison &c) { return word == QLatin1String(c.word); });
+        if (comparison != Comparisons.end())
+            addComparison(field, *comparison, it.value(), filter);
+        else if (word == QLatin1String("$in") || word == QLatin1String("$nin"))
+            addMembership(field, word, it.value(), filter);
+        else if (word == QLatin1String("$regex"))
+            addPattern(field, operators, filter);
+        else if (word != QLatin1String("$options"))
+            throw HttpError(400, QStringLiteral("The operator %1 is unknown.").arg(word.left(60)));
+    }
+}
+
+} // namespace
+
+void SqlFilter::add(const QString &condition, const QVariantList &conditionValues)
+{
+    conditions.append(condition);
+    values.append(conditionValues);
+}
+
+void addWhere(const QJsonObject &where, SqlFilter &filter)
+{
+    for (auto it = where.begin(); it != where.end(); ++it) {
+        const Field *const field = findField(it.key());
+        if (field == nullptr)
+            throw HttpError(400, QStringLiteral("The field %1 is unknown.").arg(it.key().left(60)));
+        if (it.value().isObject())
+            addOperators(*field, it.value().toObject(), filter);
+        else
+            addComparison(*field, Comparisons.front(), it.value(), filter);
+    }
+}
+
+QString orderClause(const QString &order)
+{
+    const QString usual = QStringLiteral("type order -updatedAt");
+    const QStringList keys =
+        (order.trimmed().isEmpty() ? usual : order).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QStringList terms;
+    QString direction;
+    bool hasId = false;
+    for (const QString &key : keys) {
+        const bool isDescending = key.startsWith(QLatin1Char('-'));
+        const Field *const field = findField(isDescending ? key.mid(1) : key);
+        if (field == nullptr)
+            throw HttpError(400, QStringLiteral("The sort key %1 is unknown.").arg(key.left(60)));
+        direction = isDescending ? QStringLiteral(" DESC") : QStringLiteral(" ASC");
+        terms.append(QString::fromLatin1(field->column) + direction);
+        hasId = hasId || QLatin1String(field->column) == QLatin1String("d.id");
+    }
+    if (!hasId)
+        terms.append(QStringLiteral("d.id") + direction);
+    return QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));
+}
+
+} // namespace service

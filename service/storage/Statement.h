@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QMutexLocker>
+#include <QSqlQuery>
+#include <QVariantList>
+
+#include <service/storage/Database.h>
+
+namespace service {
+
+//! \brief One SQL statement, executed on construction on the calling thread's connection.
+//!
+//! Values are bound to the question marks in order. A null QString is bound as empty text; SQL's NULL
+//! is an invalid QVariant. \throws DatabaseError
+class Statement
+{
+public:
+    Statement(Database &database, const QString &sql, const QVariantList &values = {});
+
+    bool next();
+    void finish() { m_query.finish(); }
+    int changedRows() const { return m_query.numRowsAffected(); }
+
+    QString text(int column) const { return m_query.value(column).toString(); }
+    qint64 number(int column) const { return m_query.value(column).toLongLong(); }
+    QByteArray bytes(int column) const { return m_query.value(column).toByteArray(); }
+    bool isNull(int column) const { return m_query.isNull(column); }
+
+private:
+    QSqlQuery m_query;
+};
+
+//! \brief A change: all of it, or nothing. Rolled back unless commit() was called.
+//!
+//! Takes the write lock of SQLite at once (BEGIN IMMEDIATE), so that what it reads cannot change before
+//! it writes, and queues up with the writers of this process instead of polling.
+class Transaction
+{
+public:
+    explicit Transaction(Database &database);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+
+    //! \throws DatabaseError when it did not reach the disk; nothing has changed then
+    void commit();
+
+private:
+    Database &m_database;
+    QMutexLocker m_locker;
+    bool m_isOpen = false;
+};
+
+//! "?,?,?" for \a count values.
+QString placeholders(int count);
+
+} // namespace service

@@ -1,0 +1,527 @@
+#include "support/ScriptedServer.h"
+
+#include <VellNetwork/AsyncNetManager.h>
+#include <VellNetwork/NetworkEventLoop.h>
+#include <VellNetwork/NetworkManager.h>
+#include <VellNetwork/NetworkSettings.h>
+#include <VellNetwork/VellBaseApi.h>
+
+#include <QElapsedTimer>
+#include <QHttpMultiPart>
+#include <QJsonObject>
+#include <QLoggingCategory>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QThread>
+#include <QTimer>
+#include <QtTest>
+
+#include <memory>
+
+using Ending = ScriptedReply::Ending;
+using std::chrono::milliseconds;
+
+namespace {
+
+enum class Verb { Get, Post, Put, Delete };
+
+QNetworkReply *send(Verb verb, const QString &url)
+{
+    const QJsonObject body{{QStringLiteral("a"), 1}};
+    switch (verb) {
+    case Verb::Get:
+        return NetworkManager::instance()->get(url);
+    case Verb::Post:
+        return NetworkManager::instance()->postJson(url, body);
+    case Verb::Put:
+        return NetworkManager::instance()->putJson(url, body);
+    case Verb::Delete:
+        break;
+    }
+    return NetworkManager::instance()->deleteResource(url);
+}
+
+ScriptedReply redirect(int status, const QString &target)
+{
+    ScriptedReply reply;
+    reply.status = status;
+    reply.body = "moved";
+    reply.headers.insert("Location", target.toUtf8());
+    return reply;
+}
+
+//! Collects what is logged while it lives.
+class LogLines
+{
+public:
+    LogLines() : m_previous(qInstallMessageHandler(&LogLines::add)) { s_lines.clear(); }
+    ~LogLines() { qInstallMessageHandler(m_previous); }
+
+    static const QStringList &lines() { return s_lines; }
+
+private:
+    static void add(QtMsgType, const QMessageLogContext &context, const QString &text)
+    {
+        s_lines += QLatin1String(context.category) + QLatin1String(": ") + text;
+    }
+
+    static QStringList s_lines;
+    QtMessageHandler m_previous;
+};
+
+QStringList LogLines::s_lines;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Verb)
+
+//! What every request has in common: time-outs, redirects, the token, the trace.
+class TestTransport : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void stallEndsWithTimeoutInBothClasses();
+    void stallInTheMiddleOfAnAnswerEndsToo();
+    void noTimeoutWaitsOn();
+    void slowDownloadThatMovesGoesOn();
+    void slowUploadThatMovesGoesOn();
+    void busyThreadIsNoStall();
+    void lostConnectionNeverRepeatsAChange_data();
+    void lostConnectionNeverRepeatsAChange();
+    void lostConnectionNeverRepeatsAForm();
+    void redirectsAreFollowed_data();
+    void redirectsAreFollowed();
+    void readingWhatCameOfAChangeMayBeRedirectedAgain();
+    void lostConnectionBehindARedirectNeverRepeatsAChange();
+    void redirectsThatWouldLoseTheChangeAreRefused_data();
+    void redirectsThatWouldLoseTheChangeAreRefused();
+    void otherServersAreFollowedOnlyWithoutToken();
+    void redirectsInACircleEnd();
+    void redirectsToOtherSchemesAreRefused_data();
+    void redirectsToOtherSchemesAreRefused();
+    void tokenGoesWithEveryRequest();
+    void tlsErrorsAreNotIgnored();
+    void traceIsOffByDefault();
+    void traceHasOneLineWithoutSecrets();
+    void failuresTellNoPassword();
+    void baseAddressEndsWithSlash();
+
+private:
+    void waitFor(const QString &url, QNetworkReply::NetworkError expected);
+
+    std::unique_ptr<ScriptedServer> m_server;
+    QString m_url;
+};
+
+void TestTransport::init()
+{
+    m_server = std::make_unique<ScriptedServer>();
+    m_url = m_server->baseApi() + QLatin1String("x");
+    NetworkSettings::instance().setStallTimeout(milliseconds(10000));
+    NetworkSettings::instance().setAccessToken(QString());
+}
+
+void TestTransport::cleanup()
+{
+    m_server.reset();
+    QLoggingCategory::setFilterRules(QString());
+}
+
+void TestTransport::waitFor(const QString &url, QNetworkReply::NetworkError expected)
+{
+    NetworkEventLoop loop(NetworkManager::instance()->get(url));
+    loop.exec();
+    QCOMPARE(loop.error(), expected);
+}
+
+void TestTransport::stallEndsWithTimeoutInBothClasses()
+{
+    NetworkSettings::instance().setStallTimeout(milliseconds(200));
+    m_server->setHandler(
+        [](const ScriptedRequest &) { return ScriptedReply::endingAs(Ending::Withheld); });
+    QElapsedTimer timer;
+    timer.start();
+    waitFor(m_url, QNetworkReply::TimeoutError);
+    QVERIFY2(timer.elapsed() >= 190, qPrintable(QString::number(timer.elapsed())));
+
+    AsyncNetManager manager;
+    QSignalSpy typed(&manager, QOverload<QNetworkReply::NetworkError>::of(&AsyncNetManager::error));
+    QSignalSpy plain(&manager, QOverload<int>::of(&AsyncNetManager::error));
+    manager.get(m_url);
+    QVERIFY(plain.wait());
+    QCOMPARE(typed.size(), 1);
+    QCOMPARE(typed.first().first().value<QNetworkReply::NetworkError>(),
+             QNetworkReply::TimeoutError);
+    QCOMPARE(plain.first().first().toInt(), int(QNetworkReply::TimeoutError));
+}
+
+void TestTransport::stallInTheMiddleOfAnAnswerEndsToo()
+{
+    NetworkSettings::instance().setStallTimeout(milliseconds(200));
+    ScriptedReply reply = ScriptedReply::json("half of it");
+    reply.headers.insert("Content-Length", "20");
+    m_server->enqueue(reply);
+    waitFor(m_url, QNetworkReply::TimeoutError);
+}
+
+void TestTransport::noTimeoutWaitsOn()
+{
+    NetworkSettings::instance().setStallTimeout(milliseconds(0));
+    ScriptedReply reply = ScriptedReply::json("{}");
+    reply.delayMs = 300;
+    m_server->enqueue(reply);
+    waitFor(m_url, QNetworkReply::NoError);
+}
+
+void TestTransport::slowDownloadThatMovesGoesOn()
+{
+    NetworkSettings::instance().setStallTimeout(milliseconds(400));
+    ScriptedReply reply = ScriptedReply::json(QByteArray(1000, ' ') + "{}");
+    reply.pieces = 10;
+    reply.pieceDelayMs = 100;
+    m_server->enqueue(reply);
+    QElapsedTimer timer;
+    timer.start();
+    waitFor(m_url, QNetworkReply::NoError);
+    QVERIFY(timer.elapsed() > 800);
+}
+
+void TestTransport::slowUploadThatMovesGoesOn()
+{
+    // More than the buffers of both ends hold, taken in for longer than twice the time-out.
+    NetworkSettings::instance().setStallTimeout(milliseconds(400));
+    m_server->readSlowly(512 * 1024, 20);
+    m_server->enqueue(ScriptedReply::json("{}"));
+    QHttpPart part;
+    part.setRawHeader("Content-Disposition", "form-data; name=\"file\"");
+    part.setBody(QByteArray(32 * 1024 * 1024, 'c'));
+    auto *body = new QHttpMultiPart(QHttpMultiPart::FormDataType);
+    body->append(part);
+    AsyncNetManager manager;
+    QSignalSpy completed(&manager, &AsyncNetManager::netComplete);
+    QSignalSpy errors(&manager, QOverload<int>::of(&AsyncNetManager::error));
+    QElapsedTimer timer;
+    timer.start();
+    manager.post(m_url, body);
+    QTRY_VERIFY_WITH_TIMEOUT(completed.size() + errors.size() > 0, 20000);
+    QCOMPARE(errors.size(), 0);
+    QVERIFY2(timer.elapsed() > 800, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestTransport::busyThreadIsNoStall()
+{
+    // The answer comes from another thread while this one does something else for long.
+    NetworkSettings::instance().setStallTimeout(milliseconds(200));
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    QNetworkReply *reply = NetworkManager::instance()->get(
+        QStringLiteral("http://127.0.0.1:%1/").arg(server.serverPort()));
+    NetworkEventLoop loop(reply);
+    QTRY_VERIFY(server.hasPendingConnections());
+    QThread::msleep(500);
+    QTcpSocket *socket = server.nextPendingConnection();
+    QTimer::singleShot(
+        100, socket, [socket] { socket->write("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"); });
+    loop.exec();
+    QCOMPARE(loop.error(), QNetworkReply::NoError);
+}
+
+void TestTransport::lostConnectionNeverRepeatsAChange_data()
+{
+    QTest::addColumn<Verb>("verb");
+    QTest::addColumn<bool>("onUsedConnection");
+    QTest::newRow("POST, new connection") << Verb::Post << false;
+    QTest::newRow("POST, used connection") << Verb::Post << true;
+    QTest::newRow("PUT, new connection") << Verb::Put << false;
+    QTest::newRow("PUT, used connection") << Verb::Put << true;
+    QTest::newRow("DELETE, new connection") << Verb::Delete << false;
+    QTest::newRow("DELETE, used connection") << Verb::Delete << true;
+}
+
+void TestTransport::lostConnectionNeverRepeatsAChange()
+{
+    QFETCH(Verb, verb);
+    QFETCH(bool, onUsedConnection);
+    QSignalSpy failures(NetworkManager::instance(), &NetworkManager::requestFailed);
+    if (onUsedConnection) {
+        m_server->enqueue(ScriptedReply::json("{}"));
+        waitFor(m_url, QNetworkReply::NoError);
+    }
+    m_server->clearRequests();
+    // Were the change repeated, it would succeed.
+    m_server->enqueue(ScriptedReply::endingAs(Ending::Dropped));
+    m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
+    NetworkEventLoop loop(send(verb, m_url));
+    loop.exec();
+    QCOMPARE(loop.error(), QNetworkReply::RemoteHostClosedError);
+    QCOMPARE(m_server->requests().size(), 1);
+    QCOMPARE(failures.size(), 1);
+    QCOMPARE(failures.first().first().value<NetworkFailure>().message,
+             QStringLiteral("The connection was closed before the answer came"));
+}
+
+void TestTransport::lostConnectionNeverRepeatsAForm()
+{
+    m_server->enqueue(ScriptedReply::endingAs(Ending::Dropped));
+    m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
+    QHttpPart part;
+    part.setRawHeader("Content-Disposition", "form-data; name=\"file\"");
+    part.setBody("content");
+    auto *body = new QHttpMultiPart(QHttpMultiPart::FormDataType);
+    body->append(part);
+    AsyncNetManager manager;
+    QSignalSpy errors(&manager, QOverload<int>::of(&AsyncNetManager::error));
+    manager.post(m_url, body);
+    QVERIFY(errors.wait());
+    QCOMPARE(errors.first().first().toInt(), int(QNetworkReply::RemoteHostClosedError));
+    QCOMPARE(m_server->requests().size(), 1);
+}
+
+void TestTransport::redirectsAreFollowed_data()
+{
+    QTest::addColumn<Verb>("verb");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("lastVerb");
+    for (const int status : {301, 302, 303, 307, 308})
+        QTest::addRow("GET %d", status) << Verb::Get << status << QByteArray("GET");
+    for (const int status : {307, 308}) {
+        QTest::addRow("POST %d", status) << Verb::Post << status << QByteArray("POST");
+        QTest::addRow("PUT %d", status) << Verb::Put << status << QByteArray("PUT");
+        QTest::addRow("DELETE %d", status) << Verb::Delete << status << QByteArray("DELETE");
+    }
+    QTest::newRow("POST 303") << Verb::Post << 303 << QByteArray("GET");
+    QTest::newRow("PUT 303") << Verb::Put << 303 << QByteArray("GET");
+    QTest::newRow("DELETE 303") << Verb::Delete << 303 << QByteArray("GET");
+}
+
+void TestTransport::redirectsAreFollowed()
+{
+    QFETCH(Verb, verb);
+    QFETCH(int, status);
+    QFETCH(QByteArray, lastVerb);
+    // Qt now and then asks the first address twice before it follows.
+    m_server->setHandler([status](const ScriptedRequest &request) {
+        return request.target == "/x" ? redirect(status, QStringLiteral("/y"))
+                                      : ScriptedReply::json("{\"b\":2}");
+    });
+    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
+    NetworkEventLoop loop(send(verb, m_url));
+    loop.exec();
+    QCOMPARE(loop.error(), QNetworkReply::NoError);
+    QCOMPARE(loop.content(), QByteArray("{\"b\":2}"));
+    const ScriptedRequest &last = m_server->requests().last();
+    QCOMPARE(last.target, QByteArray("/y"));
+    QCOMPARE(last.verb, lastVerb);
+    QCOMPARE(last.body, lastVerb.startsWith('P') ? QByteArray("{\"a\":1}") : QByteArray());
+    QCOMPARE(last.headers.value("authorization"), QByteArray("Bearer t0k3n"));
+}
+
+void TestTransport::readingWhatCameOfAChangeMayBeRedirectedAgain()
+{
+    m_server->setHandler([](const ScriptedRequest &request) {
+        if (request.target == "/x")
+            return redirect(303, QStringLiteral("/y"));
+        return request.target == "/y" ? redirect(302, QStringLiteral("/z"))
+                                      : ScriptedReply::json("{}");
+    });
+    NetworkEventLoop loop(send(Verb::Post, m_url));
+    loop.exec();
+    QCOMPARE(loop.error(), QNetworkReply::NoError);
+    QCOMPARE(m_server->requests().last().target, QByteArray("/z"));
+}
+
+void TestTransport::lostConnectionBehindARedirectNeverRepeatsAChange()
+{
+    int changes = 0;
+    m_server->setHandler([&](const ScriptedRequest &request) {
+        if (request.target == "/x")
+            return redirect(307, QStringLiteral("/y"));
+        return ++changes == 1 ? ScriptedReply::endingAs(Ending::Dropped)
+                              : ScriptedReply::json("{}");
+    });
+    NetworkEventLoop loop(send(Verb::Post, m_url));
+    loop.exec();
+    QCOMPARE(loop.error(), QNetworkReply::RemoteHostClosedError);
+    QCOMPARE(changes, 1);
+}
+
+void TestTransport::redirectsThatWouldLoseTheChangeAreRefused_data()
+{
+    QTest::addColumn<Verb>("verb");
+    QTest::addColumn<int>("status");
+    for (const int status : {301, 302}) {
+        QTest::addRow("POST %d", status) << Verb::Post << status;
+        QTest::addRow("PUT %d", status) << Verb::Put << status;
+        QTest::addRow("DELETE %d", status) << Verb::Delete << status;
+    }
+}
+
+void TestTransport::redirectsThatWouldLoseTheChangeAreRefused()
+{
+    QFETCH(Verb, verb);
+    QFETCH(int, status);
+    m_server->setHandler([status](const ScriptedRequest &request) {
+        return request.target == "/x" ? redirect(status, QStringLiteral("/y"))
+                                      : ScriptedReply::json("{}");
+    });
+    QSignalSpy failures(NetworkManager::instance(), &NetworkManager::requestFailed);
+    NetworkEventLoop loop(send(verb, m_url));
+    loop.exec();
+    QCOMPARE(loop.error(), QNetworkReply::InsecureRedirectError);
+    QVERIFY(!loop.isSuccessful());
+    QCOMPARE(failures.size(), 1);
+    QTest::qWait(50);
+    for (const ScriptedRequest &request : m_server->requests())
+        QCOMPARE(request.target, QByteArray("/x"));
+}
+
+void TestTransport::otherServersAreFollowedOnlyWithoutToken()
+{
+    ScriptedServer other;
+    other.setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
+    m_server->setHandler([&](const ScriptedRequest &) {
+        return redirect(302, other.baseApi() + QLatin1String("y"));
+    });
+    waitFor(m_url, QNetworkReply::NoError);
+    QCOMPARE(other.requests().size(), 1);
+
+    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
+    waitFor(m_url, QNetworkReply::InsecureRedirectError);
+    QTest::qWait(50);
+    QCOMPARE(other.requests().size(), 1);
+    QCOMPARE(other.connectionCount(), 1);
+}
+
+void TestTransport::redirectsInACircleEnd()
+{
+    m_server->setHandler(
+        [](const ScriptedRequest &) { return redirect(302, QStringLiteral("/x")); });
+    waitFor(m_url, QNetworkReply::TooManyRedirectsError);
+    QVERIFY(m_server->requests().size() < 200);
+}
+
+void TestTransport::redirectsToOtherSchemesAreRefused_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("a file") << QStringLiteral("file:///etc/hostname");
+    QTest::newRow("data") << QStringLiteral("data:application/json,{}");
+    QTest::newRow("ftp") << QStringLiteral("ftp://127.0.0.1/x");
+}
+
+void TestTransport::redirectsToOtherSchemesAreRefused()
+{
+    QFETCH(QString, target);
+    m_server->setHandler([target](const ScriptedRequest &) { return redirect(302, target); });
+    NetworkEventLoop loop(NetworkManager::instance()->get(m_url));
+    loop.exec();
+    QVERIFY(!loop.isSuccessful());
+    QVERIFY(loop.error() != QNetworkReply::NoError);
+    QCOMPARE(loop.content(), QByteArray());
+}
+
+void TestTransport::tokenGoesWithEveryRequest()
+{
+    m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
+    waitFor(m_url, QNetworkReply::NoError);
+    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n\n"));
+    waitFor(m_url, QNetworkReply::NoError);
+    AsyncNetManager manager;
+    QSignalSpy completed(&manager, &AsyncNetManager::netComplete);
+    manager.post(m_url, new QHttpMultiPart(QHttpMultiPart::FormDataType));
+    QVERIFY(completed.wait());
+    NetworkSettings::instance().setAccessToken(QString());
+    waitFor(m_url, QNetworkReply::NoError);
+
+    QList<QByteArray> sent;
+    for (const ScriptedRequest &request : m_server->requests())
+        sent += request.headers.value("authorization", "none");
+    QCOMPARE(sent, QList<QByteArray>({"none", "Bearer t0k3n", "Bearer t0k3n", "none"}));
+}
+
+void TestTransport::tlsErrorsAreNotIgnored()
+{
+    // A server that does not speak TLS.
+    QString url = m_url;
+    url.replace(QLatin1String("http:"), QLatin1String("https:"));
+    NetworkSettings::instance().setStallTimeout(milliseconds(500));
+    NetworkEventLoop loop(NetworkManager::instance()->get(url));
+    loop.exec();
+    QVERIFY(!loop.isSuccessful());
+    QCOMPARE(m_server->requests().size(), 0);
+}
+
+void TestTransport::traceIsOffByDefault()
+{
+    m_server->enqueue(ScriptedReply::json("{}"));
+    const LogLines log;
+    waitFor(m_url, QNetworkReply::NoError);
+    QCOMPARE(LogLines::lines(), QStringList());
+}
+
+void TestTransport::traceHasOneLineWithoutSecrets()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("vell.network=true"));
+    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
+    m_server->setHandler([](const ScriptedRequest &request) {
+        return request.verb == "DELETE" ? ScriptedReply::json("", 404) : ScriptedReply::json("{}");
+    });
+    QString url =
+        m_server->baseApi() + QLatin1String("d?pwd=%1&Password=%2&code=%3&token=%4&a=b c");
+    url.replace(QLatin1String("http://"), QLatin1String("http://user:s3cret@"));
+    const QString secret = QStringLiteral("s3cret");
+    const LogLines log;
+    waitFor(url.arg(secret, secret, secret, secret), QNetworkReply::NoError);
+    waitFor(url.arg(QStringLiteral("true"), secret, secret, secret), QNetworkReply::NoError);
+    NetworkEventLoop(send(Verb::Put, m_url)).exec();
+    NetworkEventLoop(send(Verb::Delete, m_url)).exec();
+
+    QCOMPARE(LogLines::lines().size(), 4);
+    const QString text = LogLines::lines().join(QLatin1Char('\n'));
+    QVERIFY2(!text.contains(secret) && !text.contains(QLatin1String("t0k3n")), qPrintable(text));
+    const QString base = m_server->baseApi();
+    const QStringList expected{
+        QStringLiteral("GET %1d?pwd=***&Password=***&code=***&token=***&a=b%20c 200, "
+                       "0 bytes sent, 2 received, "),
+        QStringLiteral("GET %1d?pwd=true&Password=***&code=***&token=***&a=b%20c 200, "
+                       "0 bytes sent, 2 received, "),
+        QStringLiteral("PUT %1x 200, 7 bytes sent, 2 received, "),
+        QStringLiteral("DELETE %1x 404 ContentNotFoundError, 0 bytes sent, 0 received, ")};
+    for (int i = 0; i < expected.size(); ++i) {
+        QString start = QLatin1String("vell.network: ") + expected.at(i);
+        start.replace(QLatin1String("%1"), base);
+        QVERIFY2(LogLines::lines().at(i).startsWith(start), qPrintable(LogLines::lines().at(i)));
+        QVERIFY(LogLines::lines().at(i).endsWith(QLatin1String(" ms")));
+    }
+}
+
+void TestTransport::failuresTellNoPassword()
+{
+    m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("", 500); });
+    QSignalSpy failures(NetworkManager::instance(), &NetworkManager::requestFailed);
+    QString url = m_url;
+    url.replace(QLatin1String("http://"), QLatin1String("http://user:s3cret@"));
+    waitFor(url, QNetworkReply::InternalServerError);
+    const auto failure = failures.first().first().value<NetworkFailure>();
+    QCOMPARE(failure.url, QUrl(m_url));
+    QCOMPARE(failure.message, QStringLiteral("The service answered 500 Scripted"));
+}
+
+void TestTransport::baseAddressEndsWithSlash()
+{
+    VellBaseApi &api = VellBaseApi::GetInstance();
+    QCOMPARE(api.getBaseApi(), QString());
+    api.setBaseApi(QStringLiteral("http://host:8080"));
+    QCOMPARE(api.getBaseApi(), QStringLiteral("http://host:8080/"));
+    api.setBaseApi(QStringLiteral("http://host/a b/"));
+    QCOMPARE(VellBaseApi::GetInstance().getBaseApi(), QStringLiteral("http://host/a b/"));
+    api.setBaseApi(QString());
+    QCOMPARE(api.getBaseApi(), QString());
+}
+
+QTEST_GUILESS_MAIN(TestTransport)
+
+#include "tst_transport.moc"

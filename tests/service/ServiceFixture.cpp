@@ -1,0 +1,110 @@
+#include <QJsonDocument>
+
+#include <service/ServiceFixture.h>
+
+namespace {
+
+QJsonValue idOrNull(const QString &id)
+{
+    return id.isEmpty() ? QJsonValue() : QJsonValue(id);
+}
+
+} // namespace
+
+ServiceFixture::ServiceFixture(const ServiceOptions &options)
+    : client(QString()), m_options(options)
+{
+    m_options.dataDir = folder.path() + QStringLiteral("/data");
+    isStarted = restart();
+}
+
+bool ServiceFixture::restart()
+{
+    service.reset();
+    service = std::make_unique<ReferenceService>(m_options);
+    QString error;
+    if (!service->start(&error)) {
+        qWarning("%s", qUtf8Printable(error));
+        return false;
+    }
+    client.setBaseApi(service->baseApi());
+    return true;
+}
+
+QString ServiceFixture::makeFolder(const QString &name, const QString &parentId,
+                                   const QString &category)
+{
+    return client
+        .post(projectPath(QStringLiteral("documents")),
+              {{QStringLiteral("parentId"), idOrNull(parentId)},
+               {QStringLiteral("name"), name},
+               {QStringLiteral("type"), QStringLiteral("dir")},
+               {QStringLiteral("category"), category}})
+        .object()
+        .value(QStringLiteral("_id"))
+        .toString();
+}
+
+QString ServiceFixture::makeFile(const QString &name, const QString &parentId,
+                                 const QByteArray &content, const QString &category)
+{
+    return client
+        .post(projectPath(QStringLiteral("documents")),
+              {{QStringLiteral("parentId"), idOrNull(parentId)},
+               {QStringLiteral("name"), name},
+               {QStringLiteral("type"), QStringLiteral("file")},
+               {QStringLiteral("category"), category},
+               {QStringLiteral("file"), upload(content, name)}})
+        .object()
+        .value(QStringLiteral("_id"))
+        .toString();
+}
+
+QString ServiceFixture::upload(const QByteArray &content, const QString &name)
+{
+    return client
+        .postForm(QStringLiteral("base-service/files"), {{QStringLiteral("file/") + name, content}})
+        .object()
+        .value(QStringLiteral("files"))
+        .toArray()
+        .at(0)
+        .toString();
+}
+
+QJsonArray ServiceFixture::list(const QJsonObject &where, const HttpClient::Parameters &parameters)
+{
+    HttpClient::Parameters all{
+        {QStringLiteral("where"),
+         QString::fromUtf8(QJsonDocument(where).toJson(QJsonDocument::Compact))}};
+    return client.get(projectPath(QStringLiteral("documents")), all + parameters).array();
+}
+
+QStringList ServiceFixture::names(const QJsonObject &where,
+                                  const HttpClient::Parameters &parameters)
+{
+    QStringList names;
+    const QJsonArray documents = list(where, parameters);
+    for (const QJsonValue &document : documents)
+        names.append(document.toObject().value(QStringLiteral("name")).toString());
+    return names;
+}
+
+QJsonObject ServiceFixture::document(const QString &id)
+{
+    return client.get(documentPath(id)).object();
+}
+
+QString ServiceFixture::projectPath(const QString &rest)
+{
+    return QStringLiteral("document-service/projects/p1/") + rest;
+}
+
+QString ServiceFixture::documentPath(const QString &id, const QString &rest)
+{
+    return QStringLiteral("document-service/documents/") + id + rest;
+}
+
+QJsonObject ServiceFixture::below(const QString &parentId)
+{
+    return {{QStringLiteral("parentId"), idOrNull(parentId)}};
+}

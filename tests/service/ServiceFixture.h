@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QTemporaryDir>
+
+#include <memory>
+#include <service/ReferenceService.h>
+#include <support/HttpClient.h>
+
+//! \brief A service on a data folder of its own, and a client of it.
+class ServiceFixture
+{
+public:
+    explicit ServiceFixture(const ServiceOptions &options = {});
+
+    //! Stops the service and starts another on the same folder; the client follows.
+    bool restart();
+
+    //! \name One request each, for what tests need all the time
+    //! The id of what was made; empty when the request was refused.
+    //! @{
+    QString makeFolder(const QString &name, const QString &parentId = {},
+                       const QString &category = QStringLiteral("c"));
+    QString makeFile(const QString &name, const QString &parentId = {},
+                     const QByteArray &content = QByteArrayLiteral("content"),
+                     const QString &category = QStringLiteral("c"));
+    QString upload(const QByteArray &content, const QString &name = QStringLiteral("upload.bin"));
+    //! @}
+
+    //! The list for a condition and further parameters; an empty one after a refusal.
+    QJsonArray list(const QJsonObject &where, const HttpClient::Parameters &parameters = {});
+    QStringList names(const QJsonObject &where, const HttpClient::Parameters &parameters = {});
+    QJsonObject document(const QString &id);
+
+    //! "document-service/…" in the project of the tests.
+    static QString projectPath(const QString &rest);
+    static QString documentPath(const QString &id, const QString &rest = {});
+    //! {"parentId": id}, null for an empty one
+    static QJsonObject below(const QString &parentId);
+
+    QTemporaryDir folder;
+    std::unique_ptr<ReferenceService> service;
+    HttpClient client;
+    bool isStarted = false;
+
+private:
+    ServiceOptions m_options;
+};
