@@ -1,11 +1,13 @@
-#include <arpa/inet.h>
 #include <service/ReferenceService.h>
+
 #include <service/api/Dispatcher.h>
 #include <service/api/ServiceContext.h>
 #include <service/http/AccessLog.h>
 #include <service/http/HttpServer.h>
 #include <service/records/Users.h>
 #include <service/storage/DataFolder.h>
+
+#include <arpa/inet.h>
 
 using namespace service;
 

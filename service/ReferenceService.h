@@ -1,10 +1,11 @@
 #pragma once
 
+#include <service/faults/FaultRule.h>
+
 #include <QString>
 #include <QtGlobal>
 
 #include <memory>
-#include <service/faults/FaultRule.h>
 
 //! \brief How a ReferenceService is set up.
 struct ServiceOptions

@@ -1,7 +1,7 @@
+#include <service/cli/Commands.h>
+
 #include <QCoreApplication>
 #include <QMap>
-
-#include <service/cli/Commands.h>
 
 int main(int argc, char *argv[])
 {

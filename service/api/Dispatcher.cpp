@@ -1,11 +1,12 @@
-#include <QElapsedTimer>
-#include <QThread>
-
 #include <service/api/Dispatcher.h>
+
 #include <service/api/Routes.h>
 #include <service/api/ServiceContext.h>
 #include <service/api/Session.h>
 #include <service/records/Users.h>
+
+#include <QElapsedTimer>
+#include <QThread>
 
 namespace service {
 

@@ -1,4 +1,5 @@
 #include <service/api/DocumentChange.h>
+
 #include <service/api/JsonInput.h>
 #include <service/api/Session.h>
 #include <service/records/DocumentTree.h>

@@ -1,9 +1,10 @@
-#include <QUrl>
-
 #include <service/api/FileDownload.h>
+
 #include <service/http/ByteRange.h>
 #include <service/records/Files.h>
 #include <service/storage/ContentStore.h>
+
+#include <QUrl>
 
 namespace service {
 

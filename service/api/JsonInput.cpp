@@ -1,6 +1,7 @@
+#include <service/api/JsonInput.h>
+
 #include <algorithm>
 #include <limits>
-#include <service/api/JsonInput.h>
 
 namespace service {
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <service/http/HttpMessages.h>
+
 #include <QJsonDocument>
 #include <QStringList>
 
 #include <initializer_list>
-#include <service/http/HttpMessages.h>
 
 namespace service {
 

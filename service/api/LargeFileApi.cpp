@@ -1,5 +1,3 @@
-#include <QHash>
-
 #include <service/api/Routes.h>
 #include <service/api/Session.h>
 #include <service/http/HttpMessages.h>
@@ -7,6 +5,8 @@
 #include <service/http/Router.h>
 #include <service/records/ChunkUpload.h>
 #include <service/records/Names.h>
+
+#include <QHash>
 
 namespace service {
 

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <atomic>
 #include <service/ReferenceService.h>
 #include <service/faults/FaultPlan.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Database.h>
 #include <service/storage/KeyedLocks.h>
+
+#include <atomic>
 
 namespace service {
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <service/api/ServiceContext.h>
 #include <service/records/Access.h>
 #include <service/records/Documents.h>
+
+#include <optional>
 
 namespace service {
 

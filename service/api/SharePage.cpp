@@ -1,7 +1,8 @@
-#include <QLocale>
-
 #include <service/api/SharePage.h>
+
 #include <service/records/Times.h>
+
+#include <QLocale>
 
 namespace service {
 

@@ -1,11 +1,12 @@
-#include <QDir>
-#include <QFileInfo>
-
-#include <functional>
 #include <service/cli/Commands.h>
 #include <service/cli/Output.h>
 #include <service/records/Users.h>
 #include <service/storage/Database.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <functional>
 
 namespace service {
 

@@ -1,10 +1,11 @@
+#include <service/ReferenceService.h>
+#include <service/cli/Commands.h>
+#include <service/cli/Output.h>
+
 #include <QCoreApplication>
 
 #include <csignal>
 #include <pthread.h>
-#include <service/ReferenceService.h>
-#include <service/cli/Commands.h>
-#include <service/cli/Output.h>
 #include <thread>
 
 namespace service {

@@ -1,12 +1,13 @@
-#include <QFile>
-
-#include <cmath>
 #include <service/cli/Commands.h>
 #include <service/cli/Output.h>
 #include <service/records/Sweep.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/DataFolder.h>
 #include <service/storage/Database.h>
+
+#include <QFile>
+
+#include <cmath>
 
 namespace service {
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <service/faults/FaultRule.h>
+
 #include <QMutex>
 
 #include <optional>
-#include <service/faults/FaultRule.h>
 #include <vector>
 
 namespace service {

@@ -1,7 +1,8 @@
+#include <service/faults/FaultRule.h>
+
 #include <QStringList>
 
 #include <array>
-#include <service/faults/FaultRule.h>
 
 namespace {
 

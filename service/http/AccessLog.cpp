@@ -1,8 +1,10 @@
+#include <service/http/AccessLog.h>
+
+#include <service/http/HttpServer.h>
+
 #include <QDateTime>
 
 #include <cstdio>
-#include <service/http/AccessLog.h>
-#include <service/http/HttpServer.h>
 
 namespace service {
 

@@ -1,6 +1,8 @@
-#include <algorithm>
 #include <service/http/BodyReader.h>
+
 #include <service/http/HttpMessages.h>
+
+#include <algorithm>
 #include <utility>
 #include <vector>
 

@@ -1,5 +1,6 @@
-#include <algorithm>
 #include <service/http/ByteRange.h>
+
+#include <algorithm>
 
 namespace service {
 

@@ -1,10 +1,11 @@
+#include <service/http/Connection.h>
+
 #include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstring>
 #include <netdb.h>
 #include <poll.h>
-#include <service/http/Connection.h>
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>

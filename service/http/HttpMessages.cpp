@@ -1,6 +1,6 @@
-#include <QJsonDocument>
-
 #include <service/http/HttpMessages.h>
+
+#include <QJsonDocument>
 
 namespace service {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <service/http/BodyReader.h>
+
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -9,7 +11,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <service/http/BodyReader.h>
 #include <stdexcept>
 
 namespace service {

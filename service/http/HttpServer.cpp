@@ -1,3 +1,8 @@
+#include <service/http/HttpServer.h>
+
+#include <service/http/Connection.h>
+#include <service/storage/FileSync.h>
+
 #include <QElapsedTimer>
 #include <QSet>
 #include <QThread>
@@ -6,9 +11,6 @@
 #include <mutex>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <service/http/Connection.h>
-#include <service/http/HttpServer.h>
-#include <service/storage/FileSync.h>
 #include <sys/socket.h>
 #include <thread>
 #include <vector>

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <service/http/HttpMessages.h>
+
 #include <QString>
 
 #include <functional>
 #include <memory>
-#include <service/http/HttpMessages.h>
 
 namespace service {
 

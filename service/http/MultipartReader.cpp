@@ -1,8 +1,10 @@
+#include <service/http/MultipartReader.h>
+
+#include <service/http/HttpMessages.h>
+
 #include <QList>
 
 #include <algorithm>
-#include <service/http/HttpMessages.h>
-#include <service/http/MultipartReader.h>
 
 namespace service {
 

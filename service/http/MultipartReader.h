@@ -1,10 +1,11 @@
 #pragma once
 
+#include <service/http/BodyReader.h>
+
 #include <QByteArray>
 #include <QString>
 
 #include <functional>
-#include <service/http/BodyReader.h>
 
 namespace service {
 

@@ -1,5 +1,7 @@
-#include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
+
+#include <service/http/HttpMessages.h>
+
 #include <utility>
 
 namespace service {

@@ -1,8 +1,10 @@
-#include <algorithm>
-#include <service/http/HttpMessages.h>
 #include <service/records/Access.h>
+
+#include <service/http/HttpMessages.h>
 #include <service/records/DocumentTree.h>
 #include <service/records/Names.h>
+
+#include <algorithm>
 
 namespace service {
 

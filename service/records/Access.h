@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QHash>
-
 #include <service/records/Document.h>
 #include <service/records/Permissions.h>
 #include <service/records/Users.h>
+
+#include <QHash>
 
 namespace service {
 

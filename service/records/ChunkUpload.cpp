@@ -1,9 +1,10 @@
-#include <QFileInfo>
+#include <service/records/ChunkUpload.h>
 
 #include <service/http/HttpMessages.h>
-#include <service/records/ChunkUpload.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Statement.h>
+
+#include <QFileInfo>
 
 namespace service {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QJsonObject>
-#include <QString>
-
 #include <service/records/Files.h>
 #include <service/records/LargeFiles.h>
+
+#include <QJsonObject>
+#include <QString>
 
 namespace service {
 

@@ -1,13 +1,14 @@
-#include <QJsonArray>
-#include <QStringList>
+#include <service/records/DocumentJson.h>
 
 #include <service/records/Access.h>
 #include <service/records/Document.h>
-#include <service/records/DocumentJson.h>
 #include <service/records/Links.h>
 #include <service/records/Names.h>
 #include <service/records/Times.h>
 #include <service/records/Versions.h>
+
+#include <QJsonArray>
+#include <QStringList>
 
 namespace service {
 

@@ -1,5 +1,6 @@
-#include <service/http/HttpMessages.h>
 #include <service/records/DocumentQuery.h>
+
+#include <service/http/HttpMessages.h>
 #include <service/records/Documents.h>
 #include <service/records/WhereClause.h>
 #include <service/storage/RegexFunction.h>

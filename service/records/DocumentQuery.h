@@ -1,12 +1,12 @@
 #pragma once
 
+#include <service/records/Document.h>
+
 #include <QJsonObject>
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
-
-#include <service/records/Document.h>
 
 namespace service {
 

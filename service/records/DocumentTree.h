@@ -1,9 +1,9 @@
 #pragma once
 
+#include <service/records/Document.h>
+
 #include <QList>
 #include <QPair>
-
-#include <service/records/Document.h>
 
 namespace service {
 

@@ -1,5 +1,6 @@
-#include <service/http/HttpMessages.h>
 #include <service/records/Documents.h>
+
+#include <service/http/HttpMessages.h>
 #include <service/records/Ids.h>
 #include <service/records/Names.h>
 #include <service/records/Times.h>

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <service/records/Document.h>
+
 #include <QStringList>
 
 #include <optional>
-#include <service/records/Document.h>
 
 namespace service {
 

@@ -1,5 +1,6 @@
-#include <service/records/Access.h>
 #include <service/records/Files.h>
+
+#include <service/records/Access.h>
 #include <service/records/Ids.h>
 #include <service/records/Times.h>
 #include <service/storage/Statement.h>

@@ -1,8 +1,8 @@
+#include <service/records/Ids.h>
+
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QRandomGenerator>
-
-#include <service/records/Ids.h>
 
 namespace service {
 

@@ -1,8 +1,10 @@
-#include <algorithm>
-#include <service/records/Ids.h>
 #include <service/records/LargeFiles.h>
+
+#include <service/records/Ids.h>
 #include <service/records/Times.h>
 #include <service/storage/Statement.h>
+
+#include <algorithm>
 
 namespace service {
 

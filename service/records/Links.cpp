@@ -1,10 +1,11 @@
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <service/records/Links.h>
 
 #include <service/http/HttpMessages.h>
-#include <service/records/Links.h>
 #include <service/records/Names.h>
 #include <service/storage/Statement.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace service {
 

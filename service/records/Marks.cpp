@@ -1,4 +1,5 @@
 #include <service/records/Marks.h>
+
 #include <service/records/Times.h>
 #include <service/storage/Statement.h>
 

@@ -1,6 +1,8 @@
-#include <algorithm>
-#include <service/http/HttpMessages.h>
 #include <service/records/Names.h>
+
+#include <service/http/HttpMessages.h>
+
+#include <algorithm>
 
 namespace service {
 

@@ -1,6 +1,7 @@
+#include <service/records/Permissions.h>
+
 #include <algorithm>
 #include <array>
-#include <service/records/Permissions.h>
 
 namespace service {
 

@@ -1,6 +1,7 @@
+#include <service/records/Shares.h>
+
 #include <service/records/Documents.h>
 #include <service/records/Ids.h>
-#include <service/records/Shares.h>
 #include <service/records/Times.h>
 #include <service/storage/Statement.h>
 

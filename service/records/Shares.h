@@ -1,11 +1,12 @@
 #pragma once
 
+#include <service/records/Document.h>
+
 #include <QList>
 #include <QString>
 #include <QStringList>
 
 #include <optional>
-#include <service/records/Document.h>
 
 namespace service {
 

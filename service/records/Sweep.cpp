@@ -1,12 +1,13 @@
+#include <service/records/Sweep.h>
+
+#include <service/records/Times.h>
+#include <service/storage/ContentStore.h>
+#include <service/storage/Statement.h>
+
 #include <QDateTime>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QSet>
-
-#include <service/records/Sweep.h>
-#include <service/records/Times.h>
-#include <service/storage/ContentStore.h>
-#include <service/storage/Statement.h>
 
 namespace service {
 

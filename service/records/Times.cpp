@@ -1,7 +1,8 @@
-#include <QDateTime>
+#include <service/records/Times.h>
 
 #include <service/http/HttpMessages.h>
-#include <service/records/Times.h>
+
+#include <QDateTime>
 
 namespace service {
 

@@ -1,8 +1,9 @@
+#include <service/records/Users.h>
+
 #include <service/http/HttpMessages.h>
 #include <service/records/Ids.h>
 #include <service/records/Names.h>
 #include <service/records/Times.h>
-#include <service/records/Users.h>
 #include <service/storage/Statement.h>
 
 namespace service {

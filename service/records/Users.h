@@ -1,10 +1,11 @@
 #pragma once
 
+#include <service/records/Permissions.h>
+
 #include <QList>
 #include <QString>
 
 #include <optional>
-#include <service/records/Permissions.h>
 
 namespace service {
 

@@ -1,7 +1,8 @@
+#include <service/records/Versions.h>
+
 #include <service/records/Document.h>
 #include <service/records/Ids.h>
 #include <service/records/Times.h>
-#include <service/records/Versions.h>
 #include <service/storage/Statement.h>
 
 namespace service {

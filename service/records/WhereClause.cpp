@@ -1,12 +1,14 @@
+#include <service/records/WhereClause.h>
+
+#include <service/http/HttpMessages.h>
+#include <service/records/Times.h>
+#include <service/storage/RegexFunction.h>
+#include <service/storage/Statement.h>
+
 #include <QJsonArray>
 
 #include <array>
 #include <cmath>
-#include <service/http/HttpMessages.h>
-#include <service/records/Times.h>
-#include <service/records/WhereClause.h>
-#include <service/storage/RegexFunction.h>
-#include <service/storage/Statement.h>
 
 namespace service {
 

@@ -1,3 +1,5 @@
+#include <service/storage/ContentStore.h>
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
@@ -5,7 +7,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <service/storage/ContentStore.h>
 #include <vector>
 
 namespace service {

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <service/storage/FileSync.h>
+#include <service/storage/Md5.h>
+
 #include <QByteArray>
 #include <QString>
 
 #include <atomic>
 #include <memory>
-#include <service/storage/FileSync.h>
-#include <service/storage/Md5.h>
 
 namespace service {
 

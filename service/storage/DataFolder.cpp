@@ -1,7 +1,7 @@
+#include <service/storage/DataFolder.h>
+
 #include <QDir>
 #include <QFile>
-
-#include <service/storage/DataFolder.h>
 
 namespace service {
 

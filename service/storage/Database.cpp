@@ -1,12 +1,14 @@
+#include <service/storage/Database.h>
+
+#include <service/storage/RegexFunction.h>
+#include <service/storage/Statement.h>
+
 #include <QFile>
 #include <QHash>
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QUuid>
 
-#include <service/storage/Database.h>
-#include <service/storage/RegexFunction.h>
-#include <service/storage/Statement.h>
 #include <sqlite3.h>
 
 // A static library's resources are not registered by themselves; the macro needs the global scope.

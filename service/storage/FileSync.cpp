@@ -1,10 +1,11 @@
+#include <service/storage/FileSync.h>
+
 #include <QFile>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
-#include <service/storage/FileSync.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

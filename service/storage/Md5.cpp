@@ -1,12 +1,13 @@
 // The low-level functions are deprecated in favour of an interface that cannot save its state.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
+#include <service/storage/Md5.h>
+
 #include <QDataStream>
 #include <QString>
 
 #include <algorithm>
 #include <openssl/md5.h>
-#include <service/storage/Md5.h>
 
 namespace service {
 

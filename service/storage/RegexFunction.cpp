@@ -1,7 +1,8 @@
+#include <service/storage/RegexFunction.h>
+
 #include <QElapsedTimer>
 
 #include <memory>
-#include <service/storage/RegexFunction.h>
 #include <sqlite3.h>
 
 namespace service {

@@ -1,7 +1,7 @@
+#include <service/storage/Statement.h>
+
 #include <QSqlDatabase>
 #include <QSqlError>
-
-#include <service/storage/Statement.h>
 
 namespace service {
 

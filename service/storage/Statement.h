@@ -1,10 +1,10 @@
 #pragma once
 
+#include <service/storage/Database.h>
+
 #include <QMutexLocker>
 #include <QSqlQuery>
 #include <QVariantList>
-
-#include <service/storage/Database.h>
 
 namespace service {
 

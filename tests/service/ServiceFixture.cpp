@@ -1,6 +1,6 @@
-#include <QJsonDocument>
-
 #include <service/ServiceFixture.h>
+
+#include <QJsonDocument>
 
 namespace {
 

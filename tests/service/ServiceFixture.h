@@ -1,10 +1,11 @@
 #pragma once
 
+#include <service/ReferenceService.h>
+#include <support/HttpClient.h>
+
 #include <QTemporaryDir>
 
 #include <memory>
-#include <service/ReferenceService.h>
-#include <support/HttpClient.h>
 
 //! \brief A service on a data folder of its own, and a client of it.
 class ServiceFixture

@@ -1,6 +1,6 @@
-#include <QtTest>
-
 #include <service/ServiceFixture.h>
+
+#include <QtTest>
 
 //! Making, reading and changing documents.
 class TestServiceDocuments : public QObject

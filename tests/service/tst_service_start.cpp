@@ -1,7 +1,7 @@
+#include <service/ServiceFixture.h>
+
 #include <QFile>
 #include <QtTest>
-
-#include <service/ServiceFixture.h>
 
 //! Starting, stopping, and what the service refuses to start on.
 class TestServiceStart : public QObject
