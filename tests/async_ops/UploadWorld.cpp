@@ -42,6 +42,32 @@ QStringList UploadWorld::requestLines() const
     return lines;
 }
 
+QByteArray ChunkStore::record() const
+{
+    return "{\"_id\":\"" + id + "\",\"md5\":\"m\",\"fileName\":\"n\",\"fsFileId\":\"" + fsFileId
+        + "\",\"totalChunk\":" + QByteArray::number(totalChunk)
+        + ",\"savedChunk\":" + QByteArray::number(savedChunk) + '}';
+}
+
+ScriptedReply ChunkStore::answer(const ScriptedRequest &request)
+{
+    if (request.target.startsWith("/base-service/largefiles/md5/"))
+        return ScriptedReply::json(id.isEmpty() ? "{}" : record());
+    if (request.target.startsWith("/base-service/md5/"))
+        return ScriptedReply::json("{\"_id\":\"" + infoId + "\"}");
+    if (request.target != "/base-service/largefiles")
+        return ScriptedReply::json("{\"_id\":\"d1\"}");
+
+    const QList<FormPart> parts = formParts(request);
+    id = "r1";
+    totalChunk = formField(parts, "totalChunk").toInt();
+    savedChunk = formField(parts, "savedChunk").toInt() + 1;
+    sentChunks.append(savedChunk - 1);
+    if (savedChunk == totalChunk)
+        fsFileId = finishedFileId;
+    return ScriptedReply::json(record());
+}
+
 JobSpies::JobSpies(AsyncCreateDocument *job)
 {
     QObject::connect(job, &AsyncCreateDocument::createDocumentFinish, job,
@@ -95,4 +121,13 @@ QList<FormPart> formParts(const ScriptedRequest &request)
         start = end + 2;
     }
     return parts;
+}
+
+QByteArray formField(const QList<FormPart> &parts, const QByteArray &name)
+{
+    for (const FormPart &part : parts) {
+        if (part.disposition == "form-data; name=\"" + name + '"')
+            return part.body;
+    }
+    return QByteArray();
 }

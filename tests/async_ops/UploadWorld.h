@@ -27,6 +27,22 @@ struct UploadWorld
     QTemporaryDir folder;
 };
 
+//! \brief The file store's side of a chunked upload, as a state that a test can set and look at.
+struct ChunkStore
+{
+    QByteArray id; //!< of the record; empty while there is none
+    int savedChunk = 0;
+    int totalChunk = 0;
+    QByteArray fsFileId; //!< of the stored file; told with the record
+    QByteArray finishedFileId = "c1"; //!< told with the last chunk
+    QByteArray infoId = "i1"; //!< the stored file of the MD5
+    QList<int> sentChunks;
+
+    //! Answers record queries, chunks (each is saved and counted), "md5/…/info" and document requests ("d1").
+    ScriptedReply answer(const ScriptedRequest &request);
+    QByteArray record() const;
+};
+
 //! \brief Everything that a job has emitted.
 struct JobSpies
 {
@@ -51,3 +67,6 @@ struct FormPart
 
 //! The parts of a form-data request, in order; empty when it is none.
 QList<FormPart> formParts(const ScriptedRequest &request);
+
+//! The value of the form field \a name; null when there is none.
+QByteArray formField(const QList<FormPart> &parts, const QByteArray &name);
