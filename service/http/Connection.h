@@ -59,6 +59,7 @@ public:
 
 private:
     bool waitFor(short events, std::chrono::milliseconds timeout) const;
+    void acknowledgeAtOnce();
     bool writeAll(const char *data, size_t size);
     //! How many of the \a size bytes at \a data belong to the response's head.
     size_t headBytes(const char *data, size_t size);
