@@ -62,10 +62,10 @@ bool Files::mayDownload(const QString &fileId, Access &access)
         return true;
     Statement holders(
         m_database,
-        QStringLiteral("SELECT DISTINCT project_id FROM document WHERE file_id = ?1 UNION "
+        QStringLiteral("SELECT DISTINCT project_id FROM document WHERE file_id = ? UNION "
                        "SELECT d.project_id FROM version v JOIN document d "
-                       "ON d.id = v.document_id WHERE v.file_id = ?1"),
-        {fileId});
+                       "ON d.id = v.document_id WHERE v.file_id = ?"),
+        {fileId, fileId});
     while (holders.next()) {
         if (access.may(holders.text(0), Action::Download))
             return true;

@@ -10,7 +10,7 @@ namespace {
 [[noreturn]] void fail(const QSqlQuery &query)
 {
     const QSqlError error = query.lastError();
-    throw DatabaseError(error.databaseText(), error.nativeErrorCode().toInt());
+    throw DatabaseError(error.text(), error.nativeErrorCode().toInt());
 }
 
 } // namespace
