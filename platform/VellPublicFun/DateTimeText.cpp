@@ -56,10 +56,40 @@ qint64 timeOfDayMs(const QRegularExpressionMatch &match)
     return known ? ms : -1;
 }
 
+int digits(const QChar *text, int count)
+{
+    int value = 0;
+    for (int i = 0; i < count; ++i)
+        value = value * 10 + (text[i].unicode() - u'0');
+    return value;
+}
+
+// The form that getQStringByDateTime() writes, read without the expression: a list of documents
+// holds thousands of them. Invalid for every other text.
+QDateTime readServiceForm(const QString &text)
+{
+    constexpr char16_t Form[] = u"0000-00-00T00:00:00.000Z";
+    constexpr int Length = 24;
+    if (text.size() != Length)
+        return {};
+    const QChar *const c = text.constData();
+    for (int i = 0; i < Length; ++i) {
+        const ushort unit = c[i].unicode();
+        if (Form[i] == u'0' ? unit < u'0' || unit > u'9' : unit != Form[i])
+            return {};
+    }
+    return {QDate(digits(c, 4), digits(c + 5, 2), digits(c + 8, 2)),
+            QTime(digits(c + 11, 2), digits(c + 14, 2), digits(c + 17, 2), digits(c + 20, 3)),
+            Qt::UTC};
+}
+
 } // namespace
 
 QDateTime VellPub::getDateTimeByQString(const QString &text)
 {
+    const QDateTime serviceForm = readServiceForm(text);
+    if (serviceForm.isValid())
+        return serviceForm;
     const QRegularExpressionMatch match = pattern().match(text);
     if (!match.hasMatch())
         return {};

@@ -1,10 +1,10 @@
+#include <support/HttpClient.h>
+
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QNetworkRequest>
 #include <QTimer>
 #include <QUrl>
-
-#include <support/HttpClient.h>
 
 namespace {
 

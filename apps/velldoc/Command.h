@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QVector>
+
+namespace velldoc {
+
+class Context;
+
+struct CommandOption
+{
+    const char *names; //!< "l,long": without dashes, the short one first
+    const char *valueName; //!< null for a flag
+    const char *help; //!< translated when it is shown
+};
+
+struct CommandExample
+{
+    const char *line;
+    const char *meaning;
+};
+
+//! \brief One command: what the user reads about it, and the function that does it.
+//!
+//! All texts are marked for translation in the context "velldoc".
+struct Command
+{
+    const char *name;
+    const char *arguments; //!< as in a usage line
+    const char *summary; //!< half a sentence for the list of commands
+    const char *description; //!< whole sentences
+    QVector<CommandOption> options;
+    QVector<CommandExample> examples;
+    void (*run)(Context &context); //!< throws Failure
+};
+
+} // namespace velldoc

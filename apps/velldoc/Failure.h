@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+
+namespace velldoc {
+
+//! What the program returns to the shell. Documented in the manual page: never renumber.
+enum ExitCode {
+    ExitOk = 0,
+    ExitFailed = 1,
+    ExitUsage = 2,
+    ExitNotFound = 3,
+    ExitNotAllowed = 4,
+    ExitNoConnection = 5,
+    ExitInterrupted = 130, //!< Ctrl-C, as shells count it
+};
+
+//! \brief Why a command cannot go on: one sentence for the user, and the exit code.
+//!
+//! Thrown by commands and what they call, never out of a slot.
+class Failure : public std::exception
+{
+public:
+    Failure(ExitCode code, const QString &sentence, int httpStatus = 0)
+        : m_code(code), m_sentence(sentence), m_httpStatus(httpStatus)
+    {}
+
+    ExitCode code() const { return m_code; }
+    QString sentence() const { return m_sentence; }
+    int httpStatus() const { return m_httpStatus; } //!< 0 when the service said nothing
+    const char *what() const noexcept override { return "velldoc::Failure"; }
+
+private:
+    ExitCode m_code;
+    QString m_sentence;
+    int m_httpStatus;
+};
+
+} // namespace velldoc

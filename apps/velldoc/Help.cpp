@@ -1,0 +1,104 @@
+#include <velldoc/Help.h>
+
+#include <velldoc/Command.h>
+#include <velldoc/Failure.h>
+#include <velldoc/GlobalOptions.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/Output.h>
+
+namespace velldoc {
+
+namespace {
+
+constexpr int Indent = 2;
+constexpr int NameColumn = 12;
+constexpr int OptionColumn = 26;
+
+void printPair(const QString &left, const QString &right, int column, Output &output)
+{
+    const QString margin(Indent, QLatin1Char(' '));
+    if (displayWidth(left) + 1 < column) {
+        output.print(margin + padded(left, column) + right);
+        return;
+    }
+    output.print(margin + left);
+    output.print(margin + QString(column, QLatin1Char(' ')) + right);
+}
+
+QString optionText(const CommandOption &option)
+{
+    QStringList names;
+    const QStringList plain = QString::fromLatin1(option.names).split(QLatin1Char(','));
+    for (const QString &name : plain)
+        names.append((name.size() == 1 ? QLatin1String("-") : QLatin1String("--")) + name);
+    QString text = names.join(QStringLiteral(", "));
+    if (option.valueName != nullptr)
+        text += QLatin1Char(' ') + QString::fromLatin1(option.valueName);
+    return text;
+}
+
+void printOptions(const QString &title, const QVector<CommandOption> &options, Output &output)
+{
+    if (options.isEmpty())
+        return;
+    output.print(QString());
+    output.print(Output::strong(title));
+    for (const CommandOption &option : options)
+        printPair(optionText(option), Text::tr(option.help), OptionColumn, output);
+}
+
+} // namespace
+
+int showProgramHelp(const QStringList &arguments, Output &output)
+{
+    for (const QString &argument : arguments) {
+        if (argument == QLatin1String("--version")) {
+            output.print(QStringLiteral("velldoc ") + QCoreApplication::applicationVersion());
+            return ExitOk;
+        }
+        const bool isHelp = argument == QLatin1String("-h") || argument == QLatin1String("--help");
+        if (!isHelp && argument.startsWith(QLatin1Char('-')) && arguments.size() == 1) {
+            output.error(
+                Text::tr("There is no option \"%1\": see \"velldoc help\".").arg(argument));
+            return ExitUsage;
+        }
+    }
+    output.print(
+        Output::strong(Text::tr("velldoc: the documents of a project, from the command line")));
+    output.print(Text::tr("velldoc [OPTIONS] COMMAND [ARGUMENTS]"));
+    output.print(QString());
+    for (const Command *const command : allCommands())
+        printPair(QString::fromLatin1(command->name), Text::tr(command->summary), NameColumn,
+                  output);
+    printOptions(Text::tr("Options of every command"), globalOptions(), output);
+    output.print(QString());
+    output.print(Text::tr(
+        "\"velldoc help COMMAND\" tells more, with examples. Paths are names from the top "
+        "level (/Drawings/plan.dwg) or identifiers (id:...); put -- in front of names that "
+        "begin with a dash."));
+    return ExitOk;
+}
+
+void showCommandHelp(const Command &command, Output &output)
+{
+    const QString name = QString::fromLatin1(command.name);
+    output.print(Output::strong(
+        QStringLiteral("velldoc %1 %2").arg(name, QString::fromLatin1(command.arguments))));
+    output.print(QString());
+    output.print(Text::tr(command.description));
+    printOptions(Text::tr("Options"), command.options, output);
+    printOptions(Text::tr("Options of every command"), globalOptions(), output);
+    if (command.examples.isEmpty())
+        return;
+    output.print(QString());
+    output.print(Output::strong(Text::tr("Examples")));
+    const QString margin(Indent, QLatin1Char(' '));
+    for (const CommandExample &example : command.examples) {
+        output.print(margin + QString::fromUtf8(example.line));
+        output.print(margin + margin + margin + Text::tr(example.meaning));
+    }
+}
+
+} // namespace velldoc

@@ -1,0 +1,36 @@
+#include <velldoc/Language.h>
+
+#include <QCoreApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+namespace velldoc {
+
+namespace {
+
+void install(const QString &file, const QString &folder)
+{
+    auto *const translator = new QTranslator(QCoreApplication::instance());
+    if (translator->load(file, folder))
+        QCoreApplication::installTranslator(translator);
+}
+
+} // namespace
+
+void installLanguage()
+{
+    const QString own = QStringLiteral(":/velldoc/translations");
+    const QString wanted = QLocale::system().uiLanguages().value(0);
+    if (wanted.startsWith(QLatin1String("zh"))) {
+        install(QStringLiteral("qtbase_zh_CN"),
+                QLibraryInfo::location(QLibraryInfo::TranslationsPath));
+        install(QStringLiteral("velldoc_zh_CN"), own);
+        return;
+    }
+    // English is a translation, too: it has the plurals, and the sources of the library speak Chinese.
+    install(QStringLiteral("VellDocumentData_en"), own);
+    install(QStringLiteral("velldoc_en"), own);
+}
+
+} // namespace velldoc

@@ -1,0 +1,63 @@
+#include <velldoc/Listing.h>
+
+#include <file_types/FileTypes.h>
+#include <velldoc/Text.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/HumanText.h>
+#include <velldoc/output/Output.h>
+
+namespace velldoc {
+
+namespace {
+
+bool isFolder(const VellDocument &document)
+{
+    return document.type == QLatin1String("dir");
+}
+
+} // namespace
+
+Table longTable(const QList<VellDocument> &documents)
+{
+    Table table;
+    table.addColumn(Text::tr("Kind"));
+    table.addColumn(Text::tr("Size"), Qt::AlignRight);
+    table.addColumn(Text::tr("Changed"));
+    table.addColumn(Text::tr("By"), Qt::AlignLeft, Table::Fit::Shrinks);
+    table.addColumn(Text::tr("Name"), Qt::AlignLeft, Table::Fit::Shrinks);
+    for (const VellDocument &document : documents) {
+        table.addRow({kindText(document), sizeCell(document), timeText(document.updatedAt),
+                      document.updatedBy, shownName(document)});
+    }
+    return table;
+}
+
+void printNames(const QList<VellDocument> &documents, Output &output)
+{
+    for (const VellDocument &document : documents)
+        output.print(printable(shownName(document)));
+}
+
+QString shownName(const VellDocument &document)
+{
+    return isFolder(document) ? document.name + QLatin1Char('/') : document.name;
+}
+
+QString printedPath(const RemotePath &path)
+{
+    return printable(path.text());
+}
+
+QString kindText(const VellDocument &document)
+{
+    if (isFolder(document))
+        return Text::tr("Folder");
+    return VellPubDoc::getFileTypeName(VellPubDoc::getFileType(document.suffix));
+}
+
+QString sizeCell(const VellDocument &document)
+{
+    return isFolder(document) ? QString() : sizeText(document.fileSize);
+}
+
+} // namespace velldoc

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <document_model/VellDocument.h>
+#include <velldoc/RemotePath.h>
+#include <velldoc/output/Table.h>
+
+#include <QList>
+#include <QString>
+
+namespace velldoc {
+
+class Output;
+
+//! \file
+//! \brief How documents look in the lists of all commands.
+
+//! Kind, size, time of the last change, who made it, name.
+Table longTable(const QList<VellDocument> &documents);
+
+//! One name a line; folders end with "/".
+void printNames(const QList<VellDocument> &documents, Output &output);
+
+//! The name, with "/" behind that of a folder.
+QString shownName(const VellDocument &document);
+
+//! A path without characters that would steer the terminal.
+QString printedPath(const RemotePath &path);
+
+//! "Folder", or the category of the file for people.
+QString kindText(const VellDocument &document);
+
+//! The size, nothing for a folder.
+QString sizeCell(const VellDocument &document);
+
+} // namespace velldoc

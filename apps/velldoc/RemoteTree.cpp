@@ -1,0 +1,180 @@
+#include <velldoc/RemoteTree.h>
+
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Session.h>
+#include <velldoc/Text.h>
+
+namespace velldoc {
+
+namespace {
+
+Failure notFound(const RemotePath &path)
+{
+    return {ExitNotFound, Text::tr("There is no %1 in the project.").arg(path.text())};
+}
+
+bool isFolder(const VellDocument &document)
+{
+    return document.type == QLatin1String("dir");
+}
+
+} // namespace
+
+RemoteTree::RemoteTree(Session &session) : m_session(session) {}
+
+VellDocument RemoteTree::find(const RemotePath &path)
+{
+    const std::optional<VellDocument> found = tryFind(path);
+    if (!found)
+        throw notFound(path);
+    if (path.endsWithSlash() && !isFolder(*found))
+        throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text()));
+    return *found;
+}
+
+std::optional<VellDocument> RemoteTree::tryFind(const RemotePath &path)
+{
+    VellDocument place = start(path);
+    RemotePath here = path;
+    while (!here.names().isEmpty())
+        here = here.parent();
+    const QStringList names = path.names();
+    for (int i = 0; i < names.size(); ++i) {
+        if (!isFolder(place))
+            throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(here.text()));
+        here = here.child(names.at(i));
+        const std::optional<VellDocument> next = step(place, names.at(i), here);
+        if (!next && i + 1 == names.size())
+            return std::nullopt;
+        if (!next)
+            throw notFound(here);
+        place = *next;
+    }
+    return place;
+}
+
+VellDocument RemoteTree::findFolder(const RemotePath &path)
+{
+    const VellDocument folder = find(path);
+    if (!isFolder(folder))
+        throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text()));
+    return folder;
+}
+
+QList<VellDocument> RemoteTree::entries(const QString &id)
+{
+    VellDocumentConditon condition;
+    condition.parentId = id;
+    return list(condition);
+}
+
+QHash<QString, VellDocument> &RemoteTree::namesIn(const QString &folderId)
+{
+    const auto known = m_names.find(folderId);
+    if (known != m_names.end())
+        return known.value();
+    QHash<QString, VellDocument> names;
+    const QList<VellDocument> documents = entries(folderId);
+    for (const VellDocument &document : documents) {
+        if (!names.contains(document.name))
+            names.insert(document.name, document);
+    }
+    return m_names.insert(folderId, names).value();
+}
+
+VellDocument RemoteTree::makeFolder(const QString &parentId, const QString &name)
+{
+    VellDocument folder;
+    folder.parentId = parentId;
+    folder.name = name;
+    m_session.change([&] { return VellDocumentData::instance()->createDocFolder(folder); });
+    m_names.insert(folder._id, {});
+    const auto siblings = m_names.find(parentId);
+    if (siblings != m_names.end())
+        siblings->insert(name, folder);
+    return folder;
+}
+
+VellDocument RemoteTree::makePath(const RemotePath &path)
+{
+    VellDocument place = start(path);
+    RemotePath here = path;
+    while (!here.names().isEmpty())
+        here = here.parent();
+    const QStringList names = path.names();
+    for (const QString &name : names) {
+        here = here.child(name);
+        const std::optional<VellDocument> next = step(place, name, here);
+        if (next && !isFolder(*next))
+            throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(here.text()));
+        place = next ? *next : makeFolder(place._id, name);
+    }
+    return place;
+}
+
+QString RemoteTree::pathOf(const VellDocument &document)
+{
+    QString path = QLatin1Char('/') + document.name;
+    QString parentId = document.parentId;
+    while (!parentId.isEmpty()) {
+        const VellDocument parent = byId(parentId);
+        path = QLatin1Char('/') + parent.name + path;
+        parentId = parent.parentId;
+    }
+    return path;
+}
+
+QList<VellDocument> RemoteTree::list(const VellDocumentConditon &condition,
+                                     const VellDocumentSort &sort)
+{
+    QList<VellDocument> documents;
+    m_session.ask(
+        [&] { VellDocumentData::instance()->getDocumentsRange(documents, 0, 0, condition, sort); });
+    return documents;
+}
+
+VellDocument RemoteTree::start(const RemotePath &path)
+{
+    return path.id().isEmpty() ? VellDocument() : byId(path.id());
+}
+
+std::optional<VellDocument> RemoteTree::step(const VellDocument &folder, const QString &name,
+                                             const RemotePath &path)
+{
+    const auto known = m_names.constFind(folder._id);
+    if (known != m_names.constEnd()) {
+        const auto entry = known->constFind(name);
+        return entry == known->constEnd() ? std::nullopt : std::make_optional(entry.value());
+    }
+    VellDocumentConditon condition;
+    condition.parentId = folder._id;
+    condition.name = name;
+    const QList<VellDocument> found = list(condition);
+    if (found.isEmpty())
+        return std::nullopt;
+    if (found.size() > 1) {
+        QStringList ids;
+        for (const VellDocument &document : found)
+            ids.append(QStringLiteral("id:") + document._id);
+        throw Failure(
+            ExitFailed,
+            Text::tr("%1 is the name of %2 entries: say which one you mean, %3.")
+                .arg(path.text(), QString::number(found.size()), ids.join(QStringLiteral(", "))));
+    }
+    return found.constFirst();
+}
+
+VellDocument RemoteTree::byId(const QString &id)
+{
+    const auto known = m_known.constFind(id);
+    if (known != m_known.constEnd())
+        return known.value();
+    VellDocument document;
+    m_session.ask([&] { VellDocumentData::instance()->getDoc(id, document, false); });
+    if (document._id.isEmpty())
+        throw Failure(ExitNotFound, Text::tr("There is no document id:%1.").arg(id));
+    m_known.insert(id, document);
+    return document;
+}
+
+} // namespace velldoc

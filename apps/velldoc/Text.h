@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QCoreApplication>
+
+namespace velldoc {
+
+//! The one translation context of the program: Text::tr("…").
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(velldoc)
+};
+
+} // namespace velldoc

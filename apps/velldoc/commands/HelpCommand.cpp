@@ -1,0 +1,42 @@
+#include <velldoc/Context.h>
+#include <velldoc/Help.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+
+namespace velldoc {
+
+namespace {
+
+void run(Context &context)
+{
+    const QStringList names = context.arguments(0, 1);
+    if (names.isEmpty()) {
+        showProgramHelp({}, context.out);
+        return;
+    }
+    const Command *const command = findCommand(names.constFirst());
+    if (command == nullptr) {
+        throw Failure(ExitUsage, Text::tr("There is no command \"%1\".").arg(names.constFirst()));
+    }
+    showCommandHelp(*command, context.out);
+}
+
+} // namespace
+
+const Command &helpCommand()
+{
+    static const Command command{
+        "help",
+        "[COMMAND]",
+        QT_TRANSLATE_NOOP("velldoc", "explain the program or a command"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Explains a command with its options and examples; without a name, lists them all."),
+        {},
+        {{"velldoc help put", QT_TRANSLATE_NOOP("velldoc", "everything about uploads")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

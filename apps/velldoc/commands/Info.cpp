@@ -1,0 +1,107 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Listing.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/HumanText.h>
+#include <velldoc/output/Json.h>
+
+namespace velldoc {
+
+namespace {
+
+using Pairs = QList<QPair<QString, QString>>;
+
+QString yesOrNo(bool isYes)
+{
+    return isYes ? Text::tr("yes") : Text::tr("no");
+}
+
+QString grantedRights(const VellDocument &document)
+{
+    QStringList granted;
+    for (auto it = document.auths.begin(); it != document.auths.end(); ++it) {
+        if (it.value())
+            granted.append(it.key());
+    }
+    return granted.join(QStringLiteral(", "));
+}
+
+Pairs describe(const VellDocument &document, const QString &path)
+{
+    const bool isFile = document.type == QLatin1String("file");
+    Pairs pairs{
+        {Text::tr("Path"), path},
+        {Text::tr("Identifier"), QStringLiteral("id:") + document._id},
+        {Text::tr("Kind"), kindText(document)},
+    };
+    if (isFile) {
+        pairs.append({Text::tr("Size"),
+                      Text::tr("%1 (%2 bytes)")
+                          .arg(sizeText(document.fileSize), QString::number(document.fileSize))});
+    }
+    pairs += Pairs{
+        {Text::tr("Category"), document.category},
+        {Text::tr("Created"), timeText(document.createdAt)},
+        {Text::tr("Created by"), document.createdBy},
+        {Text::tr("Changed"), timeText(document.updatedAt)},
+        {Text::tr("Changed by"), document.updatedBy},
+        {Text::tr("Favourite"), yesOrNo(document.favorite)},
+        {Text::tr("Remark"), document.remark},
+        {Text::tr("You may"), grantedRights(document)},
+    };
+    return pairs;
+}
+
+void print(const Pairs &pairs, Output &output)
+{
+    int column = 0;
+    for (const auto &pair : pairs)
+        column = qMax(column, displayWidth(pair.first));
+    for (const auto &pair : pairs) {
+        if (!pair.second.isEmpty())
+            output.print(padded(pair.first + QLatin1Char(':'), column + 2)
+                         + printable(pair.second));
+    }
+}
+
+void run(Context &context)
+{
+    const QStringList paths = context.arguments(1, 0);
+    QJsonArray described;
+    for (const QString &text : paths) {
+        const VellDocument found = context.tree().find(RemotePath::parse(text));
+        if (found._id.isEmpty())
+            throw Failure(ExitUsage, Text::tr("The top level is no document: name one in it."));
+        VellDocument document;
+        context.session().ask(
+            [&] { VellDocumentData::instance()->getDoc(found._id, document, false); });
+        const QString path = context.tree().pathOf(document);
+        if (!described.isEmpty())
+            context.out.print(QString());
+        print(describe(document, path), context.out);
+        described.append(documentJson(document, path));
+        context.out.setResult({{QStringLiteral("documents"), described}});
+    }
+}
+
+} // namespace
+
+const Command &infoCommand()
+{
+    static const Command command{
+        "info",
+        "PATH...",
+        QT_TRANSLATE_NOOP("velldoc", "tell everything about a document"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Tells what the service knows about each document or folder PATH."),
+        {},
+        {{"velldoc info --json /Drawings/plan.dwg",
+          QT_TRANSLATE_NOOP("velldoc", "for a script: identifier, size, dates, rights")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

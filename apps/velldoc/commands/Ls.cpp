@@ -1,0 +1,188 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Listing.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/Json.h>
+
+namespace velldoc {
+
+namespace {
+
+struct SortWord
+{
+    const char *word;
+    const char *field;
+    bool
+        isAscending; //!< without --reverse: names from a, times and sizes from the newest and the largest
+};
+
+constexpr SortWord SortWords[] = {
+    {"name", "name", true},          {"size", "file.fileSize", false},
+    {"created", "createdAt", false}, {"updated", "updatedAt", false},
+    {"order", "order", true},
+};
+
+VellDocumentSort readSort(const Context &context)
+{
+    VellDocumentSort sort;
+    if (!context.isSet("sort")) {
+        if (context.isSet("reverse"))
+            throw Failure(ExitUsage, Text::tr("--reverse goes with --sort."));
+        return sort;
+    }
+    const QString wanted = context.value("sort");
+    QStringList known;
+    for (const SortWord &row : SortWords) {
+        known.append(QString::fromLatin1(row.word));
+        if (wanted != known.constLast())
+            continue;
+        sort.isDefault = false;
+        sort.sortField = QString::fromLatin1(row.field);
+        sort.isAsc = row.isAscending != context.isSet("reverse");
+        return sort;
+    }
+    throw Failure(ExitUsage,
+                  Text::tr("--sort takes one of %1, not \"%2\".")
+                      .arg(known.join(QStringLiteral(", ")), wanted));
+}
+
+struct Page
+{
+    int limit;
+    int skip;
+    VellDocumentSort sort;
+};
+
+class Lister
+{
+public:
+    Lister(Context &context, const Page &page) : m_context(context), m_page(page) {}
+
+    void list(const RemotePath &path, const VellDocument &document)
+    {
+        if (document.type == QLatin1String("file")) {
+            show(path, {document}, 1);
+            return;
+        }
+        const QList<VellDocument> entries = entriesOf(document._id);
+        const int total = isPaged() ? countIn(document._id) : entries.size();
+        show(path, entries, total);
+        if (!m_context.isSet("recursive"))
+            return;
+        for (const VellDocument &entry : entries) {
+            if (entry.type == QLatin1String("dir"))
+                list(path.child(entry.name), entry);
+        }
+    }
+
+    QJsonArray result() const { return m_result; }
+    void setTitled() { m_isTitled = true; }
+
+private:
+    bool isPaged() const { return m_page.limit > 0; }
+
+    QList<VellDocument> entriesOf(const QString &id)
+    {
+        VellDocumentConditon condition;
+        condition.parentId = id;
+        QList<VellDocument> entries;
+        m_context.session().ask([&] {
+            VellDocumentData::instance()->getDocumentsRange(entries, m_page.skip, m_page.limit,
+                                                            condition, m_page.sort);
+        });
+        return entries;
+    }
+
+    int countIn(const QString &id)
+    {
+        VellDocumentConditon condition;
+        condition.parentId = id;
+        return m_context.session().ask(
+            [&] { return VellDocumentData::instance()->getDocumentsRangeCount(condition); });
+    }
+
+    void show(const RemotePath &path, const QList<VellDocument> &entries, int total)
+    {
+        QJsonArray array;
+        for (const VellDocument &entry : entries)
+            array.append(documentJson(entry));
+        m_result.append(QJsonObject{{QStringLiteral("path"), path.text()},
+                                    {QStringLiteral("total"), total},
+                                    {QStringLiteral("entries"), array}});
+        if (m_isTitled) {
+            if (m_result.size() > 1)
+                m_context.out.print(QString());
+            m_context.out.print(Output::strong(printedPath(path) + QLatin1Char(':')));
+        }
+        if (entries.isEmpty())
+            m_context.out.note(Text::tr("%1 is empty.").arg(path.text()));
+        else if (m_context.isSet("l"))
+            m_context.out.print(longTable(entries));
+        else
+            printNames(entries, m_context.out);
+        if (isPaged() && entries.size() < total) {
+            m_context.out.note(Text::tr("%1 to %2 of %3.")
+                                   .arg(entries.isEmpty() ? 0 : m_page.skip + 1)
+                                   .arg(m_page.skip + entries.size())
+                                   .arg(total));
+        }
+    }
+
+    Context &m_context;
+    const Page m_page;
+    QJsonArray m_result;
+    bool m_isTitled = false;
+};
+
+void run(Context &context)
+{
+    Page page{context.number("limit", 0), context.number("skip", 0), readSort(context)};
+    if (page.skip > 0 && page.limit == 0)
+        throw Failure(ExitUsage, Text::tr("--skip goes with --limit."));
+    QStringList paths = context.arguments();
+    if (paths.isEmpty())
+        paths.append(QStringLiteral("/"));
+    Lister lister(context, page);
+    if (paths.size() > 1 || context.isSet("recursive"))
+        lister.setTitled();
+    for (const QString &text : qAsConst(paths)) {
+        const RemotePath path = RemotePath::parse(text);
+        lister.list(path, context.tree().find(path));
+    }
+    context.out.setResult({{QStringLiteral("folders"), lister.result()}});
+}
+
+} // namespace
+
+const Command &lsCommand()
+{
+    static const Command command{
+        "ls",
+        "[-lR] [PATH...]",
+        QT_TRANSLATE_NOOP("velldoc", "list folders"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Lists the entries of each folder PATH, of the top level without one; "
+                          "folders come first."),
+        {
+            {"l,long", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
+            {"R,recursive", nullptr, QT_TRANSLATE_NOOP("velldoc", "The folders below as well.")},
+            {"s,sort", "FIELD",
+             QT_TRANSLATE_NOOP("velldoc", "By name, size, created, updated or order.")},
+            {"r,reverse", nullptr, QT_TRANSLATE_NOOP("velldoc", "The other way round.")},
+            {"limit", "N", QT_TRANSLATE_NOOP("velldoc", "At most so many of each folder.")},
+            {"skip", "N", QT_TRANSLATE_NOOP("velldoc", "Leave out so many first.")},
+        },
+        {
+            {"velldoc ls -l /Drawings",
+             QT_TRANSLATE_NOOP("velldoc", "a folder with sizes and times")},
+            {"velldoc ls -l --sort size --limit 10 /Drawings",
+             QT_TRANSLATE_NOOP("velldoc", "its ten largest files")},
+        },
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

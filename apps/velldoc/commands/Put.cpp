@@ -1,0 +1,174 @@
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/HumanText.h>
+#include <velldoc/output/Json.h>
+#include <velldoc/transfer/UploadPlan.h>
+#include <velldoc/transfer/Uploader.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace velldoc {
+
+namespace {
+
+struct Target
+{
+    VellDocument folder;
+    RemotePath path;
+    QString name; //!< empty: each source keeps its own
+};
+
+//! As cp does: into a folder that is there, else a single source takes the last name.
+Target findTarget(Context &context, const QString &text, int sourceCount)
+{
+    const RemotePath path = RemotePath::parse(text);
+    const std::optional<VellDocument> there = context.tree().tryFind(path);
+    if (there && there->type == QLatin1String("dir"))
+        return {*there, path, {}};
+    if (sourceCount == 1 && !path.endsWithSlash())
+        return {context.tree().findFolder(path.parent()), path.parent(), path.name()};
+    if (there)
+        throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text()));
+    throw Failure(
+        ExitNotFound,
+        Text::tr("There is no folder %1: make it with \"velldoc mkdir -p\".").arg(path.text()));
+}
+
+QString nameOf(const QFileInfo &local)
+{
+    // "." and "folder/.." have no name of their own; "folder/" has one.
+    const QString path = QDir::cleanPath(local.absoluteFilePath());
+    return QFileInfo(path).fileName();
+}
+
+void report(Context &context, const UploadPlan &plan, const Uploader &uploader)
+{
+    QJsonArray stored;
+    qint64 bytes = 0;
+    for (const Uploader::Stored &entry : uploader.stored()) {
+        const UploadTask &task = entry.task;
+        bytes += task.sizeBytes;
+        const char *const action = task.replaced ? "replaced"
+            : task.isRenamed                     ? "renamed"
+                                                 : "created";
+        stored.append(QJsonObject{
+            {QStringLiteral("local"), task.localPath},
+            {QStringLiteral("action"), QString::fromLatin1(action)},
+            {QStringLiteral("document"), documentJson(entry.document, task.remotePath)}});
+        if (task.isRenamed)
+            context.out.note(Text::tr("%1 is stored as %2.").arg(task.localPath, task.remotePath));
+        if (context.isSet("verbose"))
+            context.out.print(task.remotePath);
+    }
+    QJsonArray failed;
+    for (const auto &entry : plan.unreadable()) {
+        context.out.error(Text::tr("%1 was left out: %2.").arg(entry.first, entry.second));
+        failed.append(QJsonObject{{QStringLiteral("local"), entry.first},
+                                  {QStringLiteral("message"), entry.second}});
+    }
+    for (const auto &entry : uploader.failed()) {
+        context.out.error(
+            Text::tr("%1 was not stored: %2").arg(entry.first.localPath, entry.second.sentence()));
+        failed.append(QJsonObject{{QStringLiteral("local"), entry.first.localPath},
+                                  {QStringLiteral("message"), entry.second.sentence()}});
+    }
+    context.out.setResult({{QStringLiteral("stored"), stored},
+                           {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
+                           {QStringLiteral("failed"), failed}});
+    context.out.note(
+        Text::tr("%n file(s) stored, %1.", nullptr, uploader.stored().size()).arg(sizeText(bytes)));
+    if (!plan.skipped().isEmpty())
+        context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
+}
+
+//! \a failure with what was done and how to go on.
+Failure unfinished(const Failure &failure, const UploadPlan &plan, const Uploader &uploader)
+{
+    const QString counts = Text::tr("%1 of %n file(s) are stored.", nullptr, plan.tasks().size())
+                               .arg(uploader.stored().size());
+    const QString advice = uploader.stored().isEmpty()
+        ? Text::tr("The same command continues where the service has stopped.")
+        : Text::tr("The same command with --on-conflict skip stores the rest.");
+    return {failure.code(), QStringList{failure.sentence(), counts, advice}.join(QLatin1Char(' ')),
+            failure.httpStatus()};
+}
+
+void throwFirstFailure(const UploadPlan &plan, const Uploader &uploader)
+{
+    const int count = plan.unreadable().size() + uploader.failed().size();
+    if (count == 0)
+        return;
+    const ExitCode code =
+        plan.unreadable().isEmpty() ? uploader.failed().constFirst().second.code() : ExitFailed;
+    throw Failure(code, Text::tr("%n file(s) could not be stored.", nullptr, count));
+}
+
+void run(Context &context)
+{
+    QStringList sources = context.arguments(2, 0);
+    const QString targetText = sources.takeLast();
+    const ConflictPolicy policy(context);
+    for (const QString &source : qAsConst(sources)) {
+        if (!QFileInfo::exists(source))
+            throw Failure(ExitNotFound, Text::tr("There is no local file %1.").arg(source));
+    }
+    const Target target = findTarget(context, targetText, sources.size());
+    UploadPlan plan(context, policy);
+    for (const QString &source : qAsConst(sources)) {
+        const QFileInfo local(source);
+        plan.add(local, target.folder, target.path,
+                 target.name.isEmpty() ? nameOf(local) : target.name);
+    }
+    Uploader uploader(context, plan.totalBytes());
+    try {
+        uploader.run(plan.tasks());
+    } catch (const Failure &failure) {
+        report(context, plan, uploader);
+        throw unfinished(failure, plan, uploader);
+    }
+    report(context, plan, uploader);
+    throwFirstFailure(plan, uploader);
+}
+
+} // namespace
+
+const Command &putCommand()
+{
+    static const Command command{
+        "put",
+        "LOCAL... REMOTE",
+        QT_TRANSLATE_NOOP("velldoc", "store files and folders"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Stores each local file or folder in the folder REMOTE, or a single one "
+                          "under the name REMOTE. "
+                          "Large files go up in pieces: when the connection is lost, velldoc tries "
+                          "again, and a later "
+                          "run continues where the service stopped."),
+        {
+            {"u,update", nullptr,
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "A file that is there gets a new version; the same as --on-conflict replace.")},
+            {"on-conflict", "WHAT",
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "When a name is taken: ask (on a terminal), replace, rename, skip or cancel.")},
+            {"v,verbose", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "Print where each file was stored.")},
+        },
+        {
+            {"velldoc put plan.dwg notes.txt /Drawings",
+             QT_TRANSLATE_NOOP("velldoc", "two files into a folder")},
+            {"velldoc put --update plan.dwg /Drawings",
+             QT_TRANSLATE_NOOP("velldoc", "a new version of a file")},
+            {"velldoc put --on-conflict skip site/ /",
+             QT_TRANSLATE_NOOP("velldoc", "a whole folder, going on where an earlier run ended")},
+        },
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

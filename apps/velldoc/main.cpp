@@ -1,0 +1,17 @@
+#include <velldoc/CommandLine.h>
+#include <velldoc/Language.h>
+#include <velldoc/output/Interrupt.h>
+#include <velldoc/output/Terminal.h>
+
+#include <QCoreApplication>
+
+int main(int argc, char *argv[])
+{
+    velldoc::terminal::prepare();
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("velldoc"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VELLDOC_VERSION));
+    velldoc::installLanguage();
+    const velldoc::Interrupt interrupt;
+    return velldoc::runCommandLine(QCoreApplication::arguments().mid(1));
+}

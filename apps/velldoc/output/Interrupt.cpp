@@ -1,0 +1,133 @@
+#include <velldoc/output/Interrupt.h>
+
+#include <velldoc/Failure.h>
+#include <velldoc/Text.h>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <atomic>
+#include <csignal>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace velldoc {
+
+namespace {
+
+std::atomic<bool> requested{false};
+std::function<void()> replacement;
+
+} // namespace
+
+#ifdef Q_OS_WIN
+
+namespace {
+
+std::function<void()> consoleEvent;
+
+BOOL WINAPI onConsoleEvent(DWORD)
+{
+    // Windows calls this on a thread of its own.
+    if (requested.exchange(true))
+        return FALSE;
+    QMetaObject::invokeMethod(QCoreApplication::instance(), consoleEvent, Qt::QueuedConnection);
+    return TRUE;
+}
+
+} // namespace
+
+class Interrupt::Source
+{
+public:
+    explicit Source(Interrupt *interrupt)
+    {
+        consoleEvent = [interrupt] { interrupt->unwind(); };
+        SetConsoleCtrlHandler(onConsoleEvent, TRUE);
+    }
+    ~Source() { SetConsoleCtrlHandler(onConsoleEvent, FALSE); }
+    Q_DISABLE_COPY(Source)
+};
+
+#else
+
+namespace {
+
+constexpr int Signals[] = {SIGINT, SIGTERM, SIGHUP};
+int wakePipe[2] = {-1, -1};
+
+extern "C" void onSignal(int)
+{
+    requested = true;
+    const char byte = 0;
+    // Nothing can be done about a full pipe, and nothing needs to be: it is read already.
+    [[maybe_unused]] const auto written = write(wakePipe[1], &byte, 1);
+}
+
+} // namespace
+
+class Interrupt::Source
+{
+public:
+    explicit Source(Interrupt *interrupt)
+    {
+        if (pipe2(wakePipe, O_CLOEXEC | O_NONBLOCK) != 0)
+            return;
+        m_notifier = std::make_unique<QSocketNotifier>(wakePipe[0], QSocketNotifier::Read);
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, interrupt,
+                         [interrupt, this] {
+                             m_notifier->setEnabled(false);
+                             interrupt->unwind();
+                         });
+        // No SA_RESTART, so that a question at the terminal ends; and the second signal kills.
+        struct sigaction action = {};
+        action.sa_handler = onSignal;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
+        for (const int number : Signals)
+            sigaction(number, &action, nullptr);
+        std::signal(SIGPIPE, SIG_IGN);
+    }
+    Q_DISABLE_COPY(Source)
+    ~Source() = default;
+
+private:
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+#endif
+
+Interrupt::Interrupt() : m_source(std::make_unique<Source>(this)) {}
+
+Interrupt::~Interrupt() = default;
+
+bool Interrupt::isRequested()
+{
+    return requested;
+}
+
+void Interrupt::check()
+{
+    if (isRequested())
+        throw Failure(ExitInterrupted, Text::tr("Interrupted."));
+}
+
+std::shared_ptr<void> Interrupt::replaceUnwinding(std::function<void()> leave)
+{
+    replacement = std::move(leave);
+    return {nullptr, [](void *) { replacement = nullptr; }};
+}
+
+void Interrupt::unwind()
+{
+    if (replacement)
+        replacement();
+    else
+        QCoreApplication::exit(ExitInterrupted);
+}
+
+} // namespace velldoc

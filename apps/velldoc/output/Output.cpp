@@ -1,0 +1,78 @@
+#include <velldoc/output/Output.h>
+
+#include <velldoc/Failure.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/Table.h>
+#include <velldoc/output/Terminal.h>
+
+#include <QJsonDocument>
+
+#include <cstdio>
+
+namespace velldoc {
+
+namespace {
+
+void writeLine(std::FILE *stream, const QString &line)
+{
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stream);
+}
+
+} // namespace
+
+void Output::print(const QString &line)
+{
+    if (!m_isJson)
+        writeLine(stdout, line);
+}
+
+void Output::print(const Table &table)
+{
+    if (m_isJson)
+        return;
+    const QStringList lines = table.lines(terminal::width(stdout));
+    writeLine(stdout, strong(lines.constFirst()));
+    for (int i = 1; i < lines.size(); ++i)
+        writeLine(stdout, lines.at(i));
+}
+
+void Output::note(const QString &sentence)
+{
+    if (!m_isJson)
+        writeLine(stderr, printable(sentence));
+}
+
+void Output::error(const QString &sentence)
+{
+    const QString prefix = terminal::hasColour(stderr) ? QStringLiteral("\x1b[31mvelldoc:\x1b[0m ")
+                                                       : QStringLiteral("velldoc: ");
+    writeLine(stderr, prefix + printable(sentence));
+}
+
+bool Output::finish(const Failure *failure)
+{
+    if (m_isJson) {
+        QJsonObject document{{QStringLiteral("command"), m_command},
+                             {QStringLiteral("ok"), failure == nullptr},
+                             {QStringLiteral("result"), m_result}};
+        if (failure != nullptr) {
+            const QJsonValue status =
+                failure->httpStatus() > 0 ? QJsonValue(failure->httpStatus()) : QJsonValue();
+            document.insert(QStringLiteral("error"),
+                            QJsonObject{{QStringLiteral("exitCode"), int(failure->code())},
+                                        {QStringLiteral("status"), status},
+                                        {QStringLiteral("message"), failure->sentence()}});
+        }
+        writeLine(stdout,
+                  QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
+    }
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
+QString Output::strong(const QString &text)
+{
+    return terminal::hasColour(stdout) ? QStringLiteral("\x1b[1m%1\x1b[0m").arg(text) : text;
+}
+
+} // namespace velldoc

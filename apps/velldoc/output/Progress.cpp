@@ -1,0 +1,125 @@
+#include <velldoc/output/Progress.h>
+
+#include <velldoc/Text.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/HumanText.h>
+#include <velldoc/output/Terminal.h>
+
+#include <cstdio>
+
+namespace velldoc {
+
+namespace {
+
+constexpr int RedrawMs = 100;
+constexpr int RateWindowMs = 5000;
+constexpr int LeastRateMs = 500;
+constexpr int WidestBar = 30;
+constexpr int NarrowestBar = 5;
+constexpr int WidestName = 40;
+
+} // namespace
+
+Progress::Progress() : m_isShown(terminal::isTerminal(stderr)) {}
+
+Progress::~Progress()
+{
+    clear();
+}
+
+void Progress::begin(const QString &what, qint64 totalBytes)
+{
+    m_what = printable(what);
+    m_totalBytes = totalBytes;
+    m_doneBytes = 0;
+    m_isComplete = false;
+    m_samples.clear();
+    m_clock.start();
+    m_sinceDrawn.invalidate();
+    draw();
+}
+
+void Progress::setText(const QString &what)
+{
+    m_what = printable(what);
+}
+
+void Progress::update(qint64 doneBytes)
+{
+    m_doneBytes = qBound(qint64(0), doneBytes, m_totalBytes);
+    const qint64 now = m_clock.elapsed();
+    m_samples.append({now, m_doneBytes});
+    while (m_samples.size() > 2 && m_samples.constFirst().first < now - RateWindowMs)
+        m_samples.removeFirst();
+    if (!m_sinceDrawn.isValid() || m_sinceDrawn.hasExpired(RedrawMs))
+        draw();
+}
+
+void Progress::end()
+{
+    m_doneBytes = m_totalBytes;
+    m_isComplete = true;
+    draw();
+}
+
+void Progress::clear()
+{
+    if (!m_isDrawn)
+        return;
+    std::fputs("\r\x1b[K", stderr);
+    std::fflush(stderr);
+    m_isDrawn = false;
+}
+
+void Progress::draw()
+{
+    if (!m_isShown)
+        return;
+    m_sinceDrawn.start();
+    const QByteArray text = line(terminal::width(stderr)).toUtf8();
+    std::fprintf(stderr, "\r%s\x1b[K", text.constData());
+    std::fflush(stderr);
+    m_isDrawn = true;
+}
+
+QString Progress::line(int width) const
+{
+    constexpr qint64 Hundred = 100;
+    qint64 percent = m_totalBytes > 0 ? m_doneBytes / qMax(qint64(1), m_totalBytes / Hundred) : 0;
+    percent = m_isComplete ? Hundred : qMin(percent, Hundred - 1);
+    const QString tail = QStringLiteral(" %1 % %2").arg(percent, 3).arg(figures());
+    // The last column stays free: some terminals go to the next line there.
+    const int room = width - 1 - displayWidth(tail);
+    const QString name = elided(m_what, qBound(NarrowestBar, room / 2, WidestName));
+    const int bar = qMin(room - displayWidth(name) - 3, WidestBar);
+    if (bar < NarrowestBar)
+        return elided(name + tail, width - 1);
+    const int filled = static_cast<int>(bar * percent / Hundred);
+    return QStringLiteral("%1 [%2%3]%4")
+        .arg(name, QString(filled, QLatin1Char('#')), QString(bar - filled, QLatin1Char('.')),
+             tail);
+}
+
+QString Progress::figures() const
+{
+    QString text = Text::tr("%1 of %2").arg(sizeText(m_doneBytes), sizeText(m_totalBytes));
+    const qint64 rate = bytesPerSecond();
+    if (rate <= 0 || m_isComplete)
+        return text;
+    text += QLatin1String("  ") + rateText(rate);
+    const std::chrono::seconds left((m_totalBytes - m_doneBytes) / rate);
+    return text + QLatin1String("  ") + Text::tr("%1 left").arg(durationText(left));
+}
+
+qint64 Progress::bytesPerSecond() const
+{
+    if (m_samples.isEmpty())
+        return 0;
+    constexpr qint64 MsPerSecond = 1000;
+    const qint64 ms = m_samples.constLast().first - m_samples.constFirst().first;
+    if (ms < LeastRateMs)
+        return 0;
+    return (m_samples.constLast().second - m_samples.constFirst().second) * MsPerSecond / ms;
+}
+
+} // namespace velldoc

@@ -1,0 +1,82 @@
+#include <velldoc/output/Table.h>
+
+#include <velldoc/output/DisplayWidth.h>
+
+namespace velldoc {
+
+namespace {
+
+constexpr int Gap = 2;
+constexpr int NarrowestColumn = 8;
+
+} // namespace
+
+void Table::addColumn(const QString &title, Qt::Alignment alignment, Fit fit)
+{
+    m_columns.append({title, alignment, fit});
+}
+
+void Table::addRow(const QStringList &cells)
+{
+    QStringList shown;
+    shown.reserve(cells.size());
+    for (const QString &cell : cells)
+        shown.append(printable(cell));
+    m_rows.append(shown);
+}
+
+QStringList Table::lines(int width) const
+{
+    const QList<int> widths = fittedWidths(width);
+    QStringList titles;
+    for (const Column &column : m_columns)
+        titles.append(column.title);
+    QStringList result{line(titles, widths)};
+    result.reserve(m_rows.size() + 1);
+    for (const QStringList &row : m_rows)
+        result.append(line(row, widths));
+    return result;
+}
+
+QList<int> Table::fittedWidths(int width) const
+{
+    QList<int> widths;
+    int total = -Gap;
+    for (int i = 0; i < m_columns.size(); ++i) {
+        int widest = displayWidth(m_columns.at(i).title);
+        for (const QStringList &row : m_rows)
+            widest = qMax(widest, displayWidth(row.value(i)));
+        widths.append(widest);
+        total += widest + Gap;
+    }
+    while (width > 0 && total > width) {
+        int widest = -1;
+        for (int i = 0; i < widths.size(); ++i) {
+            const bool shrinks =
+                m_columns.at(i).fit == Fit::Shrinks && widths.at(i) > NarrowestColumn;
+            if (shrinks && (widest < 0 || widths.at(i) > widths.at(widest)))
+                widest = i;
+        }
+        if (widest < 0)
+            break;
+        --widths[widest];
+        --total;
+    }
+    return widths;
+}
+
+QString Table::line(const QStringList &cells, const QList<int> &widths) const
+{
+    QString text;
+    for (int i = 0; i < m_columns.size(); ++i) {
+        if (i > 0)
+            text += QString(Gap, QLatin1Char(' '));
+        text +=
+            padded(elided(cells.value(i), widths.at(i)), widths.at(i), m_columns.at(i).alignment);
+    }
+    while (text.endsWith(QLatin1Char(' ')))
+        text.chop(1);
+    return text;
+}
+
+} // namespace velldoc

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace velldoc {
+
+//! \brief Rows of columns that fit a width.
+//!
+//! Columns stand two blanks apart. When the widest cells do not fit, the columns that may shrink are cut, the
+//! widest first, down to a width that still says something; without a width nothing is cut.
+class Table
+{
+public:
+    enum class Fit { Whole, Shrinks };
+
+    void addColumn(const QString &title, Qt::Alignment alignment = Qt::AlignLeft,
+                   Fit fit = Fit::Whole);
+
+    //! One cell for each column; characters that would steer the terminal are replaced.
+    void addRow(const QStringList &cells);
+
+    //! The lines, titles first, without blanks at their ends.
+    //! \param width columns of the terminal, 0 for no limit
+    QStringList lines(int width) const;
+
+private:
+    struct Column
+    {
+        QString title;
+        Qt::Alignment alignment;
+        Fit fit;
+    };
+
+    QList<int> fittedWidths(int width) const;
+    QString line(const QStringList &cells, const QList<int> &widths) const;
+
+    QList<Column> m_columns;
+    QList<QStringList> m_rows;
+};
+
+} // namespace velldoc

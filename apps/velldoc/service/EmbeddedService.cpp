@@ -1,0 +1,125 @@
+#include <velldoc/service/EmbeddedService.h>
+
+#include <service/ReferenceService.h>
+#include <velldoc/Failure.h>
+#include <velldoc/Text.h>
+#include <velldoc/output/Interrupt.h>
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTimer>
+
+namespace velldoc {
+
+namespace {
+
+constexpr int WaitForFolderMs = 5000;
+constexpr int RetryMs = 100;
+
+//! Where "velldoc serve" leaves its address, so that commands on the same folder find it.
+QString addressFile(const QString &dataDir)
+{
+    return dataDir + QStringLiteral("/velldoc-serve.url");
+}
+
+QString servedAddress(const QString &dataDir)
+{
+    QFile file(addressFile(dataDir));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+}
+
+bool isInUse(const QString &dataDir)
+{
+    return QFileInfo::exists(dataDir + QStringLiteral("/lock"));
+}
+
+void pause(int ms)
+{
+    QEventLoop loop;
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+    Interrupt::check();
+}
+
+//! "127.0.0.1:8080", "[::1]:8080"; port 0 is any free one.
+void readAddress(const QString &text, ServiceOptions &options)
+{
+    const int colon = text.lastIndexOf(QLatin1Char(':'));
+    bool isNumber = false;
+    const uint port = text.mid(colon + 1).toUInt(&isNumber);
+    constexpr uint LargestPort = 65535;
+    if (colon <= 0 || !isNumber || port > LargestPort) {
+        throw Failure(ExitUsage,
+                      Text::tr("\"%1\" is no address: write it like 127.0.0.1:8080.").arg(text));
+    }
+    options.listenAddress = text.left(colon);
+    if (options.listenAddress.startsWith(QLatin1Char('[')))
+        options.listenAddress = options.listenAddress.mid(1, options.listenAddress.size() - 2);
+    options.port = static_cast<quint16>(port);
+}
+
+} // namespace
+
+class EmbeddedService::Private
+{
+public:
+    explicit Private(const ServiceOptions &options) : service(options) {}
+
+    ReferenceService service;
+};
+
+EmbeddedService::EmbeddedService() = default;
+EmbeddedService::~EmbeddedService() = default;
+
+QString EmbeddedService::start(const QString &dataDir)
+{
+    ServiceOptions options;
+    options.dataDir = dataDir;
+    d = std::make_unique<Private>(options);
+    QElapsedTimer clock;
+    clock.start();
+    QString error;
+    while (!d->service.start(&error)) {
+        if (!isInUse(dataDir))
+            throw Failure(ExitFailed, error);
+        const QString address = servedAddress(dataDir);
+        if (!address.isEmpty())
+            return address;
+        if (clock.hasExpired(WaitForFolderMs)) {
+            throw Failure(
+                ExitFailed,
+                Text::tr("Another velldoc is working on %1: try again when it has finished, or "
+                         "share the folder with \"velldoc serve\".")
+                    .arg(dataDir));
+        }
+        pause(RetryMs);
+    }
+    QFile::remove(addressFile(dataDir)); // of a server that was killed
+    return d->service.baseApi();
+}
+
+void EmbeddedService::serve(const QString &dataDir, const QString &address,
+                            void (*announce)(const QString &))
+{
+    ServiceOptions options;
+    options.dataDir = dataDir;
+    readAddress(address, options);
+    d = std::make_unique<Private>(options);
+    QString error;
+    if (!d->service.start(&error))
+        throw Failure(ExitFailed, error);
+    QSaveFile file(addressFile(dataDir));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(d->service.baseApi().toUtf8());
+        file.commit();
+    }
+    announce(d->service.baseApi());
+    QEventLoop().exec(); // until Interrupt ends it
+    QFile::remove(addressFile(dataDir));
+    d->service.stop();
+}
+
+} // namespace velldoc

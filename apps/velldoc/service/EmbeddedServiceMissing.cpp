@@ -1,0 +1,35 @@
+#include <velldoc/Failure.h>
+#include <velldoc/Text.h>
+#include <velldoc/service/EmbeddedService.h>
+
+namespace velldoc {
+
+namespace {
+
+[[noreturn]] void refuse()
+{
+    throw Failure(
+        ExitUsage,
+        Text::tr("This velldoc was built without a service of its own: name one with --url, "
+                 "for example one started with \"vell-service --data DIR\"."));
+}
+
+} // namespace
+
+class EmbeddedService::Private
+{};
+
+EmbeddedService::EmbeddedService() = default;
+EmbeddedService::~EmbeddedService() = default;
+
+QString EmbeddedService::start(const QString &)
+{
+    refuse();
+}
+
+void EmbeddedService::serve(const QString &, const QString &, void (*)(const QString &))
+{
+    refuse();
+}
+
+} // namespace velldoc

@@ -1,0 +1,101 @@
+#include <velldoc/transfer/ConflictPolicy.h>
+
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/Interrupt.h>
+#include <velldoc/output/Terminal.h>
+
+#include <cstdio>
+
+namespace velldoc {
+
+namespace {
+
+struct PolicyWord
+{
+    const char *word;
+    char key;
+    Conflict conflict;
+};
+
+constexpr PolicyWord PolicyWords[] = {
+    {"ask", '\0', Conflict::Ask},      {"replace", 'r', Conflict::Replace},
+    {"rename", 'n', Conflict::Rename}, {"skip", 's', Conflict::Skip},
+    {"cancel", 'c', Conflict::Cancel},
+};
+
+Conflict policyFromWord(const QString &word)
+{
+    for (const PolicyWord &row : PolicyWords) {
+        if (word == QLatin1String(row.word))
+            return row.conflict;
+    }
+    throw Failure(ExitUsage,
+                  Text::tr("--on-conflict takes ask, replace, rename, skip or cancel, not \"%1\".")
+                      .arg(word));
+}
+
+void say(const QString &text)
+{
+    std::fputs(printable(text).toUtf8().constData(), stderr);
+    std::fflush(stderr);
+}
+
+} // namespace
+
+ConflictPolicy::ConflictPolicy(const Context &context)
+{
+    if (context.isSet("on-conflict"))
+        m_policy = policyFromWord(context.value("on-conflict"));
+    else if (context.isSet("update"))
+        m_policy = Conflict::Replace;
+    else if (!terminal::isTerminal(stdin) || !terminal::isTerminal(stderr))
+        m_policy = Conflict::Cancel;
+}
+
+Conflict ConflictPolicy::decide(const QString &remotePath, const QString &newName, bool canReplace)
+{
+    const Conflict decided =
+        m_policy == Conflict::Ask ? ask(remotePath, newName, canReplace) : m_policy;
+    if (decided != Conflict::Replace || canReplace)
+        return decided;
+    throw Failure(ExitFailed,
+                  Text::tr("%1 is a folder, which a file cannot replace: choose another name.")
+                      .arg(remotePath));
+}
+
+Conflict ConflictPolicy::ask(const QString &remotePath, const QString &newName, bool canReplace)
+{
+    say(Text::tr("%1 is there already.").arg(remotePath));
+    std::fputc('\n', stderr);
+    for (;;) {
+        if (canReplace)
+            say(Text::tr("  r  replace it: the file becomes its new version") + QLatin1Char(' '));
+        if (canReplace)
+            std::fputc('\n', stderr);
+        say(Text::tr("  n  keep it, and store the file as %1").arg(newName));
+        std::fputc('\n', stderr);
+        say(Text::tr("  s  skip the file"));
+        std::fputc('\n', stderr);
+        say(Text::tr("  c  cancel; nothing is sent"));
+        std::fputc('\n', stderr);
+        say(Text::tr("A capital letter answers for all the following files, too: "));
+        QString answer;
+        if (!terminal::readLine(&answer)) {
+            std::fputc('\n', stderr);
+            Interrupt::check();
+            return Conflict::Cancel;
+        }
+        for (const PolicyWord &row : PolicyWords) {
+            const bool fits = answer.size() == 1 && answer.at(0).toLower() == QLatin1Char(row.key);
+            if (!fits || row.key == '\0' || (row.conflict == Conflict::Replace && !canReplace))
+                continue;
+            if (answer.at(0).isUpper())
+                m_policy = row.conflict;
+            return row.conflict;
+        }
+    }
+}
+
+} // namespace velldoc

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <document_model/VellDocument.h>
+
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+
+namespace velldoc {
+
+//! \brief One local file on its way to a place in the project.
+struct UploadTask
+{
+    QString localPath;
+    QString remotePath; //!< for people and for --json
+    QString parentId;
+    QString name; //!< there
+    std::optional<VellDocument> replaced; //!< the document that gets a new version
+    bool isRenamed = false; //!< the wanted name was taken
+    qint64 sizeBytes = 0;
+    QDateTime modifiedAt; //!< of the local file, when its size was taken
+
+    //! Above this size files go up in chunks.
+    static constexpr qint64 WholeFileLimit = 10'485'760;
+    bool isChunked() const { return sizeBytes > WholeFileLimit; }
+
+    //! Takes size and time anew from the disk.
+    void refresh();
+    bool hasChangedOnDisk() const;
+};
+
+} // namespace velldoc

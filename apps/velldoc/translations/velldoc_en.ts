@@ -1,0 +1,56 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>velldoc</name>
+    <message numerus="yes">
+        <source>%1 of %n file(s)</source>
+        <translation>
+            <numerusform>%1 of %n file</numerusform>
+            <numerusform>%1 of %n files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 has %n version(s), so there is no version %2.</source>
+        <translation>
+            <numerusform>%1 has %n version, so there is no version %2.</numerusform>
+            <numerusform>%1 has %n versions, so there is no version %2.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) fetched, %1.</source>
+        <translation>
+            <numerusform>%n file fetched, %1.</numerusform>
+            <numerusform>%n files fetched, %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) skipped.</source>
+        <translation>
+            <numerusform>%n file skipped.</numerusform>
+            <numerusform>%n files skipped.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) stored, %1.</source>
+        <translation>
+            <numerusform>%n file stored, %1.</numerusform>
+            <numerusform>%n files stored, %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n file(s) are stored.</source>
+        <translation>
+            <numerusform>%1 of %n file are stored.</numerusform>
+            <numerusform>%1 of %n files are stored.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) could not be stored.</source>
+        <translation>
+            <numerusform>%n file could not be stored.</numerusform>
+            <numerusform>%n files could not be stored.</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>

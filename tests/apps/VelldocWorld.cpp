@@ -1,0 +1,126 @@
+#include "VelldocWorld.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QTest>
+
+namespace {
+
+constexpr int LongestRunMs = 110'000;
+
+} // namespace
+
+QJsonObject VelldocRun::json() const
+{
+    return QJsonDocument::fromJson(out.toUtf8()).object();
+}
+
+QJsonObject VelldocRun::result() const
+{
+    return json().value(QLatin1String("result")).toObject();
+}
+
+QStringList VelldocRun::lines() const
+{
+    return out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+VelldocWorld::VelldocWorld() : environment(QProcessEnvironment::systemEnvironment())
+{
+    const QStringList names = environment.keys();
+    for (const QString &name : names) {
+        if (name.startsWith(QLatin1String("VELLDOC_")) || name.startsWith(QLatin1String("XDG_")))
+            environment.remove(name);
+    }
+    environment.insert(QStringLiteral("HOME"), path(QStringLiteral("home")));
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+    environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
+    environment.remove(QStringLiteral("LANGUAGE"));
+    restartService();
+}
+
+void VelldocWorld::restartService()
+{
+    ServiceOptions options;
+    options.dataDir = path(QStringLiteral("service"));
+    if (m_service)
+        options.port = m_service->port(); // the same address for those who hold it
+    m_service.reset();
+    m_service = std::make_unique<ReferenceService>(options);
+    QString error;
+    if (!m_service->start(&error))
+        qFatal("The service does not start: %s", qPrintable(error));
+}
+
+VelldocRun VelldocWorld::run(const QStringList &arguments, const QByteArray &input)
+{
+    return runBare(QStringList{QStringLiteral("--url"), baseApi()} + arguments, input);
+}
+
+VelldocRun VelldocWorld::runBare(const QStringList &arguments, const QByteArray &input)
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(m_folder.path());
+    process.start(program(), arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    VelldocRun run;
+    if (process.waitForFinished(LongestRunMs) && process.exitStatus() == QProcess::NormalExit)
+        run.exitCode = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.error = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+VelldocRun VelldocWorld::succeed(const QStringList &arguments, const QByteArray &input)
+{
+    VelldocRun result = run(arguments, input);
+    if (result.exitCode != 0) {
+        QTest::qFail(qPrintable(QStringLiteral("velldoc %1 returned %2: %3%4")
+                                    .arg(arguments.join(QLatin1Char(' ')))
+                                    .arg(result.exitCode)
+                                    .arg(result.error, result.out)),
+                     __FILE__, __LINE__);
+    }
+    return result;
+}
+
+QString VelldocWorld::program()
+{
+    return QStringLiteral(VELLDOC_PROGRAM);
+}
+
+QString VelldocWorld::write(const QString &name, const QByteArray &content)
+{
+    const QString filePath = path(name);
+    QDir().mkpath(QFileInfo(filePath).path());
+    QFile file(filePath);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s cannot be written", qPrintable(filePath));
+    return filePath;
+}
+
+QString VelldocWorld::writeUnequalBlocks(const QString &name, qint64 bytes)
+{
+    constexpr qint64 StampInterval = 65'536;
+    const QString filePath = write(name, {});
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadWrite) || !file.resize(bytes))
+        qFatal("%s cannot be written", qPrintable(filePath));
+    // The holes between the stamps take no room on the disk.
+    for (qint64 offset = 0; offset + 8 <= bytes; offset += StampInterval) {
+        file.seek(offset);
+        file.write(QByteArray::number(offset + 10'000'000));
+    }
+    return filePath;
+}
+
+QByteArray VelldocWorld::read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <service/ReferenceService.h>
+
+#include <QJsonObject>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+//! What one run of velldoc gave back.
+struct VelldocRun
+{
+    int exitCode = -1; //!< -1 when it did not end by itself
+    QString out;
+    QString error;
+
+    QJsonObject json() const; //!< of the standard output
+    QJsonObject result() const; //!< its "result"
+    QStringList lines() const; //!< of the standard output
+};
+
+//! \brief A service in this process, a home of its own, and velldoc run as people run it.
+class VelldocWorld
+{
+public:
+    VelldocWorld();
+
+    //! Runs velldoc with \a arguments against the service.
+    VelldocRun run(const QStringList &arguments, const QByteArray &input = {});
+
+    //! The same without naming the service: whatever the environment says.
+    VelldocRun runBare(const QStringList &arguments, const QByteArray &input = {});
+
+    //! Runs it and fails the test, with what it said, unless it returns 0.
+    VelldocRun succeed(const QStringList &arguments, const QByteArray &input = {});
+
+    ReferenceService &service() { return *m_service; }
+    void restartService();
+    QString baseApi() const { return m_service->baseApi(); }
+    static QString program();
+
+    //! A path below a folder that goes away with the world.
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+    //! Writes a file there, with the folders above it. \return its path
+    QString write(const QString &name, const QByteArray &content);
+    //! A file of \a bytes in which no two blocks are equal. \return its path
+    QString writeUnequalBlocks(const QString &name, qint64 bytes);
+    static QByteArray read(const QString &path);
+
+    QProcessEnvironment environment;
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<ReferenceService> m_service;
+};

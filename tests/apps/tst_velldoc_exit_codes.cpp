@@ -1,0 +1,180 @@
+#include "VelldocWorld.h"
+
+#include <QDir>
+#include <QTcpServer>
+#include <QTest>
+
+class TestVelldocExitCodes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wrongLineIsAUsageError_data();
+    void wrongLineIsAUsageError();
+    void missingThingsAreNotFound_data();
+    void missingThingsAreNotFound();
+    void viewerIsNotAllowed();
+    void missingTokenIsNotAllowed();
+    void noConnectionIsSaid();
+    void otherServerIsNoDocumentService();
+    void failureIsNotAnEmptyFolder();
+    void failureIsInTheJson();
+    void embeddedServiceWorksWithNothingSetUp();
+    void lockedFolderIsSaid();
+};
+
+void TestVelldocExitCodes::wrongLineIsAUsageError_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("unknown command") << QStringList{QStringLiteral("fly")};
+    QTest::newRow("unknown option") << QStringList{QStringLiteral("ls"), QStringLiteral("--fly")};
+    QTest::newRow("option without its value")
+        << QStringList{QStringLiteral("ls"), QStringLiteral("--sort")};
+    QTest::newRow("wrong sort") << QStringList{QStringLiteral("ls"), QStringLiteral("--sort"),
+                                               QStringLiteral("x")};
+    QTest::newRow("no number") << QStringList{QStringLiteral("ls"), QStringLiteral("--limit"),
+                                              QStringLiteral("x")};
+    QTest::newRow("nothing to make") << QStringList{QStringLiteral("mkdir")};
+    QTest::newRow("nothing to store") << QStringList{QStringLiteral("put"), QStringLiteral("/")};
+    QTest::newRow("wrong conflict")
+        << QStringList{QStringLiteral("put"), QStringLiteral("a"), QStringLiteral("/"),
+                       QStringLiteral("--on-conflict"), QStringLiteral("x")};
+}
+
+void TestVelldocExitCodes::wrongLineIsAUsageError()
+{
+    QFETCH(QStringList, arguments);
+    VelldocWorld world;
+    const VelldocRun run = world.run(arguments);
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(run.out, QString());
+    QVERIFY(run.error.startsWith(QLatin1String("velldoc: ")));
+    QVERIFY2(run.error.contains(QLatin1String("velldoc help")), qPrintable(run.error));
+    QCOMPARE(run.error.count(QLatin1Char('\n')), 1);
+}
+
+void TestVelldocExitCodes::missingThingsAreNotFound_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    const QString missing = QStringLiteral("/missing");
+    QTest::newRow("ls") << QStringList{QStringLiteral("ls"), missing};
+    QTest::newRow("info") << QStringList{QStringLiteral("info"), missing};
+    QTest::newRow("get") << QStringList{QStringLiteral("get"), missing};
+    QTest::newRow("identifier") << QStringList{QStringLiteral("info"),
+                                               QStringLiteral("id:nothing")};
+    QTest::newRow("mkdir below") << QStringList{QStringLiteral("mkdir"),
+                                                QStringLiteral("/missing/a")};
+    QTest::newRow("put, local file")
+        << QStringList{QStringLiteral("put"), QStringLiteral("nothing"), QStringLiteral("/")};
+    QTest::newRow("put, target") << QStringList{QStringLiteral("put"), QStringLiteral("home"),
+                                                QStringLiteral("/missing/x/")};
+}
+
+void TestVelldocExitCodes::missingThingsAreNotFound()
+{
+    QFETCH(QStringList, arguments);
+    VelldocWorld world;
+    QDir().mkpath(world.path(QStringLiteral("home")));
+    const VelldocRun run = world.run(arguments);
+    QVERIFY2(run.exitCode == 3, qPrintable(run.error));
+    QCOMPARE(run.out, QString());
+}
+
+void TestVelldocExitCodes::viewerIsNotAllowed()
+{
+    VelldocWorld world;
+    QVERIFY(world.service().addProject(QStringLiteral("p"), QStringLiteral("P")));
+    const QString token = world.service().addUser(QStringLiteral("vera"));
+    QVERIFY(world.service().setRole(QStringLiteral("p"), QStringLiteral("vera"),
+                                    QStringLiteral("viewer")));
+    world.environment.insert(QStringLiteral("VELLDOC_TOKEN"), token);
+    world.environment.insert(QStringLiteral("VELLDOC_PROJECT"), QStringLiteral("p"));
+    world.succeed({QStringLiteral("ls")});
+    const VelldocRun made = world.run({QStringLiteral("mkdir"), QStringLiteral("/a")});
+    QCOMPARE(made.exitCode, 4);
+    QVERIFY2(made.error.contains(QLatin1String("does not allow")), qPrintable(made.error));
+    const VelldocRun stored = world.run(
+        {QStringLiteral("put"), world.write(QStringLiteral("a"), "1"), QStringLiteral("/")});
+    QCOMPARE(stored.exitCode, 4);
+    QCOMPARE(world.run({QStringLiteral("--project"), QStringLiteral("q"), QStringLiteral("ls")})
+                 .exitCode,
+             3);
+}
+
+void TestVelldocExitCodes::missingTokenIsNotAllowed()
+{
+    VelldocWorld world;
+    QVERIFY(!world.service().addUser(QStringLiteral("vera")).isEmpty());
+    const VelldocRun run = world.run({QStringLiteral("ls")});
+    QCOMPARE(run.exitCode, 4);
+    QVERIFY2(run.error.contains(QLatin1String("velldoc login")), qPrintable(run.error));
+}
+
+void TestVelldocExitCodes::noConnectionIsSaid()
+{
+    VelldocWorld world;
+    const QString address = world.baseApi();
+    world.service().stop();
+    const VelldocRun run = world.runBare({QStringLiteral("--url"), address, QStringLiteral("ls")});
+    QCOMPARE(run.exitCode, 5);
+    QCOMPARE(run.out, QString());
+    QVERIFY2(run.error.contains(address), qPrintable(run.error));
+}
+
+void TestVelldocExitCodes::otherServerIsNoDocumentService()
+{
+    VelldocWorld world;
+    const VelldocRun run =
+        world.runBare({QStringLiteral("--url"), world.baseApi() + QStringLiteral("elsewhere"),
+                       QStringLiteral("ls")});
+    QVERIFY2(run.exitCode != 0, qPrintable(run.out));
+}
+
+void TestVelldocExitCodes::failureIsNotAnEmptyFolder()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("mkdir"), QStringLiteral("/a")});
+    FaultRule fault;
+    fault.kind = FaultRule::Kind::Status;
+    fault.value = 503;
+    fault.pathPrefix = QStringLiteral("/document-service/projects");
+    world.service().addFault(fault);
+    const VelldocRun run = world.run({QStringLiteral("ls")});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.error, QStringLiteral("velldoc: The service was told to refuse this request.\n"));
+}
+
+void TestVelldocExitCodes::failureIsInTheJson()
+{
+    VelldocWorld world;
+    const VelldocRun run =
+        world.run({QStringLiteral("info"), QStringLiteral("--json"), QStringLiteral("id:x")});
+    QCOMPARE(run.exitCode, 3);
+    QCOMPARE(run.json().value(QLatin1String("ok")).toBool(true), false);
+    const QJsonObject error = run.json().value(QLatin1String("error")).toObject();
+    QCOMPARE(error.value(QLatin1String("exitCode")).toInt(), 3);
+    QCOMPARE(error.value(QLatin1String("status")).toInt(), 404);
+    QVERIFY(!error.value(QLatin1String("message")).toString().isEmpty());
+}
+
+void TestVelldocExitCodes::embeddedServiceWorksWithNothingSetUp()
+{
+    VelldocWorld world;
+    const VelldocRun made = world.runBare({QStringLiteral("mkdir"), QStringLiteral("/a")});
+    QVERIFY2(made.exitCode == 0, qPrintable(made.error));
+    QCOMPARE(world.runBare({QStringLiteral("ls")}).out, QStringLiteral("a/\n"));
+    QVERIFY(QDir(world.path(QStringLiteral("home/.local/share/velldoc"))).exists());
+}
+
+void TestVelldocExitCodes::lockedFolderIsSaid()
+{
+    VelldocWorld world;
+    world.environment.insert(QStringLiteral("VELLDOC_DATA"), world.path(QStringLiteral("service")));
+    const VelldocRun run = world.runBare({QStringLiteral("ls")});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.error.contains(QLatin1String("Another velldoc is working on")),
+             qPrintable(run.error));
+}
+
+QTEST_GUILESS_MAIN(TestVelldocExitCodes)
+#include "tst_velldoc_exit_codes.moc"

@@ -1,0 +1,286 @@
+#include "VelldocWorld.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QTest>
+
+class TestVelldocTransfers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void filesGoUpAndComeBack_data();
+    void filesGoUpAndComeBack();
+    void folderKeepsItsTree();
+    void fileTakesTheNameOfItsTarget();
+    void updateMakesANewVersion();
+    void olderVersionCanBeFetched();
+    void conflictCancelsWithoutATerminal();
+    void conflictRenames();
+    void conflictSkips();
+    void secondFileOfTheSameNameIsAConflict();
+    void folderInTheWayIsNotReplaced();
+    void fetchDoesNotReplaceUnasked();
+    void fetchLeavesNothingHalfDone();
+    void contentGoesToTheStandardOutput();
+    void nothingIsSentTwiceForOneFolder();
+    void unreadableFileIsNamedAndTheRestIsStored();
+    void resultOfAnUploadIsJson();
+
+private:
+    static QMap<QString, QByteArray> tree(const QString &path);
+};
+
+QMap<QString, QByteArray> TestVelldocTransfers::tree(const QString &path)
+{
+    QMap<QString, QByteArray> files;
+    QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString entry = it.next();
+        const QString name = QDir(path).relativeFilePath(entry);
+        if (it.fileInfo().isDir())
+            files.insert(name + QLatin1Char('/'), {});
+        else
+            files.insert(name, VelldocWorld::read(entry));
+    }
+    return files;
+}
+
+void TestVelldocTransfers::filesGoUpAndComeBack_data()
+{
+    QTest::addColumn<qint64>("bytes");
+    QTest::newRow("empty") << Q_INT64_C(0);
+    QTest::newRow("one byte") << Q_INT64_C(1);
+    QTest::newRow("largest whole file") << Q_INT64_C(10'485'760);
+}
+
+void TestVelldocTransfers::filesGoUpAndComeBack()
+{
+    QFETCH(qint64, bytes);
+    VelldocWorld world;
+    const QString local = world.writeUnequalBlocks(QStringLiteral("f.bin"), bytes);
+    const VelldocRun up = world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    QCOMPARE(up.out, QString());
+    QVERIFY2(up.error.startsWith(QLatin1String("1 file stored, ")), qPrintable(up.error));
+    world.succeed({QStringLiteral("get"), QStringLiteral("/f.bin"), QStringLiteral("back.bin")});
+    QCOMPARE(QFileInfo(world.path(QStringLiteral("back.bin"))).size(), bytes);
+    QVERIFY(VelldocWorld::read(world.path(QStringLiteral("back.bin")))
+            == VelldocWorld::read(local));
+}
+
+void TestVelldocTransfers::folderKeepsItsTree()
+{
+    VelldocWorld world;
+    world.write(QStringLiteral("site/a.txt"), "1");
+    world.write(QStringLiteral("site/.hidden"), "2");
+    world.write(QStringLiteral("site/图 纸/b.txt"), "3");
+    QDir().mkpath(world.path(QStringLiteral("site/empty/below")));
+    world.succeed({QStringLiteral("put"), QStringLiteral("site"), QStringLiteral("/")});
+    world.succeed({QStringLiteral("get"), QStringLiteral("-r"), QStringLiteral("/site"),
+                   QStringLiteral("back")});
+    QCOMPARE(tree(world.path(QStringLiteral("back"))), tree(world.path(QStringLiteral("site"))));
+}
+
+void TestVelldocTransfers::fileTakesTheNameOfItsTarget()
+{
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("put"), world.write(QStringLiteral("a"), "1"), QStringLiteral("/b.txt")});
+    QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("b.txt\n"));
+}
+
+void TestVelldocTransfers::updateMakesANewVersion()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a"), "1");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.write(QStringLiteral("a"), "22");
+    const VelldocRun run = world.succeed({QStringLiteral("put"), QStringLiteral("--json"),
+                                          QStringLiteral("--update"), local, QStringLiteral("/")});
+    const QJsonObject stored =
+        run.result().value(QLatin1String("stored")).toArray().at(0).toObject();
+    QCOMPARE(stored.value(QLatin1String("action")).toString(), QStringLiteral("replaced"));
+    QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("a\n"));
+    QCOMPARE(world.succeed({QStringLiteral("get"), QStringLiteral("/a"), QStringLiteral("-")}).out,
+             QStringLiteral("22"));
+}
+
+void TestVelldocTransfers::olderVersionCanBeFetched()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a"), "first");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.write(QStringLiteral("a"), "second");
+    world.succeed({QStringLiteral("put"), QStringLiteral("-u"), local, QStringLiteral("/")});
+    const QStringList get{QStringLiteral("get"), QStringLiteral("/a"), QStringLiteral("-"),
+                          QStringLiteral("--version")};
+    QCOMPARE(world.succeed(get + QStringList(QStringLiteral("1"))).out, QStringLiteral("first"));
+    QCOMPARE(world.succeed(get + QStringList(QStringLiteral("2"))).out, QStringLiteral("second"));
+    QCOMPARE(world.run(get + QStringList(QStringLiteral("3"))).exitCode, 3);
+}
+
+void TestVelldocTransfers::conflictCancelsWithoutATerminal()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a"), "1");
+    const QString other = world.write(QStringLiteral("b"), "1");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    const VelldocRun run = world.run({QStringLiteral("put"), other, local, QStringLiteral("/")});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.error.contains(QLatin1String("/a is there already, so nothing was sent")),
+             qPrintable(run.error));
+    QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("a\n"));
+}
+
+void TestVelldocTransfers::conflictRenames()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a.txt"), "1");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    const VelldocRun run = world.succeed({QStringLiteral("put"), QStringLiteral("--on-conflict"),
+                                          QStringLiteral("rename"), local, QStringLiteral("/")});
+    QVERIFY2(run.error.contains(QLatin1String("is stored as /a(2).txt.")), qPrintable(run.error));
+    QCOMPARE(
+        world.succeed({QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")}).out,
+        QStringLiteral("a(2).txt\na.txt\n"));
+}
+
+void TestVelldocTransfers::conflictSkips()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a"), "1");
+    const QString other = world.write(QStringLiteral("b"), "1");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.write(QStringLiteral("a"), "changed");
+    const VelldocRun run =
+        world.succeed({QStringLiteral("put"), QStringLiteral("--on-conflict"),
+                       QStringLiteral("skip"), local, other, QStringLiteral("/")});
+    QVERIFY2(run.error.endsWith(QLatin1String("1 file skipped.\n")), qPrintable(run.error));
+    QCOMPARE(world.succeed({QStringLiteral("get"), QStringLiteral("/a"), QStringLiteral("-")}).out,
+             QStringLiteral("1"));
+}
+
+void TestVelldocTransfers::secondFileOfTheSameNameIsAConflict()
+{
+    VelldocWorld world;
+    const QString one = world.write(QStringLiteral("x/a"), "1");
+    const QString two = world.write(QStringLiteral("y/a"), "2");
+    QCOMPARE(world.run({QStringLiteral("put"), one, two, QStringLiteral("/")}).exitCode, 1);
+    world.succeed({QStringLiteral("put"), QStringLiteral("--on-conflict"), QStringLiteral("rename"),
+                   one, two, QStringLiteral("/")});
+    QCOMPARE(
+        world.succeed({QStringLiteral("get"), QStringLiteral("/a(2)"), QStringLiteral("-")}).out,
+        QStringLiteral("2"));
+}
+
+void TestVelldocTransfers::folderInTheWayIsNotReplaced()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("mkdir"), QStringLiteral("-p"), QStringLiteral("/D/a")});
+    const QString local = world.write(QStringLiteral("a"), "1");
+    const VelldocRun run =
+        world.run({QStringLiteral("put"), QStringLiteral("-u"), local, QStringLiteral("/D")});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.error.contains(QLatin1String("/D/a is a folder")), qPrintable(run.error));
+}
+
+void TestVelldocTransfers::fetchDoesNotReplaceUnasked()
+{
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("put"), world.write(QStringLiteral("a"), "remote"), QStringLiteral("/")});
+    world.write(QStringLiteral("a"), "local");
+    QCOMPARE(world.run({QStringLiteral("get"), QStringLiteral("/a")}).exitCode, 1);
+    world.succeed({QStringLiteral("get"), QStringLiteral("-n"), QStringLiteral("/a")});
+    QCOMPARE(VelldocWorld::read(world.path(QStringLiteral("a"))), QByteArray("local"));
+    world.succeed({QStringLiteral("get"), QStringLiteral("-f"), QStringLiteral("/a")});
+    QCOMPARE(VelldocWorld::read(world.path(QStringLiteral("a"))), QByteArray("remote"));
+}
+
+void TestVelldocTransfers::fetchLeavesNothingHalfDone()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("put"),
+                   world.write(QStringLiteral("a"), QByteArray(100'000, 'x')),
+                   QStringLiteral("/")});
+    FaultRule fault;
+    fault.kind = FaultRule::Kind::CutReply;
+    fault.value = 50'000;
+    fault.pathPrefix = QStringLiteral("/base-service/files");
+    fault.times = 0;
+    world.service().addFault(fault);
+    QDir().mkpath(world.path(QStringLiteral("down")));
+    const VelldocRun run =
+        world.run({QStringLiteral("get"), QStringLiteral("/a"), QStringLiteral("down")});
+    QCOMPARE(run.exitCode, 5);
+    QVERIFY(QDir(world.path(QStringLiteral("down"))).isEmpty());
+
+    world.service().clearFaults();
+    fault.times = 1;
+    world.service().addFault(fault);
+    world.succeed({QStringLiteral("get"), QStringLiteral("/a"), QStringLiteral("down")});
+    QCOMPARE(VelldocWorld::read(world.path(QStringLiteral("down/a"))), QByteArray(100'000, 'x'));
+}
+
+void TestVelldocTransfers::contentGoesToTheStandardOutput()
+{
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("put"), world.write(QStringLiteral("a"), "text\n"), QStringLiteral("/")});
+    const VelldocRun run =
+        world.succeed({QStringLiteral("get"), QStringLiteral("/a"), QStringLiteral("-")});
+    QCOMPARE(run.out, QStringLiteral("text\n"));
+    QCOMPARE(run.error, QString());
+}
+
+void TestVelldocTransfers::nothingIsSentTwiceForOneFolder()
+{
+    VelldocWorld world;
+    for (int i = 0; i < 20; ++i)
+        world.write(QStringLiteral("many/%1").arg(i), QByteArray::number(i));
+    // A second listing would fail: one lists the target, and what has just been made needs none.
+    FaultRule fault;
+    fault.kind = FaultRule::Kind::Status;
+    fault.value = 500;
+    fault.verb = "GET";
+    fault.pathPrefix = QStringLiteral("/document-service/projects");
+    fault.nth = 2;
+    world.service().addFault(fault);
+    world.succeed({QStringLiteral("put"), QStringLiteral("many"), QStringLiteral("/")});
+}
+
+void TestVelldocTransfers::unreadableFileIsNamedAndTheRestIsStored()
+{
+    VelldocWorld world;
+    world.write(QStringLiteral("d/a"), "1");
+    QFile::link(world.path(QStringLiteral("nowhere")), world.path(QStringLiteral("d/broken")));
+    const VelldocRun run =
+        world.run({QStringLiteral("put"), QStringLiteral("d"), QStringLiteral("/")});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.error.contains(QLatin1String("d/broken was left out: it is not there.")),
+             qPrintable(run.error));
+    QCOMPARE(world.succeed({QStringLiteral("ls"), QStringLiteral("/d")}).out,
+             QStringLiteral("a\n"));
+}
+
+void TestVelldocTransfers::resultOfAnUploadIsJson()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a"), "1");
+    const VelldocRun run = world.succeed(
+        {QStringLiteral("put"), QStringLiteral("--json"), local, QStringLiteral("/")});
+    QCOMPARE(run.error, QString());
+    const QJsonObject stored =
+        run.result().value(QLatin1String("stored")).toArray().at(0).toObject();
+    QCOMPARE(stored.value(QLatin1String("local")).toString(), local);
+    QCOMPARE(stored.value(QLatin1String("action")).toString(), QStringLiteral("created"));
+    const QJsonObject document = stored.value(QLatin1String("document")).toObject();
+    QCOMPARE(document.value(QLatin1String("path")).toString(), QStringLiteral("/a"));
+    QCOMPARE(document.value(QLatin1String("size")).toInt(), 1);
+}
+
+QTEST_GUILESS_MAIN(TestVelldocTransfers)
+#include "tst_velldoc_transfers.moc"
