@@ -78,9 +78,9 @@ QDateTime readServiceForm(const QString &text)
         if (Form[i] == u'0' ? unit < u'0' || unit > u'9' : unit != Form[i])
             return {};
     }
-    return {QDate(digits(c, 4), digits(c + 5, 2), digits(c + 8, 2)),
-            QTime(digits(c + 11, 2), digits(c + 14, 2), digits(c + 17, 2), digits(c + 20, 3)),
-            Qt::UTC};
+    const QDate date(digits(c, 4), digits(c + 5, 2), digits(c + 8, 2));
+    const QTime time(digits(c + 11, 2), digits(c + 14, 2), digits(c + 17, 2), digits(c + 20, 3));
+    return date.isValid() && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
 }
 
 } // namespace
