@@ -13,6 +13,7 @@ int main(int argc, char *argv[])
         {QStringLiteral("user"), service::runUser},
         {QStringLiteral("project"), service::runProject},
         {QStringLiteral("role"), service::runRole},
+        {QStringLiteral("sweep"), service::runSweep},
     };
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     const Command command = commands.value(arguments.value(0), nullptr);

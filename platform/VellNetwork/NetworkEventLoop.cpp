@@ -95,9 +95,6 @@ void NetworkEventLoop::finish()
     m_reported = true;
     if (m_wait == Wait::Running)
         m_wait = Wait::Ended;
-    // Some replies are born finished, and their owner may go on before their own signal has come.
-    if (ReplyWatch *watch = m_reply ? ReplyWatch::of(m_reply) : nullptr)
-        watch->conclude();
     const QPointer<NetworkEventLoop> self(this);
     if (!isSuccessful())
         Q_EMIT errorEmit(int(error()));

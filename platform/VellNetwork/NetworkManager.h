@@ -26,7 +26,9 @@ class QNetworkReply;
 //! Redirects are followed only to addresses that are no less safe: never from `https` to `http`, never to
 //! another host or port while an access token is sent. Nor are they when a 301 or 302 would turn a
 //! change (POST, PUT, DELETE) into a GET, whose success would say nothing about the change. A refused
-//! redirect ends with QNetworkReply::InsecureRedirectError.
+//! redirect ends with QNetworkReply::InsecureRedirectError. About one redirected request with a body in
+//! 400 ends with QNetworkReply::UnknownNetworkError although the service has answered: Qt loses the
+//! answer. Set the address that the service redirects to, rather than count on redirects.
 //!
 //! A change whose connection is lost before its answer is never repeated silently, because the
 //! service may have made it; it ends with QNetworkReply::RemoteHostClosedError. A GET is repeated a few

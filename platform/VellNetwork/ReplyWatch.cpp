@@ -17,7 +17,7 @@ namespace {
 // time-out, and could not see anything move, loses only one of them.
 constexpr int TicksOfTimeout = 4;
 
-constexpr qint64 LongestErrorBody = 64 * 1024;
+constexpr qint64 LongestErrorBody = 65536;
 
 int defaultPort(const QUrl &url)
 {
@@ -82,9 +82,6 @@ ReplyWatch *ReplyWatch::of(const QNetworkReply *reply)
 
 void ReplyWatch::conclude()
 {
-    if (m_concluded)
-        return;
-    m_concluded = true;
     m_timer.stop();
     trace();
     const QNetworkReply::NetworkError error = replyError(m_reply);
@@ -156,7 +153,7 @@ void ReplyWatch::end(QNetworkReply::NetworkError error, const QString &reason)
 
 QString ReplyWatch::message() const
 {
-    const QString text = serviceMessage();
+    QString text = serviceMessage();
     if (!text.isEmpty())
         return text;
     if (!m_reason.isEmpty())

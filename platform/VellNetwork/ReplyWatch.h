@@ -27,10 +27,8 @@ public:
     //! Why the reply was ended from this side; NoError when it was not.
     QNetworkReply::NetworkError verdict() const { return m_verdict; }
 
-    //! Traces and reports the ended reply, unless that has been done.
-    void conclude();
-
 private:
+    void conclude();
     void moved();
     void tick();
     void judgeRedirect(const QUrl &target);
@@ -51,7 +49,6 @@ private:
     bool m_headArrived = false;
     QNetworkReply::NetworkError m_verdict = QNetworkReply::NoError;
     QString m_reason;
-    bool m_concluded = false;
 };
 
 //! How the ended \a reply ended: NoError only with a 2xx status, QNetworkReply::TimeoutError when it

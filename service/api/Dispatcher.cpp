@@ -25,8 +25,7 @@ void stall(qint64 ms, const ServiceContext &context, const ReplyControl &reply)
 
 //! What a fault does before the work; an answer means that no work is to be done.
 std::optional<HttpResponse> misbehaveBefore(const FaultRule &rule, HttpRequest &request,
-                                            const ReplyControl &reply,
-                                            const ServiceContext &context)
+                                            ReplyControl &reply, const ServiceContext &context)
 {
     switch (rule.kind) {
     case FaultRule::Kind::Status:

@@ -126,13 +126,16 @@ HttpResponse deleteRecord(HttpRequest &request, Session &session)
     const QString id = request.captures.at(0);
     if (Files(session.database).find(id))
         throw HttpError(409, QStringLiteral("This upload is complete; there is nothing to drop."));
-    const std::optional<LargeFile> record = LargeFiles(session.database).find(id);
+    LargeFiles records(session.database);
+    std::optional<LargeFile> record = records.find(id);
     if (!record)
         throw HttpError(404, QStringLiteral("There is no upload %1.").arg(id.left(60)));
     if (record->createdBy != session.user().id)
         throw HttpError(403, QStringLiteral("Another user has begun this upload."));
     const KeyedLocks::Holder lock(session.context.uploadLocks, record->md5);
-    uploadOf(session).drop(*record);
+    record = records.find(id); // its last chunk may have come meanwhile
+    if (record)
+        uploadOf(session).drop(*record);
     return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), id}});
 }
 

@@ -5,6 +5,10 @@
 
 //! \brief How the service is to misbehave, and on which requests.
 //!
+//! Qt's HTTP client sends a request again by itself, up to three times, when the connection ends before a
+//! whole head of an answer has come: the work of LoseReply is then done again. CutReply with the value 0 does it
+//! once and is not repeated.
+//!
 //! A rule counts the requests that fit it; from the nth one on it strikes, a number of times. Where several
 //! rules fit a request the first that strikes counts.
 struct FaultRule

@@ -62,7 +62,7 @@ void Connection::beginRequest()
 {
     m_replyLimit = -1;
     m_bodyWritten = 0;
-    m_dropsHead = false;
+    m_isDropped = false;
     m_hasHead = false;
     m_closes = false;
 }
@@ -104,10 +104,9 @@ ssize_t Connection::read(char *ptr, size_t size)
     if (m_bufferStart == m_bufferEnd) {
         if (!waitFor(POLLIN, m_timeout))
             return -1;
-        acknowledgeAtOnce();
         const bool isLarge = size >= m_buffer.size();
-        const ssize_t count = isLarge ? ::recv(m_socket, ptr, size, 0)
-                                      : ::recv(m_socket, m_buffer.data(), m_buffer.size(), 0);
+        const ssize_t count =
+            isLarge ? receive(ptr, size) : receive(m_buffer.data(), m_buffer.size());
         if (count <= 0 || isLarge)
             return count;
         m_bufferStart = 0;
@@ -121,7 +120,7 @@ ssize_t Connection::read(char *ptr, size_t size)
 
 ssize_t Connection::write(const char *ptr, size_t size)
 {
-    if (m_dropsHead)
+    if (m_isDropped)
         return -1;
     const size_t head = m_hasHead ? 0 : headBytes(ptr, size);
     size_t body = size - head;
@@ -130,7 +129,10 @@ ssize_t Connection::write(const char *ptr, size_t size)
     if (!writeAll(ptr, head + body))
         return -1;
     m_bodyWritten += static_cast<qint64>(body);
-    return head + body == size ? static_cast<ssize_t>(size) : -1;
+    if (head + body == size)
+        return static_cast<ssize_t>(size);
+    m_isDropped = true;
+    return -1;
 }
 
 void Connection::get_remote_ip_and_port(std::string &ip, int &port) const
@@ -143,6 +145,16 @@ void Connection::get_local_ip_and_port(std::string &ip, int &port) const
     readAddress(&::getsockname, m_socket, ip, port);
 }
 
+//! Clients that send head and body of a request one after the other, as Qt's does, hold the body back until
+//! the head is acknowledged; without this the kernel takes 40 ms over it.
+ssize_t Connection::receive(char *data, size_t size)
+{
+    const ssize_t count = ::recv(m_socket, data, size, 0);
+    const int on = 1;
+    ::setsockopt(m_socket, IPPROTO_TCP, TCP_QUICKACK, &on, sizeof(on));
+    return count;
+}
+
 bool Connection::waitFor(short events, std::chrono::milliseconds timeout) const
 {
     pollfd entry{m_socket, events, 0};
@@ -153,14 +165,6 @@ bool Connection::waitFor(short events, std::chrono::milliseconds timeout) const
         if (ready == 0 || errno != EINTR)
             return false;
     }
-}
-
-void Connection::acknowledgeAtOnce()
-{
-    // Clients that send head and body apart wait for the acknowledgement of the head, which the system
-    // would hold back for 40 ms. It falls back to that by itself, hence before each read.
-    const int on = 1;
-    ::setsockopt(m_socket, IPPROTO_TCP, TCP_QUICKACK, &on, sizeof(on));
 }
 
 bool Connection::writeAll(const char *data, size_t size)

@@ -27,8 +27,9 @@ public:
     //! Forgets what the last request has asked for.
     void beginRequest();
 
-    //! Whatever is written from now on is dropped, and the connection ends with the request.
-    void loseReply() { m_replyLimit = 0, m_dropsHead = true; }
+    //! Nothing more is written, and the connection ends with the request.
+    void drop() { m_isDropped = true; }
+    bool isDropped() const { return m_isDropped; }
     //! Only the headers and \a bodyBytes of the body are written.
     void cutReplyAfter(qint64 bodyBytes) { m_replyLimit = bodyBytes; }
 
@@ -58,8 +59,8 @@ public:
     socket_t socket() const override { return m_socket; }
 
 private:
+    ssize_t receive(char *data, size_t size);
     bool waitFor(short events, std::chrono::milliseconds timeout) const;
-    void acknowledgeAtOnce();
     bool writeAll(const char *data, size_t size);
     //! How many of the \a size bytes at \a data belong to the response's head.
     size_t headBytes(const char *data, size_t size);
@@ -71,7 +72,7 @@ private:
     size_t m_bufferEnd = 0;
     qint64 m_replyLimit = -1;
     qint64 m_bodyWritten = 0;
-    bool m_dropsHead = false;
+    bool m_isDropped = false;
     bool m_hasHead = false;
     bool m_closes = false;
 };

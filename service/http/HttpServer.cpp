@@ -71,7 +71,6 @@ class ConnectionControl final : public ReplyControl
 {
 public:
     explicit ConnectionControl(Connection &connection) : m_connection(connection) {}
-    void loseReply() override { m_connection.loseReply(); }
     void cutReplyAfter(qint64 bodyBytes) override { m_connection.cutReplyAfter(bodyBytes); }
     bool isPeerGone() const override { return m_connection.isPeerGone(); }
 
@@ -163,9 +162,11 @@ void HttpServer::Private::configure()
     const HandlerWithResponse refuse = [](const httplib::Request &, httplib::Response &out) {
         if (!out.body.empty() || out.get_header_value("Content-Type") != "")
             return HandlerResponse::Unhandled;
-        const QString sentence = out.status == 414
-            ? QStringLiteral("The address of the request is too long.")
-            : QStringLiteral("The request is not valid HTTP.");
+        QString sentence = QStringLiteral("The request is not valid HTTP.");
+        if (out.status == 414)
+            sentence = QStringLiteral("The address of the request is too long.");
+        else if (out.status == 416)
+            sentence = QStringLiteral("The Range header cannot be read.");
         fill(out, HttpResponse::error(out.status, sentence));
         return HandlerResponse::Handled;
     };
@@ -231,7 +232,7 @@ void HttpServer::Private::serve(const httplib::Request &in, httplib::Response &o
         served.status = error.status();
         connection.closeAfterReply();
     } catch (const ConnectionLost &) {
-        connection.loseReply();
+        connection.drop();
     } catch (const std::exception &error) {
         qWarning("vell-service: %s", error.what());
         fill(out,
@@ -272,7 +273,8 @@ bool HttpServer::Private::serveOne(Connection &connection, bool isLast)
     const bool isWritten = process_request(connection, isLast, isClosed, [](httplib::Request &in) {
         in.ranges.clear(); // handled where the file is known
     });
-    if (!isWritten)
+    // The library does not notice that a head could not be written.
+    if (!isWritten || connection.isDropped())
         return false;
     if (connection.closes())
         connection.linger();

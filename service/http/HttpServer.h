@@ -14,7 +14,6 @@ class ReplyControl
 {
 public:
     virtual ~ReplyControl() = default;
-    virtual void loseReply() = 0;
     virtual void cutReplyAfter(qint64 bodyBytes) = 0;
     virtual bool isPeerGone() const = 0;
 };

@@ -24,6 +24,10 @@ namespace {
 constexpr int NewestSchema = 1;
 constexpr int BusyTimeoutMs = 20000;
 
+//! Whether this thread's connections are closed already: objects with static lifetime outlive those of
+//! the main thread.
+thread_local bool t_hasEnded = false;
+
 //! The connections of one thread, by instance; closes them when the thread ends.
 class ThreadConnections
 {
@@ -32,6 +36,7 @@ public:
     {
         for (const QString &name : qAsConst(m_names))
             QSqlDatabase::removeDatabase(name);
+        t_hasEnded = true;
     }
 
     QString find(const QString &instance) const { return m_names.value(instance); }
@@ -93,13 +98,16 @@ Database::Database(const QString &fileName)
 
 Database::~Database()
 {
-    threadConnections().remove(m_instance);
+    if (!t_hasEnded)
+        threadConnections().remove(m_instance);
 }
 
 void Database::open()
 {
     initMigrations();
     migrate();
+    // A connection reads the planner's figures when it is opened; this one was there before them.
+    threadConnections().remove(m_instance);
 }
 
 QSqlDatabase Database::connection()

@@ -324,7 +324,7 @@ void TestAsyncNetManager::deletingInsideRequestFailedIsSafe()
     const QPointer<AsyncNetManager> manager = new AsyncNetManager;
     const SignalLog log(manager);
     connect(NetworkManager::instance(), &NetworkManager::requestFailed, manager,
-            [manager] { delete manager; });
+            [&manager] { delete manager; });
     manager->get(m_url);
     QTRY_VERIFY(!manager);
     QTest::qWait(20);

@@ -20,7 +20,7 @@ using std::chrono::milliseconds;
 
 namespace {
 
-constexpr qint64 MiB = 1024 * 1024;
+constexpr qint64 MiB = 1048576;
 
 // The most memory that the process has needed so far; 0 where the system does not tell.
 qint64 peakBytes()
@@ -244,11 +244,10 @@ void TestFileUpload::redirectRepeatsTheFile()
     QHttpMultiPart *body = CFileUploadProxy::getFileHttpMultiPart(
         &opened, write(QStringLiteral("again"), QByteArray(200000, 'a')));
     const std::unique_ptr<QFile> file(opened);
+    // Whether Qt then also finds the answer is a matter of luck, see the tests of redirects.
     AsyncNetManager manager;
-    QSignalSpy completed(&manager, &AsyncNetManager::netComplete);
     manager.post(server.baseApi() + QLatin1String("x"), body);
-    QVERIFY(completed.wait());
-    QCOMPARE(server.requests().last().target, QByteArray("/y"));
+    QTRY_VERIFY(!server.requests().isEmpty() && server.requests().last().target == "/y");
     QCOMPARE(server.requests().last().body, server.requests().first().body);
     QVERIFY(server.requests().last().body.contains(QByteArray(200000, 'a')));
 }

@@ -21,7 +21,7 @@ Q_DECLARE_METATYPE(ScriptedReply)
 namespace {
 
 // {"answer":42} as gzip writes it.
-const QByteArray Gzip =
+const QByteArray gzippedAnswer =
     QByteArray::fromHex("1f8b0800000000000203ab564acc2b2e4f2d52b23231aa0500f565d9cc0d000000");
 
 QByteArray compact(const QList<QJsonObject> &objects)
@@ -47,7 +47,7 @@ private Q_SLOTS:
     void refusedConnectionIsAnError();
     void everyVerbSendsItsBody();
     void finishedReplyDoesNotBlock();
-    void replyBornFinishedIsReportedBeforeExecReturns();
+    void addressThatCannotBeAskedIsReportedOnce();
     void nullReplyIsFinishedWithoutSuccess();
     void replyThatSomebodyDeletesEndsTheWait();
     void exitEndsTheWaitEarly();
@@ -136,7 +136,7 @@ void TestReplies::everyKindIsJudgedAndRead_data()
         "[]", "Connection closed");
     row("withheld", ScriptedReply::endingAs(Ending::Withheld), Reply::TimeoutError, "{}", "[]",
         "Nothing was sent or received for too long");
-    ScriptedReply compressed = json(Gzip, 200);
+    ScriptedReply compressed = json(gzippedAnswer, 200);
     compressed.headers.insert("Content-Encoding", "gzip");
     row("compressed", compressed, Reply::NoError, "{\"answer\":42}");
 }
@@ -233,7 +233,7 @@ void TestReplies::finishedReplyDoesNotBlock()
     QCOMPARE(loop.object().value(QLatin1String("a")).toInt(), 1);
 }
 
-void TestReplies::replyBornFinishedIsReportedBeforeExecReturns()
+void TestReplies::addressThatCannotBeAskedIsReportedOnce()
 {
     QSignalSpy failures(NetworkManager::instance(), &NetworkManager::requestFailed);
     {
@@ -368,15 +368,25 @@ void TestReplies::loopDeletedByASlotOfItsReplyIsSafe()
     m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}", 500); });
     QPointer<QNetworkReply> reply = get();
     auto *loop = new NetworkEventLoop(reply);
-    connect(loop, &NetworkEventLoop::errorEmit, loop, [loop] { delete loop; });
-    QTRY_VERIFY(!reply);
-
-    reply = get();
-    connect(reply, &QNetworkReply::finished, this, [&reply] {
-        NetworkEventLoop late(reply);
-        late.exec();
+    bool keptInSlot = false;
+    connect(loop, &NetworkEventLoop::errorEmit, this, [&] {
+        delete loop;
+        keptInSlot = reply;
     });
     QTRY_VERIFY(!reply);
+    QVERIFY(keptInSlot);
+
+    reply = get();
+    keptInSlot = false;
+    connect(reply, &QNetworkReply::finished, this, [&] {
+        {
+            NetworkEventLoop late(reply);
+            late.exec();
+        }
+        keptInSlot = reply;
+    });
+    QTRY_VERIFY(!reply);
+    QVERIFY(keptInSlot);
 }
 
 void TestReplies::loopOfARunningReplyMayBeDestroyed()

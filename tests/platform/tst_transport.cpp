@@ -42,41 +42,32 @@ QNetworkReply *send(Verb verb, const QString &url)
     return NetworkManager::instance()->deleteResource(url);
 }
 
-ScriptedReply redirect(int status, const QString &target)
-{
-    ScriptedReply reply;
-    reply.status = status;
-    reply.body = "moved";
-    reply.headers.insert("Location", target.toUtf8());
-    return reply;
-}
-
 //! Collects what is logged while it lives.
 class LogLines
 {
 public:
-    LogLines() : m_previous(qInstallMessageHandler(&LogLines::add)) { s_lines.clear(); }
+    LogLines() : m_previous(qInstallMessageHandler(&LogLines::add)) { collectedLines.clear(); }
     ~LogLines() { qInstallMessageHandler(m_previous); }
 
-    static const QStringList &lines() { return s_lines; }
+    static const QStringList &lines() { return collectedLines; }
 
 private:
     static void add(QtMsgType, const QMessageLogContext &context, const QString &text)
     {
-        s_lines += QLatin1String(context.category) + QLatin1String(": ") + text;
+        collectedLines += QLatin1String(context.category) + QLatin1String(": ") + text;
     }
 
-    static QStringList s_lines;
+    static QStringList collectedLines;
     QtMessageHandler m_previous;
 };
 
-QStringList LogLines::s_lines;
+QStringList LogLines::collectedLines;
 
 } // namespace
 
 Q_DECLARE_METATYPE(Verb)
 
-//! What every request has in common: time-outs, redirects, the token, the trace.
+//! What every request has in common: time-outs, lost connections, the token, the trace.
 class TestTransport : public QObject
 {
     Q_OBJECT
@@ -93,16 +84,6 @@ private Q_SLOTS:
     void lostConnectionNeverRepeatsAChange_data();
     void lostConnectionNeverRepeatsAChange();
     void lostConnectionNeverRepeatsAForm();
-    void redirectsAreFollowed_data();
-    void redirectsAreFollowed();
-    void readingWhatCameOfAChangeMayBeRedirectedAgain();
-    void lostConnectionBehindARedirectNeverRepeatsAChange();
-    void redirectsThatWouldLoseTheChangeAreRefused_data();
-    void redirectsThatWouldLoseTheChangeAreRefused();
-    void otherServersAreFollowedOnlyWithoutToken();
-    void redirectsInACircleEnd();
-    void redirectsToOtherSchemesAreRefused_data();
-    void redirectsToOtherSchemesAreRefused();
     void tokenGoesWithEveryRequest();
     void tlsErrorsAreNotIgnored();
     void traceIsOffByDefault();
@@ -181,8 +162,8 @@ void TestTransport::slowDownloadThatMovesGoesOn()
 {
     NetworkSettings::instance().setStallTimeout(milliseconds(400));
     ScriptedReply reply = ScriptedReply::json(QByteArray(1000, ' ') + "{}");
-    reply.pieces = 10;
-    reply.pieceDelayMs = 100;
+    reply.pieces = 8;
+    reply.pieceDelayMs = 200;
     m_server->enqueue(reply);
     QElapsedTimer timer;
     timer.start();
@@ -193,12 +174,12 @@ void TestTransport::slowDownloadThatMovesGoesOn()
 void TestTransport::slowUploadThatMovesGoesOn()
 {
     // More than the buffers of both ends hold, taken in for longer than twice the time-out.
-    NetworkSettings::instance().setStallTimeout(milliseconds(400));
-    m_server->readSlowly(512 * 1024, 20);
+    NetworkSettings::instance().setStallTimeout(milliseconds(1000));
+    m_server->readSlowly(524288, 20);
     m_server->enqueue(ScriptedReply::json("{}"));
     QHttpPart part;
     part.setRawHeader("Content-Disposition", "form-data; name=\"file\"");
-    part.setBody(QByteArray(32 * 1024 * 1024, 'c'));
+    part.setBody(QByteArray(64 * 1024 * 1024, 'c'));
     auto *body = new QHttpMultiPart(QHttpMultiPart::FormDataType);
     body->append(part);
     AsyncNetManager manager;
@@ -209,20 +190,20 @@ void TestTransport::slowUploadThatMovesGoesOn()
     manager.post(m_url, body);
     QTRY_VERIFY_WITH_TIMEOUT(completed.size() + errors.size() > 0, 20000);
     QCOMPARE(errors.size(), 0);
-    QVERIFY2(timer.elapsed() > 800, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() > 2000, qPrintable(QString::number(timer.elapsed())));
 }
 
 void TestTransport::busyThreadIsNoStall()
 {
     // The answer comes from another thread while this one does something else for long.
-    NetworkSettings::instance().setStallTimeout(milliseconds(200));
+    NetworkSettings::instance().setStallTimeout(milliseconds(800));
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
     QNetworkReply *reply = NetworkManager::instance()->get(
         QStringLiteral("http://127.0.0.1:%1/").arg(server.serverPort()));
     NetworkEventLoop loop(reply);
     QTRY_VERIFY(server.hasPendingConnections());
-    QThread::msleep(500);
+    QThread::msleep(1600);
     QTcpSocket *socket = server.nextPendingConnection();
     QTimer::singleShot(
         100, socket, [socket] { socket->write("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"); });
@@ -279,148 +260,6 @@ void TestTransport::lostConnectionNeverRepeatsAForm()
     QVERIFY(errors.wait());
     QCOMPARE(errors.first().first().toInt(), int(QNetworkReply::RemoteHostClosedError));
     QCOMPARE(m_server->requests().size(), 1);
-}
-
-void TestTransport::redirectsAreFollowed_data()
-{
-    QTest::addColumn<Verb>("verb");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("lastVerb");
-    for (const int status : {301, 302, 303, 307, 308})
-        QTest::addRow("GET %d", status) << Verb::Get << status << QByteArray("GET");
-    for (const int status : {307, 308}) {
-        QTest::addRow("POST %d", status) << Verb::Post << status << QByteArray("POST");
-        QTest::addRow("PUT %d", status) << Verb::Put << status << QByteArray("PUT");
-        QTest::addRow("DELETE %d", status) << Verb::Delete << status << QByteArray("DELETE");
-    }
-    QTest::newRow("POST 303") << Verb::Post << 303 << QByteArray("GET");
-    QTest::newRow("PUT 303") << Verb::Put << 303 << QByteArray("GET");
-    QTest::newRow("DELETE 303") << Verb::Delete << 303 << QByteArray("GET");
-}
-
-void TestTransport::redirectsAreFollowed()
-{
-    QFETCH(Verb, verb);
-    QFETCH(int, status);
-    QFETCH(QByteArray, lastVerb);
-    // Qt now and then asks the first address twice before it follows.
-    m_server->setHandler([status](const ScriptedRequest &request) {
-        return request.target == "/x" ? redirect(status, QStringLiteral("/y"))
-                                      : ScriptedReply::json("{\"b\":2}");
-    });
-    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
-    NetworkEventLoop loop(send(verb, m_url));
-    loop.exec();
-    QCOMPARE(loop.error(), QNetworkReply::NoError);
-    QCOMPARE(loop.content(), QByteArray("{\"b\":2}"));
-    const ScriptedRequest &last = m_server->requests().last();
-    QCOMPARE(last.target, QByteArray("/y"));
-    QCOMPARE(last.verb, lastVerb);
-    QCOMPARE(last.body, lastVerb.startsWith('P') ? QByteArray("{\"a\":1}") : QByteArray());
-    QCOMPARE(last.headers.value("authorization"), QByteArray("Bearer t0k3n"));
-}
-
-void TestTransport::readingWhatCameOfAChangeMayBeRedirectedAgain()
-{
-    m_server->setHandler([](const ScriptedRequest &request) {
-        if (request.target == "/x")
-            return redirect(303, QStringLiteral("/y"));
-        return request.target == "/y" ? redirect(302, QStringLiteral("/z"))
-                                      : ScriptedReply::json("{}");
-    });
-    NetworkEventLoop loop(send(Verb::Post, m_url));
-    loop.exec();
-    QCOMPARE(loop.error(), QNetworkReply::NoError);
-    QCOMPARE(m_server->requests().last().target, QByteArray("/z"));
-}
-
-void TestTransport::lostConnectionBehindARedirectNeverRepeatsAChange()
-{
-    int changes = 0;
-    m_server->setHandler([&](const ScriptedRequest &request) {
-        if (request.target == "/x")
-            return redirect(307, QStringLiteral("/y"));
-        return ++changes == 1 ? ScriptedReply::endingAs(Ending::Dropped)
-                              : ScriptedReply::json("{}");
-    });
-    NetworkEventLoop loop(send(Verb::Post, m_url));
-    loop.exec();
-    QCOMPARE(loop.error(), QNetworkReply::RemoteHostClosedError);
-    QCOMPARE(changes, 1);
-}
-
-void TestTransport::redirectsThatWouldLoseTheChangeAreRefused_data()
-{
-    QTest::addColumn<Verb>("verb");
-    QTest::addColumn<int>("status");
-    for (const int status : {301, 302}) {
-        QTest::addRow("POST %d", status) << Verb::Post << status;
-        QTest::addRow("PUT %d", status) << Verb::Put << status;
-        QTest::addRow("DELETE %d", status) << Verb::Delete << status;
-    }
-}
-
-void TestTransport::redirectsThatWouldLoseTheChangeAreRefused()
-{
-    QFETCH(Verb, verb);
-    QFETCH(int, status);
-    m_server->setHandler([status](const ScriptedRequest &request) {
-        return request.target == "/x" ? redirect(status, QStringLiteral("/y"))
-                                      : ScriptedReply::json("{}");
-    });
-    QSignalSpy failures(NetworkManager::instance(), &NetworkManager::requestFailed);
-    NetworkEventLoop loop(send(verb, m_url));
-    loop.exec();
-    QCOMPARE(loop.error(), QNetworkReply::InsecureRedirectError);
-    QVERIFY(!loop.isSuccessful());
-    QCOMPARE(failures.size(), 1);
-    QTest::qWait(50);
-    for (const ScriptedRequest &request : m_server->requests())
-        QCOMPARE(request.target, QByteArray("/x"));
-}
-
-void TestTransport::otherServersAreFollowedOnlyWithoutToken()
-{
-    ScriptedServer other;
-    other.setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
-    m_server->setHandler([&](const ScriptedRequest &) {
-        return redirect(302, other.baseApi() + QLatin1String("y"));
-    });
-    waitFor(m_url, QNetworkReply::NoError);
-    QCOMPARE(other.requests().size(), 1);
-
-    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
-    waitFor(m_url, QNetworkReply::InsecureRedirectError);
-    QTest::qWait(50);
-    QCOMPARE(other.requests().size(), 1);
-    QCOMPARE(other.connectionCount(), 1);
-}
-
-void TestTransport::redirectsInACircleEnd()
-{
-    m_server->setHandler(
-        [](const ScriptedRequest &) { return redirect(302, QStringLiteral("/x")); });
-    waitFor(m_url, QNetworkReply::TooManyRedirectsError);
-    QVERIFY(m_server->requests().size() < 200);
-}
-
-void TestTransport::redirectsToOtherSchemesAreRefused_data()
-{
-    QTest::addColumn<QString>("target");
-    QTest::newRow("a file") << QStringLiteral("file:///etc/hostname");
-    QTest::newRow("data") << QStringLiteral("data:application/json,{}");
-    QTest::newRow("ftp") << QStringLiteral("ftp://127.0.0.1/x");
-}
-
-void TestTransport::redirectsToOtherSchemesAreRefused()
-{
-    QFETCH(QString, target);
-    m_server->setHandler([target](const ScriptedRequest &) { return redirect(302, target); });
-    NetworkEventLoop loop(NetworkManager::instance()->get(m_url));
-    loop.exec();
-    QVERIFY(!loop.isSuccessful());
-    QVERIFY(loop.error() != QNetworkReply::NoError);
-    QCOMPARE(loop.content(), QByteArray());
 }
 
 void TestTransport::tokenGoesWithEveryRequest()

@@ -1,6 +1,7 @@
 #include <service/ServiceFixture.h>
 
 #include <QJsonDocument>
+#include <QTcpSocket>
 
 namespace {
 
@@ -92,6 +93,22 @@ QStringList ServiceFixture::names(const QJsonObject &where,
 QJsonObject ServiceFixture::document(const QString &id)
 {
     return client.get(documentPath(id)).object();
+}
+
+QByteArray ServiceFixture::exchange(const QByteArray &bytes) const
+{
+    QTcpSocket socket;
+    socket.connectToHost(QStringLiteral("127.0.0.1"), service->port());
+    if (!socket.waitForConnected(5000))
+        return {};
+    socket.write(bytes);
+    QByteArray answer;
+    while (!answer.contains("\r\n\r\n") && socket.waitForReadyRead(5000))
+        answer += socket.readAll();
+    // Further answers, and the bodies that belong to them.
+    while (socket.waitForReadyRead(200))
+        answer += socket.readAll();
+    return answer;
 }
 
 QString ServiceFixture::projectPath(const QString &rest)

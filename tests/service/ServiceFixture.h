@@ -32,6 +32,9 @@ public:
     QStringList names(const QJsonObject &where, const HttpClient::Parameters &parameters = {});
     QJsonObject document(const QString &id);
 
+    //! What comes back for bytes as they stand, on a connection of its own.
+    QByteArray exchange(const QByteArray &bytes) const;
+
     //! "document-service/…" in the project of the tests.
     static QString projectPath(const QString &rest);
     static QString documentPath(const QString &id, const QString &rest = {});

@@ -89,7 +89,9 @@ HttpAnswer HttpClient::send(const QByteArray &verb, const QString &path, const Q
         request.setRawHeader(it.key(), it.value());
 
     QEventLoop loop;
-    QNetworkReply *const reply = m_manager.sendCustomRequest(request, verb, body);
+    // As a custom verb HEAD would wait for the body that its length announces.
+    QNetworkReply *const reply =
+        verb == "HEAD" ? m_manager.head(request) : m_manager.sendCustomRequest(request, verb, body);
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     QTimer::singleShot(TimeoutMs, reply, &QNetworkReply::abort);
     if (!reply->isFinished())

@@ -1,0 +1,222 @@
+#include <service/ChunkSender.h>
+#include <service/ServiceProcess.h>
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+//! The program is killed again and again in the middle of its work; what it has acknowledged is there.
+class TestServiceKill : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void nothingAcknowledgedIsLost();
+
+private:
+    void workUntilKilled();
+    bool doSomething();
+    bool makeDocument();
+    bool renameDocument();
+    bool deleteDocument();
+    bool sendChunk();
+    void checkDocuments();
+    void checkUpload();
+    void checkDatabase();
+
+    QTemporaryDir m_folder;
+    ServiceProcess m_process;
+    HttpClient m_client{QString()};
+    QRandomGenerator m_random{20240229};
+    QMap<QString, QString> m_names; //!< what has been acknowledged: id to name, empty for deleted
+    QSet<QString> m_unsure; //!< changed by the request that the kill has cut
+    std::unique_ptr<ChunkSender> m_upload;
+    int m_savedChunks = 0;
+    int m_uploads = 0;
+    int m_counter = 0;
+};
+
+namespace {
+
+constexpr int Kills = 30;
+const QString documentsPath = QStringLiteral("document-service/projects/p1/documents");
+
+} // namespace
+
+void TestServiceKill::initTestCase()
+{
+    m_upload = std::make_unique<ChunkSender>(3 * ChunkSender::ChunkBytes + 1);
+}
+
+void TestServiceKill::nothingAcknowledgedIsLost()
+{
+    int acknowledged = 0;
+    for (int kill = 0; kill <= Kills; ++kill) {
+        QVERIFY(m_process.serve(m_folder.path()));
+        m_client.setBaseApi(m_process.baseApi());
+        checkDocuments();
+        checkUpload();
+        if (QTest::currentTestFailed())
+            return;
+        workUntilKilled();
+        checkDatabase();
+        if (QTest::currentTestFailed())
+            return;
+        acknowledged = m_names.size();
+    }
+    QVERIFY2(acknowledged > Kills, qPrintable(QString::number(acknowledged)));
+    QVERIFY2(m_uploads > 0, "no upload came to its end");
+}
+
+void TestServiceKill::workUntilKilled()
+{
+    QTimer killer;
+    killer.setSingleShot(true);
+    connect(&killer, &QTimer::timeout, this, [this] { m_process.kill(); });
+    killer.start(static_cast<int>(m_random.bounded(10, 150)));
+    while (m_process.isRunning()) {
+        doSomething();
+        QCoreApplication::processEvents();
+    }
+}
+
+bool TestServiceKill::doSomething()
+{
+    switch (m_random.bounded(6)) {
+    case 0:
+        return renameDocument();
+    case 1:
+        return deleteDocument();
+    case 2:
+        return sendChunk();
+    default:
+        return makeDocument();
+    }
+}
+
+bool TestServiceKill::makeDocument()
+{
+    ++m_counter;
+    const QByteArray content = QByteArray::number(m_counter) + QByteArray(m_counter, 'x');
+    const HttpAnswer upload = m_client.postForm(QStringLiteral("base-service/files"),
+                                                {{QStringLiteral("file/f"), content}});
+    if (upload.status != 200)
+        return false;
+    const QString name = QStringLiteral("document %1").arg(m_counter);
+    const HttpAnswer made = m_client.post(
+        documentsPath,
+        {{QStringLiteral("name"), name},
+         {QStringLiteral("type"), QStringLiteral("file")},
+         {QStringLiteral("file"), upload.object().value(QStringLiteral("files")).toArray().at(0)}});
+    if (made.status != 200)
+        return false;
+    m_names.insert(made.object().value(QStringLiteral("_id")).toString(), name);
+    return true;
+}
+
+bool TestServiceKill::renameDocument()
+{
+    const QString id =
+        m_names.key(QStringLiteral("document %1").arg(m_random.bounded(m_counter + 1)));
+    if (id.isEmpty())
+        return false;
+    const QString name = QStringLiteral("renamed %1").arg(++m_counter);
+    const HttpAnswer answer = m_client.put(QStringLiteral("document-service/documents/") + id,
+                                           {{QStringLiteral("name"), name}});
+    if (answer.status == 200)
+        m_names.insert(id, name);
+    else
+        m_unsure.insert(id);
+    return answer.status == 200;
+}
+
+bool TestServiceKill::deleteDocument()
+{
+    const QString id =
+        m_names.key(QStringLiteral("document %1").arg(m_random.bounded(m_counter + 1)));
+    if (id.isEmpty())
+        return false;
+    const HttpAnswer answer = m_client.remove(QStringLiteral("document-service/documents/") + id);
+    if (answer.status == 200)
+        m_names.insert(id, QString());
+    else
+        m_unsure.insert(id);
+    return answer.status == 200;
+}
+
+bool TestServiceKill::sendChunk()
+{
+    const HttpAnswer answer = m_upload->send(m_client, m_savedChunks);
+    if (answer.status != 200)
+        return false;
+    m_savedChunks = answer.object().value(QStringLiteral("savedChunk")).toInt();
+    if (m_savedChunks == m_upload->chunkCount()) {
+        m_upload = std::make_unique<ChunkSender>(2 * ChunkSender::ChunkBytes + 7, ++m_uploads);
+        m_savedChunks = 0;
+    }
+    return true;
+}
+
+void TestServiceKill::checkDocuments()
+{
+    QMap<QString, QString> found;
+    const QJsonArray list = m_client.get(documentsPath).array();
+    for (const QJsonValue &document : list)
+        found.insert(document.toObject().value(QStringLiteral("_id")).toString(),
+                     document.toObject().value(QStringLiteral("name")).toString());
+    for (auto it = m_names.begin(); it != m_names.end(); ++it) {
+        if (m_unsure.contains(it.key()))
+            it.value() = found.value(it.key()); // done or not, from now on it stays so
+        QCOMPARE(found.value(it.key()), it.value());
+    }
+    m_unsure.clear();
+}
+
+void TestServiceKill::checkUpload()
+{
+    const HttpAnswer record = m_upload->record(m_client);
+    const int saved = record.object().value(QStringLiteral("savedChunk")).toInt();
+    QVERIFY2(saved >= m_savedChunks, "an acknowledged chunk was lost");
+    QVERIFY2(saved <= m_savedChunks + 1, "a chunk is counted that was never sent");
+    m_savedChunks = saved;
+    if (saved == m_upload->chunkCount()) {
+        m_upload = std::make_unique<ChunkSender>(2 * ChunkSender::ChunkBytes + 7, ++m_uploads);
+        m_savedChunks = 0;
+    }
+}
+
+void TestServiceKill::checkDatabase()
+{
+    {
+        QSqlDatabase database =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
+        database.setDatabaseName(m_folder.filePath(QStringLiteral("records.sqlite")));
+        QVERIFY(database.open());
+        QSqlQuery query(database);
+        QVERIFY(query.exec(QStringLiteral("PRAGMA integrity_check")) && query.next());
+        QCOMPARE(query.value(0).toString(), QStringLiteral("ok"));
+        QVERIFY(query.exec(QStringLiteral("PRAGMA foreign_key_check")));
+        QVERIFY2(!query.next(), "a foreign key leads nowhere");
+        QVERIFY(query.exec(QStringLiteral("SELECT md5, size FROM file")));
+        while (query.next()) {
+            const QString md5 = query.value(0).toString();
+            QFile content(m_folder.filePath(
+                QStringLiteral("content/%1/%2/%3").arg(md5.left(2), md5.mid(2, 2), md5)));
+            QVERIFY2(content.open(QIODevice::ReadOnly), "a content file is missing");
+            QCOMPARE(content.size(), query.value(1).toLongLong());
+            QCryptographicHash hash(QCryptographicHash::Md5);
+            QVERIFY(hash.addData(&content));
+            QCOMPARE(QString::fromLatin1(hash.result().toHex()), md5);
+        }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("check"));
+}
+
+QTEST_GUILESS_MAIN(TestServiceKill)
+#include "tst_service_kill.moc"

@@ -1,0 +1,147 @@
+#include <service/http/HttpMessages.h>
+#include <service/http/MultipartReader.h>
+
+#include <QtTest>
+
+#include <cstring>
+
+using namespace service;
+
+//! The reader of forms, on bodies that arrive in pieces of every size.
+class TestServiceMultipart : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyPartComesWhole_data();
+    void everyPartComesWhole();
+    void contentsThatLookLikeBoundaries_data();
+    void contentsThatLookLikeBoundaries();
+    void headersAreReadAsTheyAreWritten_data();
+    void headersAreReadAsTheyAreWritten();
+};
+
+namespace {
+
+//! A body whose bytes come \a step at a time.
+class PiecewiseBody
+{
+public:
+    PiecewiseBody(const QByteArray &bytes, int step)
+        : m_bytes(bytes), m_step(step),
+          m_reader([this](char *data, qint64 size) { return read(data, size); }, bytes.size())
+    {}
+    BodyReader &reader() { return m_reader; }
+
+private:
+    qint64 read(char *data, qint64 size)
+    {
+        const int count =
+            static_cast<int>(qMin<qint64>(qMin<qint64>(size, m_step), m_bytes.size() - m_at));
+        std::memcpy(data, m_bytes.constData() + m_at, static_cast<size_t>(count));
+        m_at += count;
+        return count;
+    }
+
+    QByteArray m_bytes;
+    int m_step = 0;
+    int m_at = 0;
+    BodyReader m_reader;
+};
+
+QByteArray partOf(const QByteArray &name, const QByteArray &content)
+{
+    return "--B\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n\r\n" + content
+        + "\r\n";
+}
+
+QStringList readAll(const QByteArray &body, int step)
+{
+    PiecewiseBody pieces(body, step);
+    MultipartReader form(pieces.reader(), "multipart/form-data; boundary=B");
+    MultipartReader::Part part;
+    QStringList parts;
+    while (form.nextPart(part))
+        parts.append(part.name + QLatin1Char('=') + QString::fromLatin1(form.readField(1000000)));
+    return parts;
+}
+
+} // namespace
+
+void TestServiceMultipart::everyPartComesWhole_data()
+{
+    QTest::addColumn<int>("step");
+    for (const int step : {1, 2, 3, 7, 64, 100000})
+        QTest::newRow(qPrintable(QStringLiteral("%1 bytes at a time").arg(step))) << step;
+}
+
+void TestServiceMultipart::everyPartComesWhole()
+{
+    QFETCH(int, step);
+    const QByteArray body = "a preamble\r\n" + partOf("first", "one\r\ntwo") + partOf("empty", "")
+        + partOf("last", "three") + "--B--\r\nan epilogue";
+    QCOMPARE(readAll(body, step),
+             QStringList({QStringLiteral("first=one\r\ntwo"), QStringLiteral("empty="),
+                          QStringLiteral("last=three")}));
+}
+
+void TestServiceMultipart::contentsThatLookLikeBoundaries_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("line break at the end") << QByteArray("x\r\n");
+    QTest::newRow("half a boundary") << QByteArray("x\r\n-");
+    QTest::newRow("dashes") << QByteArray("\r\n--");
+    QTest::newRow("boundary in a line") << QByteArray("x --B y");
+    QTest::newRow("other case") << QByteArray("x\r\n--b\r\n");
+    QTest::newRow("line feed only") << QByteArray("x\n--B\n");
+    QTest::newRow("two carriage returns") << QByteArray("x\r\r\n");
+    QTest::newRow("zeros") << QByteArray(300, '\0');
+}
+
+void TestServiceMultipart::contentsThatLookLikeBoundaries()
+{
+    QFETCH(QByteArray, content);
+    for (const int step : {1, 3, 1000})
+        QCOMPARE(readAll(partOf("f", content) + "--B--", step),
+                 QStringList{QStringLiteral("f=") + QString::fromLatin1(content)});
+}
+
+void TestServiceMultipart::headersAreReadAsTheyAreWritten_data()
+{
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("fileName");
+    const auto row = [](const char *title, const char *header, const QString &name,
+                        const QString &file) {
+        QTest::newRow(title) << QByteArray(header) << name << file;
+    };
+    row("usual", "Content-Disposition: form-data; name=\"n\"; filename=\"f.txt\"",
+        QStringLiteral("n"), QStringLiteral("f.txt"));
+    row("lower case", "content-disposition: form-data; name=\"n\"", QStringLiteral("n"), QString());
+    row("without quotes", "Content-Disposition: form-data; name=n; filename=f", QStringLiteral("n"),
+        QStringLiteral("f"));
+    row("file name first", "Content-Disposition: form-data; filename=\"f\"; name=\"n\"",
+        QStringLiteral("n"), QStringLiteral("f"));
+    row("semicolon inside", "Content-Disposition: form-data; name=\"a;b\"; filename=\"c; name=d\"",
+        QStringLiteral("a;b"), QStringLiteral("c; name=d"));
+    row("escaped quote", R"(Content-Disposition: form-data; name="n"; filename="a\"b")",
+        QStringLiteral("n"), QStringLiteral("a\"b"));
+    row("UTF-8", "Content-Disposition: form-data; name=\"n\"; filename=\"\xe5\x9b\xbe.dwg\"",
+        QStringLiteral("n"), QStringLiteral("图.dwg"));
+}
+
+void TestServiceMultipart::headersAreReadAsTheyAreWritten()
+{
+    QFETCH(QByteArray, header);
+    QFETCH(QString, name);
+    QFETCH(QString, fileName);
+    PiecewiseBody body("--B\r\nContent-Type: text/plain\r\n" + header + "\r\n\r\nx\r\n--B--", 5);
+    MultipartReader form(body.reader(), "multipart/form-data; boundary=\"B\"");
+    MultipartReader::Part part;
+    QVERIFY(form.nextPart(part));
+    QCOMPARE(part.name, name);
+    QCOMPARE(part.fileName, fileName);
+}
+
+QTEST_GUILESS_MAIN(TestServiceMultipart)
+#include "tst_service_multipart.moc"

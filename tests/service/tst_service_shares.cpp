@@ -1,0 +1,185 @@
+#include <service/ServiceFixture.h>
+
+#include <QtTest>
+
+//! Shares: what everybody may see who has the code.
+class TestServiceShares : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void aShareListsItsDocuments();
+    void foldersCanBeBrowsed();
+    void downloadsNeedPermission();
+    void nothingElseCanBeReached();
+    void anExpiredShareIsGone();
+    void anUnknownCodeIsNotFound();
+    void deletedDocumentsAreNotShown();
+    void aShareEndsWithItsMakersRole();
+    void namesAreNoMarkup();
+    void sharesWithoutSenseAreRefused_data();
+    void sharesWithoutSenseAreRefused();
+
+private:
+    QString share(const QStringList &ids, bool allowDownload, const QDateTime &expiry = {})
+    {
+        QJsonObject body{{QStringLiteral("hostId"), QStringLiteral("p1")},
+                         {QStringLiteral("documentIds"), QJsonArray::fromStringList(ids)},
+                         {QStringLiteral("allowDownload"), allowDownload}};
+        if (expiry.isValid())
+            body.insert(QStringLiteral("expiredAt"), expiry.toUTC().toString(Qt::ISODateWithMs));
+        return m_fixture->client.post(QStringLiteral("document-service/documents/shares"), body)
+            .object()
+            .value(QStringLiteral("code"))
+            .toString();
+    }
+    HttpAnswer visit(const QString &rest)
+    {
+        return HttpClient(m_fixture->service->baseApi()).get(QStringLiteral("share/") + rest);
+    }
+
+    std::unique_ptr<ServiceFixture> m_fixture;
+    QString m_folder;
+    QString m_inside;
+    QString m_file;
+    QString m_private;
+};
+
+void TestServiceShares::init()
+{
+    m_fixture = std::make_unique<ServiceFixture>();
+    m_fixture->client.setToken(m_fixture->service->addUser(QStringLiteral("anna")));
+    QVERIFY(m_fixture->service->addProject(QStringLiteral("p1"), QString()));
+    QVERIFY(m_fixture->service->setRole(QStringLiteral("p1"), QStringLiteral("anna"),
+                                        QStringLiteral("owner")));
+    m_folder = m_fixture->makeFolder(QStringLiteral("Folder"));
+    m_inside = m_fixture->makeFile(QStringLiteral("inside 图.txt"), m_folder, "inside");
+    m_file = m_fixture->makeFile(QStringLiteral("file.txt"), {}, "the file");
+    m_private = m_fixture->makeFile(QStringLiteral("private.txt"), {}, "private");
+}
+
+void TestServiceShares::aShareListsItsDocuments()
+{
+    const QString code = share({m_folder, m_file}, true);
+    QVERIFY(code.size() >= 22);
+    const HttpAnswer page = visit(code);
+    QCOMPARE(page.status, 200);
+    QVERIFY(page.headers.value("content-type").startsWith("text/html"));
+    QCOMPARE(page.headers.value("referrer-policy"), QByteArray("no-referrer"));
+    QVERIFY(page.body.contains("Folder"));
+    QVERIFY(page.body.contains("file.txt"));
+    QVERIFY(!page.body.contains("private"));
+}
+
+void TestServiceShares::foldersCanBeBrowsed()
+{
+    const QString code = share({m_folder}, true);
+    const QString path = code + QStringLiteral("/folders/") + m_folder;
+    QVERIFY(visit(code).body.contains("/share/" + path.toUtf8()));
+    const HttpAnswer page = visit(path);
+    QCOMPARE(page.status, 200);
+    QVERIFY(page.body.contains(QStringLiteral("inside 图.txt").toUtf8()));
+    const HttpAnswer download = visit(code + QStringLiteral("/files/") + m_inside);
+    QCOMPARE(download.body, QByteArray("inside"));
+    QCOMPARE(download.headers.value("content-disposition"),
+             QByteArray("attachment; filename*=UTF-8''inside%20%E5%9B%BE.txt"));
+}
+
+void TestServiceShares::downloadsNeedPermission()
+{
+    const QString code = share({m_file}, false);
+    QVERIFY(!visit(code).body.contains("/files/"));
+    QCOMPARE(visit(code + QStringLiteral("/files/") + m_file).status, 403);
+    const QString open = share({m_file}, true);
+    QVERIFY(visit(open).body.contains("/files/"));
+    QCOMPARE(visit(open + QStringLiteral("/files/") + m_file).body, QByteArray("the file"));
+}
+
+void TestServiceShares::nothingElseCanBeReached()
+{
+    const QString code = share({m_folder}, true);
+    QCOMPARE(visit(code + QStringLiteral("/files/") + m_private).status, 404);
+    QCOMPARE(visit(code + QStringLiteral("/files/") + m_file).status, 404);
+    QCOMPARE(visit(code + QStringLiteral("/folders/") + m_private).status, 404);
+    QCOMPARE(visit(code + QStringLiteral("/files/") + m_folder).status, 404);
+}
+
+void TestServiceShares::anExpiredShareIsGone()
+{
+    const QString later = share({m_file}, true, QDateTime::currentDateTimeUtc().addSecs(3600));
+    QCOMPARE(visit(later).status, 200);
+    const QString soon = share({m_file}, true, QDateTime::currentDateTimeUtc().addMSecs(200));
+    QTRY_COMPARE(visit(soon).status, 410);
+    QVERIFY(visit(soon).body.contains("no longer shared"));
+    QCOMPARE(visit(soon + QStringLiteral("/files/") + m_file).status, 410);
+}
+
+void TestServiceShares::anUnknownCodeIsNotFound()
+{
+    const HttpAnswer page = visit(QStringLiteral("0123456789abcdef0123456789abcdef"));
+    QCOMPARE(page.status, 404);
+    QVERIFY(page.headers.value("content-type").startsWith("text/html"));
+    QVERIFY(page.body.contains("no share with this code"));
+}
+
+void TestServiceShares::deletedDocumentsAreNotShown()
+{
+    const QString code = share({m_folder}, true);
+    m_fixture->client.remove(ServiceFixture::documentPath(m_folder));
+    QVERIFY(!visit(code).body.contains("Folder"));
+    QCOMPARE(visit(code + QStringLiteral("/files/") + m_inside).status, 404);
+}
+
+void TestServiceShares::aShareEndsWithItsMakersRole()
+{
+    const QString code = share({m_file}, true);
+    QVERIFY(m_fixture->service->setRole(QStringLiteral("p1"), QStringLiteral("anna"),
+                                        QStringLiteral("viewer")));
+    QCOMPARE(visit(code).status, 410);
+}
+
+void TestServiceShares::namesAreNoMarkup()
+{
+    const QString id = m_fixture->makeFolder(QStringLiteral("<script>alert(1)<x> \"%1\" & "));
+    const HttpAnswer page = visit(share({id}, true));
+    QVERIFY(!page.body.contains("<script>"));
+    QVERIFY(page.body.contains("&lt;script&gt;alert(1)&lt;x&gt; &quot;%1&quot; &amp; "));
+    QVERIFY(page.headers.value("content-security-policy").startsWith("default-src 'none'"));
+}
+
+void TestServiceShares::sharesWithoutSenseAreRefused_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<int>("status");
+    QTest::newRow("no documents") << QStringLiteral("documentIds") << QJsonValue(QJsonArray())
+                                  << 400;
+    QTest::newRow("no array") << QStringLiteral("documentIds") << QJsonValue(QStringLiteral("x"))
+                              << 400;
+    QTest::newRow("unknown document")
+        << QStringLiteral("documentIds") << QJsonValue(QJsonArray{QStringLiteral("x")}) << 404;
+    QTest::newRow("no project") << QStringLiteral("hostId") << QJsonValue() << 400;
+    QTest::newRow("unknown project")
+        << QStringLiteral("hostId") << QJsonValue(QStringLiteral("p9")) << 404;
+    QTest::newRow("no date") << QStringLiteral("expiredAt") << QJsonValue(QStringLiteral("soon"))
+                             << 400;
+    QTest::newRow("no boolean") << QStringLiteral("allowDownload") << QJsonValue(1) << 400;
+}
+
+void TestServiceShares::sharesWithoutSenseAreRefused()
+{
+    QFETCH(QString, key);
+    QFETCH(QJsonValue, value);
+    QFETCH(int, status);
+    QJsonObject body{{QStringLiteral("hostId"), QStringLiteral("p1")},
+                     {QStringLiteral("documentIds"), QJsonArray{m_file}}};
+    body.insert(key, value);
+    const HttpAnswer answer =
+        m_fixture->client.post(QStringLiteral("document-service/documents/shares"), body);
+    QCOMPARE(answer.status, status);
+    QVERIFY(!answer.errorText().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestServiceShares)
+#include "tst_service_shares.moc"
