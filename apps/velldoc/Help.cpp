@@ -7,6 +7,7 @@
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/Output.h>
+#include <velldoc/output/Terminal.h>
 
 namespace velldoc {
 
@@ -16,15 +17,31 @@ constexpr int Indent = 2;
 constexpr int NameColumn = 12;
 constexpr int OptionColumn = 26;
 
+int lineWidth()
+{
+    constexpr int Widest = 100;
+    constexpr int Usual = 80;
+    const int width = terminal::width(stdout);
+    return width > 0 ? qMin(width, Widest) : Usual;
+}
+
+void printText(const QString &text, int indent, Output &output)
+{
+    const QStringList lines = wrapped(text, lineWidth() - indent);
+    for (const QString &line : lines)
+        output.print(QString(indent, QLatin1Char(' ')) + line);
+}
+
 void printPair(const QString &left, const QString &right, int column, Output &output)
 {
     const QString margin(Indent, QLatin1Char(' '));
-    if (displayWidth(left) + 1 < column) {
-        output.print(margin + padded(left, column) + right);
-        return;
-    }
-    output.print(margin + left);
-    output.print(margin + QString(column, QLatin1Char(' ')) + right);
+    QStringList lines = wrapped(right, lineWidth() - Indent - column);
+    if (displayWidth(left) + 1 < column)
+        output.print(margin + padded(left, column) + lines.takeFirst());
+    else
+        output.print(margin + left);
+    for (const QString &line : qAsConst(lines))
+        output.print(margin + QString(column, QLatin1Char(' ')) + line);
 }
 
 QString optionText(const CommandOption &option)
@@ -74,10 +91,12 @@ int showProgramHelp(const QStringList &arguments, Output &output)
                   output);
     printOptions(Text::tr("Options of every command"), globalOptions(), output);
     output.print(QString());
-    output.print(Text::tr(
-        "\"velldoc help COMMAND\" tells more, with examples. Paths are names from the top "
-        "level (/Drawings/plan.dwg) or identifiers (id:...); put -- in front of names that "
-        "begin with a dash."));
+    printText(
+        Text::tr(
+            "\"velldoc help COMMAND\" tells more, with examples. Paths are names from the top "
+            "level (/Drawings/plan.dwg) or identifiers (id:...); put -- in front of names that "
+            "begin with a dash."),
+        0, output);
     return ExitOk;
 }
 
@@ -87,7 +106,7 @@ void showCommandHelp(const Command &command, Output &output)
     output.print(Output::strong(
         QStringLiteral("velldoc %1 %2").arg(name, QString::fromLatin1(command.arguments))));
     output.print(QString());
-    output.print(Text::tr(command.description));
+    printText(Text::tr(command.description), 0, output);
     printOptions(Text::tr("Options"), command.options, output);
     printOptions(Text::tr("Options of every command"), globalOptions(), output);
     if (command.examples.isEmpty())
@@ -97,7 +116,7 @@ void showCommandHelp(const Command &command, Output &output)
     const QString margin(Indent, QLatin1Char(' '));
     for (const CommandExample &example : command.examples) {
         output.print(margin + QString::fromUtf8(example.line));
-        output.print(margin + margin + margin + Text::tr(example.meaning));
+        printText(Text::tr(example.meaning), 3 * Indent, output);
     }
 }
 

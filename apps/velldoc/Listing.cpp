@@ -1,9 +1,12 @@
 #include <velldoc/Listing.h>
 
 #include <file_types/FileTypes.h>
+#include <velldoc/Context.h>
+#include <velldoc/FolderPaths.h>
 #include <velldoc/Text.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/HumanText.h>
+#include <velldoc/output/Json.h>
 #include <velldoc/output/Output.h>
 
 namespace velldoc {
@@ -30,6 +33,23 @@ Table longTable(const QList<VellDocument> &documents)
                       document.updatedBy, shownName(document)});
     }
     return table;
+}
+
+void showDocuments(Context &context, const QList<VellDocument> &documents, const QString &key,
+                   const FolderPaths &paths)
+{
+    QJsonArray array;
+    QList<VellDocument> shown = documents;
+    for (VellDocument &document : shown) {
+        const QString path = paths.pathOf(document);
+        array.append(documentJson(document, path));
+        document.name = path;
+    }
+    context.out.setResult({{key, array}});
+    if (!context.isSet("l"))
+        printNames(shown, context.out);
+    else if (!shown.isEmpty())
+        context.out.print(longTable(shown));
 }
 
 void printNames(const QList<VellDocument> &documents, Output &output)

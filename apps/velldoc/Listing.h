@@ -9,6 +9,8 @@
 
 namespace velldoc {
 
+class Context;
+class FolderPaths;
 class Output;
 
 //! \file
@@ -16,6 +18,11 @@ class Output;
 
 //! Kind, size, time of the last change, who made it, name.
 Table longTable(const QList<VellDocument> &documents);
+
+//! Shows documents from anywhere in the project by their paths, as a table with --long, and makes them the
+//! result under \a key.
+void showDocuments(Context &context, const QList<VellDocument> &documents, const QString &key,
+                   const FolderPaths &paths);
 
 //! One name a line; folders end with "/".
 void printNames(const QList<VellDocument> &documents, Output &output);

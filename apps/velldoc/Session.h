@@ -31,6 +31,8 @@ public:
 
     const Settings &settings() const { return m_settings; }
     QString baseApi() const;
+    //! Whether what answers ends with this process.
+    bool isEmbedded() const { return m_embedded.isRunning(); }
     QString userId() const; //!< empty when the service does not tell
 
     //! Runs \a question. \return what it returns

@@ -7,7 +7,12 @@ namespace velldoc {
 const QList<const Command *> &allCommands()
 {
     static const QList<const Command *> commands{
-        &lsCommand(), &infoCommand(), &putCommand(), &getCommand(), &mkdirCommand(), &helpCommand(),
+        &lsCommand(),    &treeCommand(),    &searchCommand(), &infoCommand(),     &putCommand(),
+        &getCommand(),   &mkdirCommand(),   &mvCommand(),     &renameCommand(),   &orderCommand(),
+        &rmCommand(),    &trashCommand(),   &favCommand(),    &frequentCommand(), &recentCommand(),
+        &shareCommand(), &historyCommand(), &remarkCommand(), &canCommand(),      &linksCommand(),
+        &pwdCommand(),   &typesCommand(),   &loginCommand(),  &logoutCommand(),   &serveCommand(),
+        &helpCommand(),
     };
     return commands;
 }
@@ -18,7 +23,7 @@ const Command *findCommand(const QString &name)
         if (name == QLatin1String(command->name))
             return command;
     }
-    return nullptr;
+    return name == QLatin1String(completeCommand().name) ? &completeCommand() : nullptr;
 }
 
 } // namespace velldoc

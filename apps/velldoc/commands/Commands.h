@@ -11,17 +11,38 @@ namespace velldoc {
 //! All commands, in the order of the help.
 const QList<const Command *> &allCommands();
 
-//! Null when there is none of that name.
+//! Hidden ones, too. Null when there is none of that name.
 const Command *findCommand(const QString &name);
 
 //! \name One function for each file of this folder
 //! @{
+const Command &canCommand();
+const Command &completeCommand(); //!< hidden
+const Command &favCommand();
+const Command &searchCommand(); //!< "find"
+const Command &frequentCommand();
 const Command &getCommand();
 const Command &helpCommand();
+const Command &historyCommand();
 const Command &infoCommand();
+const Command &linksCommand();
+const Command &loginCommand();
+const Command &logoutCommand();
 const Command &lsCommand();
 const Command &mkdirCommand();
+const Command &mvCommand();
+const Command &orderCommand();
 const Command &putCommand();
+const Command &pwdCommand();
+const Command &recentCommand();
+const Command &remarkCommand();
+const Command &renameCommand();
+const Command &rmCommand();
+const Command &serveCommand();
+const Command &shareCommand();
+const Command &trashCommand();
+const Command &treeCommand();
+const Command &typesCommand();
 //! @}
 
 } // namespace velldoc

@@ -89,6 +89,31 @@ QString padded(const QString &text, int width, Qt::Alignment alignment)
     return alignment.testFlag(Qt::AlignRight) ? blanks + text : text + blanks;
 }
 
+QStringList wrapped(const QString &text, int width)
+{
+    QStringList lines;
+    QString line;
+    QString word; // what must stay together, with the blanks in front of it
+    const auto takeWord = [&] {
+        if (!line.isEmpty() && displayWidth(line + word) > width) {
+            lines.append(line);
+            line.clear();
+            word = word.trimmed();
+        }
+        line += word;
+        word.clear();
+    };
+    const QVector<uint> characters = text.toUcs4();
+    for (const uint character : characters) {
+        if (character == ' ' || isWide(character))
+            takeWord();
+        word += QString::fromUcs4(&character, 1);
+    }
+    takeWord();
+    lines.append(line);
+    return lines;
+}
+
 QString printable(const QString &text)
 {
     QString result;

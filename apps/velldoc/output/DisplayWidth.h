@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace velldoc {
 
@@ -13,6 +14,10 @@ QString elided(const QString &text, int width);
 
 //! \a text filled up with blanks to \a width columns.
 QString padded(const QString &text, int width, Qt::Alignment alignment = Qt::AlignLeft);
+
+//! \a text in lines of at most \a width columns, broken at blanks and beside wide characters. A word that is longer
+//! stays whole.
+QStringList wrapped(const QString &text, int width);
 
 //! \a text with characters that would steer a terminal replaced, so that a name can neither hide nor
 //! colour anything.

@@ -161,10 +161,15 @@ bool terminal::readLine(QString *line)
     return true;
 }
 
-bool terminal::readHiddenLine(QString *line)
+bool terminal::readHiddenLine(const QString &prompt, QString *line)
 {
+    // Before the prompt, so that not even the fastest fingers are seen.
     const Hidden hidden;
-    return readLine(line);
+    std::fputs(prompt.toUtf8().constData(), stderr);
+    std::fflush(stderr);
+    const bool isRead = readLine(line);
+    std::fputc('\n', stderr);
+    return isRead;
 }
 
 bool system_files::makePrivate(const QString &path)

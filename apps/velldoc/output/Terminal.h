@@ -27,8 +27,8 @@ bool hasColour(std::FILE *stream);
 //! Ctrl-C.
 bool readLine(QString *line);
 
-//! The same with what is typed hidden, for secrets.
-bool readHiddenLine(QString *line);
+//! The same behind a \a prompt on the standard error, with what is typed hidden, for secrets.
+bool readHiddenLine(const QString &prompt, QString *line);
 
 } // namespace terminal
 

@@ -101,6 +101,11 @@ QString EmbeddedService::start(const QString &dataDir)
     return d->service.baseApi();
 }
 
+bool EmbeddedService::isRunning() const
+{
+    return d && d->service.port() != 0;
+}
+
 void EmbeddedService::serve(const QString &dataDir, const QString &address,
                             void (*announce)(const QString &))
 {

@@ -22,6 +22,8 @@ public:
     //! \throws Failure
     QString start(const QString &dataDir);
 
+    bool isRunning() const;
+
     //! Serves \a dataDir on \a address ("127.0.0.1:8080") until the program is told to end; \a announce gets
     //! the base address once requests are answered.
     //! \throws Failure

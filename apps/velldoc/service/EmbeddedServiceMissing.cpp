@@ -27,6 +27,11 @@ QString EmbeddedService::start(const QString &)
     refuse();
 }
 
+bool EmbeddedService::isRunning() const
+{
+    return false;
+}
+
 void EmbeddedService::serve(const QString &, const QString &, void (*)(const QString &))
 {
     refuse();

@@ -4,9 +4,8 @@
 #include <velldoc/Text.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/Interrupt.h>
+#include <velldoc/output/Question.h>
 #include <velldoc/output/Terminal.h>
-
-#include <cstdio>
 
 namespace velldoc {
 
@@ -36,10 +35,18 @@ Conflict policyFromWord(const QString &word)
                       .arg(word));
 }
 
-void say(const QString &text)
+//! The question with the answers that are possible.
+QString questionText(const QString &remotePath, const QString &newName, bool canReplace)
 {
-    std::fputs(printable(text).toUtf8().constData(), stderr);
-    std::fflush(stderr);
+    QStringList lines{Text::tr("%1 is there already.").arg(remotePath)};
+    if (canReplace)
+        lines.append(Text::tr("  r  replace it: the file becomes its new version"));
+    lines += {Text::tr("  n  keep it, and store the file as %1").arg(newName),
+              Text::tr("  s  skip the file"), Text::tr("  c  cancel; nothing is sent")};
+    QString text;
+    for (const QString &line : qAsConst(lines))
+        text += printable(line) + QLatin1Char('\n');
+    return text + Text::tr("A capital letter answers for all the following files, too: ");
 }
 
 } // namespace
@@ -50,7 +57,7 @@ ConflictPolicy::ConflictPolicy(const Context &context)
         m_policy = policyFromWord(context.value("on-conflict"));
     else if (context.isSet("update"))
         m_policy = Conflict::Replace;
-    else if (!terminal::isTerminal(stdin) || !terminal::isTerminal(stderr))
+    else if (!canAsk())
         m_policy = Conflict::Cancel;
 }
 
@@ -67,23 +74,11 @@ Conflict ConflictPolicy::decide(const QString &remotePath, const QString &newNam
 
 Conflict ConflictPolicy::ask(const QString &remotePath, const QString &newName, bool canReplace)
 {
-    say(Text::tr("%1 is there already.").arg(remotePath));
-    std::fputc('\n', stderr);
     for (;;) {
-        if (canReplace)
-            say(Text::tr("  r  replace it: the file becomes its new version") + QLatin1Char(' '));
-        if (canReplace)
-            std::fputc('\n', stderr);
-        say(Text::tr("  n  keep it, and store the file as %1").arg(newName));
-        std::fputc('\n', stderr);
-        say(Text::tr("  s  skip the file"));
-        std::fputc('\n', stderr);
-        say(Text::tr("  c  cancel; nothing is sent"));
-        std::fputc('\n', stderr);
-        say(Text::tr("A capital letter answers for all the following files, too: "));
+        say(questionText(remotePath, newName, canReplace));
         QString answer;
         if (!terminal::readLine(&answer)) {
-            std::fputc('\n', stderr);
+            say(QStringLiteral("\n"));
             Interrupt::check();
             return Conflict::Cancel;
         }

@@ -16,6 +16,8 @@ using namespace std::chrono_literals;
 // The transport has its own time-out; only when even that has said nothing the job is given up.
 constexpr std::chrono::milliseconds Patience = 5s;
 constexpr std::chrono::milliseconds HashInterval = 100ms;
+constexpr qint64 ChunkBytes = 4'194'304;
+constexpr int MostRepeats = 8;
 
 } // namespace
 
@@ -80,10 +82,24 @@ void UploadAttempt::noteProgress(qint64 sentBytes, qint64 totalBytes)
     if (!m_task.isChunked() && totalBytes > 0)
         sentBytes =
             static_cast<qint64>(double(sentBytes) / double(totalBytes) * double(m_task.sizeBytes));
+    if (m_task.isChunked())
+        countRepeats(sentBytes);
     m_sentBytes = qMax(m_sentBytes, sentBytes);
     if (m_watch.isActive())
         m_watch.start();
     Q_EMIT progressed();
+}
+
+void UploadAttempt::countRepeats(qint64 sentBytes)
+{
+    const qint64 chunk = sentBytes / ChunkBytes;
+    if (chunk < m_lastChunk)
+        ++m_repeats;
+    else if (sentBytes > m_sentBytes + ChunkBytes / 2)
+        m_repeats = 0;
+    m_lastChunk = chunk;
+    if (m_repeats > MostRepeats)
+        end(Outcome::Silent);
 }
 
 void UploadAttempt::end(Outcome outcome)

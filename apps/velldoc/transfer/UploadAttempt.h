@@ -18,7 +18,8 @@ class Session;
 
 //! \brief One try at storing one file: a job of the library, and a watch over it.
 //!
-//! A job can end without a word; after a time in which nothing moves the try counts as ended.
+//! A job can end without a word; after a time in which nothing moves the try counts as ended. So it does when the
+//! service asks for the same chunk again and again.
 class UploadAttempt : public QObject
 {
     Q_OBJECT
@@ -55,6 +56,7 @@ Q_SIGNALS:
 private:
     void end(Outcome outcome);
     void noteProgress(qint64 sentBytes, qint64 totalBytes);
+    void countRepeats(qint64 sentBytes);
 
     Session &m_session;
     const UploadTask m_task;
@@ -65,6 +67,8 @@ private:
     VellDocument m_document;
     std::optional<NetworkFailure> m_failure;
     qint64 m_sentBytes = 0;
+    qint64 m_lastChunk = 0;
+    int m_repeats = 0; //!< chunks that were sent again since one was kept
     bool m_isHashing = false;
 };
 

@@ -25,14 +25,12 @@ constexpr qint64 ChunkBytes = 4'194'304;
 bool isWorthAnotherTry(const Failure &reason)
 {
     constexpr int RequestTimeout = 408;
-    constexpr int Conflict = 409;
-    constexpr int Unprocessable = 422;
+    constexpr int WrongContent = 422; // the file changed while it was sent
     constexpr int TooManyRequests = 429;
     constexpr int NoRoom = 507;
     switch (reason.httpStatus()) {
     case RequestTimeout:
-    case Conflict: // the file changed while it was sent, so that its MD5 is another one now
-    case Unprocessable:
+    case WrongContent:
     case TooManyRequests:
         return true;
     case NoRoom:
@@ -61,6 +59,7 @@ Uploader::~Uploader() = default;
 void Uploader::run(const QList<UploadTask> &tasks)
 {
     m_fileCount = tasks.size();
+    m_firstName = tasks.isEmpty() ? QString() : tasks.constFirst().name;
     for (auto it = tasks.crbegin(); it != tasks.crend(); ++it)
         m_waiting.push_back(Entry{*it, 0, 0, nullptr});
     m_progress.begin(label(), m_totalBytes);
@@ -157,7 +156,7 @@ void Uploader::judge(Entry entry)
         entry.failuresInRow = 0;
     }
     entry.attempt.reset();
-    if (isWorthAnotherTry(reason)) {
+    if (isWorthAnotherTry(reason) || entry.task.hasChangedOnDisk()) {
         if (const std::optional<VellDocument> document = findStored(entry.task))
             accept(std::move(entry), *document);
         else
@@ -276,9 +275,9 @@ void Uploader::showProgress(const UploadAttempt &attempt, const UploadTask &task
 
 QString Uploader::label() const
 {
-    if (m_fileCount == 1 && !m_running.empty())
-        return m_running.front().task.name;
-    return Text::tr("%1 of %n file(s)", nullptr, m_fileCount).arg(m_stored.size());
+    return m_fileCount == 1
+        ? m_firstName
+        : Text::tr("%1 of %n file(s)", nullptr, m_fileCount).arg(m_stored.size());
 }
 
 } // namespace velldoc

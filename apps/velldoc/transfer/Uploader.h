@@ -71,6 +71,7 @@ private:
     const qint64 m_totalBytes;
     qint64 m_doneBytes = 0;
     int m_fileCount = 0;
+    QString m_firstName;
     Progress m_progress;
     const UploadAttempt *m_hashing = nullptr;
     std::vector<Entry> m_waiting; //!< the next one is the last

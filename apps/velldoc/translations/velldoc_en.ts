@@ -52,5 +52,47 @@
             <numerusform>%n files could not be stored.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n document(s) restored.</source>
+        <translation>
+            <numerusform>%n document restored.</numerusform>
+            <numerusform>%n documents restored.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n document(s) for good?</source>
+        <translation>
+            <numerusform>Delete %n document for good?</numerusform>
+            <numerusform>Delete %n documents for good?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) deleted for good.</source>
+        <translation>
+            <numerusform>%n document deleted for good.</numerusform>
+            <numerusform>%n documents deleted for good.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n folder(s)</source>
+        <translation>
+            <numerusform>%n folder</numerusform>
+            <numerusform>%n folders</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s)</source>
+        <translation>
+            <numerusform>%n file</numerusform>
+            <numerusform>%n files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</source>
+        <translation>
+            <numerusform>%n document moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</numerusform>
+            <numerusform>%n documents moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -601,5 +601,658 @@
         <source>everything about uploads</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>There is a &quot;%1&quot; in that folder already: choose another name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The service did not say that it has renamed %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a &quot;%1&quot; in %2 already: rename one of them first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is none of list, add and remove.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No document is marked.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[y/N] </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>y</source>
+        <comment>the key for yes</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>0 B or over 2 GiB</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a folder, which has no versions.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stored</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>list the versions of a file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists the versions of the file PATH, newest first. &quot;velldoc get --version N&quot; fetches one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>who stored what, and when</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Access token (it is not shown; empty for a service without users): </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Say where: velldoc login https://documents.example.com/.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>velldoc now works at %1 in the project &quot;%2&quot; as %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>somebody</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>remember a service, a project and an access token</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tries the service URL with the project of --project and an access token, which is read from the terminal or the standard input, and remembers them in a file that only you can read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>all later commands work there</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>your favourites</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists your favourites, marks documents as such, unmarks them, or tells whether one is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a new favourite</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The top level has no name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>give a document or a folder another name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gives the document or folder PATH the name NAME, in the same folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the same drawing under another name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>serve has no result for --json.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serving %1; Ctrl-C ends it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>run the service for others</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serves the documents that velldoc keeps on this machine until Ctrl-C, and prints the address for --url. Other machines are served once the service has users; &quot;vell-service user --help&quot; tells how to add them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Where to listen; any free port of this machine unless set.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The data folder; your own unless set.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>for other programs of this machine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>fetch the content</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>store something in it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>change it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>delete it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>change what you made yourself</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>delete what you made yourself</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You may not do that (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no right called &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Granted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ask what you may do</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Asks the service what you may do with PATH; / is the project as a whole. With the name of one right the exit code answers: 0 for yes, 4 for no.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>store a file only where that is allowed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The recycle bin is empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no %1 in the recycle bin.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Several things in the recycle bin are called %1: say which one you mean, %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name what is to be restored, or pass --all.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is back beside another entry of that name: rename it with &quot;velldoc rename id:%2 NAME&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) restored.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Emptying cannot be undone: pass --yes if you mean it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n document(s) for good?</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was deleted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) deleted for good.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is none of list, restore and empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>look into the recycle bin, restore, empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists what is in the recycle bin, brings back what is named (by name or id:...), or deletes everything in it for good.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Restore everything.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Empty without asking.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bring a document back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pass one of --days, --until and --forever.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--until takes a date like 2026-05-31, not &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The share would have ended already.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name documents or folders, not the top level.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The service made the share, but gave no code for it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Whoever has this address can look at it until %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Whoever has this address can look at it, for ever.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>give others an address to look at documents</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Prints an address at which everybody who has it can see the documents and folders PATH. It is shown once: the service keeps no copy. Without an option it works for seven days.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ends after N days.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ends with this day, such as 2026-05-31.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Does not end.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Names only; contents cannot be fetched.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a folder for three days</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The top level has no password.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 has no password.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>show the password of a document</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Prints the password that opens the document PATH.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the password to open the offer with</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The top level has no place in an order.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An order concerns the entries of one folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>put the entries of a folder in order</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Puts the entries PATH of one folder first, in this order; the others follow as they stand. Lists show folders before files all the same.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Order a whole folder by name, numbers by their value.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>these two first</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Level 2 before Level 10</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the documents that you use often</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists the documents that you have marked as frequently used, marks them, or unmarks them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a document for the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The top level itself cannot be moved.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Two of them are called &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is there already: choose another name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>move documents and folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Moves each SOURCE into the folder TARGET, or a single one to the place and name TARGET.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>two documents into a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>to another folder under another name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The service does not say who you are, so it cannot say what you stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You have stored no files here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>what you stored or used last</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists the 50 files that you stored last. &quot;list&quot; shows those that are marked as recently used; &quot;add&quot; and &quot;remove&quot; change these marks.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The service&apos;s category word.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>your last files with their times</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n folder(s)</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s)</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>draw a folder with everything below</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draws the folder PATH, the whole project without one, as a tree.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sizes behind the names of files.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Folders only.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only so many levels.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the upper two levels of folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The top level itself cannot be deleted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a folder: pass -r to delete it with everything in it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>move to the recycle bin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Moves each document PATH, or with -r each folder with everything below, to the recycle bin.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a folder with everything in it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The service and the access token are forgotten.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There was nothing to forget.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>forget what login has remembered</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Removes the service, the project and the access token that &quot;velldoc login&quot; has remembered.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--%1 takes a date like 2026-05-31 or a time ago like 12h, 3d or 2w, not &quot;%2&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--%1 takes one of %2, not &quot;%3&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was found.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>search by name, time, user and kind</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists everything below PATH whose name fits PATTERN, what changed last first. In a pattern * stands for any text and ? for one character; capitals and small letters are the same.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PATTERN is a regular expression for a part of the name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Changed since: 2026-05-31, or 12h, 3d, 2w ago.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Changed until the end of that day.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Changed last by the user with this identifier; may be repeated.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>file or dir.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>image, office, dwg, video or other.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every drawing below a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pictures of the last three days</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>what can stand next, for shells</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Prints what the last WORD of a command line can become, one a line.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The top level has no remark.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>read or write a remark</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Prints the remark of the document PATH, or makes it TEXT; an empty TEXT removes it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The remark of version N; 1 is the oldest.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a remark on one version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Suffixes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the kinds of files and their suffixes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists the kinds of files with their suffixes, or tells the kind of each file NAME by its suffix.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>which kind a drawing is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Entity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is linked to nothing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is none of add and remove.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 has no link to %2 %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No document is linked to %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The top level has no links.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>what a document is linked to</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shows the entities that the document PATH is linked to, adds or removes links, or lists the documents that are linked to an entity.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The documents linked to this entity.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>link a drawing to a room</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The full address is what &quot;velldoc serve&quot; prints, with this behind it; it works while that runs.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

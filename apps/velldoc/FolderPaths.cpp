@@ -1,0 +1,35 @@
+#include <velldoc/FolderPaths.h>
+
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Session.h>
+
+namespace velldoc {
+
+FolderPaths::FolderPaths(Session &session)
+{
+    VellDocumentConditon condition;
+    condition.hasParentId = false;
+    condition.type = QStringLiteral("dir");
+    condition.selectTree = true;
+    QList<VellDocument> folders;
+    session.ask([&] { VellDocumentData::instance()->getDocuments(condition, folders); });
+    for (const VellDocument &folder : qAsConst(folders))
+        m_folders.insert(folder._id, {folder.name, folder.parentId});
+}
+
+QString FolderPaths::pathOf(const VellDocument &document) const
+{
+    QString path = document.name;
+    QString parentId = document.parentId;
+    // No path is longer than there are folders, even if they went in circles.
+    for (int steps = m_folders.size(); !parentId.isEmpty(); --steps) {
+        const auto folder = m_folders.constFind(parentId);
+        if (folder == m_folders.constEnd() || steps < 0)
+            return QStringLiteral("…/") + path;
+        path = folder->name + QLatin1Char('/') + path;
+        parentId = folder->parentId;
+    }
+    return QLatin1Char('/') + path;
+}
+
+} // namespace velldoc

@@ -1,0 +1,46 @@
+#include <velldoc/Marks.h>
+
+#include <velldoc/Context.h>
+#include <velldoc/FolderPaths.h>
+#include <velldoc/Listing.h>
+#include <velldoc/Text.h>
+#include <velldoc/output/Json.h>
+
+namespace velldoc {
+
+namespace {
+
+void setAll(Context &context, const Mark &mark, const QStringList &paths, bool isOn)
+{
+    if (paths.isEmpty())
+        throw Failure(ExitUsage, Text::tr("Something is missing on the command line."));
+    QJsonArray marked;
+    for (const QString &path : paths) {
+        const VellDocument document = context.tree().find(RemotePath::parse(path));
+        context.session().change([&] { return mark.set(document._id, isOn); });
+        marked.append(documentJson(document));
+        context.out.setResult(
+            {{QStringLiteral("documents"), marked}, {QStringLiteral("marked"), isOn}});
+    }
+}
+
+} // namespace
+
+void runMarkCommand(Context &context, const Mark &mark)
+{
+    QStringList arguments = context.arguments();
+    const QString action = arguments.isEmpty() ? QStringLiteral("list") : arguments.takeFirst();
+    if (action == QLatin1String("add") || action == QLatin1String("remove")) {
+        setAll(context, mark, arguments, action == QLatin1String("add"));
+        return;
+    }
+    if (action != QLatin1String("list"))
+        throw Failure(ExitUsage, Text::tr("\"%1\" is none of list, add and remove.").arg(action));
+    context.arguments(0, 1);
+    const QList<VellDocument> documents = mark.list(context);
+    showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(context.session()));
+    if (documents.isEmpty())
+        context.out.note(Text::tr("No document is marked."));
+}
+
+} // namespace velldoc

@@ -1,0 +1,103 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/Table.h>
+
+namespace velldoc {
+
+namespace {
+
+struct Right
+{
+    const char *name;
+    bool (VellDocumentData::*ofDocument)(const QString &id, const QString &category);
+    bool (VellDocumentData::*ofOwn)(const QString &category);
+    const char *meaning;
+};
+
+constexpr Right Rights[] = {
+    {"download", &VellDocumentData::canDownloadDocFolder, nullptr,
+     QT_TRANSLATE_NOOP("velldoc", "fetch the content")},
+    {"upload", &VellDocumentData::canUploadDocFolder, nullptr,
+     QT_TRANSLATE_NOOP("velldoc", "store something in it")},
+    {"edit", &VellDocumentData::canEditDocFolder, nullptr,
+     QT_TRANSLATE_NOOP("velldoc", "change it")},
+    {"delete", &VellDocumentData::canDeleteDocFolder, nullptr,
+     QT_TRANSLATE_NOOP("velldoc", "delete it")},
+    {"edit-self", nullptr, &VellDocumentData::canEditSelf,
+     QT_TRANSLATE_NOOP("velldoc", "change what you made yourself")},
+    {"delete-self", nullptr, &VellDocumentData::canDeleteSelf,
+     QT_TRANSLATE_NOOP("velldoc", "delete what you made yourself")},
+};
+
+bool ask(Context &context, const Right &right, const VellDocument &document)
+{
+    VellDocumentData *const data = VellDocumentData::instance();
+    return context.session().ask([&] {
+        return right.ofDocument != nullptr
+            ? (data->*right.ofDocument)(document._id, document.category)
+            : (data->*right.ofOwn)(document.category);
+    });
+}
+
+//! For scripts: the exit code is the answer.
+void answer(Context &context, const VellDocument &document, const QString &name)
+{
+    for (const Right &right : Rights) {
+        if (name != QLatin1String(right.name))
+            continue;
+        const bool isAllowed = ask(context, right, document);
+        context.out.setResult({{name, isAllowed}});
+        context.out.print(isAllowed ? Text::tr("yes") : Text::tr("no"));
+        if (!isAllowed)
+            throw Failure(ExitNotAllowed, Text::tr("You may not do that (%1).").arg(name));
+        return;
+    }
+    throw Failure(ExitUsage, Text::tr("There is no right called \"%1\".").arg(name));
+}
+
+void run(Context &context)
+{
+    const QStringList arguments = context.arguments(1, 2);
+    const VellDocument document = context.tree().find(RemotePath::parse(arguments.constFirst()));
+    if (arguments.size() == 2) {
+        answer(context, document, arguments.constLast());
+        return;
+    }
+    Table table;
+    table.addColumn(Text::tr("Right"));
+    table.addColumn(Text::tr("Granted"));
+    table.addColumn(Text::tr("Meaning"), Qt::AlignLeft, Table::Fit::Shrinks);
+    QJsonObject granted;
+    for (const Right &right : Rights) {
+        const QString name = QString::fromLatin1(right.name);
+        const bool isAllowed = ask(context, right, document);
+        granted.insert(name, isAllowed);
+        table.addRow({name, isAllowed ? Text::tr("yes") : Text::tr("no"), Text::tr(right.meaning)});
+    }
+    context.out.setResult({{QStringLiteral("rights"), granted}});
+    context.out.print(table);
+}
+
+} // namespace
+
+const Command &canCommand()
+{
+    static const Command command{
+        "can",
+        "PATH [RIGHT]",
+        QT_TRANSLATE_NOOP("velldoc", "ask what you may do"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Asks the service what you may do with PATH; / is the project as a "
+                          "whole. With the name of one right the "
+                          "exit code answers: 0 for yes, 4 for no."),
+        {},
+        {{"velldoc can /Drawings upload && velldoc put plan.dwg /Drawings",
+          QT_TRANSLATE_NOOP("velldoc", "store a file only where that is allowed")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

@@ -1,0 +1,139 @@
+#include <document_model/DocumentConstants.h>
+#include <file_types/FileTypes.h>
+#include <velldoc/Context.h>
+#include <velldoc/FolderPaths.h>
+#include <velldoc/Listing.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/HumanText.h>
+
+#include <QRegularExpression>
+
+namespace velldoc {
+
+namespace {
+
+QDateTime readTime(const Context &context, const char *option)
+{
+    const QDateTime time = timeFromText(context.value(option));
+    if (!time.isValid()) {
+        throw Failure(
+            ExitUsage,
+            Text::tr("--%1 takes a date like 2026-05-31 or a time ago like 12h, 3d or 2w, "
+                     "not \"%2\".")
+                .arg(QString::fromLatin1(option), context.value(option)));
+    }
+    return time;
+}
+
+void readSpan(const Context &context, VellDocumentConditon &condition)
+{
+    if (!context.isSet("from") && !context.isSet("to"))
+        return;
+    condition.isAllTime = false;
+    condition.startTime =
+        context.isSet("from") ? readTime(context, "from") : QDateTime::fromSecsSinceEpoch(0);
+    condition.endTime =
+        context.isSet("to") ? readTime(context, "to") : QDateTime::currentDateTime();
+}
+
+QString wordOf(const Context &context, const char *option, const QStringList &known)
+{
+    const QString word = context.value(option);
+    if (!word.isEmpty() && !known.contains(word)) {
+        throw Failure(
+            ExitUsage,
+            Text::tr("--%1 takes one of %2, not \"%3\".")
+                .arg(QString::fromLatin1(option), known.join(QStringLiteral(", ")), word));
+    }
+    return word;
+}
+
+VellDocumentConditon readCondition(Context &context, const QString &pattern)
+{
+    VellDocumentConditon condition;
+    const bool isEverything = pattern.isEmpty() || pattern == QLatin1String("*");
+    if (context.isSet("regex"))
+        condition.searchName = pattern;
+    else if (!isEverything)
+        condition.searchName = QRegularExpression::wildcardToRegularExpression(pattern);
+    condition.type = wordOf(context, "type", {QStringLiteral("dir"), QStringLiteral("file")});
+    condition.category = context.value("category");
+    condition.userIds = context.values("by");
+    condition.isAllUser = condition.userIds.isEmpty();
+    condition.isDeep = true;
+    readSpan(context, condition);
+    return condition;
+}
+
+bool hasKind(const VellDocument &document, const QString &kind)
+{
+    return kind.isEmpty()
+        || (document.type == QLatin1String("file")
+            && VellPubDoc::getFileType(document.suffix) == kind);
+}
+
+void run(Context &context)
+{
+    const QStringList arguments = context.arguments(0, 2);
+    VellDocumentConditon condition = readCondition(context, arguments.value(0));
+    const QString kind = wordOf(
+        context, "kind",
+        {FILE_TYPE_IMAGE, FILE_TYPE_OFFICE, FILE_TYPE_DWG, FILE_TYPE_VIDEO, FILE_TYPE_OTHER});
+    const RemotePath path = RemotePath::parse(arguments.value(1, QStringLiteral("/")));
+    condition.parentId = context.tree().findFolder(path)._id;
+    VellDocumentSort sort;
+    sort.isDefault = false;
+    sort.sortField = KEY_UPDATED_AT;
+    const QList<VellDocument> all = context.tree().list(condition, sort);
+    QList<VellDocument> found;
+    for (const VellDocument &document : all) {
+        if (hasKind(document, kind))
+            found.append(document);
+    }
+    showDocuments(context, found, QStringLiteral("documents"), FolderPaths(context.session()));
+    if (found.isEmpty())
+        context.out.note(Text::tr("Nothing was found."));
+}
+
+} // namespace
+
+const Command &searchCommand()
+{
+    static const Command command{
+        "find",
+        "[PATTERN [PATH]]",
+        QT_TRANSLATE_NOOP("velldoc", "search by name, time, user and kind"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Lists everything below PATH whose name fits PATTERN, what changed last "
+                          "first. In a pattern * "
+                          "stands for any text and ? for one character; capitals and small letters "
+                          "are the same."),
+        {
+            {"regex", nullptr,
+             QT_TRANSLATE_NOOP("velldoc",
+                               "PATTERN is a regular expression for a part of the name.")},
+            {"from", "TIME",
+             QT_TRANSLATE_NOOP("velldoc", "Changed since: 2026-05-31, or 12h, 3d, 2w ago.")},
+            {"to", "TIME", QT_TRANSLATE_NOOP("velldoc", "Changed until the end of that day.")},
+            {"by", "USER",
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Changed last by the user with this identifier; may be repeated.")},
+            {"type", "TYPE", QT_TRANSLATE_NOOP("velldoc", "file or dir.")},
+            {"kind", "KIND", QT_TRANSLATE_NOOP("velldoc", "image, office, dwg, video or other.")},
+            {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The service's category word.")},
+            {"l,long", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
+        },
+        {
+            {"velldoc find '*.dwg' /Drawings",
+             QT_TRANSLATE_NOOP("velldoc", "every drawing below a folder")},
+            {"velldoc find --from 3d --kind image",
+             QT_TRANSLATE_NOOP("velldoc", "pictures of the last three days")},
+        },
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

@@ -1,0 +1,52 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Marks.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+
+namespace velldoc {
+
+namespace {
+
+QList<VellDocument> list(Context &context)
+{
+    VellDocumentConditon condition;
+    condition.hasParentId = false;
+    condition.isFrequent = true;
+    QList<VellDocument> documents;
+    context.session().ask(
+        [&] { VellDocumentData::instance()->getDocuments(condition, documents); });
+    return documents;
+}
+
+bool set(const QString &id, bool isOn)
+{
+    return VellDocumentData::instance()->setFrequentDocument(id, isOn);
+}
+
+void run(Context &context)
+{
+    runMarkCommand(context, {list, set});
+}
+
+} // namespace
+
+const Command &frequentCommand()
+{
+    static const Command command{
+        "frequent",
+        "[list | add PATH... | remove PATH...]",
+        QT_TRANSLATE_NOOP("velldoc", "the documents that you use often"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Lists the documents that you have marked as frequently used, marks "
+                          "them, or unmarks them."),
+        {{"l,long", nullptr,
+          QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")}},
+        {{"velldoc frequent add /Drawings/plan.dwg",
+          QT_TRANSLATE_NOOP("velldoc", "a document for the list")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

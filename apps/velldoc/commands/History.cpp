@@ -1,0 +1,68 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/HumanText.h>
+#include <velldoc/output/Json.h>
+#include <velldoc/output/Table.h>
+
+namespace velldoc {
+
+namespace {
+
+//! Histories tell sizes up to 2 GiB only; that of the newest version is known from the document.
+QString sizeCellOf(const VellDocument &version)
+{
+    return version.fileSize > 0 ? sizeText(version.fileSize) : Text::tr("0 B or over 2 GiB");
+}
+
+void run(Context &context)
+{
+    const RemotePath path = RemotePath::parse(context.arguments(1, 1).constFirst());
+    const VellDocument document = context.tree().find(path);
+    if (document.type != QLatin1String("file"))
+        throw Failure(ExitFailed,
+                      Text::tr("%1 is a folder, which has no versions.").arg(path.text()));
+    QList<VellDocument> versions;
+    context.session().change(
+        [&] { return VellDocumentData::instance()->getDocHistory(document._id, versions); });
+    Table table;
+    table.addColumn(Text::tr("Version"), Qt::AlignRight);
+    table.addColumn(Text::tr("Size"), Qt::AlignRight);
+    table.addColumn(Text::tr("Stored"));
+    table.addColumn(Text::tr("By"), Qt::AlignLeft, Table::Fit::Shrinks);
+    table.addColumn(Text::tr("Remark"), Qt::AlignLeft, Table::Fit::Shrinks);
+    QJsonArray array;
+    int number = versions.size();
+    for (const VellDocument &version : qAsConst(versions)) {
+        const bool isNewest = number == versions.size();
+        table.addRow({QString::number(number),
+                      isNewest ? sizeText(document.fileSize) : sizeCellOf(version),
+                      timeText(version.createdAt), version.createdBy, version.remark});
+        array.append(versionJson(version, number));
+        --number;
+    }
+    context.out.setResult({{QStringLiteral("versions"), array}});
+    context.out.print(table);
+}
+
+} // namespace
+
+const Command &historyCommand()
+{
+    static const Command command{
+        "history",
+        "PATH",
+        QT_TRANSLATE_NOOP("velldoc", "list the versions of a file"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Lists the versions of the file PATH, newest first. \"velldoc get "
+                          "--version N\" fetches one."),
+        {},
+        {{"velldoc history /Drawings/plan.dwg",
+          QT_TRANSLATE_NOOP("velldoc", "who stored what, and when")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

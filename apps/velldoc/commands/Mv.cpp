@@ -1,0 +1,111 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Renaming.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/Json.h>
+
+namespace velldoc {
+
+namespace {
+
+VellDocument findEntry(Context &context, const QString &text)
+{
+    const VellDocument document = context.tree().find(RemotePath::parse(text));
+    if (document._id.isEmpty())
+        throw Failure(ExitUsage, Text::tr("The top level itself cannot be moved."));
+    return document;
+}
+
+void move(Context &context, const QList<VellDocument> &documents, const QString &folderId)
+{
+    QStringList ids;
+    for (const VellDocument &document : documents) {
+        if (document.parentId != folderId)
+            ids.append(document._id);
+    }
+    if (!ids.isEmpty())
+        context.session().change(
+            [&] { return VellDocumentData::instance()->moveToFolder(ids, folderId); });
+}
+
+void moveInto(Context &context, const QStringList &sources, const VellDocument &folder,
+              const RemotePath &path)
+{
+    QList<VellDocument> documents;
+    QJsonArray moved;
+    QSet<QString> names;
+    for (const QString &source : sources) {
+        VellDocument document = findEntry(context, source);
+        if (document.parentId != folder._id)
+            requireFreeName(context, folder._id, path.text(), document.name);
+        if (names.contains(document.name))
+            throw Failure(ExitUsage, Text::tr("Two of them are called \"%1\".").arg(document.name));
+        names.insert(document.name);
+        documents.append(document);
+        document.parentId = folder._id;
+        moved.append(documentJson(document, path.child(document.name).text()));
+    }
+    move(context, documents, folder._id);
+    context.out.setResult({{QStringLiteral("documents"), moved}});
+}
+
+//! Into another folder, under another name, or both.
+void moveTo(Context &context, const QString &source, const RemotePath &target)
+{
+    VellDocument document = findEntry(context, source);
+    const VellDocument folder = context.tree().findFolder(target.parent());
+    if (document.parentId != folder._id)
+        requireFreeName(context, folder._id, target.parent().text(), target.name());
+    // The name first: of two changes the one that is more likely to be refused.
+    document = renameDocument(context, document, target.name());
+    move(context, {document}, folder._id);
+    document.parentId = folder._id;
+    context.out.setResult(
+        {{QStringLiteral("documents"), QJsonArray{documentJson(document, target.text())}}});
+}
+
+void run(Context &context)
+{
+    QStringList sources = context.arguments(2, 0);
+    const RemotePath target = RemotePath::parse(sources.takeLast());
+    const std::optional<VellDocument> there = context.tree().tryFind(target);
+    if (there && there->type == QLatin1String("dir")) {
+        moveInto(context, sources, *there, target);
+        return;
+    }
+    if (there)
+        throw Failure(ExitFailed,
+                      Text::tr("%1 is there already: choose another name.").arg(target.text()));
+    if (sources.size() > 1 || target.endsWithSlash()) {
+        throw Failure(ExitNotFound,
+                      Text::tr("There is no folder %1: make it with \"velldoc mkdir -p\".")
+                          .arg(target.text()));
+    }
+    moveTo(context, sources.constFirst(), target);
+}
+
+} // namespace
+
+const Command &mvCommand()
+{
+    static const Command command{
+        "mv",
+        "SOURCE... TARGET",
+        QT_TRANSLATE_NOOP("velldoc", "move documents and folders"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Moves each SOURCE into the folder TARGET, or a single one to the place "
+                          "and name TARGET."),
+        {},
+        {
+            {"velldoc mv /in/a.dwg /in/b.dwg /Drawings",
+             QT_TRANSLATE_NOOP("velldoc", "two documents into a folder")},
+            {"velldoc mv /in/a.dwg /Drawings/plan.dwg",
+             QT_TRANSLATE_NOOP("velldoc", "to another folder under another name")},
+        },
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

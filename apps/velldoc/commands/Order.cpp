@@ -1,0 +1,93 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+
+#include <QCollator>
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace velldoc {
+
+namespace {
+
+QList<VellDocument> sortedByName(Context &context, const QString &path)
+{
+    QList<VellDocument> entries =
+        context.tree().entries(context.tree().findFolder(RemotePath::parse(path))._id);
+    QCollator collator;
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::sort(entries.begin(), entries.end(), [&](const VellDocument &a, const VellDocument &b) {
+        return collator.compare(a.name, b.name) < 0;
+    });
+    return entries;
+}
+
+//! The named ones in their order, then what else is in their folder, as it stands.
+QList<VellDocument> startingWith(Context &context, const QStringList &paths)
+{
+    QList<VellDocument> ordered;
+    QSet<QString> ids;
+    for (const QString &text : paths) {
+        const VellDocument document = context.tree().find(RemotePath::parse(text));
+        if (document._id.isEmpty())
+            throw Failure(ExitUsage, Text::tr("The top level has no place in an order."));
+        if (!ordered.isEmpty() && document.parentId != ordered.constFirst().parentId)
+            throw Failure(ExitUsage, Text::tr("An order concerns the entries of one folder."));
+        if (!ids.contains(document._id))
+            ordered.append(document);
+        ids.insert(document._id);
+    }
+    const QList<VellDocument> entries = context.tree().entries(ordered.constFirst().parentId);
+    for (const VellDocument &entry : entries) {
+        if (!ids.contains(entry._id))
+            ordered.append(entry);
+    }
+    return ordered;
+}
+
+void run(Context &context)
+{
+    const bool isByName = context.isSet("by-name");
+    const QStringList paths = context.arguments(1, isByName ? 1 : 0);
+    const QList<VellDocument> ordered =
+        isByName ? sortedByName(context, paths.constFirst()) : startingWith(context, paths);
+    QMap<QString, int> positions;
+    QJsonArray names;
+    for (const VellDocument &document : ordered) {
+        positions.insert(document._id, positions.size() + 1);
+        names.append(document.name);
+    }
+    if (!positions.isEmpty())
+        context.session().change(
+            [&] { return VellDocumentData::instance()->changeDocOrder(positions); });
+    context.out.setResult({{QStringLiteral("order"), names}});
+}
+
+} // namespace
+
+const Command &orderCommand()
+{
+    static const Command command{
+        "order",
+        "PATH... | --by-name FOLDER",
+        QT_TRANSLATE_NOOP("velldoc", "put the entries of a folder in order"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Puts the entries PATH of one folder first, in this order; the others "
+                          "follow as they stand. Lists show "
+                          "folders before files all the same."),
+        {{"by-name", nullptr,
+          QT_TRANSLATE_NOOP("velldoc", "Order a whole folder by name, numbers by their value.")}},
+        {
+            {"velldoc order /D/cover.pdf /D/plan.dwg",
+             QT_TRANSLATE_NOOP("velldoc", "these two first")},
+            {"velldoc order --by-name /D", QT_TRANSLATE_NOOP("velldoc", "Level 2 before Level 10")},
+        },
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

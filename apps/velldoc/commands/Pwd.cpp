@@ -1,0 +1,44 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/DisplayWidth.h>
+
+namespace velldoc {
+
+namespace {
+
+void run(Context &context)
+{
+    const RemotePath path = RemotePath::parse(context.arguments(1, 1).constFirst());
+    const VellDocument document = context.tree().find(path);
+    if (document._id.isEmpty())
+        throw Failure(ExitUsage, Text::tr("The top level has no password."));
+    QString pwd;
+    context.session().ask([&] { VellDocumentData::instance()->getDocPwd(document._id, pwd); });
+    context.out.setResult(
+        {{QStringLiteral("password"), pwd.isEmpty() ? QJsonValue() : QJsonValue(pwd)}});
+    if (pwd.isEmpty())
+        context.out.note(Text::tr("%1 has no password.").arg(path.text()));
+    else
+        context.out.print(printable(pwd));
+}
+
+} // namespace
+
+const Command &pwdCommand()
+{
+    static const Command command{
+        "pwd",
+        "PATH",
+        QT_TRANSLATE_NOOP("velldoc", "show the password of a document"),
+        QT_TRANSLATE_NOOP("velldoc", "Prints the password that opens the document PATH."),
+        {},
+        {{"velldoc pwd /Contracts/offer.pdf",
+          QT_TRANSLATE_NOOP("velldoc", "the password to open the offer with")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

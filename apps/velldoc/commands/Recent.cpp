@@ -1,0 +1,81 @@
+#include <async_ops/AsyncGetRecent.h>
+#include <document_service/VellDocumentData.h>
+#include <velldoc/AwaitJob.h>
+#include <velldoc/Context.h>
+#include <velldoc/FolderPaths.h>
+#include <velldoc/Listing.h>
+#include <velldoc/Marks.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+
+namespace velldoc {
+
+namespace {
+
+constexpr int RecentRecord = 2;
+
+QList<VellDocument> listUsed(Context &context)
+{
+    VellDocumentConditon condition;
+    condition.hasParentId = false;
+    condition.recordType = RecentRecord;
+    QList<VellDocument> documents;
+    context.session().ask(
+        [&] { VellDocumentData::instance()->getDocuments(condition, documents); });
+    return documents;
+}
+
+bool setUsed(const QString &id, bool isOn)
+{
+    return VellDocumentData::instance()->setRectentDocument(id, isOn);
+}
+
+//! The files that the user has stored last.
+void listStored(Context &context)
+{
+    context.arguments(0, 0);
+    Session &session = context.session();
+    if (session.userId().isEmpty())
+        throw Failure(
+            ExitFailed,
+            Text::tr("The service does not say who you are, so it cannot say what you stored."));
+    const auto documents = awaitJob<VellDocumentList, AsyncGetRecent>(
+        session, &AsyncGetRecent::getRecentDocsFinish,
+        [&](AsyncGetRecent &job) { job.getRecentDocs(QString(), context.value("category")); });
+    showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(session));
+    if (documents.isEmpty())
+        context.out.note(Text::tr("You have stored no files here."));
+}
+
+void run(Context &context)
+{
+    if (context.arguments().isEmpty())
+        listStored(context);
+    else
+        runMarkCommand(context, {listUsed, setUsed});
+}
+
+} // namespace
+
+const Command &recentCommand()
+{
+    static const Command command{
+        "recent",
+        "[list | add PATH... | remove PATH...]",
+        QT_TRANSLATE_NOOP("velldoc", "what you stored or used last"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Lists the 50 files that you stored last. \"list\" shows those that are "
+                          "marked as recently used; \"add\" and "
+                          "\"remove\" change these marks."),
+        {
+            {"l,long", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
+            {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The service's category word.")},
+        },
+        {{"velldoc recent -l", QT_TRANSLATE_NOOP("velldoc", "your last files with their times")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

@@ -1,0 +1,77 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/DisplayWidth.h>
+
+namespace velldoc {
+
+namespace {
+
+//! Where the remark stands: on the document, or on one version of it.
+struct Place
+{
+    QString id;
+    bool isVersion = false;
+    QString remark;
+};
+
+Place findPlace(Context &context, const QString &path)
+{
+    const VellDocument document = context.tree().find(RemotePath::parse(path));
+    if (document._id.isEmpty())
+        throw Failure(ExitUsage, Text::tr("The top level has no remark."));
+    const int number = context.number("version", 0);
+    if (number == 0)
+        return {document._id, false, document.remark};
+    QList<VellDocument> versions;
+    context.session().change(
+        [&] { return VellDocumentData::instance()->getDocHistory(document._id, versions); });
+    if (number > versions.size()) {
+        throw Failure(
+            ExitNotFound,
+            Text::tr("%1 has %n version(s), so there is no version %2.", nullptr, versions.size())
+                .arg(document.name, QString::number(number)));
+    }
+    const VellDocument &version = versions.at(versions.size() - number);
+    return {version._id, true, version.remark};
+}
+
+void run(Context &context)
+{
+    const QStringList arguments = context.arguments(1, 2);
+    Place place = findPlace(context, arguments.constFirst());
+    if (arguments.size() == 2) {
+        place.remark = arguments.constLast();
+        context.session().change([&] {
+            return VellDocumentData::instance()->updateDocRemake(place.isVersion, place.id,
+                                                                 place.remark);
+        });
+    } else if (!place.remark.isEmpty()) {
+        context.out.print(printable(place.remark));
+    }
+    context.out.setResult(
+        {{QStringLiteral("id"), place.id}, {QStringLiteral("remark"), place.remark}});
+}
+
+} // namespace
+
+const Command &remarkCommand()
+{
+    static const Command command{
+        "remark",
+        "PATH [TEXT]",
+        QT_TRANSLATE_NOOP("velldoc", "read or write a remark"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Prints the remark of the document PATH, or makes it TEXT; an empty TEXT removes it."),
+        {{"version", "N",
+          QT_TRANSLATE_NOOP("velldoc", "The remark of version N; 1 is the oldest.")}},
+        {{"velldoc remark --version 2 /Drawings/plan.dwg 'as built'",
+          QT_TRANSLATE_NOOP("velldoc", "a remark on one version")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

@@ -1,0 +1,40 @@
+#include <velldoc/Context.h>
+#include <velldoc/Renaming.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/Json.h>
+
+namespace velldoc {
+
+namespace {
+
+void run(Context &context)
+{
+    const QStringList arguments = context.arguments(2, 2);
+    const RemotePath path = RemotePath::parse(arguments.constFirst());
+    const VellDocument document = context.tree().find(path);
+    if (document._id.isEmpty())
+        throw Failure(ExitUsage, Text::tr("The top level has no name."));
+    const VellDocument renamed = renameDocument(context, document, arguments.constLast());
+    context.out.setResult({{QStringLiteral("document"), documentJson(renamed)}});
+}
+
+} // namespace
+
+const Command &renameCommand()
+{
+    static const Command command{
+        "rename",
+        "PATH NAME",
+        QT_TRANSLATE_NOOP("velldoc", "give a document or a folder another name"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Gives the document or folder PATH the name NAME, in the same folder."),
+        {},
+        {{"velldoc rename /Drawings/plan.dwg 'Level 1.dwg'",
+          QT_TRANSLATE_NOOP("velldoc", "the same drawing under another name")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

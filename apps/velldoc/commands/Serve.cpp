@@ -1,0 +1,57 @@
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+
+#include <cstdio>
+
+namespace velldoc {
+
+namespace {
+
+void announce(const QString &address)
+{
+    std::printf("%s\n", address.toUtf8().constData());
+    std::fflush(stdout);
+}
+
+void run(Context &context)
+{
+    context.arguments(0, 0);
+    if (context.out.isJson())
+        throw Failure(ExitUsage, Text::tr("serve has no result for --json."));
+    QString folder = context.value("data");
+    if (folder.isEmpty())
+        folder = context.settings.dataDir;
+    const QString address =
+        context.isSet("listen") ? context.value("listen") : QStringLiteral("127.0.0.1:0");
+    context.out.note(Text::tr("Serving %1; Ctrl-C ends it.").arg(folder));
+    EmbeddedService().serve(folder, address, announce);
+}
+
+} // namespace
+
+const Command &serveCommand()
+{
+    static const Command command{
+        "serve",
+        "[--listen ADDRESS:PORT] [--data DIR]",
+        QT_TRANSLATE_NOOP("velldoc", "run the service for others"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Serves the documents that velldoc keeps on this machine until Ctrl-C, "
+                          "and prints the address for --url. "
+                          "Other machines are served once the service has users; \"vell-service "
+                          "user --help\" tells how to add them."),
+        {
+            {"listen", "ADDRESS:PORT",
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Where to listen; any free port of this machine unless set.")},
+            {"data", "DIR", QT_TRANSLATE_NOOP("velldoc", "The data folder; your own unless set.")},
+        },
+        {{"velldoc serve --listen 127.0.0.1:8080",
+          QT_TRANSLATE_NOOP("velldoc", "for other programs of this machine")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

@@ -1,0 +1,159 @@
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/FolderPaths.h>
+#include <velldoc/Listing.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/Json.h>
+#include <velldoc/output/Question.h>
+
+namespace velldoc {
+
+namespace {
+
+constexpr int PageSize = 1000;
+
+VellDocumentConditon binCondition()
+{
+    VellDocumentConditon condition;
+    condition.category = QStringLiteral("recycle");
+    return condition;
+}
+
+//! What was deleted itself, the latest first.
+QList<VellDocument> readBin(Context &context)
+{
+    VellDocumentData &data = *VellDocumentData::instance();
+    QList<VellDocument> documents;
+    const int total =
+        context.session().ask([&] { return data.getDocumentsRecycledRangeCount(binCondition()); });
+    while (documents.size() < total) {
+        const int before = documents.size();
+        context.session().ask([&] {
+            data.getRecycledDocumentsRange(documents, before, PageSize, binCondition(),
+                                           VellDocumentSort());
+        });
+        if (documents.size() == before)
+            break;
+    }
+    return documents;
+}
+
+void list(Context &context)
+{
+    const QList<VellDocument> documents = readBin(context);
+    showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(context.session()));
+    if (documents.isEmpty())
+        context.out.note(Text::tr("The recycle bin is empty."));
+}
+
+VellDocument findInBin(const QList<VellDocument> &bin, const QString &text)
+{
+    const RemotePath path = RemotePath::parse(text);
+    QList<VellDocument> found;
+    for (const VellDocument &document : bin) {
+        if (path.isBareId() ? document._id == path.id() : document.name == path.name())
+            found.append(document);
+    }
+    if (found.isEmpty())
+        throw Failure(ExitNotFound, Text::tr("There is no %1 in the recycle bin.").arg(text));
+    if (found.size() == 1)
+        return found.constFirst();
+    QStringList ids;
+    for (const VellDocument &document : qAsConst(found))
+        ids.append(QStringLiteral("id:") + document._id);
+    throw Failure(
+        ExitFailed,
+        Text::tr("Several things in the recycle bin are called %1: say which one you mean, %2.")
+            .arg(text, ids.join(QStringLiteral(", "))));
+}
+
+void restore(Context &context, const QStringList &names)
+{
+    const QList<VellDocument> bin = readBin(context);
+    QList<VellDocument> documents;
+    for (const QString &name : names)
+        documents.append(findInBin(bin, name));
+    if (context.isSet("all"))
+        documents = bin;
+    if (documents.isEmpty() && !context.isSet("all"))
+        throw Failure(ExitUsage, Text::tr("Name what is to be restored, or pass --all."));
+    QJsonArray restored;
+    for (const VellDocument &document : qAsConst(documents)) {
+        const bool hasTwin = context.session().ask(
+            [&] { return VellDocumentData::instance()->uploadRecycleDoc(document._id); });
+        restored.append(QJsonObject{{QStringLiteral("document"), documentJson(document)},
+                                    {QStringLiteral("nameTaken"), hasTwin}});
+        context.out.setResult({{QStringLiteral("restored"), restored}});
+        if (hasTwin) {
+            context.out.note(
+                Text::tr(
+                    "%1 is back beside another entry of that name: rename it with \"velldoc rename "
+                    "id:%2 NAME\".")
+                    .arg(document.name, document._id));
+        }
+    }
+    context.out.note(Text::tr("%n document(s) restored.", nullptr, documents.size()));
+}
+
+void empty(Context &context)
+{
+    const int total = context.session().ask([&] {
+        return VellDocumentData::instance()->getDocumentsRecycledRangeCount(binCondition());
+    });
+    if (!context.isSet("yes")) {
+        if (!canAsk())
+            throw Failure(ExitUsage,
+                          Text::tr("Emptying cannot be undone: pass --yes if you mean it."));
+        if (!confirm(Text::tr("Delete %n document(s) for good?", nullptr, total)))
+            throw Failure(ExitFailed, Text::tr("Nothing was deleted."));
+    }
+    context.session().change(
+        [&] { return VellDocumentData::instance()->emptyRecycled(QStringLiteral("recycle")); });
+    context.out.setResult({{QStringLiteral("deleted"), total}});
+    context.out.note(Text::tr("%n document(s) deleted for good.", nullptr, total));
+}
+
+void run(Context &context)
+{
+    QStringList arguments = context.arguments();
+    const QString action = arguments.isEmpty() ? QStringLiteral("list") : arguments.takeFirst();
+    if (action == QLatin1String("restore")) {
+        restore(context, arguments);
+        return;
+    }
+    context.arguments(0, 1);
+    if (action == QLatin1String("list"))
+        list(context);
+    else if (action == QLatin1String("empty"))
+        empty(context);
+    else
+        throw Failure(ExitUsage,
+                      Text::tr("\"%1\" is none of list, restore and empty.").arg(action));
+}
+
+} // namespace
+
+const Command &trashCommand()
+{
+    static const Command command{
+        "trash",
+        "[list | restore NAME... | empty]",
+        QT_TRANSLATE_NOOP("velldoc", "look into the recycle bin, restore, empty"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Lists what is in the recycle bin, brings back what is named (by name or "
+                          "id:...), or deletes "
+                          "everything in it for good."),
+        {
+            {"l,long", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
+            {"all", nullptr, QT_TRANSLATE_NOOP("velldoc", "Restore everything.")},
+            {"y,yes", nullptr, QT_TRANSLATE_NOOP("velldoc", "Empty without asking.")},
+        },
+        {{"velldoc trash restore plan.dwg", QT_TRANSLATE_NOOP("velldoc", "bring a document back")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

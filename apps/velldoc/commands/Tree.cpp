@@ -1,0 +1,137 @@
+#include <document_model/DocumentConversions.h>
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Context.h>
+#include <velldoc/Listing.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/HumanText.h>
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace velldoc {
+
+namespace {
+
+bool isFolder(const VellDocument &document)
+{
+    return document.type == QLatin1String("dir");
+}
+
+//! Everything below \a folder as the library folds it: those directly in it are the roots.
+QList<VellDocument> readTree(Context &context, const VellDocument &folder)
+{
+    VellDocumentConditon condition;
+    condition.parentId = folder._id;
+    condition.selectTree = true;
+    QList<VellDocument> documents;
+    context.session().ask(
+        [&] { VellDocumentData::instance()->getDocuments(condition, documents); });
+    for (VellDocument &document : documents) {
+        if (document.parentId == folder._id)
+            document.parentId.clear();
+    }
+    std::sort(documents.begin(), documents.end(), [](const VellDocument &a, const VellDocument &b) {
+        return a.type == b.type ? a.name < b.name : a.type < b.type;
+    });
+    VellPubDoc::makeDocListTree(documents);
+    return documents;
+}
+
+class Drawing
+{
+public:
+    explicit Drawing(const Context &context)
+        : m_context(context), m_depth(context.number("depth", 0)),
+          m_foldersOnly(context.isSet("directories"))
+    {}
+
+    QJsonArray draw(const QList<VellDocument> &documents, const QString &margin = {}, int depth = 1)
+    {
+        QJsonArray array;
+        QList<VellDocument> shown;
+        for (const VellDocument &document : documents) {
+            if (isFolder(document) || !m_foldersOnly)
+                shown.append(document);
+        }
+        for (int i = 0; i < shown.size(); ++i) {
+            const VellDocument &document = shown.at(i);
+            const bool isLast = i + 1 == shown.size();
+            const QString branch = isLast ? QStringLiteral("└── ") : QStringLiteral("├── ");
+            m_context.out.print(margin + branch + label(document));
+            ++(isFolder(document) ? m_folders : m_files);
+            const QString below =
+                margin + (isLast ? QStringLiteral("    ") : QStringLiteral("│   "));
+            QJsonObject object{{QStringLiteral("id"), document._id},
+                               {QStringLiteral("name"), document.name},
+                               {QStringLiteral("type"), document.type}};
+            if (!isFolder(document))
+                object.insert(QStringLiteral("size"), document.fileSize);
+            else if (m_depth == 0 || depth < m_depth)
+                object.insert(QStringLiteral("children"),
+                              draw(document.children, below, depth + 1));
+            array.append(object);
+        }
+        return array;
+    }
+
+    QString summary() const
+    {
+        return Text::tr("%n folder(s)", nullptr, m_folders) + QLatin1String(", ")
+            + Text::tr("%n file(s)", nullptr, m_files);
+    }
+
+private:
+    QString label(const VellDocument &document) const
+    {
+        if (isFolder(document) || !m_context.isSet("l"))
+            return printable(shownName(document));
+        return printable(document.name) + QStringLiteral("  (%1)").arg(sizeText(document.fileSize));
+    }
+
+    const Context &m_context;
+    const int m_depth;
+    const bool m_foldersOnly;
+    int m_folders = 0;
+    int m_files = 0;
+};
+
+void run(Context &context)
+{
+    const RemotePath path =
+        RemotePath::parse(context.arguments(0, 1).value(0, QStringLiteral("/")));
+    const VellDocument folder = context.tree().findFolder(path);
+    const QList<VellDocument> documents = readTree(context, folder);
+    context.out.print(Output::strong(printedPath(path)));
+    Drawing drawing(context);
+    const QJsonArray children = drawing.draw(documents);
+    context.out.setResult(
+        {{QStringLiteral("path"), path.text()}, {QStringLiteral("children"), children}});
+    context.out.note(drawing.summary());
+}
+
+} // namespace
+
+const Command &treeCommand()
+{
+    static const Command command{
+        "tree",
+        "[-ld] [PATH]",
+        QT_TRANSLATE_NOOP("velldoc", "draw a folder with everything below"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Draws the folder PATH, the whole project without one, as a tree."),
+        {
+            {"l,long", nullptr, QT_TRANSLATE_NOOP("velldoc", "Sizes behind the names of files.")},
+            {"d,directories", nullptr, QT_TRANSLATE_NOOP("velldoc", "Folders only.")},
+            {"depth", "N", QT_TRANSLATE_NOOP("velldoc", "Only so many levels.")},
+        },
+        {{"velldoc tree -d --depth 2 /",
+          QT_TRANSLATE_NOOP("velldoc", "the upper two levels of folders")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

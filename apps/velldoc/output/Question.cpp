@@ -1,0 +1,37 @@
+#include <velldoc/output/Question.h>
+
+#include <velldoc/Text.h>
+#include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/Interrupt.h>
+#include <velldoc/output/Terminal.h>
+
+#include <cstdio>
+
+namespace velldoc {
+
+bool canAsk()
+{
+    return terminal::isTerminal(stdin) && terminal::isTerminal(stderr);
+}
+
+bool confirm(const QString &question)
+{
+    say(printable(question) + QLatin1Char(' ') + Text::tr("[y/N] "));
+    QString answer;
+    const bool isAnswered = terminal::readLine(&answer);
+    if (!isAnswered)
+        say(QStringLiteral("\n"));
+    Interrupt::check();
+    const QString key = Text::tr("y", "the key for yes");
+    return isAnswered && !answer.isEmpty()
+        && (answer.startsWith(key, Qt::CaseInsensitive)
+            || answer.startsWith(QLatin1Char('y'), Qt::CaseInsensitive));
+}
+
+void say(const QString &text)
+{
+    std::fputs(text.toUtf8().constData(), stderr);
+    std::fflush(stderr);
+}
+
+} // namespace velldoc

@@ -1,0 +1,198 @@
+#include "VelldocWorld.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QProcess>
+#include <QTest>
+
+class TestVelldocRecovery : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void uploadSurvivesFaults_data();
+    void uploadSurvivesFaults();
+    void updateWhoseReplyIsLostIsMadeOnce();
+    void uploadGivesUpAndSaysWhy_data();
+    void uploadGivesUpAndSaysWhy();
+    void chunkThatIsNeverKeptEndsTheUpload();
+    void fileThatChangesMeanwhileIsSentAgain();
+    void largeFolderIsQuick();
+    void largeFileIsUnharmed();
+
+private:
+    static FaultRule fault(const char *specification);
+};
+
+FaultRule TestVelldocRecovery::fault(const char *specification)
+{
+    FaultRule rule;
+    QString error;
+    if (!FaultRule::parse(QString::fromLatin1(specification), &rule, &error))
+        qFatal("%s", qPrintable(error));
+    return rule;
+}
+
+void TestVelldocRecovery::uploadSurvivesFaults_data()
+{
+    QTest::addColumn<qint64>("bytes");
+    QTest::addColumn<QByteArray>("specification");
+    const qint64 small = 100'000;
+    const qint64 large = 20'000'000;
+    QTest::newRow("small: reply to the file lost")
+        << small << QByteArray("lose-reply,verb=POST,path=/base-service/files");
+    QTest::newRow("small: reply to the document lost")
+        << small << QByteArray("lose-reply,verb=POST,path=/document-service/projects");
+    QTest::newRow("small: connection lost on the way")
+        << small << QByteArray("drop-after=5000,verb=POST,times=2");
+    QTest::newRow("small: not available") << small << QByteArray("status=503,verb=POST,times=3");
+    QTest::newRow("small: reply cut short")
+        << small << QByteArray("cut-reply=5,verb=POST,path=/document-service");
+    QTest::newRow("large: reply to a chunk lost")
+        << large << QByteArray("lose-reply,verb=POST,path=/base-service/largefiles,nth=2");
+    QTest::newRow("large: connection lost on the way")
+        << large
+        << QByteArray("drop-after=100000,verb=POST,path=/base-service/largefiles,nth=3,times=2");
+    QTest::newRow("large: chunks forgotten")
+        << large
+        << QByteArray("forget-chunk,verb=POST,path=/base-service/largefiles,nth=2,times=3");
+    QTest::newRow("large: reply to the last chunk lost")
+        << large << QByteArray("lose-reply,verb=POST,path=/base-service/largefiles,nth=5");
+    QTest::newRow("large: reply to the document lost")
+        << large << QByteArray("lose-reply,verb=POST,path=/document-service/projects");
+}
+
+void TestVelldocRecovery::uploadSurvivesFaults()
+{
+    QFETCH(qint64, bytes);
+    QFETCH(QByteArray, specification);
+    VelldocWorld world;
+    const QString local = world.writeUnequalBlocks(QStringLiteral("f"), bytes);
+    world.service().addFault(fault(specification.constData()));
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.service().clearFaults();
+    // Once, and whole.
+    QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("f\n"));
+    world.succeed({QStringLiteral("get"), QStringLiteral("/f"), QStringLiteral("back")});
+    QVERIFY(VelldocWorld::read(world.path(QStringLiteral("back"))) == VelldocWorld::read(local));
+}
+
+void TestVelldocRecovery::updateWhoseReplyIsLostIsMadeOnce()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("f"), "one");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.write(QStringLiteral("f"), "two");
+    world.service().addFault(fault("lose-reply,verb=PUT,path=/document-service/documents"));
+    world.succeed({QStringLiteral("put"), QStringLiteral("-u"), local, QStringLiteral("/")});
+    const VelldocRun run =
+        world.succeed({QStringLiteral("history"), QStringLiteral("--json"), QStringLiteral("/f")});
+    QCOMPARE(run.result().value(QLatin1String("versions")).toArray().size(), 2);
+}
+
+void TestVelldocRecovery::uploadGivesUpAndSaysWhy_data()
+{
+    QTest::addColumn<QByteArray>("specification");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("sentence");
+    QTest::newRow("no room") << QByteArray("no-room,verb=POST,times=0") << 1
+                             << QStringLiteral("Make room there");
+    QTest::newRow("refused") << QByteArray("status=400,verb=POST,times=0") << 1
+                             << QStringLiteral("told to refuse this request");
+    QTest::newRow("not allowed") << QByteArray("status=403,verb=POST,times=0") << 4
+                                 << QStringLiteral("told to refuse this request");
+}
+
+void TestVelldocRecovery::uploadGivesUpAndSaysWhy()
+{
+    QFETCH(QByteArray, specification);
+    QFETCH(QString, sentence);
+    VelldocWorld world;
+    world.service().addFault(fault(specification.constData()));
+    QElapsedTimer clock;
+    clock.start();
+    const VelldocRun run = world.run(
+        {QStringLiteral("put"), world.write(QStringLiteral("f"), "1"), QStringLiteral("/")});
+    QTEST(run.exitCode, "exitCode");
+    QVERIFY2(run.error.contains(sentence), qPrintable(run.error));
+    QVERIFY2(clock.elapsed() < 5000, "it was tried again although that could not help");
+}
+
+void TestVelldocRecovery::chunkThatIsNeverKeptEndsTheUpload()
+{
+    VelldocWorld world;
+    const QString local = world.writeUnequalBlocks(QStringLiteral("f"), 12'000'000);
+    world.service().addFault(
+        fault("forget-chunk,verb=POST,path=/base-service/largefiles,nth=2,times=0"));
+    const VelldocRun run = world.run({QStringLiteral("put"), local, QStringLiteral("/")});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.error.contains(QLatin1String("did not say that it has the file")),
+             qPrintable(run.error));
+}
+
+void TestVelldocRecovery::fileThatChangesMeanwhileIsSentAgain()
+{
+    VelldocWorld world;
+    const QString local = world.writeUnequalBlocks(QStringLiteral("f"), 40'000'000);
+    world.service().addFault(fault("slow=200,verb=POST,path=/base-service/largefiles,times=4"));
+    QProcess process;
+    process.setProcessEnvironment(world.environment);
+    process.start(VelldocWorld::program(),
+                  {QStringLiteral("--url"), world.baseApi(), QStringLiteral("put"), local,
+                   QStringLiteral("/")});
+    // The first chunk is there once the service has its part file.
+    const QString store = world.path(QStringLiteral("service"));
+    const auto hasPart = [&] {
+        const auto folders = QDir(store).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const QFileInfo &folder : folders) {
+            const auto files = QDir(folder.filePath()).entryInfoList(QDir::Files, QDir::Size);
+            if (!files.isEmpty() && files.constFirst().size() >= 4'194'304)
+                return true;
+        }
+        return false;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasPart(), 20'000);
+    QFile file(local);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.seek(39'000'000));
+    file.write("something else");
+    file.close();
+    QVERIFY(process.waitForFinished(60'000));
+    QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
+    world.succeed({QStringLiteral("get"), QStringLiteral("/f"), QStringLiteral("back")});
+    QVERIFY(VelldocWorld::read(world.path(QStringLiteral("back"))) == VelldocWorld::read(local));
+}
+
+void TestVelldocRecovery::largeFolderIsQuick()
+{
+    VelldocWorld world;
+    for (int i = 0; i < 2000; ++i)
+        world.write(QStringLiteral("many/%1/f%2").arg(i % 10).arg(i), QByteArray::number(i));
+    world.succeed({QStringLiteral("put"), QStringLiteral("many"), QStringLiteral("/")});
+    world.succeed({QStringLiteral("get"), QStringLiteral("-r"), QStringLiteral("/many"),
+                   QStringLiteral("back")});
+    for (int i = 0; i < 2000; ++i) {
+        const QString back = world.path(QStringLiteral("back/%1/f%2").arg(i % 10).arg(i));
+        QCOMPARE(VelldocWorld::read(back), QByteArray::number(i));
+    }
+}
+
+void TestVelldocRecovery::largeFileIsUnharmed()
+{
+    VelldocWorld world;
+    const QString local =
+        world.writeUnequalBlocks(QStringLiteral("big"), 300 * 1024 * 1024 + 12'345);
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.succeed({QStringLiteral("get"), QStringLiteral("/big"), QStringLiteral("back")});
+    QFile one(local);
+    QFile two(world.path(QStringLiteral("back")));
+    QVERIFY(one.open(QIODevice::ReadOnly) && two.open(QIODevice::ReadOnly));
+    QCOMPARE(two.size(), one.size());
+    while (!one.atEnd())
+        QVERIFY(one.read(4'000'000) == two.read(4'000'000));
+}
+
+QTEST_GUILESS_MAIN(TestVelldocRecovery)
+#include "tst_velldoc_recovery.moc"
