@@ -31,6 +31,7 @@ struct Command
     QVector<CommandOption> options;
     QVector<CommandExample> examples;
     void (*run)(Context &context); //!< throws Failure
+    QVector<const char *> actions = {}; //!< words that can stand behind the name, for completion
 };
 
 } // namespace velldoc

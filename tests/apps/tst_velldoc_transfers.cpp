@@ -130,7 +130,7 @@ void TestVelldocTransfers::conflictCancelsWithoutATerminal()
     world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
     const VelldocRun run = world.run({QStringLiteral("put"), other, local, QStringLiteral("/")});
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("/a is there already, so nothing was sent")),
+    QVERIFY2(run.error.contains(QLatin1String("/a is there already, so no file was sent")),
              qPrintable(run.error));
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("a\n"));
 }

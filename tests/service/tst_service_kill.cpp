@@ -44,7 +44,7 @@ private:
 
 namespace {
 
-constexpr int Kills = 30;
+constexpr int Kills = 25;
 const QString documentsPath = QStringLiteral("document-service/projects/p1/documents");
 
 } // namespace
@@ -76,10 +76,13 @@ void TestServiceKill::nothingAcknowledgedIsLost()
 
 void TestServiceKill::workUntilKilled()
 {
+    // By work, not by time, so that a busy machine gets as much of it done.
+    for (int left = m_random.bounded(3, 15); left > 0;)
+        left -= doSomething() ? 1 : 0;
     QTimer killer;
     killer.setSingleShot(true);
     connect(&killer, &QTimer::timeout, this, [this] { m_process.kill(); });
-    killer.start(static_cast<int>(m_random.bounded(10, 150)));
+    killer.start(m_random.bounded(0, 25));
     while (m_process.isRunning()) {
         doSomething();
         QCoreApplication::processEvents();
@@ -106,7 +109,7 @@ bool TestServiceKill::makeDocument()
     const QByteArray content = QByteArray::number(m_counter) + QByteArray(m_counter, 'x');
     const HttpAnswer upload = m_client.postForm(QStringLiteral("base-service/files"),
                                                 {{QStringLiteral("file/f"), content}});
-    if (upload.status != 200)
+    if (!upload.isSuccess())
         return false;
     const QString name = QStringLiteral("document %1").arg(m_counter);
     const HttpAnswer made = m_client.post(
@@ -114,7 +117,7 @@ bool TestServiceKill::makeDocument()
         {{QStringLiteral("name"), name},
          {QStringLiteral("type"), QStringLiteral("file")},
          {QStringLiteral("file"), upload.object().value(QStringLiteral("files")).toArray().at(0)}});
-    if (made.status != 200)
+    if (!made.isSuccess())
         return false;
     m_names.insert(made.object().value(QStringLiteral("_id")).toString(), name);
     return true;
@@ -129,11 +132,11 @@ bool TestServiceKill::renameDocument()
     const QString name = QStringLiteral("renamed %1").arg(++m_counter);
     const HttpAnswer answer = m_client.put(QStringLiteral("document-service/documents/") + id,
                                            {{QStringLiteral("name"), name}});
-    if (answer.status == 200)
+    if (answer.isSuccess())
         m_names.insert(id, name);
     else
         m_unsure.insert(id);
-    return answer.status == 200;
+    return answer.isSuccess();
 }
 
 bool TestServiceKill::deleteDocument()
@@ -143,17 +146,17 @@ bool TestServiceKill::deleteDocument()
     if (id.isEmpty())
         return false;
     const HttpAnswer answer = m_client.remove(QStringLiteral("document-service/documents/") + id);
-    if (answer.status == 200)
+    if (answer.isSuccess())
         m_names.insert(id, QString());
     else
         m_unsure.insert(id);
-    return answer.status == 200;
+    return answer.isSuccess();
 }
 
 bool TestServiceKill::sendChunk()
 {
     const HttpAnswer answer = m_upload->send(m_client, m_savedChunks);
-    if (answer.status != 200)
+    if (!answer.isSuccess())
         return false;
     m_savedChunks = answer.object().value(QStringLiteral("savedChunk")).toInt();
     if (m_savedChunks == m_upload->chunkCount()) {
@@ -166,7 +169,9 @@ bool TestServiceKill::sendChunk()
 void TestServiceKill::checkDocuments()
 {
     QMap<QString, QString> found;
-    const QJsonArray list = m_client.get(documentsPath).array();
+    const HttpAnswer answer = m_client.get(documentsPath);
+    QVERIFY2(answer.status == 200, answer.body.constData());
+    const QJsonArray list = answer.array();
     for (const QJsonValue &document : list)
         found.insert(document.toObject().value(QStringLiteral("_id")).toString(),
                      document.toObject().value(QStringLiteral("name")).toString());
@@ -181,6 +186,7 @@ void TestServiceKill::checkDocuments()
 void TestServiceKill::checkUpload()
 {
     const HttpAnswer record = m_upload->record(m_client);
+    QVERIFY2(record.status == 200 || record.status == 404, record.body.constData());
     const int saved = record.object().value(QStringLiteral("savedChunk")).toInt();
     QVERIFY2(saved >= m_savedChunks, "an acknowledged chunk was lost");
     QVERIFY2(saved <= m_savedChunks + 1, "a chunk is counted that was never sent");

@@ -29,7 +29,9 @@ QStringList commandWords()
 //! The entries of the folder that \a start names so far; folders end with "/".
 QStringList remotePaths(Context &context, const QString &start)
 {
-    const QString folderText = start.left(start.lastIndexOf(QLatin1Char('/')) + 1);
+    QString folderText = start.left(start.lastIndexOf(QLatin1Char('/')) + 1);
+    if (start.isEmpty())
+        folderText = QStringLiteral("/");
     const VellDocument folder = context.tree().findFolder(RemotePath::parse(folderText));
     QStringList words;
     const QList<VellDocument> entries = context.tree().entries(folder._id);
@@ -52,7 +54,12 @@ QStringList candidates(Context &context, const QStringList &words)
             + (command ? optionWords(command->options) : QStringList());
     if (command == nullptr || command == &helpCommand())
         return commandWords();
-    return remotePaths(context, last.isEmpty() ? QStringLiteral("/") : last);
+    QStringList all;
+    if (words.indexOf(QString::fromLatin1(command->name)) + 2 == words.size()) {
+        for (const char *const action : command->actions)
+            all.append(QString::fromLatin1(action));
+    }
+    return all + remotePaths(context, last);
 }
 
 void run(Context &context)

@@ -66,6 +66,7 @@ const Command &favCommand()
           QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")}},
         {{"velldoc fav add /Drawings/plan.dwg", QT_TRANSLATE_NOOP("velldoc", "a new favourite")}},
         run,
+        {"list", "add", "remove", "check"},
     };
     return command;
 }

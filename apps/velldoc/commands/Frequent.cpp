@@ -45,6 +45,7 @@ const Command &frequentCommand()
         {{"velldoc frequent add /Drawings/plan.dwg",
           QT_TRANSLATE_NOOP("velldoc", "a document for the list")}},
         run,
+        {"list", "add", "remove"},
     };
     return command;
 }

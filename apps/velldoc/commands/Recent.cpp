@@ -74,6 +74,7 @@ const Command &recentCommand()
         },
         {{"velldoc recent -l", QT_TRANSLATE_NOOP("velldoc", "your last files with their times")}},
         run,
+        {"list", "add", "remove"},
     };
     return command;
 }

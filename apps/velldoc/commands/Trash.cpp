@@ -152,6 +152,7 @@ const Command &trashCommand()
         },
         {{"velldoc trash restore plan.dwg", QT_TRANSLATE_NOOP("velldoc", "bring a document back")}},
         run,
+        {"list", "restore", "empty"},
     };
     return command;
 }

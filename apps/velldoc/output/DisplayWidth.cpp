@@ -35,6 +35,14 @@ bool isWide(uint character)
     return range != WideRanges.end() && range->first <= character;
 }
 
+//! Full-width punctuation that no line may begin with.
+bool isClosing(uint character)
+{
+    constexpr std::array<uint, 9> Closing{0x3001, 0x3002, 0x201D, 0xFF01, 0xFF09,
+                                          0xFF0C, 0xFF1A, 0xFF1B, 0xFF1F};
+    return std::find(Closing.begin(), Closing.end(), character) != Closing.end();
+}
+
 int characterWidth(uint character)
 {
     switch (QChar::category(character)) {
@@ -105,7 +113,7 @@ QStringList wrapped(const QString &text, int width)
     };
     const QVector<uint> characters = text.toUcs4();
     for (const uint character : characters) {
-        if (character == ' ' || isWide(character))
+        if (character == ' ' || (isWide(character) && !isClosing(character)))
             takeWord();
         word += QString::fromUcs4(&character, 1);
     }

@@ -42,7 +42,7 @@ QString questionText(const QString &remotePath, const QString &newName, bool can
     if (canReplace)
         lines.append(Text::tr("  r  replace it: the file becomes its new version"));
     lines += {Text::tr("  n  keep it, and store the file as %1").arg(newName),
-              Text::tr("  s  skip the file"), Text::tr("  c  cancel; nothing is sent")};
+              Text::tr("  s  skip the file"), Text::tr("  c  cancel; no file is sent")};
     QString text;
     for (const QString &line : qAsConst(lines))
         text += printable(line) + QLatin1Char('\n');

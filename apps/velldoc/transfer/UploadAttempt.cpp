@@ -52,8 +52,10 @@ void UploadAttempt::start()
     document.parentId = m_task.parentId;
     document.fileSize = m_task.sizeBytes;
     m_isHashing = m_task.isChunked();
-    if (m_isHashing)
+    if (m_isHashing) {
         m_hashWatch.start();
+        Q_EMIT progressed();
+    }
     if (m_task.replaced)
         m_job->updateDocument(document.hostId, document);
     else

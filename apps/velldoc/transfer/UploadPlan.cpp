@@ -120,7 +120,7 @@ bool UploadPlan::settleConflict(UploadTask &task, const VellDocument &taken,
     }
     throw Failure(
         ExitFailed,
-        Text::tr("%1 is there already, so nothing was sent: pass --update for a new version, or "
+        Text::tr("%1 is there already, so no file was sent: pass --update for a new version, or "
                  "--on-conflict rename or skip.")
             .arg(task.remotePath));
 }

@@ -2,1257 +2,1288 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>ReplyWatch</name>
+    <message>
+        <source>The file could not be read to its end</source>
+        <translation>文件无法读到末尾</translation>
+    </message>
+    <message>
+        <source>The connection was closed before the answer came</source>
+        <translation>连接在收到应答前已关闭</translation>
+    </message>
+    <message>
+        <source>Nothing was sent or received for too long</source>
+        <translation>长时间没有收发任何数据</translation>
+    </message>
+    <message>
+        <source>The service redirected to an address that is not encrypted</source>
+        <translation>服务重定向到未加密的地址</translation>
+    </message>
+    <message>
+        <source>The service redirected to another server, which must not get the access token</source>
+        <translation>服务重定向到另一台服务器，访问令牌不能发给它</translation>
+    </message>
+    <message>
+        <source>The service redirected a change, which would not be made there</source>
+        <translation>服务把修改请求重定向到别处，修改不会在那里执行</translation>
+    </message>
+    <message>
+        <source>The service answered %1 %2</source>
+        <translation>服务应答 %1 %2</translation>
+    </message>
+</context>
+<context>
     <name>velldoc</name>
     <message>
         <source>There is no option &quot;%1&quot;: see &quot;velldoc help&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有选项“%1”：请看“velldoc help”。</translation>
     </message>
     <message>
         <source>velldoc: the documents of a project, from the command line</source>
-        <translation type="unfinished"></translation>
+        <translation>velldoc：在命令行中使用项目文档</translation>
     </message>
     <message>
         <source>velldoc [OPTIONS] COMMAND [ARGUMENTS]</source>
-        <translation type="unfinished"></translation>
+        <translation>velldoc [选项] 命令 [参数]</translation>
     </message>
     <message>
         <source>Options of every command</source>
-        <translation type="unfinished"></translation>
+        <translation>所有命令的选项</translation>
     </message>
     <message>
         <source>&quot;velldoc help COMMAND&quot; tells more, with examples. Paths are names from the top level (/Drawings/plan.dwg) or identifiers (id:...); put -- in front of names that begin with a dash.</source>
-        <translation type="unfinished"></translation>
+        <translation>“velldoc help 命令”有更多说明和示例。路径是从顶层开始的名称（/图纸/平面.dwg），或标识（id:...）；以短横线开头的名称前请加 --。</translation>
     </message>
     <message>
         <source>Options</source>
-        <translation type="unfinished"></translation>
+        <translation>选项</translation>
     </message>
     <message>
         <source>Examples</source>
-        <translation type="unfinished"></translation>
+        <translation>示例</translation>
     </message>
     <message>
         <source>What answers at %1 is no document service: check the address.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 处的服务不是文档服务：请检查地址。</translation>
     </message>
     <message>
         <source>The service at %1 cannot be reached: check the address and the network, then try again. (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>无法连接服务 %1：请检查地址和网络，然后重试。（%2）</translation>
     </message>
     <message>
         <source>Run &quot;velldoc login&quot; or pass --token.</source>
-        <translation type="unfinished"></translation>
+        <translation>请运行“velldoc login”或使用 --token。</translation>
     </message>
     <message>
         <source>Make room there, then run the same command again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请先在服务端腾出空间，再运行同一命令。</translation>
     </message>
     <message>
         <source>The service did not do it and did not say why.</source>
-        <translation type="unfinished"></translation>
+        <translation>服务没有执行该操作，也没有说明原因。</translation>
     </message>
     <message>
         <source>Kind</source>
-        <translation type="unfinished"></translation>
+        <translation>类型</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>大小</translation>
     </message>
     <message>
         <source>Changed</source>
-        <translation type="unfinished"></translation>
+        <translation>修改时间</translation>
     </message>
     <message>
         <source>By</source>
-        <translation type="unfinished"></translation>
+        <translation>修改人</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>名称</translation>
     </message>
     <message>
         <source>Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>文件夹</translation>
     </message>
     <message>
         <source>There is no %1 in the project.</source>
-        <translation type="unfinished"></translation>
+        <translation>项目中没有 %1。</translation>
     </message>
     <message>
         <source>%1 is a file, not a folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是文件，不是文件夹。</translation>
     </message>
     <message>
         <source>%1 is the name of %2 entries: say which one you mean, %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>有 %2 项名为 %1：请指明是哪一项，%3。</translation>
     </message>
     <message>
         <source>There is no document id:%1.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有文档 id:%1。</translation>
     </message>
     <message>
         <source>See &quot;velldoc help %1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>请看“velldoc help %1”。</translation>
     </message>
     <message>
         <source>The output could not be written.</source>
-        <translation type="unfinished"></translation>
+        <translation>输出无法写入。</translation>
     </message>
     <message>
         <source>There is no command &quot;%1&quot;: see &quot;velldoc help&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有命令“%1”：请看“velldoc help”。</translation>
     </message>
     <message>
         <source>Interrupted.</source>
-        <translation type="unfinished"></translation>
+        <translation>已中断。</translation>
     </message>
     <message>
         <source>%1 of %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 / %2</translation>
     </message>
     <message>
         <source>%1 left</source>
-        <translation type="unfinished"></translation>
+        <translation>剩余 %1</translation>
     </message>
     <message>
         <source>%1/s</source>
-        <translation type="unfinished"></translation>
+        <translation>%1/秒</translation>
     </message>
     <message>
         <source>Something is missing on the command line.</source>
-        <translation type="unfinished"></translation>
+        <translation>命令行缺少参数。</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is too much on the command line.</source>
-        <translation type="unfinished"></translation>
+        <translation>命令行多了“%1”。</translation>
     </message>
     <message>
         <source>--%1 takes a whole number, not &quot;%2&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>--%1 需要整数，而不是“%2”。</translation>
     </message>
     <message>
         <source>This velldoc was built without a service of its own: name one with --url, for example one started with &quot;vell-service --data DIR&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>此 velldoc 不含自带的服务：请用 --url 指定服务，例如用“vell-service --data 目录”启动的服务。</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is no address: write it like 127.0.0.1:8080.</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”不是地址：请写成 127.0.0.1:8080 的形式。</translation>
     </message>
     <message>
         <source>Another velldoc is working on %1: try again when it has finished, or share the folder with &quot;velldoc serve&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>另一个 velldoc 正在使用 %1：请等它结束后重试，或用“velldoc serve”共享该文件夹。</translation>
     </message>
     <message>
         <source>The base address of the service.</source>
-        <translation type="unfinished"></translation>
+        <translation>服务的基地址。</translation>
     </message>
     <message>
         <source>The project; &quot;default&quot; unless set.</source>
-        <translation type="unfinished"></translation>
+        <translation>项目；未设置时为“default”。</translation>
     </message>
     <message>
         <source>The access token.</source>
-        <translation type="unfinished"></translation>
+        <translation>访问令牌。</translation>
     </message>
     <message>
         <source>Print one JSON document.</source>
-        <translation type="unfinished"></translation>
+        <translation>输出一个 JSON 文档。</translation>
     </message>
     <message>
         <source>Explain the command.</source>
-        <translation type="unfinished"></translation>
+        <translation>说明此命令。</translation>
     </message>
     <message>
         <source>The file %1 cannot be written.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件 %1 无法写入。</translation>
     </message>
     <message>
         <source>Interrupted. Run the same command again to go on.</source>
-        <translation type="unfinished"></translation>
+        <translation>已中断。再次运行同一命令即可继续。</translation>
     </message>
     <message>
         <source>%1 changed while it was being sent.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 在发送过程中发生了变化。</translation>
     </message>
     <message>
         <source>%1: %2 Trying again.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1：%2 正在重试。</translation>
     </message>
     <message>
         <source>The service did not say that it has the file.</source>
-        <translation type="unfinished"></translation>
+        <translation>服务没有确认已收到文件。</translation>
     </message>
     <message>
         <source>Checking %1</source>
-        <translation type="unfinished"></translation>
+        <translation>正在校验 %1</translation>
     </message>
     <message numerus="yes">
         <source>%1 of %n file(s)</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>第 %1 个，共 %n 个文件</numerusform>
         </translation>
     </message>
     <message>
         <source>it is a link to a folder</source>
-        <translation type="unfinished"></translation>
+        <translation>它是指向文件夹的链接</translation>
     </message>
     <message>
         <source>it cannot be read</source>
-        <translation type="unfinished"></translation>
+        <translation>无法读取</translation>
     </message>
     <message>
         <source>%1 is a file, so the folder %2 cannot be stored there.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是文件，因此文件夹 %2 无法存到那里。</translation>
     </message>
     <message>
         <source>it is no plain file</source>
-        <translation type="unfinished"></translation>
+        <translation>它不是普通文件</translation>
     </message>
     <message>
         <source>it is not there</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 is there already, so nothing was sent: pass --update for a new version, or --on-conflict rename or skip.</source>
-        <translation type="unfinished"></translation>
+        <translation>它不存在</translation>
     </message>
     <message>
         <source>What arrived is not what the service has: try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>收到的内容与服务端不一致：请重试。</translation>
     </message>
     <message>
         <source>The content cannot be written: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>内容无法写入：%1。</translation>
     </message>
     <message>
         <source>%1 cannot be written: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 无法写入：%2。</translation>
     </message>
     <message>
         <source>%1 arrived with %2 bytes instead of %3: try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 收到 %2 字节，应为 %3 字节：请重试。</translation>
     </message>
     <message>
         <source>--on-conflict takes ask, replace, rename, skip or cancel, not &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>--on-conflict 可取 ask、replace、rename、skip 或 cancel，而不是“%1”。</translation>
     </message>
     <message>
         <source>%1 is a folder, which a file cannot replace: choose another name.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是文件夹，不能用文件替换：请换一个名称。</translation>
     </message>
     <message>
         <source>%1 is there already.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已存在。</translation>
     </message>
     <message>
         <source>  r  replace it: the file becomes its new version</source>
-        <translation type="unfinished"></translation>
+        <translation>  r  替换：该文件成为它的新版本</translation>
     </message>
     <message>
         <source>  n  keep it, and store the file as %1</source>
-        <translation type="unfinished"></translation>
+        <translation>  n  保留它，把该文件存为 %1</translation>
     </message>
     <message>
         <source>  s  skip the file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>  c  cancel; nothing is sent</source>
-        <translation type="unfinished"></translation>
+        <translation>  s  跳过该文件</translation>
     </message>
     <message>
         <source>A capital letter answers for all the following files, too: </source>
-        <translation type="unfinished"></translation>
+        <translation>大写字母对之后的所有文件同样有效：</translation>
     </message>
     <message>
         <source>&quot;%1&quot; cannot be the name of a local file: fetch it alone, under another name.</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”不能作为本地文件名：请单独下载并另取名称。</translation>
     </message>
     <message>
         <source>--force and --no-clobber exclude each other.</source>
-        <translation type="unfinished"></translation>
+        <translation>--force 与 --no-clobber 不能同时使用。</translation>
     </message>
     <message>
         <source>%1 is a folder: pass -r to fetch everything in it.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是文件夹：请用 -r 下载其中全部内容。</translation>
     </message>
     <message>
         <source>There is no local folder %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有本地文件夹 %1。</translation>
     </message>
     <message>
         <source>The folder %1 cannot be made.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法建立文件夹 %1。</translation>
     </message>
     <message>
         <source>There are several documents for %1: fetch them one by one, by their identifiers.</source>
-        <translation type="unfinished"></translation>
+        <translation>有多个文档对应 %1：请按标识逐个下载。</translation>
     </message>
     <message>
         <source>%1 is a local folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是本地文件夹。</translation>
     </message>
     <message>
         <source>%1 is there already: pass --force to replace it, or --no-clobber to skip it.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已存在：请用 --force 替换，或用 --no-clobber 跳过。</translation>
     </message>
     <message>
         <source>--reverse goes with --sort.</source>
-        <translation type="unfinished"></translation>
+        <translation>--reverse 需与 --sort 一起使用。</translation>
     </message>
     <message>
         <source>--sort takes one of %1, not &quot;%2&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>--sort 可取 %1，而不是“%2”。</translation>
     </message>
     <message>
         <source>%1 is empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是空的。</translation>
     </message>
     <message>
         <source>%1 to %2 of %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>第 %1 至 %2 项，共 %3 项。</translation>
     </message>
     <message>
         <source>--skip goes with --limit.</source>
-        <translation type="unfinished"></translation>
+        <translation>--skip 需与 --limit 一起使用。</translation>
     </message>
     <message>
         <source>list folders</source>
-        <translation type="unfinished"></translation>
+        <translation>列出文件夹内容</translation>
     </message>
     <message>
         <source>Lists the entries of each folder PATH, of the top level without one; folders come first.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出每个文件夹 PATH 的内容，未指定时列出顶层；文件夹在前。</translation>
     </message>
     <message>
         <source>A table with size, time and who changed it.</source>
-        <translation type="unfinished"></translation>
+        <translation>以表格显示大小、时间和修改人。</translation>
     </message>
     <message>
         <source>The folders below as well.</source>
-        <translation type="unfinished"></translation>
+        <translation>包括下级文件夹。</translation>
     </message>
     <message>
         <source>By name, size, created, updated or order.</source>
-        <translation type="unfinished"></translation>
+        <translation>按 name、size、created、updated 或 order 排序。</translation>
     </message>
     <message>
         <source>The other way round.</source>
-        <translation type="unfinished"></translation>
+        <translation>反向排序。</translation>
     </message>
     <message>
         <source>At most so many of each folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>每个文件夹最多这么多项。</translation>
     </message>
     <message>
         <source>Leave out so many first.</source>
-        <translation type="unfinished"></translation>
+        <translation>先略过这么多项。</translation>
     </message>
     <message>
         <source>a folder with sizes and times</source>
-        <translation type="unfinished"></translation>
+        <translation>带大小和时间的文件夹列表</translation>
     </message>
     <message>
         <source>its ten largest files</source>
-        <translation type="unfinished"></translation>
+        <translation>其中最大的十个文件</translation>
     </message>
     <message numerus="yes">
         <source>%1 has %n version(s), so there is no version %2.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 有 %n 个版本，因此没有版本 %2。</numerusform>
         </translation>
     </message>
     <message>
         <source>The standard output holds either the content or --json.</source>
-        <translation type="unfinished"></translation>
+        <translation>标准输出只能是文件内容或 --json。</translation>
     </message>
     <message numerus="yes">
         <source>%n file(s) fetched, %1.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>已下载 %n 个文件，%1。</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%n file(s) skipped.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>已跳过 %n 个文件。</numerusform>
         </translation>
     </message>
     <message>
         <source>Name one file only.</source>
-        <translation type="unfinished"></translation>
+        <translation>请只指定一个文件。</translation>
     </message>
     <message>
         <source>fetch files and folders</source>
-        <translation type="unfinished"></translation>
+        <translation>下载文件和文件夹</translation>
     </message>
     <message>
         <source>Fetches each file REMOTE into the local folder LOCAL (here, without one), or a single one under the name LOCAL; - is the standard output. A file appears under its name only when it is complete.</source>
-        <translation type="unfinished"></translation>
+        <translation>把每个文件 REMOTE 下载到本地文件夹 LOCAL（未指定时为当前文件夹），单个文件可存为 LOCAL；- 表示标准输出。文件完整后才以其名称出现。</translation>
     </message>
     <message>
         <source>Folders as well, with everything below.</source>
-        <translation type="unfinished"></translation>
+        <translation>包括文件夹及其全部内容。</translation>
     </message>
     <message>
         <source>Replace local files that are there.</source>
-        <translation type="unfinished"></translation>
+        <translation>替换已存在的本地文件。</translation>
     </message>
     <message>
         <source>Skip local files that are there.</source>
-        <translation type="unfinished"></translation>
+        <translation>跳过已存在的本地文件。</translation>
     </message>
     <message>
         <source>Version N of the file; 1 is the oldest.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件的第 N 个版本；1 为最早。</translation>
     </message>
     <message>
         <source>Print where each file was stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>输出每个文件的存放位置。</translation>
     </message>
     <message>
         <source>into the current folder</source>
-        <translation type="unfinished"></translation>
+        <translation>下载到当前文件夹</translation>
     </message>
     <message>
         <source>a folder with everything below</source>
-        <translation type="unfinished"></translation>
+        <translation>文件夹及其全部内容</translation>
     </message>
     <message>
         <source>an older version</source>
-        <translation type="unfinished"></translation>
+        <translation>较早的版本</translation>
     </message>
     <message>
         <source>yes</source>
-        <translation type="unfinished"></translation>
+        <translation>是</translation>
     </message>
     <message>
         <source>no</source>
-        <translation type="unfinished"></translation>
+        <translation>否</translation>
     </message>
     <message>
         <source>Path</source>
-        <translation type="unfinished"></translation>
+        <translation>路径</translation>
     </message>
     <message>
         <source>Identifier</source>
-        <translation type="unfinished"></translation>
+        <translation>标识</translation>
     </message>
     <message>
         <source>%1 (%2 bytes)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1（%2 字节）</translation>
     </message>
     <message>
         <source>Category</source>
-        <translation type="unfinished"></translation>
+        <translation>分类</translation>
     </message>
     <message>
         <source>Created</source>
-        <translation type="unfinished"></translation>
+        <translation>创建时间</translation>
     </message>
     <message>
         <source>Created by</source>
-        <translation type="unfinished"></translation>
+        <translation>创建人</translation>
     </message>
     <message>
         <source>Changed by</source>
-        <translation type="unfinished"></translation>
+        <translation>修改人</translation>
     </message>
     <message>
         <source>Favourite</source>
-        <translation type="unfinished"></translation>
+        <translation>收藏</translation>
     </message>
     <message>
         <source>Remark</source>
-        <translation type="unfinished"></translation>
+        <translation>备注</translation>
     </message>
     <message>
         <source>You may</source>
-        <translation type="unfinished"></translation>
+        <translation>您的权限</translation>
     </message>
     <message>
         <source>The top level is no document: name one in it.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层不是文档：请指定其中的一项。</translation>
     </message>
     <message>
         <source>tell everything about a document</source>
-        <translation type="unfinished"></translation>
+        <translation>显示文档的全部信息</translation>
     </message>
     <message>
         <source>Tells what the service knows about each document or folder PATH.</source>
-        <translation type="unfinished"></translation>
+        <translation>显示服务所知的每个文档或文件夹 PATH 的信息。</translation>
     </message>
     <message>
         <source>for a script: identifier, size, dates, rights</source>
-        <translation type="unfinished"></translation>
+        <translation>供脚本使用：标识、大小、日期、权限</translation>
     </message>
     <message>
         <source>There is no folder %1: make it with &quot;velldoc mkdir -p&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有文件夹 %1：请用“velldoc mkdir -p”建立。</translation>
     </message>
     <message>
         <source>%1 is stored as %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已存为 %2。</translation>
     </message>
     <message>
         <source>%1 was left out: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 未包括在内：%2。</translation>
     </message>
     <message>
         <source>%1 was not stored: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 未能存储：%2</translation>
     </message>
     <message numerus="yes">
         <source>%n file(s) stored, %1.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>已存储 %n 个文件，%1。</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%1 of %n file(s) are stored.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n 个文件中已存储 %1 个。</numerusform>
         </translation>
     </message>
     <message>
         <source>The same command continues where the service has stopped.</source>
-        <translation type="unfinished"></translation>
+        <translation>再次运行同一命令即可从服务端停下的地方继续。</translation>
     </message>
     <message>
         <source>The same command with --on-conflict skip stores the rest.</source>
-        <translation type="unfinished"></translation>
+        <translation>同一命令加上 --on-conflict skip 可存储其余文件。</translation>
     </message>
     <message numerus="yes">
         <source>%n file(s) could not be stored.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n 个文件未能存储。</numerusform>
         </translation>
     </message>
     <message>
         <source>There is no local file %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有本地文件 %1。</translation>
     </message>
     <message>
         <source>store files and folders</source>
-        <translation type="unfinished"></translation>
+        <translation>上传文件和文件夹</translation>
     </message>
     <message>
         <source>Stores each local file or folder in the folder REMOTE, or a single one under the name REMOTE. Large files go up in pieces: when the connection is lost, velldoc tries again, and a later run continues where the service stopped.</source>
-        <translation type="unfinished"></translation>
+        <translation>把每个本地文件或文件夹存入文件夹 REMOTE，单个文件可存为 REMOTE。大文件分块上传：连接中断时 velldoc 会重试，之后再次运行会从服务端停下的地方继续。</translation>
     </message>
     <message>
         <source>A file that is there gets a new version; the same as --on-conflict replace.</source>
-        <translation type="unfinished"></translation>
+        <translation>已存在的文件得到新版本；等同 --on-conflict replace。</translation>
     </message>
     <message>
         <source>When a name is taken: ask (on a terminal), replace, rename, skip or cancel.</source>
-        <translation type="unfinished"></translation>
+        <translation>名称已被占用时：ask（在终端上）、replace、rename、skip 或 cancel。</translation>
     </message>
     <message>
         <source>two files into a folder</source>
-        <translation type="unfinished"></translation>
+        <translation>把两个文件存入文件夹</translation>
     </message>
     <message>
         <source>a new version of a file</source>
-        <translation type="unfinished"></translation>
+        <translation>文件的新版本</translation>
     </message>
     <message>
         <source>a whole folder, going on where an earlier run ended</source>
-        <translation type="unfinished"></translation>
+        <translation>整个文件夹，从上次结束处继续</translation>
     </message>
     <message>
         <source>%1 has no name for a folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 中没有文件夹名称。</translation>
     </message>
     <message>
         <source>%1 is there already: choose another name, or pass -p if that will do.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已存在：请换一个名称；若可直接使用它，请加 -p。</translation>
     </message>
     <message>
         <source>make folders</source>
-        <translation type="unfinished"></translation>
+        <translation>建立文件夹</translation>
     </message>
     <message>
         <source>Makes each folder PATH in a folder that is there.</source>
-        <translation type="unfinished"></translation>
+        <translation>在已存在的文件夹中建立每个文件夹 PATH。</translation>
     </message>
     <message>
         <source>Make what is missing above it too; a folder that is there will do.</source>
-        <translation type="unfinished"></translation>
+        <translation>同时建立缺少的上级文件夹；已存在的文件夹可直接使用。</translation>
     </message>
     <message>
         <source>make both folders, as far as they are missing</source>
-        <translation type="unfinished"></translation>
+        <translation>建立这两个文件夹（如果缺少）</translation>
     </message>
     <message>
         <source>There is no command &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有命令“%1”。</translation>
     </message>
     <message>
         <source>explain the program or a command</source>
-        <translation type="unfinished"></translation>
+        <translation>说明程序或命令</translation>
     </message>
     <message>
         <source>Explains a command with its options and examples; without a name, lists them all.</source>
-        <translation type="unfinished"></translation>
+        <translation>说明一个命令及其选项和示例；未指定时列出全部命令。</translation>
     </message>
     <message>
         <source>everything about uploads</source>
-        <translation type="unfinished"></translation>
+        <translation>关于上传的全部说明</translation>
     </message>
     <message>
         <source>There is a &quot;%1&quot; in that folder already: choose another name.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件夹中已有“%1”：请换一个名称。</translation>
     </message>
     <message>
         <source>The service did not say that it has renamed %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>服务没有确认已重命名 %1。</translation>
     </message>
     <message>
         <source>There is a &quot;%1&quot; in %2 already: rename one of them first.</source>
-        <translation type="unfinished"></translation>
+        <translation>%2 中已有“%1”：请先重命名其中之一。</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is none of list, add and remove.</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”不是 list、add 或 remove。</translation>
     </message>
     <message>
         <source>No document is marked.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有已标记的文档。</translation>
     </message>
     <message>
         <source>[y/N] </source>
-        <translation type="unfinished"></translation>
+        <translation>[y/N] </translation>
     </message>
     <message>
         <source>y</source>
         <comment>the key for yes</comment>
-        <translation type="unfinished"></translation>
+        <translation>y</translation>
     </message>
     <message>
         <source>0 B or over 2 GiB</source>
-        <translation type="unfinished"></translation>
+        <translation>0 B 或超过 2 GiB</translation>
     </message>
     <message>
         <source>%1 is a folder, which has no versions.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是文件夹，没有版本。</translation>
     </message>
     <message>
         <source>Version</source>
-        <translation type="unfinished"></translation>
+        <translation>版本</translation>
     </message>
     <message>
         <source>Stored</source>
-        <translation type="unfinished"></translation>
+        <translation>存储时间</translation>
     </message>
     <message>
         <source>list the versions of a file</source>
-        <translation type="unfinished"></translation>
+        <translation>列出文件的版本</translation>
     </message>
     <message>
         <source>Lists the versions of the file PATH, newest first. &quot;velldoc get --version N&quot; fetches one.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出文件 PATH 的版本，最新的在前。“velldoc get --version N”可下载其中一个。</translation>
     </message>
     <message>
         <source>who stored what, and when</source>
-        <translation type="unfinished"></translation>
+        <translation>谁在何时存了什么</translation>
     </message>
     <message>
         <source>Access token (it is not shown; empty for a service without users): </source>
-        <translation type="unfinished"></translation>
+        <translation>访问令牌（不显示；服务没有用户时留空）：</translation>
     </message>
     <message>
         <source>Say where: velldoc login https://documents.example.com/.</source>
-        <translation type="unfinished"></translation>
+        <translation>请指明服务：velldoc login https://documents.example.com/。</translation>
     </message>
     <message>
         <source>velldoc now works at %1 in the project &quot;%2&quot; as %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>velldoc 现以 %3 的身份使用 %1 上的项目“%2”。</translation>
     </message>
     <message>
         <source>somebody</source>
-        <translation type="unfinished"></translation>
+        <translation>匿名用户</translation>
     </message>
     <message>
         <source>remember a service, a project and an access token</source>
-        <translation type="unfinished"></translation>
+        <translation>记住服务、项目和访问令牌</translation>
     </message>
     <message>
         <source>Tries the service URL with the project of --project and an access token, which is read from the terminal or the standard input, and remembers them in a file that only you can read.</source>
-        <translation type="unfinished"></translation>
+        <translation>用 --project 的项目和从终端或标准输入读取的访问令牌试用服务 URL，并把它们记在只有您能读取的文件中。</translation>
     </message>
     <message>
         <source>all later commands work there</source>
-        <translation type="unfinished"></translation>
+        <translation>之后的命令都使用该服务</translation>
     </message>
     <message>
         <source>your favourites</source>
-        <translation type="unfinished"></translation>
+        <translation>您的收藏</translation>
     </message>
     <message>
         <source>Lists your favourites, marks documents as such, unmarks them, or tells whether one is.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出您的收藏、收藏文档、取消收藏，或说明某项是否已收藏。</translation>
     </message>
     <message>
         <source>a new favourite</source>
-        <translation type="unfinished"></translation>
+        <translation>新的收藏</translation>
     </message>
     <message>
         <source>The top level has no name.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层没有名称。</translation>
     </message>
     <message>
         <source>give a document or a folder another name</source>
-        <translation type="unfinished"></translation>
+        <translation>重命名文档或文件夹</translation>
     </message>
     <message>
         <source>Gives the document or folder PATH the name NAME, in the same folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>把文档或文件夹 PATH 在原文件夹中改名为 NAME。</translation>
     </message>
     <message>
         <source>the same drawing under another name</source>
-        <translation type="unfinished"></translation>
+        <translation>同一图纸改用另一名称</translation>
     </message>
     <message>
         <source>serve has no result for --json.</source>
-        <translation type="unfinished"></translation>
+        <translation>serve 没有可用于 --json 的结果。</translation>
     </message>
     <message>
         <source>Serving %1; Ctrl-C ends it.</source>
-        <translation type="unfinished"></translation>
+        <translation>正在提供 %1；按 Ctrl-C 结束。</translation>
     </message>
     <message>
         <source>run the service for others</source>
-        <translation type="unfinished"></translation>
+        <translation>为其他程序运行服务</translation>
     </message>
     <message>
         <source>Serves the documents that velldoc keeps on this machine until Ctrl-C, and prints the address for --url. Other machines are served once the service has users; &quot;vell-service user --help&quot; tells how to add them.</source>
-        <translation type="unfinished"></translation>
+        <translation>提供 velldoc 保存在本机的文档，直到按 Ctrl-C，并输出可用于 --url 的地址。服务有了用户之后才对其他机器开放；“vell-service user --help”说明如何添加用户。</translation>
     </message>
     <message>
         <source>Where to listen; any free port of this machine unless set.</source>
-        <translation type="unfinished"></translation>
+        <translation>监听地址；未设置时为本机任一空闲端口。</translation>
     </message>
     <message>
         <source>The data folder; your own unless set.</source>
-        <translation type="unfinished"></translation>
+        <translation>数据文件夹；未设置时为您自己的。</translation>
     </message>
     <message>
         <source>for other programs of this machine</source>
-        <translation type="unfinished"></translation>
+        <translation>供本机的其他程序使用</translation>
     </message>
     <message>
         <source>fetch the content</source>
-        <translation type="unfinished"></translation>
+        <translation>下载内容</translation>
     </message>
     <message>
         <source>store something in it</source>
-        <translation type="unfinished"></translation>
+        <translation>在其中存储</translation>
     </message>
     <message>
         <source>change it</source>
-        <translation type="unfinished"></translation>
+        <translation>修改</translation>
     </message>
     <message>
         <source>delete it</source>
-        <translation type="unfinished"></translation>
+        <translation>删除</translation>
     </message>
     <message>
         <source>change what you made yourself</source>
-        <translation type="unfinished"></translation>
+        <translation>修改自己建立的</translation>
     </message>
     <message>
         <source>delete what you made yourself</source>
-        <translation type="unfinished"></translation>
+        <translation>删除自己建立的</translation>
     </message>
     <message>
         <source>You may not do that (%1).</source>
-        <translation type="unfinished"></translation>
+        <translation>您没有此权限（%1）。</translation>
     </message>
     <message>
         <source>There is no right called &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有名为“%1”的权限。</translation>
     </message>
     <message>
         <source>Right</source>
-        <translation type="unfinished"></translation>
+        <translation>权限</translation>
     </message>
     <message>
         <source>Granted</source>
-        <translation type="unfinished"></translation>
+        <translation>是否授予</translation>
     </message>
     <message>
         <source>Meaning</source>
-        <translation type="unfinished"></translation>
+        <translation>含义</translation>
     </message>
     <message>
         <source>ask what you may do</source>
-        <translation type="unfinished"></translation>
+        <translation>查询您的权限</translation>
     </message>
     <message>
         <source>Asks the service what you may do with PATH; / is the project as a whole. With the name of one right the exit code answers: 0 for yes, 4 for no.</source>
-        <translation type="unfinished"></translation>
+        <translation>查询您对 PATH 的权限；/ 表示整个项目。指定一种权限时，退出码即答案：0 为是，4 为否。</translation>
     </message>
     <message>
         <source>store a file only where that is allowed</source>
-        <translation type="unfinished"></translation>
+        <translation>仅在允许处存储文件</translation>
     </message>
     <message>
         <source>The recycle bin is empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>回收站是空的。</translation>
     </message>
     <message>
         <source>There is no %1 in the recycle bin.</source>
-        <translation type="unfinished"></translation>
+        <translation>回收站中没有 %1。</translation>
     </message>
     <message>
         <source>Several things in the recycle bin are called %1: say which one you mean, %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>回收站中有多项名为 %1：请指明是哪一项，%2。</translation>
     </message>
     <message>
         <source>Name what is to be restored, or pass --all.</source>
-        <translation type="unfinished"></translation>
+        <translation>请指明要还原的内容，或使用 --all。</translation>
     </message>
     <message>
         <source>%1 is back beside another entry of that name: rename it with &quot;velldoc rename id:%2 NAME&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已还原，但该处有同名项：请用“velldoc rename id:%2 新名称”重命名。</translation>
     </message>
     <message numerus="yes">
         <source>%n document(s) restored.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>已还原 %n 项。</numerusform>
         </translation>
     </message>
     <message>
         <source>Emptying cannot be undone: pass --yes if you mean it.</source>
-        <translation type="unfinished"></translation>
+        <translation>清空无法撤销：确认请加 --yes。</translation>
     </message>
     <message numerus="yes">
         <source>Delete %n document(s) for good?</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>永久删除 %n 项？</numerusform>
         </translation>
     </message>
     <message>
         <source>Nothing was deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有删除任何内容。</translation>
     </message>
     <message numerus="yes">
         <source>%n document(s) deleted for good.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>已永久删除 %n 项。</numerusform>
         </translation>
     </message>
     <message>
         <source>&quot;%1&quot; is none of list, restore and empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”不是 list、restore 或 empty。</translation>
     </message>
     <message>
         <source>look into the recycle bin, restore, empty</source>
-        <translation type="unfinished"></translation>
+        <translation>查看、还原或清空回收站</translation>
     </message>
     <message>
         <source>Lists what is in the recycle bin, brings back what is named (by name or id:...), or deletes everything in it for good.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出回收站的内容、还原指定的内容（按名称或 id:...），或永久删除其中全部内容。</translation>
     </message>
     <message>
         <source>Restore everything.</source>
-        <translation type="unfinished"></translation>
+        <translation>还原全部。</translation>
     </message>
     <message>
         <source>Empty without asking.</source>
-        <translation type="unfinished"></translation>
+        <translation>不询问直接清空。</translation>
     </message>
     <message>
         <source>bring a document back</source>
-        <translation type="unfinished"></translation>
+        <translation>还原文档</translation>
     </message>
     <message>
         <source>Pass one of --days, --until and --forever.</source>
-        <translation type="unfinished"></translation>
+        <translation>请只用 --days、--until、--forever 之一。</translation>
     </message>
     <message>
         <source>--until takes a date like 2026-05-31, not &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>--until 需要 2026-05-31 这样的日期，而不是“%1”。</translation>
     </message>
     <message>
         <source>The share would have ended already.</source>
-        <translation type="unfinished"></translation>
+        <translation>该分享已经过期。</translation>
     </message>
     <message>
         <source>Name documents or folders, not the top level.</source>
-        <translation type="unfinished"></translation>
+        <translation>请指定文档或文件夹，而不是顶层。</translation>
     </message>
     <message>
         <source>The service made the share, but gave no code for it.</source>
-        <translation type="unfinished"></translation>
+        <translation>服务建立了分享，但没有给出分享码。</translation>
     </message>
     <message>
         <source>Whoever has this address can look at it until %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>持有此地址者可查看至 %1。</translation>
     </message>
     <message>
         <source>Whoever has this address can look at it, for ever.</source>
-        <translation type="unfinished"></translation>
+        <translation>持有此地址者可永久查看。</translation>
     </message>
     <message>
         <source>give others an address to look at documents</source>
-        <translation type="unfinished"></translation>
+        <translation>为他人生成查看文档的地址</translation>
     </message>
     <message>
         <source>Prints an address at which everybody who has it can see the documents and folders PATH. It is shown once: the service keeps no copy. Without an option it works for seven days.</source>
-        <translation type="unfinished"></translation>
+        <translation>输出一个地址，持有者可查看文档和文件夹 PATH。地址只显示一次：服务不保留副本。不带选项时有效期为七天。</translation>
     </message>
     <message>
         <source>Ends after N days.</source>
-        <translation type="unfinished"></translation>
+        <translation>N 天后结束。</translation>
     </message>
     <message>
         <source>Ends with this day, such as 2026-05-31.</source>
-        <translation type="unfinished"></translation>
+        <translation>在该日结束时终止，如 2026-05-31。</translation>
     </message>
     <message>
         <source>Does not end.</source>
-        <translation type="unfinished"></translation>
+        <translation>永不结束。</translation>
     </message>
     <message>
         <source>Names only; contents cannot be fetched.</source>
-        <translation type="unfinished"></translation>
+        <translation>仅名称；不能下载内容。</translation>
     </message>
     <message>
         <source>a folder for three days</source>
-        <translation type="unfinished"></translation>
+        <translation>分享文件夹三天</translation>
     </message>
     <message>
         <source>The top level has no password.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层没有密码。</translation>
     </message>
     <message>
         <source>%1 has no password.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 没有密码。</translation>
     </message>
     <message>
         <source>show the password of a document</source>
-        <translation type="unfinished"></translation>
+        <translation>显示文档的密码</translation>
     </message>
     <message>
         <source>Prints the password that opens the document PATH.</source>
-        <translation type="unfinished"></translation>
+        <translation>输出打开文档 PATH 的密码。</translation>
     </message>
     <message>
         <source>the password to open the offer with</source>
-        <translation type="unfinished"></translation>
+        <translation>打开报价所需的密码</translation>
     </message>
     <message>
         <source>The top level has no place in an order.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层不能参与排序。</translation>
     </message>
     <message>
         <source>An order concerns the entries of one folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>排序只针对同一文件夹中的各项。</translation>
     </message>
     <message>
         <source>put the entries of a folder in order</source>
-        <translation type="unfinished"></translation>
+        <translation>调整文件夹中各项的顺序</translation>
     </message>
     <message>
         <source>Puts the entries PATH of one folder first, in this order; the others follow as they stand. Lists show folders before files all the same.</source>
-        <translation type="unfinished"></translation>
+        <translation>把同一文件夹的各项 PATH 按此顺序排在最前；其余保持原样。列表仍然先显示文件夹。</translation>
     </message>
     <message>
         <source>Order a whole folder by name, numbers by their value.</source>
-        <translation type="unfinished"></translation>
+        <translation>按名称排列整个文件夹，数字按数值。</translation>
     </message>
     <message>
         <source>these two first</source>
-        <translation type="unfinished"></translation>
+        <translation>这两项排在最前</translation>
     </message>
     <message>
         <source>Level 2 before Level 10</source>
-        <translation type="unfinished"></translation>
+        <translation>“2 层”排在“10 层”之前</translation>
     </message>
     <message>
         <source>the documents that you use often</source>
-        <translation type="unfinished"></translation>
+        <translation>您的常用文档</translation>
     </message>
     <message>
         <source>Lists the documents that you have marked as frequently used, marks them, or unmarks them.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出您标记为常用的文档、标记或取消标记。</translation>
     </message>
     <message>
         <source>a document for the list</source>
-        <translation type="unfinished"></translation>
+        <translation>加入列表的文档</translation>
     </message>
     <message>
         <source>The top level itself cannot be moved.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层本身不能移动。</translation>
     </message>
     <message>
         <source>Two of them are called &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>其中有两项都名为“%1”。</translation>
     </message>
     <message>
         <source>%1 is there already: choose another name.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已存在：请换一个名称。</translation>
     </message>
     <message>
         <source>move documents and folders</source>
-        <translation type="unfinished"></translation>
+        <translation>移动文档和文件夹</translation>
     </message>
     <message>
         <source>Moves each SOURCE into the folder TARGET, or a single one to the place and name TARGET.</source>
-        <translation type="unfinished"></translation>
+        <translation>把每个 SOURCE 移入文件夹 TARGET，或把单个移到位置和名称 TARGET。</translation>
     </message>
     <message>
         <source>two documents into a folder</source>
-        <translation type="unfinished"></translation>
+        <translation>把两个文档移入文件夹</translation>
     </message>
     <message>
         <source>to another folder under another name</source>
-        <translation type="unfinished"></translation>
+        <translation>移到另一文件夹并改名</translation>
     </message>
     <message>
         <source>The service does not say who you are, so it cannot say what you stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>服务没有说明您是谁，因此无法列出您存储的文件。</translation>
     </message>
     <message>
         <source>You have stored no files here.</source>
-        <translation type="unfinished"></translation>
+        <translation>您在此没有存储文件。</translation>
     </message>
     <message>
         <source>what you stored or used last</source>
-        <translation type="unfinished"></translation>
+        <translation>您最近存储或使用的文件</translation>
     </message>
     <message>
         <source>Lists the 50 files that you stored last. &quot;list&quot; shows those that are marked as recently used; &quot;add&quot; and &quot;remove&quot; change these marks.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出您最近存储的 50 个文件。“list”显示标记为最近使用的；“add”和“remove”修改这些标记。</translation>
     </message>
     <message>
         <source>The service&apos;s category word.</source>
-        <translation type="unfinished"></translation>
+        <translation>服务的分类词。</translation>
     </message>
     <message>
         <source>your last files with their times</source>
-        <translation type="unfinished"></translation>
+        <translation>您最近的文件及其时间</translation>
     </message>
     <message numerus="yes">
         <source>%n folder(s)</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n 个文件夹</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%n file(s)</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n 个文件</numerusform>
         </translation>
     </message>
     <message>
         <source>draw a folder with everything below</source>
-        <translation type="unfinished"></translation>
+        <translation>以树形显示文件夹</translation>
     </message>
     <message>
         <source>Draws the folder PATH, the whole project without one, as a tree.</source>
-        <translation type="unfinished"></translation>
+        <translation>以树形显示文件夹 PATH，未指定时显示整个项目。</translation>
     </message>
     <message>
         <source>Sizes behind the names of files.</source>
-        <translation type="unfinished"></translation>
+        <translation>在文件名后显示大小。</translation>
     </message>
     <message>
         <source>Folders only.</source>
-        <translation type="unfinished"></translation>
+        <translation>仅文件夹。</translation>
     </message>
     <message>
         <source>Only so many levels.</source>
-        <translation type="unfinished"></translation>
+        <translation>仅这么多层。</translation>
     </message>
     <message>
         <source>the upper two levels of folders</source>
-        <translation type="unfinished"></translation>
+        <translation>最上两层文件夹</translation>
     </message>
     <message>
         <source>The top level itself cannot be deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层本身不能删除。</translation>
     </message>
     <message>
         <source>%1 is a folder: pass -r to delete it with everything in it.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是文件夹：请用 -r 连同其中内容一起删除。</translation>
     </message>
     <message numerus="yes">
         <source>%n document(s) moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>已把 %n 项移入回收站；可用“velldoc trash”还原。</numerusform>
         </translation>
     </message>
     <message>
         <source>move to the recycle bin</source>
-        <translation type="unfinished"></translation>
+        <translation>移入回收站</translation>
     </message>
     <message>
         <source>Moves each document PATH, or with -r each folder with everything below, to the recycle bin.</source>
-        <translation type="unfinished"></translation>
+        <translation>把每个文档 PATH 移入回收站；加 -r 时包括文件夹及其全部内容。</translation>
     </message>
     <message>
         <source>a folder with everything in it</source>
-        <translation type="unfinished"></translation>
+        <translation>文件夹及其中全部内容</translation>
     </message>
     <message>
         <source>The service and the access token are forgotten.</source>
-        <translation type="unfinished"></translation>
+        <translation>已忘记服务和访问令牌。</translation>
     </message>
     <message>
         <source>There was nothing to forget.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有可忘记的内容。</translation>
     </message>
     <message>
         <source>forget what login has remembered</source>
-        <translation type="unfinished"></translation>
+        <translation>忘记 login 所记住的内容</translation>
     </message>
     <message>
         <source>Removes the service, the project and the access token that &quot;velldoc login&quot; has remembered.</source>
-        <translation type="unfinished"></translation>
+        <translation>删除“velldoc login”记住的服务、项目和访问令牌。</translation>
     </message>
     <message>
         <source>--%1 takes a date like 2026-05-31 or a time ago like 12h, 3d or 2w, not &quot;%2&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>--%1 需要 2026-05-31 这样的日期，或 12h、3d、2w 这样的时间跨度，而不是“%2”。</translation>
     </message>
     <message>
         <source>--%1 takes one of %2, not &quot;%3&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>--%1 可取 %2，而不是“%3”。</translation>
     </message>
     <message>
         <source>Nothing was found.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有找到。</translation>
     </message>
     <message>
         <source>search by name, time, user and kind</source>
-        <translation type="unfinished"></translation>
+        <translation>按名称、时间、用户和类型查找</translation>
     </message>
     <message>
         <source>Lists everything below PATH whose name fits PATTERN, what changed last first. In a pattern * stands for any text and ? for one character; capitals and small letters are the same.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出 PATH 之下名称符合 PATTERN 的全部内容，最近修改的在前。模式中 * 代表任意文字，? 代表一个字符；不区分大小写。</translation>
     </message>
     <message>
         <source>PATTERN is a regular expression for a part of the name.</source>
-        <translation type="unfinished"></translation>
+        <translation>PATTERN 是匹配名称一部分的正则表达式。</translation>
     </message>
     <message>
         <source>Changed since: 2026-05-31, or 12h, 3d, 2w ago.</source>
-        <translation type="unfinished"></translation>
+        <translation>此后修改：2026-05-31，或 12h、3d、2w 之前。</translation>
     </message>
     <message>
         <source>Changed until the end of that day.</source>
-        <translation type="unfinished"></translation>
+        <translation>修改时间不晚于该日结束。</translation>
     </message>
     <message>
         <source>Changed last by the user with this identifier; may be repeated.</source>
-        <translation type="unfinished"></translation>
+        <translation>最后由此标识的用户修改；可重复使用。</translation>
     </message>
     <message>
         <source>file or dir.</source>
-        <translation type="unfinished"></translation>
+        <translation>file 或 dir。</translation>
     </message>
     <message>
         <source>image, office, dwg, video or other.</source>
-        <translation type="unfinished"></translation>
+        <translation>image、office、dwg、video 或 other。</translation>
     </message>
     <message>
         <source>every drawing below a folder</source>
-        <translation type="unfinished"></translation>
+        <translation>文件夹之下的全部图纸</translation>
     </message>
     <message>
         <source>pictures of the last three days</source>
-        <translation type="unfinished"></translation>
+        <translation>最近三天的图片</translation>
     </message>
     <message>
         <source>what can stand next, for shells</source>
-        <translation type="unfinished"></translation>
+        <translation>供 shell 补全使用</translation>
     </message>
     <message>
         <source>Prints what the last WORD of a command line can become, one a line.</source>
-        <translation type="unfinished"></translation>
+        <translation>逐行输出命令行最后一个词可补全成的内容。</translation>
     </message>
     <message>
         <source>The top level has no remark.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层没有备注。</translation>
     </message>
     <message>
         <source>read or write a remark</source>
-        <translation type="unfinished"></translation>
+        <translation>查看或填写备注</translation>
     </message>
     <message>
         <source>Prints the remark of the document PATH, or makes it TEXT; an empty TEXT removes it.</source>
-        <translation type="unfinished"></translation>
+        <translation>输出文档 PATH 的备注，或改为 TEXT；空的 TEXT 会删除备注。</translation>
     </message>
     <message>
         <source>The remark of version N; 1 is the oldest.</source>
-        <translation type="unfinished"></translation>
+        <translation>第 N 个版本的备注；1 为最早。</translation>
     </message>
     <message>
         <source>a remark on one version</source>
-        <translation type="unfinished"></translation>
+        <translation>某个版本的备注</translation>
     </message>
     <message>
         <source>Suffixes</source>
-        <translation type="unfinished"></translation>
+        <translation>后缀</translation>
     </message>
     <message>
         <source>the kinds of files and their suffixes</source>
-        <translation type="unfinished"></translation>
+        <translation>文件类型及其后缀</translation>
     </message>
     <message>
         <source>Lists the kinds of files with their suffixes, or tells the kind of each file NAME by its suffix.</source>
-        <translation type="unfinished"></translation>
+        <translation>列出文件类型及其后缀，或按后缀说明每个文件 NAME 的类型。</translation>
     </message>
     <message>
         <source>which kind a drawing is</source>
-        <translation type="unfinished"></translation>
+        <translation>图纸属于哪种类型</translation>
     </message>
     <message>
         <source>Entity</source>
-        <translation type="unfinished"></translation>
+        <translation>实体</translation>
     </message>
     <message>
         <source>%1 is linked to nothing.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 没有关联。</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is none of add and remove.</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”不是 add 或 remove。</translation>
     </message>
     <message>
         <source>%1 has no link to %2 %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 没有关联到 %2 %3。</translation>
     </message>
     <message>
         <source>No document is linked to %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有文档关联到 %1。</translation>
     </message>
     <message>
         <source>The top level has no links.</source>
-        <translation type="unfinished"></translation>
+        <translation>顶层没有关联。</translation>
     </message>
     <message>
         <source>what a document is linked to</source>
-        <translation type="unfinished"></translation>
+        <translation>文档的关联</translation>
     </message>
     <message>
         <source>Shows the entities that the document PATH is linked to, adds or removes links, or lists the documents that are linked to an entity.</source>
-        <translation type="unfinished"></translation>
+        <translation>显示文档 PATH 关联的实体、添加或删除关联，或列出关联到某实体的文档。</translation>
     </message>
     <message>
         <source>The documents linked to this entity.</source>
-        <translation type="unfinished"></translation>
+        <translation>关联到此实体的文档。</translation>
     </message>
     <message>
         <source>link a drawing to a room</source>
-        <translation type="unfinished"></translation>
+        <translation>把图纸关联到房间</translation>
     </message>
     <message>
         <source>The full address is what &quot;velldoc serve&quot; prints, with this behind it; it works while that runs.</source>
-        <translation type="unfinished"></translation>
+        <translation>完整地址是“velldoc serve”输出的地址加上此内容；在其运行期间有效。</translation>
+    </message>
+    <message>
+        <source>%1 is there already, so no file was sent: pass --update for a new version, or --on-conflict rename or skip.</source>
+        <translation>%1 已存在，因此没有发送任何文件：请用 --update 存为新版本，或用 --on-conflict rename 或 skip。</translation>
+    </message>
+    <message>
+        <source>  c  cancel; no file is sent</source>
+        <translation>  c  取消；不发送任何文件</translation>
     </message>
 </context>
 </TS>

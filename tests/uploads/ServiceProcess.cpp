@@ -1,0 +1,40 @@
+#include "ServiceProcess.h"
+
+#include <QUrl>
+
+ServiceProcess::ServiceProcess(const QString &dataDir) : m_dataDir(dataDir)
+{
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+}
+
+ServiceProcess::~ServiceProcess()
+{
+    kill();
+}
+
+bool ServiceProcess::start(const QStringList &arguments)
+{
+    const QStringList fixed{QStringLiteral("--data"), m_dataDir, QStringLiteral("--listen"),
+                            QStringLiteral("127.0.0.1:%1").arg(m_port)};
+    m_process.start(QStringLiteral(VELL_SERVICE_PROGRAM), fixed + arguments);
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead(20000)) {
+            qWarning("vell-service does not start: %s", qPrintable(m_process.errorString()));
+            return false;
+        }
+    }
+    const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
+    m_port = static_cast<quint16>(QUrl(line.section(QLatin1Char(' '), -1)).port(0));
+    return m_port != 0;
+}
+
+void ServiceProcess::kill()
+{
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+QString ServiceProcess::baseApi() const
+{
+    return QStringLiteral("http://127.0.0.1:%1/").arg(m_port);
+}

@@ -1,0 +1,77 @@
+#include "UploadSite.h"
+
+#include <QCryptographicHash>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+
+UploadSite::UploadSite(const QStringList &arguments)
+    : service(folder.filePath(QStringLiteral("data"))), http(QString())
+{
+    if (!service.start(arguments))
+        return;
+    http.setBaseApi(service.baseApi());
+    renewProxy();
+}
+
+void UploadSite::renewProxy()
+{
+    proxy = std::make_unique<FaultyProxy>(service.port());
+}
+
+LocalFile UploadSite::makeFile(qint64 bytes, quint32 salt, const QString &name) const
+{
+    return LocalFile(folder.filePath(name), bytes, salt);
+}
+
+std::unique_ptr<ClientRun> UploadSite::upload(const LocalFile &file,
+                                              const QStringList &arguments) const
+{
+    return std::make_unique<ClientRun>(proxy->baseApi(), file.path(), arguments);
+}
+
+QJsonObject UploadSite::record(const QByteArray &md5)
+{
+    const HttpAnswer answer =
+        http.get(QStringLiteral("base-service/largefiles/md5/") + QString::fromLatin1(md5));
+    return answer.isSuccess() ? answer.object() : QJsonObject();
+}
+
+int UploadSite::savedChunks(const QByteArray &md5)
+{
+    return record(md5).value(QLatin1String("savedChunk")).toInt();
+}
+
+QString UploadSite::storedFile(const QByteArray &md5)
+{
+    return http.get(QStringLiteral("base-service/md5/%1/info").arg(QString::fromLatin1(md5)))
+        .object()
+        .value(QLatin1String("_id"))
+        .toString();
+}
+
+QByteArray UploadSite::download(const QString &fileId)
+{
+    const HttpAnswer answer = http.get(QStringLiteral("base-service/files/") + fileId);
+    return answer.isSuccess() ? answer.body : QByteArray();
+}
+
+int UploadSite::documentCount()
+{
+    return http.get(QStringLiteral("document-service/projects/p1/documents")).array().size();
+}
+
+QStringList UploadSite::wrongContents() const
+{
+    QStringList wrong;
+    QDirIterator contents(service.dataDir() + QStringLiteral("/content"), QDir::Files,
+                          QDirIterator::Subdirectories);
+    while (contents.hasNext()) {
+        QFile content(contents.next());
+        QCryptographicHash md5(QCryptographicHash::Md5);
+        if (!content.open(QIODevice::ReadOnly) || !md5.addData(&content)
+            || QString::fromLatin1(md5.result().toHex()) != contents.fileName())
+            wrong.append(contents.fileName());
+    }
+    return wrong;
+}
