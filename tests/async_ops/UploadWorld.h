@@ -9,6 +9,9 @@
 #include <QString>
 #include <QTemporaryDir>
 
+//! How long a test waits for what must come: long enough for a busy machine with sanitizers.
+constexpr int WaitMs = 30000;
+
 //! \brief What an upload test needs: a scripted server, local files, and spies on every signal of a job.
 struct UploadWorld
 {

@@ -56,7 +56,7 @@ private:
     void except(int request, const ScriptedReply &reply) { m_exceptions.insert(request, reply); }
     void settles(int requests)
     {
-        QTRY_COMPARE(m_world->server.requests().size(), requests);
+        QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), requests, WaitMs);
         QTest::qWait(50);
         QCOMPARE(m_world->server.requests().size(), requests);
     }
@@ -119,7 +119,8 @@ void TestChunkedUpload::everyByteGoesUpOnce()
     QFETCH(int, chunks);
     m_doc = m_world->makeFile(QStringLiteral("a.bin"), bytes);
     start();
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
+                              WaitMs);
 
     QStringList lines{QStringLiteral("GET /base-service/largefiles/md5/")
                       + QString::fromLatin1(md5Of(m_doc.filePath))};
@@ -139,7 +140,7 @@ void TestChunkedUpload::everyByteGoesUpOnce()
 void TestChunkedUpload::aChunkHasItsSevenParts()
 {
     start();
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     const QByteArray md5 = md5Of(m_doc.filePath);
     const qint64 sizes[] = {UploadWorld::ChunkBytes, UploadWorld::ChunkBytes, 2097153};
     for (int i = 0; i < 3; ++i) {
@@ -175,7 +176,8 @@ void TestChunkedUpload::resumeContinuesAtTheStoresChunk()
     m_store.savedChunk = 2;
     m_store.totalChunk = 5;
     start();
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
+                              WaitMs);
     QCOMPARE(m_store.sentChunks, QList<int>({2, 3, 4}));
     const QList<FormPart> first = chunk(1);
     QVERIFY(first[0].disposition.endsWith("-2\""));
@@ -189,7 +191,7 @@ void TestChunkedUpload::theStoresCountWinsOnResume()
     m_store.savedChunk = 1;
     m_store.totalChunk = 2; // of a file that has three
     start();
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QCOMPARE(m_store.sentChunks, QList<int>({1}));
     QCOMPARE(formField(chunk(1), "totalChunk"), QByteArray("2"));
 }
@@ -224,7 +226,7 @@ void TestChunkedUpload::aCompleteRecordSendsNoChunk()
         m_job->createDocument(QString(), m_doc);
     else
         m_job->updateDocument(QString(), m_doc);
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
     QVERIFY(m_store.sentChunks.isEmpty());
     QStringList lines{QStringLiteral("GET /base-service/largefiles/md5/")
                       + QString::fromLatin1(md5Of(m_doc.filePath))};
@@ -252,7 +254,8 @@ void TestChunkedUpload::aFailedQueryStartsAtTheFirstChunk()
     QFETCH(ScriptedReply, reply);
     except(0, reply);
     start();
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
+                              WaitMs);
     QCOMPARE(m_store.sentChunks, QList<int>({0, 1, 2}));
     QCOMPARE(formField(chunk(1), "totalChunk"), QByteArray("3"));
 }
@@ -261,7 +264,8 @@ void TestChunkedUpload::aChunkThatWasNotKeptIsSentAgain()
 {
     except(2, ScriptedReply::json(R"({"savedChunk":1,"totalChunk":3})"));
     start();
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
+                              WaitMs);
     QCOMPARE(m_store.sentChunks, QList<int>({0, 1, 2}));
     QCOMPARE(formField(chunk(2), "savedChunk"), QByteArray("1"));
     QCOMPARE(formField(chunk(3), "savedChunk"), QByteArray("1"));
@@ -272,7 +276,7 @@ void TestChunkedUpload::theStoresNextChunkIsSentWhicheverItIs()
     except(1, ScriptedReply::json(R"({"savedChunk":2,"totalChunk":3})"));
     except(2, ScriptedReply::json(R"({"savedChunk":0,"totalChunk":3})"));
     start();
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QStringList indexes;
     for (int i = 1; i < m_world->server.requests().size() - 1; ++i)
         indexes.append(QString::fromLatin1(formField(chunk(i), "savedChunk")));
@@ -283,7 +287,7 @@ void TestChunkedUpload::theDocumentTakesTheFileOfTheLastReply()
 {
     m_store.finishedFileId = "c42";
     start();
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QCOMPARE(m_world->server.requests().last().body,
              QByteArray("{\"category\":null,\"file\":\"c42\",\"name\":\"图纸.zip\","
                         "\"parentId\":null,\"type\":\"file\"}"));
@@ -293,7 +297,8 @@ void TestChunkedUpload::aVersionIsMadeOfALargeFileToo()
 {
     m_doc._id = QStringLiteral("d7");
     m_job->updateDocument(QStringLiteral("h1"), m_doc);
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
+                              WaitMs);
     QCOMPARE(line(4), QStringLiteral("PUT /document-service/documents/d7"));
     QVERIFY(m_world->server.requests()[4].body.contains("\"hostId\":\"h1\""));
 }
@@ -352,7 +357,7 @@ void TestChunkedUpload::progressIsThatOfTheFile()
     connect(m_job.get(), &AsyncCreateDocument::finishUpload, this,
             [&] { steps = m_spies->progress; });
     start();
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(!steps.isEmpty());
     const qint64 framing = m_world->server.requests()[1].body.size() - UploadWorld::ChunkBytes;
     qint64 last = 0;
@@ -372,7 +377,7 @@ void TestChunkedUpload::aFileThatVanishesIsSentAsItCanBeRead()
             QFile::remove(m_doc.filePath);
     });
     start();
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QCOMPARE(formField(chunk(2), "chunkSize"), QByteArray("0"));
     QCOMPARE(chunk(2)[0].body, QByteArray());
     QCOMPARE(formField(chunk(2), "fileSize"), QByteArray("10485761"));
@@ -406,7 +411,7 @@ void TestChunkedUpload::theJobMayBeDeletedInEachOfItsSignals()
     if (signal == QLatin1String("error"))
         except(2, ScriptedReply::json("", 500));
     job->createDocument(QString(), m_doc);
-    QTRY_VERIFY(!watched);
+    QTRY_VERIFY_WITH_TIMEOUT(!watched, WaitMs);
     if (requests > 0)
         settles(requests);
     else

@@ -228,11 +228,11 @@ void TestUploadControl::eachEventInEachState()
     if (request != Idle)
         m_job->createDocument(QString(), doc);
     if (request == Finished)
-        QTRY_COMPARE(m_spies->finished.size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     if (request < 0)
         apply();
-    QTRY_COMPARE(m_spies->log(), events);
-    QTRY_COMPARE(shortLog(*m_world), requests);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), events, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shortLog(*m_world), requests, WaitMs);
     QTest::qWait(SlowMs + 100);
     QCOMPARE(m_spies->log(), events);
     QCOMPARE(shortLog(*m_world), requests);
@@ -248,7 +248,7 @@ void TestUploadControl::eventsRunWhileTheFileIsHashed()
     whenRequested(0, [&] { ticksAtTheFirstRequest = ticks; });
     m_job->createDocument(QString(), largeFile());
     QVERIFY(ticksAtTheFirstRequest > 10);
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
 }
 
 void TestUploadControl::pauseAndCancelWhileTheFileIsHashedStopNothing()
@@ -258,7 +258,8 @@ void TestUploadControl::pauseAndCancelWhileTheFileIsHashedStopNothing()
         m_job->cancel();
     });
     m_job->createDocument(QString(), largeFile());
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
+                              WaitMs);
 }
 
 void TestUploadControl::resumeSendsAWholeFileAgainFromItsFirstByte()
@@ -269,7 +270,7 @@ void TestUploadControl::resumeSendsAWholeFileAgainFromItsFirstByte()
         m_job->pause(false);
     });
     m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 300000));
-    QTRY_COMPARE(m_world->server.requests().size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 2, WaitMs);
     const auto &requests = m_world->server.requests();
     QCOMPARE(formParts(requests[0])[0].body.size(), 300000);
     QVERIFY(formParts(requests[0])[0].body == formParts(requests[1])[0].body);
@@ -285,7 +286,7 @@ void TestUploadControl::resumeOfAWholeFileThatIsGoneDoesNothing()
         m_job->pause(false);
     });
     m_job->createDocument(QString(), doc);
-    QTRY_COMPARE(m_world->server.requests().size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 1, WaitMs);
     QTest::qWait(SlowMs + 100);
     QCOMPARE(shortLog(*m_world), QStringLiteral("file"));
     QCOMPARE(m_spies->log(), QString());
@@ -297,7 +298,8 @@ void TestUploadControl::resumeWhileAWholeFileIsStillSent()
     m_slow = {0};
     whenRequested(0, [this] { m_job->pause(false); });
     m_job->createDocument(QString(), smallFile());
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("createDocumentFinish createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(),
+                              QStringLiteral("createDocumentFinish createDocumentFinish"), WaitMs);
     QCOMPARE(shortLog(*m_world), QStringLiteral("file file document"));
 }
 
@@ -306,8 +308,9 @@ void TestUploadControl::resumeAfterAChunkErrorNeverFinishes()
     m_failing = 2;
     connect(m_job.get(), &AsyncCreateDocument::error, this, [this] { m_job->pause(false); });
     m_job->createDocument(QString(), largeFile());
-    QTRY_COMPARE(shortLog(*m_world), QStringLiteral("record chunk0 chunk1 chunk1 chunk2"));
-    QTRY_COMPARE(openHandles(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(shortLog(*m_world),
+                              QStringLiteral("record chunk0 chunk1 chunk1 chunk2"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(openHandles(), 0, WaitMs);
     QTest::qWait(100);
     QCOMPARE(m_world->server.requests().size(), 5);
     QCOMPARE(m_spies->log(), QStringLiteral("error"));
@@ -340,7 +343,7 @@ void TestUploadControl::resumeWhenAllChunksAreStored()
     m_failing = 2;
     connect(m_job.get(), &AsyncCreateDocument::error, this, [this] { m_job->pause(false); });
     m_job->createDocument(QString(), largeFile());
-    QTRY_COMPARE(m_spies->log(), events);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), events, WaitMs);
     QTest::qWait(100);
     QCOMPARE(shortLog(*m_world), requests);
     if (!fsFileId.isEmpty())
@@ -353,7 +356,7 @@ void TestUploadControl::resumeReplacesTheHandleOfTheAttemptBefore()
     m_slow = {0, 1, 2};
     m_job->createDocument(QString(), smallFile());
     for (int attempt = 0; attempt < 3; ++attempt) {
-        QTRY_COMPARE(m_world->server.requests().size(), attempt + 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), attempt + 1, WaitMs);
         QCOMPARE(openHandles(), 1);
         m_job->pause(true);
         m_job->pause(false);
@@ -388,7 +391,8 @@ void TestUploadControl::aSmallFileGivenWhileALargeOneIsHashed()
     m_store.infoId = fileId;
     QTimer::singleShot(0, this, [this] { m_job->createDocument(QString(), smallFile()); });
     m_job->createDocument(QString(), largeFile());
-    QTRY_VERIFY(m_world->requestLines().filter(QStringLiteral("/info")).size() == 1);
+    QTRY_VERIFY_WITH_TIMEOUT(m_world->requestLines().filter(QStringLiteral("/info")).size() == 1,
+                             WaitMs);
     QTest::qWait(100);
     QVERIFY(!shortLog(*m_world).contains(Chunk));
 }
@@ -401,8 +405,8 @@ void TestUploadControl::twoJobsHashAtTheSameTime()
     QTimer::singleShot(0, this, [&] { second.createDocument(QString(), other); });
     m_job->createDocument(
         QString(), m_world->makeFile(QStringLiteral("b.bin"), UploadWorld::WholeFileLimit + 2));
-    QTRY_COMPARE(m_spies->finished.size(), 1);
-    QTRY_COMPARE(spies.finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(spies.finished.size(), 1, WaitMs);
 }
 
 void TestUploadControl::theHashOfAVanishedFileIsEmpty()

@@ -75,7 +75,7 @@ void TestWholeFileUpload::aFileBecomesADocument()
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1","name":"as stored","fileId":"c1"})");
     m_job->createDocument(QStringLiteral("h1"), doc);
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
 
     QCOMPARE(m_world->requestLines(),
              QStringList({QStringLiteral("POST /base-service/files"),
@@ -102,7 +102,7 @@ void TestWholeFileUpload::aFileBecomesAVersion()
     answer(R"({"files":["c2"]})");
     answer(R"({"_id":"d1","hostId":"h1"})");
     m_job->updateDocument(QStringLiteral("h1"), doc);
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
 
     QCOMPARE(m_world->requestLines(),
              QStringList({QStringLiteral("POST /base-service/files"),
@@ -119,7 +119,7 @@ void TestWholeFileUpload::nullStandsForNoCategoryAndNoParent()
     answer(R"({"files":["c1"]})");
     answer("{}");
     m_job->createDocument(QString(), doc);
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QCOMPARE(body(1),
              QByteArray(R"({"category":null,"file":"c1","name":"a.txt","parentId":null,)"
                         R"("type":"file"})"));
@@ -130,7 +130,7 @@ void TestWholeFileUpload::theHostOfANewDocumentIsNotSent()
     answer(R"({"files":["c1"]})");
     answer("{}");
     m_job->createDocument(QStringLiteral("h1"), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(!body(1).contains("host"));
 }
 
@@ -156,7 +156,7 @@ void TestWholeFileUpload::theSizeOfTheRecordDecides()
     VellDocument doc = m_world->makeFile(QStringLiteral("a.bin"), 10);
     doc.fileSize = fileSize;
     m_job->createDocument(QString(), doc);
-    QTRY_VERIFY(!m_world->requestLines().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_world->requestLines().isEmpty(), WaitMs);
     QVERIFY2(m_world->requestLines()[0].startsWith(firstRequest),
              qPrintable(m_world->requestLines()[0]));
 }
@@ -166,7 +166,7 @@ void TestWholeFileUpload::anEmptyFileIsAFile()
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
     m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("empty.txt"), 0));
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     const QList<FormPart> parts = formParts(m_world->server.requests()[0]);
     QCOMPARE(parts.size(), 1);
     QCOMPARE(parts[0].body, QByteArray());
@@ -199,13 +199,13 @@ void TestWholeFileUpload::theFirstNamedFileCounts()
     m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
     if (fileId.isEmpty()) {
         // A new document without a file is not asked for, and nobody is told.
-        QTRY_COMPARE(m_world->server.requests().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 1, WaitMs);
         QTest::qWait(50);
         QCOMPARE(m_world->server.requests().size(), 1);
         QCOMPARE(m_spies->log(), QString());
         return;
     }
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(body(1).contains("\"file\":\"" + fileId + "\""));
 }
 
@@ -222,7 +222,7 @@ void TestWholeFileUpload::anUpdateIsSentWithoutAFileToo()
     answer(reply);
     answer(R"({"_id":"d1"})");
     m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(body(1).contains("\"file\":\"\""));
 }
 
@@ -234,7 +234,7 @@ void TestWholeFileUpload::theReplyIsReadAsADocument()
         "auths":[{"key":"edit","value":"true"},{"key":"edit","value":"false"},
                  {"key":"delete","value":true},{"key":"upload","value":"true"}]})");
     m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     const VellDocument &doc = m_spies->finished[0];
     QCOMPARE(doc.fileId, QStringLiteral("at the top"));
     QCOMPARE(doc.fileSize, Q_INT64_C(5000000000));
@@ -278,7 +278,7 @@ void TestWholeFileUpload::repliesThatAreNoDocument()
         m_job->createDocument(QString(), doc);
     else
         m_job->updateDocument(QString(), doc);
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
     QCOMPARE(m_spies->finished[0]._id, QString());
     QCOMPARE(m_spies->finished[0].type, type);
     QCOMPARE(m_spies->finished[0].order, order);
@@ -288,7 +288,7 @@ void TestWholeFileUpload::anEmptyFileReplyFinishesWithADefaultRecord()
 {
     answer("");
     m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("createDocumentFinish"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
     QCOMPARE(m_spies->finished[0].type, QStringLiteral("dir"));
     QCOMPARE(m_world->server.requests().size(), 1);
 }
@@ -350,7 +350,7 @@ void TestWholeFileUpload::networkErrorsAreRelayed()
         answer(R"({"files":["c1"]})");
     m_world->server.enqueue(reply);
     m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE(m_spies->log(), QStringLiteral("error"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("error"), WaitMs);
     QCOMPARE(m_spies->errors, QList<int>({code}));
     NetworkSettings::instance().setStallTimeout(std::chrono::seconds(30));
 }
@@ -360,7 +360,7 @@ void TestWholeFileUpload::progressEndsWithTheFileOfANewDocument()
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
     m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 1000000));
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(!m_spies->progress.isEmpty());
     const qint64 bodyBytes = body(0).size();
     for (const auto &step : qAsConst(m_spies->progress))
@@ -373,7 +373,7 @@ void TestWholeFileUpload::progressGoesOnWithTheRequestOfAVersion()
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
     m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 1000000));
-    QTRY_COMPARE(m_spies->finished.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     const qint64 documentBytes = body(1).size();
     bool seen = false;
     for (const auto &step : qAsConst(m_spies->progress))
@@ -388,7 +388,7 @@ void TestWholeFileUpload::aSecondUploadOfTheSameJob()
         answer(R"({"files":["c1"]})");
         answer(R"({"_id":"d1"})");
         m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-        QTRY_COMPARE(m_spies->finished.size(), i + 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), i + 1, WaitMs);
         QCOMPARE(m_spies->finished[i]._id, QStringLiteral("d1"));
     }
     QCOMPARE(m_world->server.requests().size(), 4);
@@ -396,10 +396,10 @@ void TestWholeFileUpload::aSecondUploadOfTheSameJob()
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
     m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE(m_spies->finished.size(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 3, WaitMs);
     answer(R"({"files":["c1"],"_id":"taken for a document"})");
     m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE(m_spies->finished.size(), 4);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 4, WaitMs);
     QCOMPARE(m_spies->finished[3]._id, QStringLiteral("taken for a document"));
     QCOMPARE(m_world->server.requests().size(), 7);
 }
@@ -436,7 +436,7 @@ void TestWholeFileUpload::theJobMayBeDeletedInEachOfItsSignals()
         job->createDocument(QString(), doc);
     else
         job->updateDocument(QString(), doc);
-    QTRY_VERIFY(!watched);
+    QTRY_VERIFY_WITH_TIMEOUT(!watched, WaitMs);
     QTest::qWait(50);
 }
 
@@ -446,7 +446,7 @@ void TestWholeFileUpload::theJobMayBeDeletedInFlight()
     JobSpies spies(job);
     answer(R"({"files":["c1"]})");
     job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 10000000));
-    QTRY_VERIFY(m_world->server.connectionCount() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_world->server.connectionCount() > 0, WaitMs);
     delete job;
     QTest::qWait(50);
     QCOMPARE(spies.log(), QString());
@@ -467,7 +467,7 @@ void TestWholeFileUpload::theLocalFileIsClosedWhenItHasGoneUp()
 #ifdef Q_OS_LINUX
     QCOMPARE(openFiles(), 1);
 #endif
-    QTRY_COMPARE(m_world->server.requests().size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 2, WaitMs);
     QCOMPARE(openFiles(), 0);
 }
 

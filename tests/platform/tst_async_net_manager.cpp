@@ -347,7 +347,7 @@ void TestAsyncNetManager::chainOfManagersSharesOneConnection()
         manager->post(m_url, form(QByteArray(100000, 'c')));
     };
     sendNext();
-    QTRY_COMPARE(m_server->requests().size(), 64);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 64, 30000);
     QTRY_VERIFY(!manager);
     QCOMPARE(m_server->connectionCount(), 1);
 }
