@@ -45,7 +45,10 @@ ReplyWatch::ReplyWatch(QNetworkReply *reply, UploadBody *body)
     connect(reply, &QNetworkReply::finished, this, &ReplyWatch::conclude);
     connect(reply, &QNetworkReply::redirected, this, &ReplyWatch::judgeRedirect);
     connect(reply, &QNetworkReply::uploadProgress, this, &ReplyWatch::moved);
-    connect(reply, &QNetworkReply::downloadProgress, this, &ReplyWatch::moved);
+    connect(reply, &QNetworkReply::downloadProgress, this, [this](qint64 receivedBytes) {
+        m_receivedBytes = receivedBytes;
+        moved();
+    });
     connect(reply, &QNetworkReply::readyRead, this, &ReplyWatch::moved);
     connect(reply, &QNetworkReply::metaDataChanged, this, [this] {
         m_headArrived = true;
@@ -83,6 +86,9 @@ ReplyWatch *ReplyWatch::of(const QNetworkReply *reply)
 void ReplyWatch::conclude()
 {
     m_timer.stop();
+    if (replyError(m_reply) == QNetworkReply::NoError && isCutShort())
+        condemn(QNetworkReply::RemoteHostClosedError,
+                tr("The connection was closed in the middle of the answer"));
     trace();
     const QNetworkReply::NetworkError error = replyError(m_reply);
     // Only the client itself cancels.
@@ -135,6 +141,14 @@ QString ReplyWatch::refusal(const QUrl &target) const
     if (m_reply->operation() != m_operation && replyStatus(m_reply) != 303)
         return tr("The service redirected a change, which would not be made there");
     return {};
+}
+
+// Qt takes an answer for whole when the connection is reset at the wrong moment.
+bool ReplyWatch::isCutShort() const
+{
+    // Gone where Qt has decompressed the body.
+    const QByteArray length = m_reply->rawHeader("Content-Length");
+    return !length.isEmpty() && m_receivedBytes < length.toLongLong();
 }
 
 void ReplyWatch::condemn(QNetworkReply::NetworkError error, const QString &reason)

@@ -33,6 +33,7 @@ private:
     void tick();
     void judgeRedirect(const QUrl &target);
     QString refusal(const QUrl &target) const;
+    bool isCutShort() const;
     void condemn(QNetworkReply::NetworkError error, const QString &reason);
     void end(QNetworkReply::NetworkError error, const QString &reason);
     QString message() const;
@@ -45,6 +46,7 @@ private:
     QUrl m_url;
     QTimer m_timer;
     QElapsedTimer m_age;
+    qint64 m_receivedBytes = 0;
     int m_idleTicks = 0;
     bool m_headArrived = false;
     QNetworkReply::NetworkError m_verdict = QNetworkReply::NoError;

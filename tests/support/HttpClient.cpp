@@ -103,6 +103,10 @@ HttpAnswer HttpClient::send(const QByteArray &verb, const QString &path, const Q
     answer.error = reply->error();
     for (const auto &header : reply->rawHeaderPairs())
         answer.headers.insert(header.first.toLower(), header.second);
+    // Qt takes an answer for whole when the connection is reset at the wrong moment.
+    const qint64 length = answer.headers.value("content-length").toLongLong();
+    if (answer.error == QNetworkReply::NoError && verb != "HEAD" && answer.body.size() < length)
+        answer.error = QNetworkReply::RemoteHostClosedError;
     delete reply;
     return answer;
 }

@@ -18,7 +18,11 @@ struct HttpAnswer
     QMap<QByteArray, QByteArray> headers; //!< names in lower case
     QNetworkReply::NetworkError error = QNetworkReply::NoError;
 
-    bool isSuccess() const { return status >= 200 && status < 300; }
+    //! A whole answer with a 2xx status.
+    bool isSuccess() const
+    {
+        return error == QNetworkReply::NoError && status >= 200 && status < 300;
+    }
     QJsonObject object() const;
     QJsonArray array() const;
     QString errorText() const; //!< of the key "error"
