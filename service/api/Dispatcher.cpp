@@ -120,7 +120,7 @@ HttpResponse Dispatcher::answer(HttpRequest &request, ReplyControl &reply, Serve
     const User user = route.isPublic ? User() : authenticate(request);
     served.user = user.name;
     Session session(m_context, user, fault);
-    const HttpResponse response = route.handler(request, session);
+    HttpResponse response = route.handler(request, session);
     if (fault)
         misbehaveAfter(*fault, reply, m_context);
     return response;

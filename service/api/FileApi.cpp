@@ -53,7 +53,7 @@ HttpResponse downloadFile(HttpRequest &request, Session &session)
         throw HttpError(
             404, QStringLiteral("There is no file %1 that you may download.").arg(id.left(60)));
 
-    const HttpResponse response = downloadResponse(request, *file, session.context.contents);
+    HttpResponse response = downloadResponse(request, *file, session.context.contents);
     // A resumed download was noted when it began.
     if (response.status == 200 || (response.status == 206 && response.file.offset == 0)) {
         Transaction transaction(session.database);

@@ -7,7 +7,7 @@ namespace service {
 
 namespace {
 
-constexpr qint64 MaxJsonBytes = 1024 * 1024;
+constexpr qint64 MaxJsonBytes = Q_INT64_C(1024) * 1024;
 
 [[noreturn]] void refuse(const char *key, const char *expected)
 {
@@ -21,8 +21,8 @@ constexpr qint64 MaxJsonBytes = 1024 * 1024;
 QJsonDocument readJson(HttpRequest &request)
 {
     const QByteArray body = request.body->readAll(MaxJsonBytes);
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
+    QJsonParseError error{};
+    QJsonDocument document = QJsonDocument::fromJson(body, &error);
     if (error.error != QJsonParseError::NoError)
         throw HttpError(400, QStringLiteral("The body is not JSON: %1.").arg(error.errorString()));
     return document;
@@ -32,9 +32,8 @@ QJsonObject jsonParameter(const HttpRequest &request, QLatin1String name)
 {
     if (!request.query.contains(name))
         return {};
-    QJsonParseError error;
-    const QJsonDocument document =
-        QJsonDocument::fromJson(request.parameter(name).toUtf8(), &error);
+    QJsonParseError error{};
+    QJsonDocument document = QJsonDocument::fromJson(request.parameter(name).toUtf8(), &error);
     if (error.error != QJsonParseError::NoError || !document.isObject())
         throw HttpError(400, QStringLiteral("The parameter %1 is not a JSON object.").arg(name));
     return document.object();

@@ -24,7 +24,7 @@ QString pageFrame(const QString &title, const QString &content)
 
 QString nameCell(const SharePage &page, const Document &document)
 {
-    const QString name = document.name.toHtmlEscaped();
+    QString name = document.name.toHtmlEscaped();
     if (document.isFolder()) {
         return QStringLiteral("<a href=\"%1/folders/%2\">%3/</a>")
             .arg(page.basePath, document.id, name);

@@ -44,7 +44,7 @@ bool BodyReader::drain(qint64 limitBytes)
 {
     if (remaining() > limitBytes)
         return false;
-    std::vector<char> block(64 * 1024);
+    std::vector<char> block(size_t(64) * 1024);
     while (remaining() > 0)
         read(block.data(), static_cast<qint64>(block.size()));
     return true;

@@ -16,7 +16,7 @@ namespace service {
 
 namespace {
 
-constexpr qint64 LingerBytes = 256 * 1024 * 1024;
+constexpr qint64 LingerBytes = Q_INT64_C(256) * 1024 * 1024;
 constexpr std::chrono::milliseconds LingerWait{500};
 
 using NameFunction = int (*)(int, sockaddr *, socklen_t *);
@@ -84,7 +84,7 @@ void Connection::linger()
     }
 }
 
-void Connection::shutDown()
+void Connection::shutDown() const
 {
     ::shutdown(m_socket, SHUT_RDWR);
 }
@@ -147,7 +147,7 @@ void Connection::get_local_ip_and_port(std::string &ip, int &port) const
 
 //! Clients that send head and body of a request one after the other, as Qt's does, hold the body back until
 //! the head is acknowledged; without this the kernel takes 40 ms over it.
-ssize_t Connection::receive(char *data, size_t size)
+ssize_t Connection::receive(char *data, size_t size) const
 {
     const ssize_t count = ::recv(m_socket, data, size, 0);
     const int on = 1;

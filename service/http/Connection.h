@@ -48,7 +48,7 @@ public:
     void linger();
 
     //! Wakes the thread that serves the connection; callable from any thread.
-    void shutDown();
+    void shutDown() const;
 
     bool is_readable() const override;
     bool is_writable() const override;
@@ -59,7 +59,7 @@ public:
     socket_t socket() const override { return m_socket; }
 
 private:
-    ssize_t receive(char *data, size_t size);
+    ssize_t receive(char *data, size_t size) const;
     bool waitFor(short events, std::chrono::milliseconds timeout) const;
     bool writeAll(const char *data, size_t size);
     //! How many of the \a size bytes at \a data belong to the response's head.
@@ -67,7 +67,7 @@ private:
 
     socket_t m_socket = INVALID_SOCKET;
     std::chrono::milliseconds m_timeout;
-    std::array<char, 64 * 1024> m_buffer;
+    std::array<char, size_t(64) * 1024> m_buffer{};
     size_t m_bufferStart = 0;
     size_t m_bufferEnd = 0;
     qint64 m_replyLimit = -1;

@@ -9,7 +9,7 @@ namespace {
 QString decoded(const QByteArray &encoded)
 {
     const QByteArray bytes = QByteArray::fromPercentEncoding(encoded);
-    const QString text = QString::fromUtf8(bytes);
+    QString text = QString::fromUtf8(bytes);
     if (text.toUtf8() != bytes)
         throw HttpError(400, QStringLiteral("The address is not valid UTF-8."));
     return text;

@@ -25,8 +25,8 @@ constexpr int Backlog = 256;
 constexpr std::chrono::seconds TransferTimeout{60};
 constexpr std::chrono::seconds IdleTimeout{30};
 //! What is read and thrown away so that a refused request leaves the connection usable.
-constexpr qint64 DrainBytes = 64 * 1024 * 1024;
-constexpr size_t FileBlock = 256 * 1024;
+constexpr qint64 DrainBytes = Q_INT64_C(64) * 1024 * 1024;
+constexpr size_t FileBlock = size_t(256) * 1024;
 
 int setSocketOption(socket_t socket, int level, int option)
 {
@@ -121,8 +121,8 @@ public:
     {}
 
     void configure();
-    HttpResponse answer(HttpRequest &request, Connection &connection, ServedRequest &served);
-    HttpResponse guarded(HttpRequest &request, Connection &connection, ServedRequest &served);
+    HttpResponse answer(HttpRequest &request, Connection &connection, ServedRequest &served) const;
+    HttpResponse guarded(HttpRequest &request, Connection &connection, ServedRequest &served) const;
     void serve(const httplib::Request &in, httplib::Response &out);
     void listenBacklog() { ::listen(svr_sock_, Backlog); }
 
@@ -140,10 +140,10 @@ private:
     bool process_and_close_socket(socket_t sock) override; // NOLINT(readability-identifier-naming)
     bool serveOne(Connection &connection, bool isLast);
 
-    static thread_local Connection *t_connection; //!< the one that this thread serves
+    static thread_local Connection *currentConnection; //!< the one that this thread serves
 };
 
-thread_local Connection *HttpServer::Private::t_connection = nullptr;
+thread_local Connection *HttpServer::Private::currentConnection = nullptr;
 
 void HttpServer::Private::configure()
 {
@@ -174,7 +174,7 @@ void HttpServer::Private::configure()
 }
 
 HttpResponse HttpServer::Private::answer(HttpRequest &request, Connection &connection,
-                                         ServedRequest &served)
+                                         ServedRequest &served) const
 {
     ConnectionControl control(connection);
     try {
@@ -190,7 +190,7 @@ HttpResponse HttpServer::Private::answer(HttpRequest &request, Connection &conne
 }
 
 HttpResponse HttpServer::Private::guarded(HttpRequest &request, Connection &connection,
-                                          ServedRequest &served)
+                                          ServedRequest &served) const
 {
     qint64 length = 0;
     try {
@@ -205,7 +205,7 @@ HttpResponse HttpServer::Private::guarded(HttpRequest &request, Connection &conn
         },
         length);
     request.body = &body;
-    const HttpResponse response = answer(request, connection, served);
+    HttpResponse response = answer(request, connection, served);
     if (!body.drain(DrainBytes))
         connection.closeAfterReply();
     return response;
@@ -213,7 +213,7 @@ HttpResponse HttpServer::Private::guarded(HttpRequest &request, Connection &conn
 
 void HttpServer::Private::serve(const httplib::Request &in, httplib::Response &out)
 {
-    Connection &connection = *t_connection;
+    Connection &connection = *currentConnection;
     QElapsedTimer clock;
     clock.start();
     HttpRequest request = convert(in);
@@ -254,13 +254,13 @@ bool HttpServer::Private::process_and_close_socket(socket_t sock)
         const std::lock_guard<std::mutex> lock(connectionsLock);
         connections.insert(&connection);
     }
-    t_connection = &connection;
+    currentConnection = &connection;
     size_t served = 0;
     while (!isStopping && connection.waitForRequest(IdleTimeout)) {
         if (!serveOne(connection, ++served == RequestsPerConnection))
             break;
     }
-    t_connection = nullptr;
+    currentConnection = nullptr;
     const std::lock_guard<std::mutex> lock(connectionsLock);
     connections.remove(&connection);
     return true;

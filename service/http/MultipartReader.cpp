@@ -46,7 +46,7 @@ QByteArray headerParameter(const QByteArray &header, const QByteArray &name)
 
 QString utf8(const QByteArray &bytes)
 {
-    const QString text = QString::fromUtf8(bytes);
+    QString text = QString::fromUtf8(bytes);
     if (text.toUtf8() != bytes)
         throw HttpError(400, QStringLiteral("A name in the form is not valid UTF-8."));
     return text;

@@ -59,59 +59,56 @@ qint64 DocumentTree::childCount(const QString &id)
 void DocumentTree::recycle(const Document &document, const QString &userId)
 {
     const qint64 now = nowMs();
-    Statement(
-        m_database,
-        QStringLiteral("WITH RECURSIVE below (id) AS ("
-                       "SELECT id FROM document WHERE parent_id = ? AND recycle = 0 UNION ALL "
-                       "SELECT d.id FROM document d JOIN below b ON d.parent_id = b.id "
-                       "WHERE d.recycle = 0) "
-                       "UPDATE document SET recycle = 2, recycled_at = ? "
-                       "WHERE id IN (SELECT id FROM below)"),
-        {document.id, now});
-    Statement(m_database,
-              QStringLiteral("UPDATE document SET recycle = 1, recycled_at = ?, updated_at = ?, "
-                             "updated_by = ? WHERE id = ?"),
-              {now, now, userId, document.id});
+    execute(m_database,
+            QStringLiteral("WITH RECURSIVE below (id) AS ("
+                           "SELECT id FROM document WHERE parent_id = ? AND recycle = 0 UNION ALL "
+                           "SELECT d.id FROM document d JOIN below b ON d.parent_id = b.id "
+                           "WHERE d.recycle = 0) "
+                           "UPDATE document SET recycle = 2, recycled_at = ? "
+                           "WHERE id IN (SELECT id FROM below)"),
+            {document.id, now});
+    execute(m_database,
+            QStringLiteral("UPDATE document SET recycle = 1, recycled_at = ?, updated_at = ?, "
+                           "updated_by = ? WHERE id = ?"),
+            {now, now, userId, document.id});
 }
 
 void DocumentTree::restore(const Document &document, const QString &userId)
 {
     // What was deleted on its own before its folder stays in the bin: the walk ends at it.
-    Statement(
-        m_database,
-        QStringLiteral("WITH RECURSIVE below (id) AS ("
-                       "SELECT id FROM document WHERE parent_id = ? AND recycle = 2 UNION ALL "
-                       "SELECT d.id FROM document d JOIN below b ON d.parent_id = b.id "
-                       "WHERE d.recycle = 2) "
-                       "UPDATE document SET recycle = 0, recycled_at = NULL "
-                       "WHERE id IN (SELECT id FROM below)"),
-        {document.id});
-    Statement(m_database,
-              QStringLiteral("UPDATE document SET recycle = 0, recycled_at = NULL, updated_at = ?, "
-                             "updated_by = ?, parent_id = (SELECT p.id FROM document p "
-                             "WHERE p.id = document.parent_id AND p.recycle = 0) WHERE id = ?"),
-              {nowMs(), userId, document.id});
+    execute(m_database,
+            QStringLiteral("WITH RECURSIVE below (id) AS ("
+                           "SELECT id FROM document WHERE parent_id = ? AND recycle = 2 UNION ALL "
+                           "SELECT d.id FROM document d JOIN below b ON d.parent_id = b.id "
+                           "WHERE d.recycle = 2) "
+                           "UPDATE document SET recycle = 0, recycled_at = NULL "
+                           "WHERE id IN (SELECT id FROM below)"),
+            {document.id});
+    execute(m_database,
+            QStringLiteral("UPDATE document SET recycle = 0, recycled_at = NULL, updated_at = ?, "
+                           "updated_by = ?, parent_id = (SELECT p.id FROM document p "
+                           "WHERE p.id = document.parent_id AND p.recycle = 0) WHERE id = ?"),
+            {nowMs(), userId, document.id});
 }
 
 int DocumentTree::purge(const QString &projectId, const QString &category)
 {
-    Statement(m_database,
-              QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS doomed (id TEXT PRIMARY KEY)"));
-    Statement(m_database, QStringLiteral("DELETE FROM doomed"));
-    Statement(m_database,
-              QStringLiteral("WITH RECURSIVE gone (id) AS ("
-                             "SELECT id FROM document WHERE project_id = ? AND recycle = 1 "
-                             "AND (? = '' OR category = ?) UNION "
-                             "SELECT d.id FROM document d JOIN gone g ON d.parent_id = g.id "
-                             "WHERE d.recycle = 2) INSERT INTO doomed SELECT id FROM gone"),
-              {projectId, category, category});
+    execute(m_database,
+            QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS doomed (id TEXT PRIMARY KEY)"));
+    execute(m_database, QStringLiteral("DELETE FROM doomed"));
+    execute(m_database,
+            QStringLiteral("WITH RECURSIVE gone (id) AS ("
+                           "SELECT id FROM document WHERE project_id = ? AND recycle = 1 "
+                           "AND (? = '' OR category = ?) UNION "
+                           "SELECT d.id FROM document d JOIN gone g ON d.parent_id = g.id "
+                           "WHERE d.recycle = 2) INSERT INTO doomed SELECT id FROM gone"),
+            {projectId, category, category});
     // What was deleted on its own and is not concerned survives its folder.
-    Statement(m_database,
-              QStringLiteral("UPDATE document SET parent_id = NULL WHERE parent_id IN "
-                             "(SELECT id FROM doomed) AND id NOT IN (SELECT id FROM doomed)"));
-    return Statement(m_database,
-                     QStringLiteral("DELETE FROM document WHERE id IN (SELECT id FROM doomed)"))
-        .changedRows();
+    execute(m_database,
+            QStringLiteral("UPDATE document SET parent_id = NULL WHERE parent_id IN "
+                           "(SELECT id FROM doomed) AND id NOT IN (SELECT id FROM doomed)"));
+    return execute(m_database,
+                   QStringLiteral("DELETE FROM document WHERE id IN (SELECT id FROM doomed)"));
 }
 
 } // namespace service

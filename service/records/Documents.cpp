@@ -67,7 +67,7 @@ void Documents::insert(Document &document)
     document.order = last.number(0) > 0 ? static_cast<int>(last.number(0)) + 1 : 0;
     last.finish();
 
-    Statement(
+    execute(
         m_database,
         QStringLiteral("INSERT INTO document (id, project_id, parent_id, type, name, category, "
                        "host_id, host_type, ord, remark, pwd, preview_id, file_id, suffix, size, "
@@ -85,7 +85,7 @@ void Documents::update(Document &document)
     document.updatedAt = nowMs();
     document.updatedBy = m_userId;
     document.suffix = document.isFolder() ? QString() : suffixOf(document.name);
-    Statement(
+    execute(
         m_database,
         QStringLiteral("UPDATE document SET parent_id = ?, name = ?, category = ?, host_id = ?, "
                        "host_type = ?, ord = ?, remark = ?, pwd = ?, preview_id = ?, file_id = ?, "
@@ -98,7 +98,7 @@ void Documents::update(Document &document)
 
 void Documents::setOrder(const QString &id, int order)
 {
-    Statement(
+    execute(
         m_database,
         QStringLiteral("UPDATE document SET ord = ?, updated_at = ?, updated_by = ? WHERE id = ?"),
         {order, nowMs(), m_userId, id});

@@ -41,15 +41,14 @@ StoredFile Files::insert(StoredFile file, const QString &userId)
     } else {
         if (file.id.isEmpty())
             file.id = newId();
-        Statement(m_database,
-                  QStringLiteral("INSERT INTO file (id, md5, size, name, created_at) "
-                                 "VALUES (?, ?, ?, ?, ?)"),
-                  {file.id, file.md5, file.size, file.name, nowMs()});
+        execute(m_database,
+                QStringLiteral("INSERT INTO file (id, md5, size, name, created_at) "
+                               "VALUES (?, ?, ?, ?, ?)"),
+                {file.id, file.md5, file.size, file.name, nowMs()});
     }
-    Statement(
-        m_database,
-        QStringLiteral("INSERT OR IGNORE INTO file_uploader (file_id, user_id) VALUES (?, ?)"),
-        {file.id, userId});
+    execute(m_database,
+            QStringLiteral("INSERT OR IGNORE INTO file_uploader (file_id, user_id) VALUES (?, ?)"),
+            {file.id, userId});
     return file;
 }
 
@@ -75,10 +74,10 @@ bool Files::mayDownload(const QString &fileId, Access &access)
 
 void Files::noteDownload(const QString &fileId, const QString &userId)
 {
-    Statement(m_database,
-              QStringLiteral("INSERT OR REPLACE INTO download (document_id, user_id, at) "
-                             "SELECT id, ?, ? FROM document WHERE file_id = ? AND recycle = 0"),
-              {userId, nowMs(), fileId});
+    execute(m_database,
+            QStringLiteral("INSERT OR REPLACE INTO download (document_id, user_id, at) "
+                           "SELECT id, ?, ? FROM document WHERE file_id = ? AND recycle = 0"),
+            {userId, nowMs(), fileId});
 }
 
 } // namespace service

@@ -63,16 +63,16 @@ void LargeFiles::insert(LargeFile &record, const QString &userId)
     record.id = newId();
     record.createdBy = userId;
     const qint64 now = nowMs();
-    Statement(m_database,
-              QStringLiteral("INSERT INTO large_file (id, md5, file_name, file_size, total_chunk, "
-                             "created_at, created_by, updated_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
-              {record.id, record.md5, record.fileName, record.fileSize, record.totalChunk(), now,
-               userId, now});
+    execute(m_database,
+            QStringLiteral("INSERT INTO large_file (id, md5, file_name, file_size, total_chunk, "
+                           "created_at, created_by, updated_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
+            {record.id, record.md5, record.fileName, record.fileSize, record.totalChunk(), now,
+             userId, now});
 }
 
 void LargeFiles::setSaved(const LargeFile &record)
 {
-    Statement(
+    execute(
         m_database,
         QStringLiteral(
             "UPDATE large_file SET saved_chunk = ?, md5_state = ?, updated_at = ? WHERE id = ?"),
@@ -81,7 +81,7 @@ void LargeFiles::setSaved(const LargeFile &record)
 
 void LargeFiles::remove(const QString &id)
 {
-    Statement(m_database, QStringLiteral("DELETE FROM large_file WHERE id = ?"), {id});
+    execute(m_database, QStringLiteral("DELETE FROM large_file WHERE id = ?"), {id});
 }
 
 } // namespace service

@@ -12,7 +12,7 @@ class Database;
 //! An upload by chunks that is under way.
 struct LargeFile
 {
-    static constexpr qint64 ChunkBytes = 4 * 1024 * 1024;
+    static constexpr qint64 ChunkBytes = Q_INT64_C(4) * 1024 * 1024;
 
     QString id;
     QString md5;

@@ -28,7 +28,7 @@ Links::Links(Database &database) : m_database(database) {}
 
 void Links::replace(const QString &documentId, const QJsonArray &links)
 {
-    Statement(m_database, QStringLiteral("DELETE FROM link WHERE document_id = ?"), {documentId});
+    execute(m_database, QStringLiteral("DELETE FROM link WHERE document_id = ?"), {documentId});
     int position = 0;
     for (const QJsonValue &link : links) {
         const QJsonObject entry = link.toObject();
@@ -38,11 +38,11 @@ void Links::replace(const QString &documentId, const QJsonArray &links)
             throw HttpError(400, QStringLiteral("A link needs an array \"ids\"."));
         const QJsonArray ids = entry.value(QStringLiteral("ids")).toArray();
         for (const QJsonValue &id : ids) {
-            Statement(m_database,
-                      QStringLiteral(
-                          "INSERT OR IGNORE INTO link (document_id, kind, entity_id, position) "
-                          "VALUES (?, ?, ?, ?)"),
-                      {documentId, kind, requireWord(id, QStringLiteral("The id")), position++});
+            execute(m_database,
+                    QStringLiteral(
+                        "INSERT OR IGNORE INTO link (document_id, kind, entity_id, position) "
+                        "VALUES (?, ?, ?, ?)"),
+                    {documentId, kind, requireWord(id, QStringLiteral("The id")), position++});
         }
     }
 }

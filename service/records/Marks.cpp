@@ -10,13 +10,13 @@ Marks::Marks(Database &database, const QString &userId) : m_database(database), 
 void Marks::set(const QString &documentId, int type, bool isMarked)
 {
     if (isMarked) {
-        Statement(
+        execute(
             m_database,
             QStringLiteral("INSERT OR REPLACE INTO mark (user_id, document_id, type, created_at) "
                            "VALUES (?, ?, ?, ?)"),
             {m_userId, documentId, type, nowMs()});
     } else {
-        Statement(
+        execute(
             m_database,
             QStringLiteral("DELETE FROM mark WHERE user_id = ? AND document_id = ? AND type = ?"),
             {m_userId, documentId, type});

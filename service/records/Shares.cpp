@@ -26,16 +26,16 @@ Shares::Shares(Database &database) : m_database(database) {}
 QString Shares::insert(const Share &share, const QStringList &documentIds)
 {
     const QString id = newId();
-    const QString code = newSecret().left(CodeDigits);
+    QString code = newSecret().left(CodeDigits);
     const QVariant expiry = share.expiredAt == 0 ? QVariant() : QVariant(share.expiredAt);
-    Statement(
+    execute(
         m_database,
         QStringLiteral("INSERT INTO share (id, code_hash, project_id, allow_download, expired_at, "
                        "created_at, created_by) VALUES (?, ?, ?, ?, ?, ?, ?)"),
         {id, secretHash(code), share.projectId, share.allowsDownload ? 1 : 0, expiry, nowMs(),
          share.createdBy});
     for (int i = 0; i < documentIds.size(); ++i) {
-        Statement(
+        execute(
             m_database,
             QStringLiteral("INSERT OR IGNORE INTO share_document (share_id, document_id, position) "
                            "VALUES (?, ?, ?)"),

@@ -38,8 +38,8 @@ void Sweep::sweepUploads()
         ++m_result.abandonedUploads;
         parts.append(m_contents.partPath(row.text(1)));
         if (!m_isDryRun)
-            Statement(m_database, QStringLiteral("DELETE FROM large_file WHERE id = ?"),
-                      {row.text(0)});
+            execute(m_database, QStringLiteral("DELETE FROM large_file WHERE id = ?"),
+                    {row.text(0)});
     }
     row.finish();
     transaction.commit();
@@ -60,7 +60,7 @@ void Sweep::sweepContents()
         ++m_result.unusedContents;
         contents.append(m_contents.contentPath(row.text(1)));
         if (!m_isDryRun)
-            Statement(m_database, QStringLiteral("DELETE FROM file WHERE id = ?"), {row.text(0)});
+            execute(m_database, QStringLiteral("DELETE FROM file WHERE id = ?"), {row.text(0)});
     }
     row.finish();
     transaction.commit();

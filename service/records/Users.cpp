@@ -45,8 +45,8 @@ QString Users::add(const QString &name)
     if (taken.next())
         throw HttpError(409, QStringLiteral("There is a user called %1 already.").arg(name));
     taken.finish();
-    const QString token = newSecret();
-    Statement(
+    QString token = newSecret();
+    execute(
         m_database,
         QStringLiteral("INSERT INTO user (id, name, token_hash, created_at) VALUES (?, ?, ?, ?)"),
         {newId(), name, secretHash(token), nowMs()});
@@ -61,19 +61,18 @@ void Users::addProject(const QString &id, const QString &name)
     Transaction transaction(m_database);
     if (projectExists(id))
         throw HttpError(409, QStringLiteral("There is a project %1 already.").arg(id));
-    Statement(m_database,
-              QStringLiteral("INSERT INTO project (id, name, created_at) VALUES (?, ?, ?)"),
-              {id, name.isEmpty() ? id : name, nowMs()});
+    execute(m_database,
+            QStringLiteral("INSERT INTO project (id, name, created_at) VALUES (?, ?, ?)"),
+            {id, name.isEmpty() ? id : name, nowMs()});
     transaction.commit();
 }
 
 void Users::ensureProject(const QString &id)
 {
     requireValidProjectId(id);
-    Statement(
-        m_database,
-        QStringLiteral("INSERT OR IGNORE INTO project (id, name, created_at) VALUES (?, ?, ?)"),
-        {id, id, nowMs()});
+    execute(m_database,
+            QStringLiteral("INSERT OR IGNORE INTO project (id, name, created_at) VALUES (?, ?, ?)"),
+            {id, id, nowMs()});
 }
 
 bool Users::projectExists(const QString &id)
@@ -102,14 +101,14 @@ void Users::setRole(const QString &projectId, const QString &userName, const QSt
     const QString userId = user.text(0);
     user.finish();
     if (newRole == Role::None) {
-        Statement(m_database,
-                  QStringLiteral("DELETE FROM member WHERE project_id = ? AND user_id = ?"),
-                  {projectId, userId});
+        execute(m_database,
+                QStringLiteral("DELETE FROM member WHERE project_id = ? AND user_id = ?"),
+                {projectId, userId});
     } else {
-        Statement(m_database,
-                  QStringLiteral("INSERT OR REPLACE INTO member (project_id, user_id, role) "
-                                 "VALUES (?, ?, ?)"),
-                  {projectId, userId, role});
+        execute(m_database,
+                QStringLiteral("INSERT OR REPLACE INTO member (project_id, user_id, role) "
+                               "VALUES (?, ?, ?)"),
+                {projectId, userId, role});
     }
     transaction.commit();
 }

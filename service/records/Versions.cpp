@@ -40,7 +40,7 @@ Versions::Versions(Database &database) : m_database(database) {}
 void Versions::add(const Document &document, const QString &userId)
 {
     const qint64 now = nowMs();
-    Statement(
+    execute(
         m_database,
         QStringLiteral("INSERT INTO version (id, document_id, number, file_id, name, created_at, "
                        "created_by, updated_at) VALUES (?, ?, (SELECT coalesce(max(number), 0) + 1 "
@@ -80,9 +80,9 @@ qint64 Versions::count(const QString &documentId)
 
 void Versions::setRemark(const QString &id, const QString &remark)
 {
-    Statement(m_database,
-              QStringLiteral("UPDATE version SET remark = ?, updated_at = ? WHERE id = ?"),
-              {remark, nowMs(), id});
+    execute(m_database,
+            QStringLiteral("UPDATE version SET remark = ?, updated_at = ? WHERE id = ?"),
+            {remark, nowMs(), id});
 }
 
 } // namespace service

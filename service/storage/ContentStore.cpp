@@ -13,7 +13,7 @@ namespace service {
 
 namespace {
 
-constexpr qint64 CopyBlock = 256 * 1024;
+constexpr qint64 CopyBlock = Q_INT64_C(256) * 1024;
 
 void makeFolder(const QString &path)
 {
@@ -97,15 +97,16 @@ std::unique_ptr<IncomingFile> ContentStore::newFile()
 
 QByteArray ContentStore::keep(IncomingFile &file)
 {
-    const QByteArray digest = file.m_md5.result();
+    QByteArray digest = file.m_md5.result();
     const QString md5 = QString::fromLatin1(digest);
-    if (contains(md5))
-        return digest;
-    file.m_file.sync();
-    makeContentFolder(md5);
     const QString path = contentPath(md5);
-    renameFile(file.m_path, path);
-    file.m_isKept = true;
+    if (!contains(md5)) {
+        file.m_file.sync();
+        makeContentFolder(md5);
+        renameFile(file.m_path, path);
+        file.m_isKept = true;
+    }
+    // Also where it was there already: another upload may have named it this very moment.
     syncFolder(QFileInfo(path).path());
     return digest;
 }

@@ -26,7 +26,7 @@ constexpr int BusyTimeoutMs = 20000;
 
 //! Whether this thread's connections are closed already: objects with static lifetime outlive those of
 //! the main thread.
-thread_local bool t_hasEnded = false;
+thread_local bool hasEnded = false;
 
 //! The connections of one thread, by instance; closes them when the thread ends.
 class ThreadConnections
@@ -36,7 +36,7 @@ public:
     {
         for (const QString &name : qAsConst(m_names))
             QSqlDatabase::removeDatabase(name);
-        t_hasEnded = true;
+        hasEnded = true;
     }
 
     QString find(const QString &instance) const { return m_names.value(instance); }
@@ -98,7 +98,7 @@ Database::Database(const QString &fileName)
 
 Database::~Database()
 {
-    if (!t_hasEnded)
+    if (!hasEnded)
         threadConnections().remove(m_instance);
 }
 
@@ -153,7 +153,7 @@ void Database::migrate()
         const int next = version + 1;
         executeScript(link,
                       QStringLiteral(":/vell-service/%1.sql").arg(next, 3, 10, QLatin1Char('0')));
-        Statement(*this, QStringLiteral("PRAGMA user_version = %1").arg(next));
+        execute(*this, QStringLiteral("PRAGMA user_version = %1").arg(next));
         transaction.commit();
     }
 }

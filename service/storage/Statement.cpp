@@ -37,9 +37,15 @@ bool Statement::next()
     return hasRow;
 }
 
+int execute(Database &database, const QString &sql, const QVariantList &values)
+{
+    const Statement statement(database, sql, values);
+    return statement.changedRows();
+}
+
 Transaction::Transaction(Database &database) : m_database(database), m_locker(&database.writeLock())
 {
-    Statement(m_database, QStringLiteral("BEGIN IMMEDIATE"));
+    execute(m_database, QStringLiteral("BEGIN IMMEDIATE"));
     m_isOpen = true;
 }
 
@@ -48,7 +54,7 @@ Transaction::~Transaction()
     if (!m_isOpen)
         return;
     try {
-        Statement(m_database, QStringLiteral("ROLLBACK"));
+        execute(m_database, QStringLiteral("ROLLBACK"));
     } catch (const std::exception &) {
         // SQLite has rolled back by itself, as it does when the disk is full.
         m_isOpen = false;
@@ -57,7 +63,7 @@ Transaction::~Transaction()
 
 void Transaction::commit()
 {
-    Statement(m_database, QStringLiteral("COMMIT"));
+    execute(m_database, QStringLiteral("COMMIT"));
     m_isOpen = false;
 }
 

@@ -30,6 +30,9 @@ private:
     QSqlQuery m_query;
 };
 
+//! Executes a statement that has no rows to read. \return how many rows it has changed
+int execute(Database &database, const QString &sql, const QVariantList &values = {});
+
 //! \brief A change: all of it, or nothing. Rolled back unless commit() was called.
 //!
 //! Takes the write lock of SQLite at once (BEGIN IMMEDIATE), so that what it reads cannot change before

@@ -10,8 +10,10 @@ class TestServiceBadInput : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanup();
-    void bodiesWithoutSense_data();
-    void bodiesWithoutSense();
+    void bodiesOfNoUse_data();
+    void bodiesOfNoUse();
+    void valuesWithoutSense_data();
+    void valuesWithoutSense();
     void namesThatCannotBe_data();
     void namesThatCannotBe();
     void unknownPathsAndVerbs_data();
@@ -27,6 +29,8 @@ private Q_SLOTS:
     void aRefusedUploadLeavesTheConnectionUsable();
 
 private:
+    void isRefused();
+
     std::unique_ptr<ServiceFixture> m_fixture;
     QString m_folder;
     QJsonArray m_before;
@@ -45,7 +49,7 @@ void TestServiceBadInput::cleanup()
     QCOMPARE(m_fixture->list({}), m_before);
 }
 
-void TestServiceBadInput::bodiesWithoutSense_data()
+void TestServiceBadInput::bodiesOfNoUse_data()
 {
     QTest::addColumn<QByteArray>("verb");
     QTest::addColumn<QString>("path");
@@ -79,6 +83,19 @@ void TestServiceBadInput::bodiesWithoutSense_data()
                                               QString::fromLatin1(body.first))))
                 << path.first << path.second << body.second;
     }
+}
+
+void TestServiceBadInput::bodiesOfNoUse()
+{
+    isRefused();
+}
+
+void TestServiceBadInput::valuesWithoutSense_data()
+{
+    QTest::addColumn<QByteArray>("verb");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("body");
+    const QString id = QStringLiteral("FOLDER");
     const auto row = [](const char *name, const char *verb, const QString &path, const char *body) {
         QTest::newRow(name) << QByteArray(verb) << path << QByteArray(body);
     };
@@ -111,7 +128,13 @@ void TestServiceBadInput::bodiesWithoutSense_data()
     row("mark with the word true", "PUT", records, R"({"type":1,"value":"true"})");
 }
 
-void TestServiceBadInput::bodiesWithoutSense()
+void TestServiceBadInput::valuesWithoutSense()
+{
+    isRefused();
+}
+
+//! Sends a row's body and expects a sentence.
+void TestServiceBadInput::isRefused()
 {
     QFETCH(QByteArray, verb);
     QFETCH(QString, path);

@@ -318,7 +318,7 @@ void TestServiceChunks::aForgottenChunkIsSentAgain()
 void TestServiceChunks::noRoomLeavesTheRecordIntact()
 {
     ServiceOptions options;
-    options.storeQuotaBytes = 3 * Chunk;
+    options.storeQuotaBytes = qint64(3) * Chunk;
     ServiceFixture fixture(options);
     const ChunkSender file(4 * Chunk);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("quota")));

@@ -127,7 +127,7 @@ void TestServiceFiles::anUnchangedFileIsNotSentAgain()
 
 void TestServiceFiles::aFileAbove4GiBHasItsLength()
 {
-    constexpr qint64 size = Q_INT64_C(5) * 1024 * 1024 * 1024;
+    const qint64 size = Q_INT64_C(5) * 1024 * 1024 * 1024;
     ServiceFixture fixture;
     const QString id = fixture.upload("hello\n");
     fixture.service->stop();

@@ -44,7 +44,7 @@ private:
 
 namespace {
 
-constexpr int Kills = 25;
+constexpr int Kills = 50;
 const QString documentsPath = QStringLiteral("document-service/projects/p1/documents");
 
 } // namespace
