@@ -68,7 +68,7 @@ int runCommandLine(const QStringList &arguments)
     const int position = commandPosition(arguments);
     if (position < 0)
         return showProgramHelp(arguments, output);
-    const QString name = arguments.at(position);
+    const QString &name = arguments.at(position);
     const Command *const command = findCommand(name);
     if (command == nullptr) {
         return fail(

@@ -22,7 +22,7 @@ RemoteTree &Context::tree()
 
 QStringList Context::arguments(int least, int most) const
 {
-    const QStringList all = arguments();
+    QStringList all = arguments();
     if (all.size() < least)
         throw Failure(ExitUsage, Text::tr("Something is missing on the command line."));
     if (most > 0 && all.size() > most)

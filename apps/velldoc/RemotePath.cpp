@@ -4,7 +4,7 @@ namespace velldoc {
 
 namespace {
 
-const QLatin1String IdPrefix("id:");
+const QLatin1String idPrefix("id:");
 
 } // namespace
 
@@ -12,8 +12,8 @@ RemotePath RemotePath::parse(const QString &text)
 {
     RemotePath path;
     QStringList segments = text.split(QLatin1Char('/'));
-    if (text.startsWith(IdPrefix))
-        path.m_id = segments.takeFirst().mid(IdPrefix.size());
+    if (text.startsWith(idPrefix))
+        path.m_id = segments.takeFirst().mid(idPrefix.size());
     path.m_endsWithSlash = text.endsWith(QLatin1Char('/'));
     for (const QString &segment : qAsConst(segments)) {
         if (segment.isEmpty() || segment == QLatin1String("."))
@@ -48,7 +48,7 @@ QString RemotePath::text() const
     const QString names = m_names.join(QLatin1Char('/'));
     if (m_id.isEmpty())
         return QLatin1Char('/') + names;
-    return IdPrefix + m_id + (m_names.isEmpty() ? QString() : QLatin1Char('/') + names);
+    return idPrefix + m_id + (m_names.isEmpty() ? QString() : QLatin1Char('/') + names);
 }
 
 } // namespace velldoc

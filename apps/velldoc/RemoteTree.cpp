@@ -55,7 +55,7 @@ std::optional<VellDocument> RemoteTree::tryFind(const RemotePath &path)
 
 VellDocument RemoteTree::findFolder(const RemotePath &path)
 {
-    const VellDocument folder = find(path);
+    VellDocument folder = find(path);
     if (!isFolder(folder))
         throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text()));
     return folder;

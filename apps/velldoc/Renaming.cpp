@@ -20,7 +20,7 @@ VellDocument renameDocument(Context &context, const VellDocument &document, cons
             ExitFailed,
             Text::tr("There is a \"%1\" in that folder already: choose another name.").arg(name));
     }
-    const auto renamed = awaitJob<VellDocument, AsyncRenameDoc>(
+    auto renamed = awaitJob<VellDocument, AsyncRenameDoc>(
         context.session(), &AsyncRenameDoc::renameDocFinish,
         [&](AsyncRenameDoc &job) { job.renameDoc(document._id, name); });
     if (renamed.name != name)

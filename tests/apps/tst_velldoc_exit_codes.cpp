@@ -1,8 +1,26 @@
 #include "VelldocWorld.h"
 
+#include <support/ScriptedServer.h>
+
 #include <QDir>
-#include <QTcpServer>
+#include <QProcess>
 #include <QTest>
+
+namespace {
+
+//! velldoc beside a server on this thread, whose events must run.
+class PatientProcess : public QProcess
+{
+public:
+    PatientProcess(const VelldocWorld &world, const QStringList &arguments)
+    {
+        setProcessEnvironment(world.environment);
+        setWorkingDirectory(world.path(QString()));
+        start(VelldocWorld::program(), arguments);
+    }
+};
+
+} // namespace
 
 class TestVelldocExitCodes : public QObject
 {
@@ -17,10 +35,14 @@ private Q_SLOTS:
     void missingTokenIsNotAllowed();
     void noConnectionIsSaid();
     void otherServerIsNoDocumentService();
+    void namesCannotLeadElsewhere_data();
+    void namesCannotLeadElsewhere();
     void failureIsNotAnEmptyFolder();
     void failureIsInTheJson();
     void embeddedServiceWorksWithNothingSetUp();
     void lockedFolderIsSaid();
+    void fullDiskIsSaid();
+    void readerWhoHasEnoughIsNoFailure();
 };
 
 void TestVelldocExitCodes::wrongLineIsAUsageError_data()
@@ -96,6 +118,7 @@ void TestVelldocExitCodes::viewerIsNotAllowed()
     const VelldocRun stored = world.run(
         {QStringLiteral("put"), world.write(QStringLiteral("a"), "1"), QStringLiteral("/")});
     QCOMPARE(stored.exitCode, 4);
+    QVERIFY2(!stored.error.contains(QLatin1String("continues")), qPrintable(stored.error));
     QCOMPARE(world.run({QStringLiteral("--project"), QStringLiteral("q"), QStringLiteral("ls")})
                  .exitCode,
              3);
@@ -123,11 +146,53 @@ void TestVelldocExitCodes::noConnectionIsSaid()
 
 void TestVelldocExitCodes::otherServerIsNoDocumentService()
 {
+    ScriptedServer server;
+    server.setHandler(
+        [](const ScriptedRequest &) { return ScriptedReply::json("<html>Welcome</html>"); });
     VelldocWorld world;
-    const VelldocRun run =
-        world.runBare({QStringLiteral("--url"), world.baseApi() + QStringLiteral("elsewhere"),
-                       QStringLiteral("ls")});
-    QVERIFY2(run.exitCode != 0, qPrintable(run.out));
+    PatientProcess process(world,
+                           {QStringLiteral("--url"), server.baseApi(), QStringLiteral("ls")});
+    QTRY_COMPARE(process.state(), QProcess::NotRunning);
+    QCOMPARE(process.exitCode(), 5);
+    QCOMPARE(process.readAllStandardOutput(), QByteArray());
+    QVERIFY(process.readAllStandardError().contains("is no document service"));
+}
+
+void TestVelldocExitCodes::namesCannotLeadElsewhere_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("up") << QByteArray("..");
+    QTest::newRow("up and down") << QByteArray("../evil");
+    QTest::newRow("absolute") << QByteArray("/tmp/evil");
+    QTest::newRow("nothing") << QByteArray("");
+}
+
+void TestVelldocExitCodes::namesCannotLeadElsewhere()
+{
+    QFETCH(QByteArray, name);
+    ScriptedServer server;
+    server.setHandler([&](const ScriptedRequest &request) {
+        if (request.target.contains("/me"))
+            return ScriptedReply::json("{\"_id\":\"u\"}");
+        if (request.target.contains("/files/"))
+            return ScriptedReply::json("evil");
+        return ScriptedReply::json(
+            "[{\"_id\":\"1\",\"name\":\"" + name
+            + "\",\"type\":\"file\",\"file\":{\"fileId\":\"f\",\"fileSize\":4}}]");
+    });
+    VelldocWorld world;
+    PatientProcess process(world,
+                           {QStringLiteral("--url"), server.baseApi(), QStringLiteral("get"),
+                            QStringLiteral("-rf"), QStringLiteral("/"),
+                            QStringLiteral("down/here")});
+    QTRY_COMPARE(process.state(), QProcess::NotRunning);
+    QCOMPARE(process.exitCode(), 1);
+    QVERIFY(process.readAllStandardError().contains("cannot be the name of a local file"));
+    QVERIFY(QDir(world.path(QStringLiteral("down/here"))).isEmpty());
+    QCOMPARE(QDir(world.path(QStringLiteral("down")))
+                 .entryList(QDir::AllEntries | QDir::NoDotAndDotDot)
+                 .size(),
+             1);
 }
 
 void TestVelldocExitCodes::failureIsNotAnEmptyFolder()
@@ -174,6 +239,35 @@ void TestVelldocExitCodes::lockedFolderIsSaid()
     QCOMPARE(run.exitCode, 1);
     QVERIFY2(run.error.contains(QLatin1String("Another velldoc is working on")),
              qPrintable(run.error));
+}
+
+void TestVelldocExitCodes::fullDiskIsSaid()
+{
+    VelldocWorld world;
+    QProcess shell;
+    shell.setProcessEnvironment(world.environment);
+    shell.start(
+        QStringLiteral("sh"),
+        {QStringLiteral("-c"), QStringLiteral("\"$0\" help > /dev/full"), VelldocWorld::program()});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.exitCode(), 1);
+    QCOMPARE(shell.readAllStandardError(),
+             QByteArray("velldoc: The output could not be written.\n"));
+}
+
+void TestVelldocExitCodes::readerWhoHasEnoughIsNoFailure()
+{
+    VelldocWorld world;
+    QProcess shell;
+    shell.setProcessEnvironment(world.environment);
+    const QString script =
+        QStringLiteral("mkfifo \"$1\"; { read go < \"$1\"; \"$0\" help; echo $? >&2; } | "
+                       "{ exec 0<&-; echo go > \"$1\"; }");
+    shell.start(QStringLiteral("sh"),
+                {QStringLiteral("-c"), script, VelldocWorld::program(),
+                 world.path(QStringLiteral("fifo"))});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.readAllStandardError(), QByteArray("0\n"));
 }
 
 QTEST_GUILESS_MAIN(TestVelldocExitCodes)

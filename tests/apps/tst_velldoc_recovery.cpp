@@ -1,6 +1,6 @@
 #include "VelldocWorld.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -18,6 +18,7 @@ private Q_SLOTS:
     void uploadGivesUpAndSaysWhy_data();
     void uploadGivesUpAndSaysWhy();
     void chunkThatIsNeverKeptEndsTheUpload();
+    void fileThatChangesMeanwhileIsSentAgain_data();
     void fileThatChangesMeanwhileIsSentAgain();
     void largeFolderIsQuick();
     void largeFileIsUnharmed();
@@ -132,35 +133,50 @@ void TestVelldocRecovery::chunkThatIsNeverKeptEndsTheUpload()
              qPrintable(run.error));
 }
 
+void TestVelldocRecovery::fileThatChangesMeanwhileIsSentAgain_data()
+{
+    QTest::addColumn<qint64>("bytes");
+    QTest::addColumn<qint64>("heldBytes"); // by the service when the file changes
+    QTest::addColumn<QByteArray>("specification");
+    QTest::newRow("small") << Q_INT64_C(5'000'000) << Q_INT64_C(5'000'000)
+                           << QByteArray("slow=500,verb=POST,path=/base-service/files");
+    QTest::newRow("large") << Q_INT64_C(40'000'000) << Q_INT64_C(4'194'304)
+                           << QByteArray(
+                                  "slow=200,verb=POST,path=/base-service/largefiles,times=4");
+}
+
 void TestVelldocRecovery::fileThatChangesMeanwhileIsSentAgain()
 {
+    QFETCH(qint64, bytes);
+    QFETCH(qint64, heldBytes);
+    QFETCH(QByteArray, specification);
     VelldocWorld world;
-    const QString local = world.writeUnequalBlocks(QStringLiteral("f"), 40'000'000);
-    world.service().addFault(fault("slow=200,verb=POST,path=/base-service/largefiles,times=4"));
+    const QString local = world.writeUnequalBlocks(QStringLiteral("f"), bytes);
+    world.service().addFault(fault(specification.constData()));
     QProcess process;
     process.setProcessEnvironment(world.environment);
     process.start(VelldocWorld::program(),
                   {QStringLiteral("--url"), world.baseApi(), QStringLiteral("put"), local,
                    QStringLiteral("/")});
-    // The first chunk is there once the service has its part file.
-    const QString store = world.path(QStringLiteral("service"));
-    const auto hasPart = [&] {
-        const auto folders = QDir(store).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
-        for (const QFileInfo &folder : folders) {
-            const auto files = QDir(folder.filePath()).entryInfoList(QDir::Files, QDir::Size);
-            if (!files.isEmpty() && files.constFirst().size() >= 4'194'304)
+    const auto isHeld = [&] {
+        QDirIterator it(world.path(QStringLiteral("service")), QDir::Files,
+                        QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            it.next();
+            if (it.fileInfo().size() >= heldBytes)
                 return true;
         }
         return false;
     };
-    QTRY_VERIFY_WITH_TIMEOUT(hasPart(), 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(isHeld(), 20'000);
     QFile file(local);
     QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.seek(39'000'000));
+    QVERIFY(file.seek(bytes - 1000));
     file.write("something else");
     file.close();
     QVERIFY(process.waitForFinished(60'000));
     QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
+    QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("f\n"));
     world.succeed({QStringLiteral("get"), QStringLiteral("/f"), QStringLiteral("back")});
     QVERIFY(VelldocWorld::read(world.path(QStringLiteral("back"))) == VelldocWorld::read(local));
 }

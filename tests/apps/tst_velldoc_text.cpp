@@ -1,6 +1,7 @@
 #include <velldoc/RemotePath.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/HumanText.h>
+#include <velldoc/output/NaturalOrder.h>
 #include <velldoc/output/Table.h>
 
 #include <QTest>
@@ -25,6 +26,9 @@ private Q_SLOTS:
     void tableColumnsLineUpWithWideCharacters();
     void tableFitsItsWidth();
     void tableWithoutWidthIsWhole();
+    void linesAreWrapped_data();
+    void linesAreWrapped();
+    void numbersAreOrderedByTheirValue();
     void pathsAreRead_data();
     void pathsAreRead();
 };
@@ -150,6 +154,56 @@ void TestVelldocText::tableWithoutWidthIsWhole()
     const QString name(1000, QLatin1Char('x'));
     table.addRow({name});
     QCOMPARE(table.lines(0).at(1), name);
+}
+
+void TestVelldocText::linesAreWrapped_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("fits") << QStringLiteral("one two") << QStringList{QStringLiteral("one two")};
+    QTest::newRow("at blanks") << QStringLiteral("one two three four")
+                               << QStringList{QStringLiteral("one two"), QStringLiteral("three"),
+                                              QStringLiteral("four")};
+    QTest::newRow("long word") << QStringLiteral("a incomprehensible b")
+                               << QStringList{QStringLiteral("a"),
+                                              QStringLiteral("incomprehensible"),
+                                              QStringLiteral("b")};
+    QTest::newRow("between Chinese characters")
+        << QStringLiteral("图纸图纸图")
+        << QStringList{QStringLiteral("图纸图纸"), QStringLiteral("图")};
+    QTest::newRow("no line begins with a full stop")
+        << QStringLiteral("图纸图纸。")
+        << QStringList{QStringLiteral("图纸图"), QStringLiteral("纸。")};
+    QTest::newRow("nothing") << QString() << QStringList{QString()};
+}
+
+void TestVelldocText::linesAreWrapped()
+{
+    QFETCH(QString, text);
+    QTEST(wrapped(text, 8), "lines");
+}
+
+void TestVelldocText::numbersAreOrderedByTheirValue()
+{
+    const QStringList ordered{
+        QStringLiteral("A"),
+        QStringLiteral("b"),
+        QStringLiteral("Level 2"),
+        QStringLiteral("level 9 a"),
+        QStringLiteral("Level 10"),
+        QStringLiteral("Level 10b"),
+        QStringLiteral("Level 123456789012345678901"),
+        QStringLiteral("Level 123456789012345678902"),
+        QStringLiteral("图"),
+    };
+    for (int i = 0; i < ordered.size(); ++i) {
+        for (int j = 0; j < ordered.size(); ++j) {
+            const int order = compareNaturally(ordered.at(i), ordered.at(j));
+            QVERIFY2((order < 0) == (i < j) && (order == 0) == (i == j),
+                     qPrintable(ordered.at(i) + QLatin1Char('|') + ordered.at(j)));
+        }
+    }
+    QVERIFY(compareNaturally(QStringLiteral("a01"), QStringLiteral("a1")) != 0);
 }
 
 void TestVelldocText::pathsAreRead_data()

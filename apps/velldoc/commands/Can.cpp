@@ -48,7 +48,7 @@ void answer(Context &context, const VellDocument &document, const QString &name)
         if (name != QLatin1String(right.name))
             continue;
         const bool isAllowed = ask(context, right, document);
-        context.out.setResult({{name, isAllowed}});
+        context.out.setResult({{QStringLiteral("rights"), QJsonObject{{name, isAllowed}}}});
         context.out.print(isAllowed ? Text::tr("yes") : Text::tr("no"));
         if (!isAllowed)
             throw Failure(ExitNotAllowed, Text::tr("You may not do that (%1).").arg(name));

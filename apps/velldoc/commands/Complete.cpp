@@ -45,7 +45,7 @@ QStringList remotePaths(Context &context, const QString &start)
 //! What can stand at the end of \a words, which begin behind the program's name.
 QStringList candidates(Context &context, const QStringList &words)
 {
-    const QString last = words.constLast();
+    const QString &last = words.constLast();
     const Command *command = nullptr;
     for (int i = 0; i + 1 < words.size() && command == nullptr; ++i)
         command = findCommand(words.at(i));

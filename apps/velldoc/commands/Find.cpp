@@ -15,7 +15,7 @@ namespace {
 
 QDateTime readTime(const Context &context, const char *option)
 {
-    const QDateTime time = timeFromText(context.value(option));
+    QDateTime time = timeFromText(context.value(option));
     if (!time.isValid()) {
         throw Failure(
             ExitUsage,
@@ -39,7 +39,7 @@ void readSpan(const Context &context, VellDocumentConditon &condition)
 
 QString wordOf(const Context &context, const char *option, const QStringList &known)
 {
-    const QString word = context.value(option);
+    QString word = context.value(option);
     if (!word.isEmpty() && !known.contains(word)) {
         throw Failure(
             ExitUsage,

@@ -44,6 +44,17 @@ void toStandardOutput(Context &context, const VellDocument &document)
     downloader.fetch({document.fileId, document.fileSize, document.name}, output);
 }
 
+//! \a failure with what was done and how to go on.
+Failure unfinished(const Failure &failure, int doneCount, int count)
+{
+    if (count == 1)
+        return failure;
+    const QString counts = Text::tr("%1 of %n file(s) are fetched.", nullptr, count).arg(doneCount);
+    const QString advice = Text::tr("The same command with --no-clobber fetches the rest.");
+    return {failure.code(), QStringList{failure.sentence(), counts, advice}.join(QLatin1Char(' ')),
+            failure.httpStatus()};
+}
+
 void fetchAll(Context &context, const DownloadPlan &plan)
 {
     Downloader downloader(context.session(), plan.tasks().size(), plan.totalBytes());
@@ -56,7 +67,11 @@ void fetchAll(Context &context, const DownloadPlan &plan)
     setResult();
     for (const DownloadTask &task : plan.tasks()) {
         const VellDocument &document = task.document;
-        downloader.fetch({document.fileId, task.sizeBytes, document.name}, task.localPath);
+        try {
+            downloader.fetch({document.fileId, task.sizeBytes, document.name}, task.localPath);
+        } catch (const Failure &failure) {
+            throw unfinished(failure, fetched.size(), plan.tasks().size());
+        }
         fetched.append(QJsonObject{{QStringLiteral("local"), task.localPath},
                                    {QStringLiteral("document"), documentJson(document)}});
         setResult();

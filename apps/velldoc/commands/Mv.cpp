@@ -11,7 +11,7 @@ namespace {
 
 VellDocument findEntry(Context &context, const QString &text)
 {
-    const VellDocument document = context.tree().find(RemotePath::parse(text));
+    VellDocument document = context.tree().find(RemotePath::parse(text));
     if (document._id.isEmpty())
         throw Failure(ExitUsage, Text::tr("The top level itself cannot be moved."));
     return document;

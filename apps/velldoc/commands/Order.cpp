@@ -2,8 +2,8 @@
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
+#include <velldoc/output/NaturalOrder.h>
 
-#include <QCollator>
 #include <QJsonArray>
 
 #include <algorithm>
@@ -16,11 +16,8 @@ QList<VellDocument> sortedByName(Context &context, const QString &path)
 {
     QList<VellDocument> entries =
         context.tree().entries(context.tree().findFolder(RemotePath::parse(path))._id);
-    QCollator collator;
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::sort(entries.begin(), entries.end(), [&](const VellDocument &a, const VellDocument &b) {
-        return collator.compare(a.name, b.name) < 0;
+    std::sort(entries.begin(), entries.end(), [](const VellDocument &a, const VellDocument &b) {
+        return compareNaturally(a.name, b.name) < 0;
     });
     return entries;
 }

@@ -83,16 +83,21 @@ void report(Context &context, const UploadPlan &plan, const Uploader &uploader)
         context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
 }
 
-//! \a failure with what was done and how to go on.
+//! \a failure with what was done, and how to go on where that is of use.
 Failure unfinished(const Failure &failure, const UploadPlan &plan, const Uploader &uploader)
 {
-    const QString counts = Text::tr("%1 of %n file(s) are stored.", nullptr, plan.tasks().size())
-                               .arg(uploader.stored().size());
-    const QString advice = uploader.stored().isEmpty()
-        ? Text::tr("The same command continues where the service has stopped.")
-        : Text::tr("The same command with --on-conflict skip stores the rest.");
-    return {failure.code(), QStringList{failure.sentence(), counts, advice}.join(QLatin1Char(' ')),
-            failure.httpStatus()};
+    QStringList sentences{failure.sentence()};
+    if (plan.tasks().size() > 1) {
+        sentences.append(Text::tr("%1 of %n file(s) are stored.", nullptr, plan.tasks().size())
+                             .arg(uploader.stored().size()));
+    }
+    if (failure.code() != ExitNotAllowed) {
+        sentences.append(
+            uploader.stored().isEmpty()
+                ? Text::tr("The same command continues where the service has stopped.")
+                : Text::tr("The same command with --on-conflict skip stores the rest."));
+    }
+    return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
 }
 
 void throwFirstFailure(const UploadPlan &plan, const Uploader &uploader)

@@ -7,27 +7,35 @@
 
 #include <QJsonDocument>
 
+#include <cerrno>
 #include <cstdio>
 
 namespace velldoc {
 
 namespace {
 
+//! Whoever read the output has read enough, as "head" does: nothing that the user must be told.
+bool isReaderGone = false;
+
 void writeLine(std::FILE *stream, const QString &line)
 {
     const QByteArray bytes = line.toUtf8() + '\n';
-    std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stream);
+    errno = 0;
+    const std::size_t written =
+        std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stream);
+    if (written != std::size_t(bytes.size()) && errno == EPIPE)
+        isReaderGone = true;
 }
 
 } // namespace
 
-void Output::print(const QString &line)
+void Output::print(const QString &line) const
 {
     if (!m_isJson)
         writeLine(stdout, line);
 }
 
-void Output::print(const Table &table)
+void Output::print(const Table &table) const
 {
     if (m_isJson)
         return;
@@ -37,7 +45,7 @@ void Output::print(const Table &table)
         writeLine(stdout, lines.at(i));
 }
 
-void Output::note(const QString &sentence)
+void Output::note(const QString &sentence) const
 {
     if (!m_isJson)
         writeLine(stderr, printable(sentence));
@@ -67,7 +75,11 @@ bool Output::finish(const Failure *failure)
         writeLine(stdout,
                   QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
     }
-    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    errno = 0;
+    const bool isFlushed = std::fflush(stdout) == 0;
+    if (isReaderGone || (!isFlushed && errno == EPIPE))
+        return true;
+    return isFlushed && std::ferror(stdout) == 0;
 }
 
 QString Output::strong(const QString &text)

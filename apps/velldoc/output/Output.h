@@ -20,14 +20,14 @@ public:
     void setJson(bool isJson) { m_isJson = isJson; }
     void setCommand(const QString &name) { m_command = name; }
 
-    void print(const QString &line);
-    void print(const Table &table);
+    void print(const QString &line) const;
+    void print(const Table &table) const;
 
     //! What JSON's "result" will hold.
     void setResult(const QJsonObject &result) { m_result = result; }
 
     //! A sentence for the user beside the result, on the standard error; not with JSON.
-    void note(const QString &sentence);
+    void note(const QString &sentence) const;
 
     //! One sentence: what went wrong and what to do.
     void error(const QString &sentence);

@@ -85,7 +85,7 @@ QString EmbeddedService::start(const QString &dataDir)
     while (!d->service.start(&error)) {
         if (!isInUse(dataDir))
             throw Failure(ExitFailed, error);
-        const QString address = servedAddress(dataDir);
+        QString address = servedAddress(dataDir);
         if (!address.isEmpty())
             return address;
         if (clock.hasExpired(WaitForFolderMs)) {

@@ -16,7 +16,7 @@ namespace velldoc {
 
 namespace {
 
-constexpr qint64 BufferBytes = 1024 * 1024;
+constexpr qint64 BufferBytes = 1'048'576;
 constexpr int MostTries = 4;
 constexpr int PauseMs = 500;
 

@@ -6,6 +6,7 @@
 #include <velldoc/output/Interrupt.h>
 #include <velldoc/transfer/UploadAttempt.h>
 
+#include <QScopeGuard>
 #include <QTimer>
 
 #include <algorithm>
@@ -62,6 +63,8 @@ void Uploader::run(const QList<UploadTask> &tasks)
     m_firstName = tasks.isEmpty() ? QString() : tasks.constFirst().name;
     for (auto it = tasks.crbegin(); it != tasks.crend(); ++it)
         m_waiting.push_back(Entry{*it, 0, 0, nullptr});
+    // Also before the sentence about a failure is printed.
+    const auto clearing = qScopeGuard([this] { m_progress.clear(); });
     m_progress.begin(label(), m_totalBytes);
     while (!m_waiting.empty() || !m_running.empty()) {
         startMore();
@@ -69,7 +72,6 @@ void Uploader::run(const QList<UploadTask> &tasks)
         collect();
     }
     m_progress.end();
-    m_progress.clear();
 }
 
 void Uploader::startMore()

@@ -94,5 +94,12 @@
             <numerusform>%n documents moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%1 of %n file(s) are fetched.</source>
+        <translation>
+            <numerusform>%1 of %n file are fetched.</numerusform>
+            <numerusform>%1 of %n files are fetched.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -31,6 +31,10 @@
         <source>The service answered %1 %2</source>
         <translation>服务应答 %1 %2</translation>
     </message>
+    <message>
+        <source>The connection was closed in the middle of the answer</source>
+        <translation>连接在应答中途被关闭</translation>
+    </message>
 </context>
 <context>
     <name>velldoc</name>
@@ -1284,6 +1288,16 @@
     <message>
         <source>  c  cancel; no file is sent</source>
         <translation>  c  取消；不发送任何文件</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n file(s) are fetched.</source>
+        <translation>
+            <numerusform>%n 个文件中已下载 %1 个。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The same command with --no-clobber fetches the rest.</source>
+        <translation>同一命令加上 --no-clobber 可下载其余文件。</translation>
     </message>
 </context>
 </TS>
