@@ -9,6 +9,9 @@ endif()
 # One folder for all programs and DLLs, so that Windows finds the libraries beside the programs.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+if(MINGW)
+    set(CMAKE_SHARED_LIBRARY_PREFIX "") # VellDocumentData.dll, as everybody there expects it
+endif()
 
 # Settings every target of this project gets. Warnings are errors only where a preset sets
 # CMAKE_COMPILE_WARNING_AS_ERROR, so that a packager with another compiler is never stopped.
@@ -86,14 +89,22 @@ function(vell_add_module name)
     set_property(GLOBAL APPEND PROPERTY VELL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
 endfunction()
 
-# vell_add_test(tst_<subject> [SOURCES ...] [LINK ...] [TIMEOUT seconds] [LABELS ...])
-# The program of tst_<subject>.cpp in this folder, as the test <folder>/tst_<subject>.
+# vell_add_test(tst_<subject> [SERVICE] [SOURCES ...] [LINK ...] [TIMEOUT seconds] [LABELS ...])
+# The program of tst_<subject>.cpp in this folder, as the test <folder>/tst_<subject>. SERVICE: it runs reference
+# services.
 function(vell_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINK;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SERVICE" "TIMEOUT" "SOURCES;LINK;LABELS")
     get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
     vell_set_common_options(${name})
     target_link_libraries(${name} PRIVATE vell_test_support ${arg_LINK} Qt5::Test)
+    if(arg_SERVICE)
+        target_link_libraries(${name} PRIVATE vell_test_service)
+        if(CMAKE_CROSSCOMPILING)
+            set_property(TARGET ${name} APPEND PROPERTY CROSSCOMPILING_EMULATOR
+                --through "${VELL_NATIVE_BUILD}/bin/service_host")
+        endif()
+    endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -102,4 +113,11 @@ function(vell_add_test name)
         TIMEOUT ${arg_TIMEOUT}
         LABELS "${arg_LABELS}"
         ENVIRONMENT "${VELL_TEST_ENVIRONMENT}")
+endfunction()
+
+# vell_not_run_here(<folder>/<subject> <reason>)
+# Shows in the list of CTest, as disabled, what this build does not run and why.
+function(vell_not_run_here name reason)
+    add_test(NAME "${name} (${reason})" COMMAND "${CMAKE_COMMAND}" -E false)
+    set_tests_properties("${name} (${reason})" PROPERTIES DISABLED TRUE)
 endfunction()

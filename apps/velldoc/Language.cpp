@@ -16,13 +16,24 @@ void install(const QString &file, const QString &folder)
         QCoreApplication::installTranslator(translator);
 }
 
+QString wantedLanguage()
+{
+#ifdef Q_OS_WIN
+    // Windows has a language of its own, but people who set these in a shell mean them.
+    for (const char *const variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return qEnvironmentVariable(variable);
+    }
+#endif
+    return QLocale::system().uiLanguages().value(0);
+}
+
 } // namespace
 
 void installLanguage()
 {
     const QString own = QStringLiteral(":/velldoc/translations");
-    const QString wanted = QLocale::system().uiLanguages().value(0);
-    if (wanted.startsWith(QLatin1String("zh"))) {
+    if (wantedLanguage().startsWith(QLatin1String("zh"))) {
         install(QStringLiteral("qtbase_zh_CN"),
                 QLibraryInfo::location(QLibraryInfo::TranslationsPath));
         install(QStringLiteral("velldoc_zh_CN"), own);

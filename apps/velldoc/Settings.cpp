@@ -79,6 +79,8 @@ bool Settings::forget()
 
 QString Settings::configPath()
 {
+    if (!qEnvironmentVariableIsEmpty("VELLDOC_CONFIG"))
+        return qEnvironmentVariable("VELLDOC_CONFIG");
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
         + QStringLiteral("/velldoc/config.ini");
 }

@@ -7,7 +7,7 @@ namespace velldoc {
 //! \brief Where the commands work: which service, which project, as whom.
 //!
 //! Each value comes from the first of: the command line, the environment (VELLDOC_URL, VELLDOC_PROJECT,
-//! VELLDOC_TOKEN, VELLDOC_DATA), the user's configuration file.
+//! VELLDOC_TOKEN, VELLDOC_DATA), the user's configuration file (VELLDOC_CONFIG).
 struct Settings
 {
     QString url; //!< empty: a service of our own on #dataDir

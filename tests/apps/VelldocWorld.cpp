@@ -1,5 +1,6 @@
 #include "VelldocWorld.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -36,6 +37,9 @@ VelldocWorld::VelldocWorld() : environment(QProcessEnvironment::systemEnvironmen
             environment.remove(name);
     }
     environment.insert(QStringLiteral("HOME"), path(QStringLiteral("home")));
+#ifdef Q_OS_WIN // which does not ask HOME
+    environment.insert(QStringLiteral("VELLDOC_CONFIG"), configPath());
+#endif
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
     environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
     environment.remove(QStringLiteral("LANGUAGE"));
@@ -71,7 +75,8 @@ VelldocRun VelldocWorld::runBare(const QStringList &arguments, const QByteArray 
     VelldocRun run;
     if (process.waitForFinished(LongestRunMs) && process.exitStatus() == QProcess::NormalExit)
         run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.bytes = process.readAllStandardOutput();
+    run.out = QString::fromUtf8(run.bytes);
     run.error = QString::fromUtf8(process.readAllStandardError());
     return run;
 }
@@ -89,9 +94,14 @@ VelldocRun VelldocWorld::succeed(const QStringList &arguments, const QByteArray 
     return result;
 }
 
+QString VelldocWorld::configPath() const
+{
+    return path(QStringLiteral("home/.config/velldoc/config.ini"));
+}
+
 QString VelldocWorld::program()
 {
-    return QStringLiteral(VELLDOC_PROGRAM);
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/velldoc");
 }
 
 QString VelldocWorld::write(const QString &name, const QByteArray &content)

@@ -14,7 +14,8 @@
 struct VelldocRun
 {
     int exitCode = -1; //!< -1 when it did not end by itself
-    QString out;
+    QByteArray bytes; //!< of the standard output
+    QString out; //!< the same as text
     QString error;
 
     QJsonObject json() const; //!< of the standard output
@@ -41,6 +42,8 @@ public:
     void restartService();
     QString baseApi() const { return m_service->baseApi(); }
     static QString program();
+    //! Where login keeps what it is told.
+    QString configPath() const;
 
     //! A path below a folder that goes away with the world.
     QString path(const QString &name) const { return m_folder.filePath(name); }

@@ -39,10 +39,6 @@ private Q_SLOTS:
     void namesCannotLeadElsewhere();
     void failureIsNotAnEmptyFolder();
     void failureIsInTheJson();
-    void embeddedServiceWorksWithNothingSetUp();
-    void lockedFolderIsSaid();
-    void fullDiskIsSaid();
-    void readerWhoHasEnoughIsNoFailure();
 };
 
 void TestVelldocExitCodes::wrongLineIsAUsageError_data()
@@ -220,54 +216,6 @@ void TestVelldocExitCodes::failureIsInTheJson()
     QCOMPARE(error.value(QLatin1String("exitCode")).toInt(), 3);
     QCOMPARE(error.value(QLatin1String("status")).toInt(), 404);
     QVERIFY(!error.value(QLatin1String("message")).toString().isEmpty());
-}
-
-void TestVelldocExitCodes::embeddedServiceWorksWithNothingSetUp()
-{
-    VelldocWorld world;
-    const VelldocRun made = world.runBare({QStringLiteral("mkdir"), QStringLiteral("/a")});
-    QVERIFY2(made.exitCode == 0, qPrintable(made.error));
-    QCOMPARE(world.runBare({QStringLiteral("ls")}).out, QStringLiteral("a/\n"));
-    QVERIFY(QDir(world.path(QStringLiteral("home/.local/share/velldoc"))).exists());
-}
-
-void TestVelldocExitCodes::lockedFolderIsSaid()
-{
-    VelldocWorld world;
-    world.environment.insert(QStringLiteral("VELLDOC_DATA"), world.path(QStringLiteral("service")));
-    const VelldocRun run = world.runBare({QStringLiteral("ls")});
-    QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("Another velldoc is working on")),
-             qPrintable(run.error));
-}
-
-void TestVelldocExitCodes::fullDiskIsSaid()
-{
-    VelldocWorld world;
-    QProcess shell;
-    shell.setProcessEnvironment(world.environment);
-    shell.start(
-        QStringLiteral("sh"),
-        {QStringLiteral("-c"), QStringLiteral("\"$0\" help > /dev/full"), VelldocWorld::program()});
-    QVERIFY(shell.waitForFinished());
-    QCOMPARE(shell.exitCode(), 1);
-    QCOMPARE(shell.readAllStandardError(),
-             QByteArray("velldoc: The output could not be written.\n"));
-}
-
-void TestVelldocExitCodes::readerWhoHasEnoughIsNoFailure()
-{
-    VelldocWorld world;
-    QProcess shell;
-    shell.setProcessEnvironment(world.environment);
-    const QString script =
-        QStringLiteral("mkfifo \"$1\"; { read go < \"$1\"; \"$0\" help; echo $? >&2; } | "
-                       "{ exec 0<&-; echo go > \"$1\"; }");
-    shell.start(QStringLiteral("sh"),
-                {QStringLiteral("-c"), script, VelldocWorld::program(),
-                 world.path(QStringLiteral("fifo"))});
-    QVERIFY(shell.waitForFinished());
-    QCOMPARE(shell.readAllStandardError(), QByteArray("0\n"));
 }
 
 QTEST_GUILESS_MAIN(TestVelldocExitCodes)

@@ -193,9 +193,10 @@ void TestVelldocLists::anyNameIsFound()
 {
     QFETCH(QString, name);
     VelldocWorld world;
-    const QString local = world.write(QStringLiteral("up/") + name, name.toUtf8());
+    // Not every system has local files of these names.
+    const QString local = world.write(QStringLiteral("local"), name.toUtf8());
     const QString remote = QStringLiteral("/") + name;
-    world.succeed({QStringLiteral("put"), QStringLiteral("--"), local, QStringLiteral("/")});
+    world.succeed({QStringLiteral("put"), QStringLiteral("--"), local, remote});
     QCOMPARE(namesIn(world.succeed({QStringLiteral("ls"), QStringLiteral("--json"), remote})),
              QStringList(name));
     world.succeed({QStringLiteral("get"), QStringLiteral("--"), remote.mid(1),

@@ -7,6 +7,23 @@
 #include <QProcess>
 #include <QTest>
 
+namespace {
+
+//! Whether the service has a file of at least \a bytes, whole or not.
+bool isHeld(const VelldocWorld &world, qint64 bytes)
+{
+    QDirIterator it(world.path(QStringLiteral("service")), QDir::Files,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        if (it.fileInfo().size() >= bytes)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 class TestVelldocRecovery : public QObject
 {
     Q_OBJECT
@@ -20,6 +37,7 @@ private Q_SLOTS:
     void chunkThatIsNeverKeptEndsTheUpload();
     void fileThatChangesMeanwhileIsSentAgain_data();
     void fileThatChangesMeanwhileIsSentAgain();
+    void fileThatVanishesMeanwhileIsNamed();
     void largeFolderIsQuick();
     void largeFileIsUnharmed();
 
@@ -158,17 +176,7 @@ void TestVelldocRecovery::fileThatChangesMeanwhileIsSentAgain()
     process.start(VelldocWorld::program(),
                   {QStringLiteral("--url"), world.baseApi(), QStringLiteral("put"), local,
                    QStringLiteral("/")});
-    const auto isHeld = [&] {
-        QDirIterator it(world.path(QStringLiteral("service")), QDir::Files,
-                        QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            it.next();
-            if (it.fileInfo().size() >= heldBytes)
-                return true;
-        }
-        return false;
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(isHeld(), 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(isHeld(world, heldBytes), 20'000);
     QFile file(local);
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.seek(bytes - 1000));
@@ -179,6 +187,27 @@ void TestVelldocRecovery::fileThatChangesMeanwhileIsSentAgain()
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("f\n"));
     world.succeed({QStringLiteral("get"), QStringLiteral("/f"), QStringLiteral("back")});
     QVERIFY(VelldocWorld::read(world.path(QStringLiteral("back"))) == VelldocWorld::read(local));
+}
+
+void TestVelldocRecovery::fileThatVanishesMeanwhileIsNamed()
+{
+    VelldocWorld world;
+    const QString first = world.writeUnequalBlocks(QStringLiteral("first"), 20'000'000);
+    const QString second = world.write(QStringLiteral("second"), "2");
+    world.service().addFault(fault("slow=300,verb=POST,path=/base-service/largefiles,times=3"));
+    QProcess process;
+    process.setProcessEnvironment(world.environment);
+    process.start(VelldocWorld::program(),
+                  {QStringLiteral("--url"), world.baseApi(), QStringLiteral("put"), first, second,
+                   QStringLiteral("/")});
+    QTRY_VERIFY_WITH_TIMEOUT(isHeld(world, 4'194'304), 20'000);
+    QVERIFY(QFile::remove(second));
+    QVERIFY(process.waitForFinished(20'000));
+    QCOMPARE(process.exitCode(), 1);
+    const QByteArray error = process.readAllStandardError();
+    QVERIFY2(error.contains("second was not stored: It can no longer be read.\n"),
+             error.constData());
+    QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("first\n"));
 }
 
 void TestVelldocRecovery::largeFolderIsQuick()

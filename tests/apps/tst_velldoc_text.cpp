@@ -3,6 +3,7 @@
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/NaturalOrder.h>
 #include <velldoc/output/Table.h>
+#include <velldoc/output/WindowsFileName.h>
 
 #include <QTest>
 
@@ -31,6 +32,8 @@ private Q_SLOTS:
     void numbersAreOrderedByTheirValue();
     void pathsAreRead_data();
     void pathsAreRead();
+    void windowsHasNoFilesOfSomeNames_data();
+    void windowsHasNoFilesOfSomeNames();
 };
 
 void TestVelldocText::sizesHaveAtMostThreeDigits_data()
@@ -242,6 +245,25 @@ void TestVelldocText::pathsAreRead()
     QTEST(path.id(), "id");
     QTEST(path.names(), "names");
     QTEST(path.text(), "written");
+}
+
+void TestVelldocText::windowsHasNoFilesOfSomeNames_data()
+{
+    QTest::addColumn<bool>("isPossible");
+    for (const char *const name : {"a.dwg", "图纸 R&D 100% #1 + 2", ".hidden", "a..b", "console",
+                                   "COM", "COM10", "com1x.txt", "nul-1", "x nul"})
+        QTest::newRow(name) << true;
+    for (const char *const name :
+         {"",    ".",          "..",      "a/b",  "a\\b",     "a:b",      "a*",
+          "a?",  "say \"hi\"", "<a>",     "a|b",  "a\nb",     "a ",       "a.",
+          "nul", "CON",        "Nul.txt", "com1", "LPT9.dwg", "aux .txt", "COM¹"})
+        QTest::newRow(name) << false;
+}
+
+void TestVelldocText::windowsHasNoFilesOfSomeNames()
+{
+    QFETCH(bool, isPossible);
+    QCOMPARE(isWindowsFileName(QString::fromUtf8(QTest::currentDataTag())), isPossible);
 }
 
 QTEST_GUILESS_MAIN(TestVelldocText)

@@ -12,6 +12,13 @@
 //! How long a test waits for what must come: long enough for a busy machine with sanitizers.
 constexpr int WaitMs = 30000;
 
+//! Whether a file can be removed that somebody has open, as a job has the one that it sends.
+#ifdef Q_OS_WIN
+constexpr bool CanRemoveOpenFiles = false;
+#else
+constexpr bool CanRemoveOpenFiles = true;
+#endif
+
 //! \brief What an upload test needs: a scripted server, local files, and spies on every signal of a job.
 struct UploadWorld
 {

@@ -146,12 +146,15 @@ void TestFileUpload::bodyIsExact_data()
     row("note.txt", "hello", "note.txt", "text/plain");
     row("empty.txt", "", "empty.txt", "text/plain");
     row("图纸 R&D 100% #1 + 2.dwg", large, "图纸 R&D 100% #1 + 2.dwg", "image/vnd.dwg");
-    row("say \"hi\"\r\n.pdf", "%PDF-1.4", "say %22hi%22%0D%0A.pdf", "application/pdf");
     row("e\u0301.png", "x", "e\u0301.png", "image/png");
     row("-dash", "text", "-dash", "text/plain");
     row(".hidden", large, ".hidden", "application/octet-stream");
-    row("back\\slash;semi.docx", "x", "back\\slash;semi.docx",
+    row("semi;colon.docx", "x", "semi;colon.docx",
         "application/vnd.openxmlformats-officedocument.wordprocessingml.document");
+#ifndef Q_OS_WIN // which has no such names
+    row("say \"hi\"\r\n.pdf", "%PDF-1.4", "say %22hi%22%0D%0A.pdf", "application/pdf");
+    row("back\\slash", "x", "back\\slash", "application/octet-stream");
+#endif
 }
 
 void TestFileUpload::bodyIsExact()

@@ -188,7 +188,7 @@ void TestTransport::slowUploadThatMovesGoesOn()
     QElapsedTimer timer;
     timer.start();
     manager.post(m_url, body);
-    QTRY_VERIFY_WITH_TIMEOUT(completed.size() + errors.size() > 0, 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(completed.size() + errors.size() > 0, 60000);
     QCOMPARE(errors.size(), 0);
     QVERIFY2(timer.elapsed() > 2000, qPrintable(QString::number(timer.elapsed())));
 }

@@ -2,6 +2,7 @@
 #include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
+#include <velldoc/output/Terminal.h>
 
 #include <cstdio>
 
@@ -71,7 +72,7 @@ void run(Context &context)
         const QStringList all = candidates(context, words);
         for (const QString &word : all) {
             if (word.startsWith(words.constLast()))
-                std::printf("%s\n", word.toUtf8().constData());
+                terminal::write(stdout, word + QLatin1Char('\n'));
         }
     } catch (const Failure &) {
         // A shell that completes has no place for messages.

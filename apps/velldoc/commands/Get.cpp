@@ -87,7 +87,8 @@ void fetchAll(Context &context, const DownloadPlan &plan)
 void run(Context &context)
 {
     QStringList sources = context.arguments(1, 0);
-    const QString target = sources.size() > 1 ? sources.takeLast() : QStringLiteral(".");
+    const QString target =
+        QDir::fromNativeSeparators(sources.size() > 1 ? sources.takeLast() : QStringLiteral("."));
     const int version = context.number("version", 0);
     if ((version > 0 || target == QLatin1String("-")) && sources.size() > 1)
         throw Failure(ExitUsage, Text::tr("Name one file only."));

@@ -1,6 +1,7 @@
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
+#include <velldoc/output/Terminal.h>
 
 #include <cstdio>
 
@@ -10,7 +11,7 @@ namespace {
 
 void announce(const QString &address)
 {
-    std::printf("%s\n", address.toUtf8().constData());
+    terminal::write(stdout, address + QLatin1Char('\n'));
     std::fflush(stdout);
 }
 

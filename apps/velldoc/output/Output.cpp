@@ -19,11 +19,8 @@ bool isReaderGone = false;
 
 void writeLine(std::FILE *stream, const QString &line)
 {
-    const QByteArray bytes = line.toUtf8() + '\n';
     errno = 0;
-    const std::size_t written =
-        std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stream);
-    if (written != std::size_t(bytes.size()) && errno == EPIPE)
+    if (!terminal::write(stream, line + QLatin1Char('\n')) && errno == EPIPE)
         isReaderGone = true;
 }
 

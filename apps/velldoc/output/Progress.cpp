@@ -66,8 +66,8 @@ void Progress::clear()
 {
     if (!m_isDrawn)
         return;
-    std::fputs("\r\x1b[K", stderr);
-    std::fflush(stderr);
+    show(QString());
+    terminal::write(stderr, QStringLiteral("\r"));
     m_isDrawn = false;
 }
 
@@ -76,10 +76,17 @@ void Progress::draw()
     if (!m_isShown)
         return;
     m_sinceDrawn.start();
-    const QByteArray text = line(terminal::width(stderr)).toUtf8();
-    std::fprintf(stderr, "\r%s\x1b[K", text.constData());
-    std::fflush(stderr);
+    show(line(terminal::width(stderr)));
     m_isDrawn = true;
+}
+
+void Progress::show(const QString &line)
+{
+    const QString rest = terminal::hasSequences(stderr)
+        ? QStringLiteral("\x1b[K")
+        : QString(qMax(0, terminal::width(stderr) - 1 - displayWidth(line)), QLatin1Char(' '));
+    terminal::write(stderr, QLatin1Char('\r') + line + rest);
+    std::fflush(stderr);
 }
 
 QString Progress::line(int width) const

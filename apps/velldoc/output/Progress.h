@@ -33,6 +33,7 @@ public:
 
 private:
     void draw();
+    static void show(const QString &line);
     QString line(int width) const;
     QString figures() const;
     qint64 bytesPerSecond() const;

@@ -30,7 +30,7 @@ bool confirm(const QString &question)
 
 void say(const QString &text)
 {
-    std::fputs(text.toUtf8().constData(), stderr);
+    terminal::write(stderr, text);
     std::fflush(stderr);
 }
 

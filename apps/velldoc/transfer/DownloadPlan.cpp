@@ -2,11 +2,10 @@
 
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
+#include <velldoc/output/Terminal.h>
 
 #include <QDir>
 #include <QFileInfo>
-
-#include <algorithm>
 
 namespace velldoc {
 
@@ -15,15 +14,7 @@ namespace {
 //! \a name as a local file name. \throws Failure for one that would lead elsewhere or cannot be one here
 QString localName(const QString &name)
 {
-#ifdef Q_OS_WIN
-    const QString forbidden = QStringLiteral("/\\:*?\"<>|");
-#else
-    const QString forbidden = QStringLiteral("/");
-#endif
-    const bool isForbidden = std::any_of(
-        name.begin(), name.end(), [&](QChar c) { return forbidden.contains(c) || c.isNull(); });
-    if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String("..")
-        || isForbidden) {
+    if (!system_files::isFileName(name)) {
         throw Failure(ExitFailed,
                       Text::tr("\"%1\" cannot be the name of a local file: fetch it alone, under "
                                "another name.")
@@ -80,13 +71,13 @@ void DownloadPlan::addFolder(const VellDocument &folder, const QString &path)
 void DownloadPlan::addFile(const VellDocument &document, const QString &path, qint64 sizeBytes)
 {
     // The service may have several documents of one name; a folder on the disk cannot.
-    if (m_planned.contains(path)) {
+    if (m_planned.contains(system_files::uniqueKey(path))) {
         throw Failure(ExitFailed,
                       Text::tr("There are several documents for %1: fetch them one by one, by "
                                "their identifiers.")
                           .arg(path));
     }
-    m_planned.insert(path);
+    m_planned.insert(system_files::uniqueKey(path));
     if (QFileInfo(path).isDir())
         throw Failure(ExitFailed, Text::tr("%1 is a local folder.").arg(path));
     const bool isThere = QFileInfo::exists(path);

@@ -67,12 +67,12 @@ void UploadPlan::addFile(const QFileInfo &local, const VellDocument &folder, con
                local.exists() ? Text::tr("it is no plain file") : Text::tr("it is not there"));
         return;
     }
-    if (!local.isReadable()) {
+    UploadTask task;
+    task.localPath = local.filePath();
+    if (!task.isReadable()) {
         refuse(local, Text::tr("it cannot be read"));
         return;
     }
-    UploadTask task;
-    task.localPath = local.filePath();
     task.remotePath = path.child(name).text();
     task.parentId = folder._id;
     task.name = name;

@@ -25,6 +25,9 @@ struct UploadTask
     static constexpr qint64 WholeFileLimit = 10'485'760;
     bool isChunked() const { return sizeBytes > WholeFileLimit; }
 
+    //! Whether the file can be opened now: a file that is there may be open elsewhere.
+    bool isReadable() const;
+
     //! Takes size and time anew from the disk.
     void refresh();
     bool hasChangedOnDisk() const;

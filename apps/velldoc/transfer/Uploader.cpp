@@ -93,6 +93,10 @@ void Uploader::startFirst()
 {
     Entry entry = std::move(m_waiting.back());
     m_waiting.pop_back();
+    if (!entry.task.isReadable()) {
+        m_failed.append({entry.task, Failure(ExitFailed, Text::tr("It can no longer be read."))});
+        return;
+    }
     auto *const attempt = new UploadAttempt(m_context.session(), entry.task);
     entry.attempt.reset(attempt);
     QObject::connect(attempt, &UploadAttempt::progressed, attempt,
@@ -125,7 +129,7 @@ void Uploader::waitForAnEnd()
     const bool hasEnded = std::any_of(m_running.begin(), m_running.end(), [](const Entry &entry) {
         return entry.attempt->outcome() != UploadAttempt::Outcome::Running;
     });
-    if (!hasEnded)
+    if (!hasEnded && !m_running.empty())
         m_loop.exec();
     Interrupt::check();
 }

@@ -233,6 +233,10 @@
         <translation>它是指向文件夹的链接</translation>
     </message>
     <message>
+        <source>It can no longer be read.</source>
+        <translation>文件已无法读取。</translation>
+    </message>
+    <message>
         <source>it cannot be read</source>
         <translation>无法读取</translation>
     </message>

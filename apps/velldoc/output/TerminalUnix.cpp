@@ -1,0 +1,106 @@
+#include <velldoc/output/Terminal.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTextCodec>
+
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace velldoc {
+
+void terminal::prepare()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+bool terminal::isTerminal(std::FILE *stream)
+{
+    return isatty(fileno(stream)) != 0;
+}
+
+int terminal::columnsOf(std::FILE *stream)
+{
+    winsize size = {};
+    if (ioctl(fileno(stream), TIOCGWINSZ, &size) != 0)
+        return 0;
+    return size.ws_col;
+}
+
+bool terminal::hasSequences(std::FILE *stream)
+{
+    return isTerminal(stream) && qgetenv("TERM") != QByteArray("dumb");
+}
+
+bool terminal::write(std::FILE *stream, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    const std::size_t size = static_cast<std::size_t>(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, stream) == size;
+}
+
+int terminal::readByte()
+{
+    unsigned char byte = 0;
+    return read(STDIN_FILENO, &byte, 1) == 1 ? byte : -1;
+}
+
+class terminal::HiddenInput::Private
+{
+public:
+    termios before = {};
+    bool isSet = tcgetattr(STDIN_FILENO, &before) == 0;
+};
+
+terminal::HiddenInput::HiddenInput() : d(std::make_unique<Private>())
+{
+    if (!d->isSet)
+        return;
+    termios quiet = d->before;
+    quiet.c_lflag &= ~tcflag_t(ECHO);
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
+}
+
+terminal::HiddenInput::~HiddenInput()
+{
+    if (d->isSet)
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &d->before);
+}
+
+bool system_files::makePrivate(const QString &path)
+{
+    return QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+qint64 system_files::readPosition(const QString &path)
+{
+    const QString wanted = QFileInfo(path).canonicalFilePath();
+    qint64 position = -1;
+    const QDir handles(QStringLiteral("/proc/self/fd"));
+    const QStringList names = handles.entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot);
+    for (const QString &name : names) {
+        if (QFile::symLinkTarget(handles.filePath(name)) != wanted)
+            continue;
+        QFile info(QStringLiteral("/proc/self/fdinfo/") + name);
+        if (!info.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray line = info.readLine(); // "pos:\t1234\n"
+        position = qMax(position, line.mid(line.indexOf(':') + 1).trimmed().toLongLong());
+    }
+    return position;
+}
+
+bool system_files::isFileName(const QString &name)
+{
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..")
+        && !name.contains(QLatin1Char('/')) && !name.contains(QChar::Null);
+}
+
+QString system_files::uniqueKey(const QString &path)
+{
+    return path;
+}
+
+} // namespace velldoc
