@@ -26,9 +26,32 @@ step() {
     exit 1
 }
 
-# configure_and_build PRESET
+# configure_and_build PRESET [TARGET...]
 configure_and_build() {
-    logs="build/$1/logs"
-    step "Configuring ($1)" cmake --preset "$1"
-    step "Building ($1)" cmake --build --preset "$1"
+    local preset=$1
+    shift
+    logs="build/$preset/logs"
+    step "Configuring ($preset)" cmake --preset "$preset"
+    step "Building ($preset)" cmake --build --preset "$preset" ${1:+--target "$@"}
+}
+
+qt_windows_cache=${XDG_CACHE_HOME:-$HOME/.cache}/vell/qt-windows
+
+# find_qt_windows: VELL_QT_WINDOWS is then the folder of a Qt for Windows: the given one, a given archive
+# unpacked, or our own, which is built when there is none.
+find_qt_windows() {
+    local given=${VELL_QT_WINDOWS:-$qt_windows_cache}
+    [[ $given = /* ]] || given=$OLDPWD/$given # as the caller means it
+    if [ -f "$given" ]; then
+        logs=build/logs
+        rm -rf build/qt-windows
+        mkdir -p build/qt-windows
+        step "Unpacking Qt for Windows" tar -xf "$given" -C build/qt-windows --strip-components=1
+        given=$PWD/build/qt-windows
+    elif [ -z "${VELL_QT_WINDOWS:-}" ] && [ ! -e "$given" ]; then
+        scripts/build-qt-windows
+    fi
+    [ -e "$given/lib/cmake/Qt5/Qt5Config.cmake" ] \
+        || fail "$given is neither the folder of a Qt 5 for Windows nor an archive of one"
+    export VELL_QT_WINDOWS=$given
 }

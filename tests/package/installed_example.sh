@@ -4,19 +4,7 @@
 #   installed_example.sh SOURCE BUILD SERVICE CXX_FLAGS
 set -euo pipefail
 source=$1 build=$2 service=$3 flags=$4
-
-work=$(mktemp -d)
-pid=
-cleanup() {
-    [ -z "$pid" ] || kill "$pid" 2>/dev/null || true
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-fail() {
-    echo "FAIL!  : $*"
-    exit 1
-}
+source "$source/tests/support/with_service.sh"
 
 cmake --install "$build" --prefix "$work/prefix" >"$work/install.log"
 cp -r "$source/examples/minimal" "$work/minimal" # so that nothing is found beside it
@@ -28,17 +16,7 @@ cmake --build "$work/minimal/build"
 ! grep -rlE "$source|$build" "$work/prefix/include" "$work/prefix/lib"*/cmake 2>/dev/null \
     || fail "an installed header or CMake file holds a path of the source tree"
 
-mkdir "$work/data"
-"$service" --data "$work/data" >"$work/service.log" 2>&1 &
-pid=$!
-for _ in $(seq 100); do
-    address=$(sed -n 's/^vell-service listens on //p' "$work/service.log")
-    [ -z "$address" ] || break
-    kill -0 "$pid" 2>/dev/null || fail "the service ended: $(cat "$work/service.log")"
-    sleep 0.1
-done
-[ -n "${address:-}" ] || fail "the service did not start"
-
+start_service "$service"
 minimal="$work/minimal/build/minimal"
 export LD_LIBRARY_PATH=$(dirname "$(find "$work/prefix" -name 'libVellDocumentData.so' | head -n 1)")
 output=$("$minimal" "$address" example) || fail "the example failed: $output"

@@ -1,0 +1,36 @@
+#include "SecondLibrary.h"
+
+#include <document_service/VellDocumentData.h>
+
+#include <VellNetwork/NetworkManager.h>
+#include <VellNetwork/VellBaseApi.h>
+#include <VellSoftBase/VellSoftCache.h>
+
+#include <QTest>
+
+class TestSecondLibrary : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void seesTheSameObjects();
+    void seesWhatTheProgramHasSet();
+};
+
+void TestSecondLibrary::seesTheSameObjects()
+{
+    QVERIFY(dataSeenBySecondLibrary() != nullptr);
+    QCOMPARE(dataSeenBySecondLibrary(), VellDocumentData::instance());
+    QCOMPARE(networkSeenBySecondLibrary(), NetworkManager::instance());
+}
+
+void TestSecondLibrary::seesWhatTheProgramHasSet()
+{
+    VellBaseApi::GetInstance().setBaseApi(QStringLiteral("http://127.0.0.1:1/"));
+    GetSoftCache()->setCurrentProjectId(QStringLiteral("tower"));
+    QCOMPARE(baseApiSeenBySecondLibrary(), QStringLiteral("http://127.0.0.1:1/"));
+    QCOMPARE(projectSeenBySecondLibrary(), QStringLiteral("tower"));
+}
+
+QTEST_GUILESS_MAIN(TestSecondLibrary)
+#include "tst_second_library.moc"
