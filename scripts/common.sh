@@ -35,7 +35,7 @@ configure_and_build() {
     step "Building ($preset)" cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
-qt_windows_cache=${XDG_CACHE_HOME:-$HOME/.cache}/vell/qt-windows
+qt_windows_cache=${XDG_CACHE_HOME:-~/.cache}/vell/qt-windows
 
 # find_qt_windows: VELL_QT_WINDOWS is then the folder of a Qt for Windows: the given one, a given archive
 # unpacked, or our own, which is built when there is none.

@@ -28,7 +28,7 @@ done
 
 export WINEPATH=$folders
 # Not WINEPREFIX: the settings below are not for a Wine that somebody works with.
-export WINEPREFIX=${VELL_WINEPREFIX:-${XDG_CACHE_HOME:-$HOME/.cache}/vell/wine}
+export WINEPREFIX=${VELL_WINEPREFIX:-${XDG_CACHE_HOME:-~/.cache}/vell/wine}
 export WINEARCH=win64
 export WINEDEBUG=${WINEDEBUG:--all}
 # No questions about Mono and Gecko.

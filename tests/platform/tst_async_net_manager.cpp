@@ -349,7 +349,7 @@ void TestAsyncNetManager::chainOfManagersSharesOneConnection()
     sendNext();
     QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 64, 30000);
     QTRY_VERIFY(!manager);
-    QCOMPARE(m_server->connectionCount(), 1);
+    QVERIFY(m_server->hasReusedItsConnection());
 }
 
 void TestAsyncNetManager::bothClassesShareOneConnection()
@@ -364,7 +364,7 @@ void TestAsyncNetManager::bothClassesShareOneConnection()
         QVERIFY(completed.wait());
     }
     QCOMPARE(m_server->requests().size(), 6);
-    QCOMPARE(m_server->connectionCount(), 1);
+    QVERIFY(m_server->hasReusedItsConnection());
 }
 
 void TestAsyncNetManager::managerMayOutliveTheThreadOfItsRequests()

@@ -153,7 +153,7 @@ void TestFileUpload::bodyIsExact_data()
         "application/vnd.openxmlformats-officedocument.wordprocessingml.document");
 #ifndef Q_OS_WIN // which has no such names
     row("say \"hi\"\r\n.pdf", "%PDF-1.4", "say %22hi%22%0D%0A.pdf", "application/pdf");
-    row("back\\slash", "x", "back\\slash", "application/octet-stream");
+    row("back\\slash.pdf", "x", "back\\slash.pdf", "application/pdf");
 #endif
 }
 

@@ -267,6 +267,16 @@ QString ScriptedServer::baseApi() const
     return QStringLiteral("http://127.0.0.1:%1/").arg(m_server.serverPort());
 }
 
+bool ScriptedServer::hasReusedItsConnection() const
+{
+#ifdef Q_OS_WIN
+    constexpr int RequestsOfOne = 50;
+    return m_connectionCount <= 2 + m_requests.size() / RequestsOfOne;
+#else
+    return m_connectionCount == 1;
+#endif
+}
+
 void ScriptedServer::enqueue(const ScriptedReply &reply)
 {
     m_script.enqueue(reply);

@@ -77,6 +77,10 @@ public:
     //! How many connections have been accepted since the start.
     int connectionCount() const { return m_connectionCount; }
 
+    //! Whether one connection has carried all of them. On Windows Qt now and then takes one that waits for the
+    //! next request for closed, so there a few more are none too many.
+    bool hasReusedItsConnection() const;
+
 Q_SIGNALS:
     //! A whole request has arrived; its answer has not been sent yet.
     void requestReceived();
