@@ -14,11 +14,11 @@ fail() {
     exit 1
 }
 
-# start_service PROGRAM: $address is then where it listens.
+# start_service PROGRAM [OPTIONS]: $address is then where it listens.
 start_service() {
     mkdir "$work/data"
     : >"$work/service.log" # so that it is there before the service is
-    "$1" --data "$work/data" >"$work/service.log" 2>&1 &
+    "$@" --data "$work/data" >"$work/service.log" 2>&1 &
     service_pid=$!
     for _ in $(seq 100); do
         address=$(sed -n 's/^vell-service listens on //p' "$work/service.log")
