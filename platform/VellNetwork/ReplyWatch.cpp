@@ -89,6 +89,9 @@ void ReplyWatch::conclude()
     if (replyError(m_reply) == QNetworkReply::NoError && isCutShort())
         condemn(QNetworkReply::RemoteHostClosedError,
                 tr("The connection was closed in the middle of the answer"));
+    else if (replyError(m_reply) == QNetworkReply::UnknownNetworkError && isLostWhileSending())
+        condemn(QNetworkReply::RemoteHostClosedError,
+                tr("The connection was closed before the answer came"));
     trace();
     const QNetworkReply::NetworkError error = replyError(m_reply);
     // Only the client itself cancels.
@@ -149,6 +152,13 @@ bool ReplyWatch::isCutShort() const
     // Gone where Qt has decompressed the body.
     const QByteArray length = m_reply->rawHeader("Content-Length");
     return !length.isEmpty() && m_receivedBytes < length.toLongLong();
+}
+
+// A closed connection is an unknown error to Qt when writing finds it, and not reading.
+bool ReplyWatch::isLostWhileSending() const
+{
+    return m_verdict == QNetworkReply::NoError && m_body && m_body->pos() > 0
+        && replyStatus(m_reply) == 0;
 }
 
 void ReplyWatch::condemn(QNetworkReply::NetworkError error, const QString &reason)

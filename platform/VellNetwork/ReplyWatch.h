@@ -34,6 +34,7 @@ private:
     void judgeRedirect(const QUrl &target);
     QString refusal(const QUrl &target) const;
     bool isCutShort() const;
+    bool isLostWhileSending() const;
     void condemn(QNetworkReply::NetworkError error, const QString &reason);
     void end(QNetworkReply::NetworkError error, const QString &reason);
     QString message() const;

@@ -466,7 +466,7 @@ void TestChunkedUpload::aHundredJobsLeakNoHandles()
         m_spies = std::make_unique<JobSpies>(m_job.get());
         QSignalSpy finished(m_job.get(), &AsyncCreateDocument::createDocumentFinish);
         start();
-        QVERIFY(finished.wait());
+        QVERIFY(finished.wait(WaitMs));
         if (i == 9)
             before = handles();
     }

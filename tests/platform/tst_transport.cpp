@@ -84,6 +84,7 @@ private Q_SLOTS:
     void lostConnectionNeverRepeatsAChange_data();
     void lostConnectionNeverRepeatsAChange();
     void lostConnectionNeverRepeatsAForm();
+    void connectionLostWhileSendingIsSaidAlike();
     void tokenGoesWithEveryRequest();
     void tlsErrorsAreNotIgnored();
     void traceIsOffByDefault();
@@ -260,6 +261,31 @@ void TestTransport::lostConnectionNeverRepeatsAForm()
     QVERIFY(errors.wait());
     QCOMPARE(errors.first().first().toInt(), int(QNetworkReply::RemoteHostClosedError));
     QCOMPARE(m_server->requests().size(), 1);
+}
+
+// Qt notices it while it reads or while it writes, and has a code of its own for each.
+void TestTransport::connectionLostWhileSendingIsSaidAlike()
+{
+    QTcpServer server;
+    connect(&server, &QTcpServer::newConnection, this, [&server] {
+        QTcpSocket *socket = server.nextPendingConnection();
+        connect(socket, &QTcpSocket::readyRead, socket, &QTcpSocket::abort);
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    });
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    const QString url = QStringLiteral("http://127.0.0.1:%1/x").arg(server.serverPort());
+    for (int attempt = 0; attempt < 30; ++attempt) {
+        QHttpPart part;
+        part.setRawHeader("Content-Disposition", "form-data; name=\"file\"");
+        part.setBody(QByteArray(8 * 1024 * 1024, 'c'));
+        auto *body = new QHttpMultiPart(QHttpMultiPart::FormDataType);
+        body->append(part);
+        AsyncNetManager manager;
+        QSignalSpy errors(&manager, QOverload<int>::of(&AsyncNetManager::error));
+        manager.post(url, body);
+        QVERIFY(errors.size() == 1 || errors.wait(20000));
+        QCOMPARE(errors.first().first().toInt(), int(QNetworkReply::RemoteHostClosedError));
+    }
 }
 
 void TestTransport::tokenGoesWithEveryRequest()

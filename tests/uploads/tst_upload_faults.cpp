@@ -83,7 +83,7 @@ std::unique_ptr<ClientRun> TestUploadFaults::upload(const ProxyFault &fault) con
 {
     QStringList arguments;
     if (fault.kind == Kind::Stall)
-        arguments << QStringLiteral("--stall-ms") << QStringLiteral("1500");
+        arguments << QStringLiteral("--stall-ms") << QStringLiteral("3000");
     if (fault.kind == Kind::HalfAnswer)
         arguments << QStringLiteral("--quiet-ms") << QStringLiteral("2500");
     return m_site->upload(*m_file, arguments);
