@@ -42,7 +42,8 @@ void showDocuments(Context &context, const QList<VellDocument> &documents, const
     QList<VellDocument> shown = documents;
     for (VellDocument &document : shown) {
         const QString path = paths.pathOf(document);
-        array.append(documentJson(document, path));
+        if (context.out.isJson())
+            array.append(documentJson(document, path));
         document.name = path;
     }
     context.out.setResult({{key, array}});

@@ -15,6 +15,8 @@ private Q_SLOTS:
     void listIsSorted_data();
     void listIsSorted();
     void pageSaysWhereItStands();
+    void largeFolderIsListedOnce();
+    void firstNamesDoNotWaitForTheRest();
     void jsonIsOneDocument();
     void emptyFolderIsCalledEmpty();
     void infoTellsEverything();
@@ -24,7 +26,20 @@ private Q_SLOTS:
 
 private:
     static QStringList namesIn(const VelldocRun &run);
+    static QStringList makeLargeFolder(VelldocWorld &world);
 };
+
+//! \return the lines that name its entries, sorted
+QStringList TestVelldocLists::makeLargeFolder(VelldocWorld &world)
+{
+    QStringList names;
+    for (int i = 0; i < 250; ++i)
+        names.append(QStringLiteral("%1").arg(i, 3, 10, QLatin1Char('0')));
+    world.succeed(QStringList{QStringLiteral("mkdir")} + names);
+    for (QString &name : names)
+        name += QLatin1Char('/');
+    return names;
+}
 
 QStringList TestVelldocLists::namesIn(const VelldocRun &run)
 {
@@ -118,6 +133,32 @@ void TestVelldocLists::pageSaysWhereItStands()
                        QStringLiteral("1")});
     QCOMPARE(run.out, QStringLiteral("b/\nc/\n"));
     QCOMPARE(run.error, QStringLiteral("2 to 3 of 3.\n"));
+}
+
+void TestVelldocLists::largeFolderIsListedOnce()
+{
+    VelldocWorld world;
+    const QStringList names = makeLargeFolder(world);
+    const QStringList ls{QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")};
+    QCOMPARE(world.succeed(ls).lines(), names);
+    QCOMPARE(world.succeed(ls + QStringList(QStringLiteral("-R"))).lines().mid(1, names.size()),
+             names);
+}
+
+void TestVelldocLists::firstNamesDoNotWaitForTheRest()
+{
+    VelldocWorld world;
+    const QStringList names = makeLargeFolder(world);
+    FaultRule refuse;
+    refuse.kind = FaultRule::Kind::Status;
+    refuse.value = 503;
+    refuse.pathPrefix = QStringLiteral("/document-service/projects");
+    refuse.nth = 2;
+    world.service().addFault(refuse);
+    const VelldocRun run =
+        world.run({QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.lines(), names.mid(0, 200));
 }
 
 void TestVelldocLists::jsonIsOneDocument()

@@ -42,6 +42,13 @@ void Output::print(const Table &table) const
         writeLine(stdout, lines.at(i));
 }
 
+void Output::flush() const
+{
+    errno = 0;
+    if (std::fflush(stdout) != 0 && errno == EPIPE)
+        isReaderGone = true;
+}
+
 void Output::note(const QString &sentence) const
 {
     if (!m_isJson)
@@ -72,11 +79,8 @@ bool Output::finish(const Failure *failure)
         writeLine(stdout,
                   QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
     }
-    errno = 0;
-    const bool isFlushed = std::fflush(stdout) == 0;
-    if (isReaderGone || (!isFlushed && errno == EPIPE))
-        return true;
-    return isFlushed && std::ferror(stdout) == 0;
+    flush();
+    return isReaderGone || std::ferror(stdout) == 0;
 }
 
 QString Output::strong(const QString &text)

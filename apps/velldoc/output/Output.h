@@ -23,6 +23,9 @@ public:
     void print(const QString &line) const;
     void print(const Table &table) const;
 
+    //! Hands over what has been printed so far, before something that takes long.
+    void flush() const;
+
     //! What JSON's "result" will hold.
     void setResult(const QJsonObject &result) { m_result = result; }
 
