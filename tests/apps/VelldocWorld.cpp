@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -133,4 +134,20 @@ QByteArray VelldocWorld::read(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QMap<QString, QByteArray> VelldocWorld::tree(const QString &path)
+{
+    QMap<QString, QByteArray> files;
+    QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString entry = it.next();
+        const QString name = QDir(path).relativeFilePath(entry);
+        if (it.fileInfo().isDir())
+            files.insert(name + QLatin1Char('/'), {});
+        else
+            files.insert(name, read(entry));
+    }
+    return files;
 }

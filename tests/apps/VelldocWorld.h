@@ -3,6 +3,7 @@
 #include <service/ReferenceService.h>
 
 #include <QJsonObject>
+#include <QMap>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -52,6 +53,8 @@ public:
     //! A file of \a bytes in which no two blocks are equal. \return its path
     QString writeUnequalBlocks(const QString &name, qint64 bytes);
     static QByteArray read(const QString &path);
+    //! The files below the folder \a path with their contents; folders end with "/".
+    static QMap<QString, QByteArray> tree(const QString &path);
 
     QProcessEnvironment environment;
 

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void jsonIsOneDocument();
     void emptyFolderIsCalledEmpty();
     void infoTellsEverything();
+    void ownUserHasAName();
     void anyNameIsFound_data();
     void anyNameIsFound();
     void identifierNamesADocument();
@@ -204,6 +205,33 @@ void TestVelldocLists::infoTellsEverything()
     QVERIFY2(run.out.contains(QLatin1String("Path:       /D/a.pdf\n")), qPrintable(run.out));
     QVERIFY2(run.out.contains(QLatin1String("Kind:       Documents\n")), qPrintable(run.out));
     QVERIFY2(run.out.contains(QLatin1String("Size:       5 B (5 bytes)\n")), qPrintable(run.out));
+}
+
+void TestVelldocLists::ownUserHasAName()
+{
+    VelldocWorld world;
+    QVERIFY(world.service().addProject(QStringLiteral("p"), QStringLiteral("P")));
+    const QString token = world.service().addUser(QStringLiteral("vera"));
+    QVERIFY(world.service().setRole(QStringLiteral("p"), QStringLiteral("vera"),
+                                    QStringLiteral("owner")));
+    world.environment.insert(QStringLiteral("VELLDOC_TOKEN"), token);
+    world.environment.insert(QStringLiteral("VELLDOC_PROJECT"), QStringLiteral("p"));
+    const QString local = world.write(QStringLiteral("x"), "1");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    const QString x = QStringLiteral("/x");
+    QVERIFY(world.succeed({QStringLiteral("ls"), QStringLiteral("-l")})
+                .lines()
+                .at(1)
+                .endsWith(QLatin1String("  vera  x")));
+    QVERIFY(world.succeed({QStringLiteral("info"), x})
+                .out.contains(QLatin1String("Changed by: vera\n")));
+    QVERIFY(world.succeed({QStringLiteral("history"), x})
+                .lines()
+                .at(1)
+                .endsWith(QLatin1String("  vera")));
+    QCOMPARE(
+        world.succeed({QStringLiteral("find"), QStringLiteral("--by"), QStringLiteral("vera")}).out,
+        QStringLiteral("/x\n"));
 }
 
 void TestVelldocLists::anyNameIsFound_data()

@@ -74,7 +74,7 @@ public:
         if (!m_context.isSet("recursive"))
             return;
         for (const VellDocument &entry : entries) {
-            if (entry.type == QLatin1String("dir"))
+            if (isFolder(entry))
                 list(path.child(entry.name), entry);
         }
     }
@@ -154,7 +154,7 @@ private:
         if (entries.isEmpty())
             m_context.out.note(Text::tr("%1 is empty.").arg(path.text()));
         else if (m_context.isSet("l"))
-            m_context.out.print(longTable(entries));
+            m_context.out.print(longTable(entries, m_context.session()));
         else
             printNames(entries, m_context.out);
         if (isPaged() && entries.size() < total) {

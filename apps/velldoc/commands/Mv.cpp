@@ -70,7 +70,7 @@ void run(Context &context)
     QStringList sources = context.arguments(2, 0);
     const RemotePath target = RemotePath::parse(sources.takeLast());
     const std::optional<VellDocument> there = context.tree().tryFind(target);
-    if (there && there->type == QLatin1String("dir")) {
+    if (there && isFolder(*there)) {
         moveInto(context, sources, *there, target);
         return;
     }

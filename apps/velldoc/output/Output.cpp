@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
 namespace velldoc {
 
@@ -51,12 +52,15 @@ void Output::flush() const
 
 void Output::note(const QString &sentence) const
 {
-    if (!m_isJson)
-        writeLine(stderr, printable(sentence));
+    if (m_isJson)
+        return;
+    flush(); // where both streams meet, in the order of the calls
+    writeLine(stderr, printable(sentence));
 }
 
 void Output::error(const QString &sentence)
 {
+    flush();
     const QString prefix = terminal::hasColour(stderr) ? QStringLiteral("\x1b[31mvelldoc:\x1b[0m ")
                                                        : QStringLiteral("velldoc: ");
     writeLine(stderr, prefix + printable(sentence));
@@ -64,7 +68,7 @@ void Output::error(const QString &sentence)
 
 bool Output::finish(const Failure *failure)
 {
-    if (m_isJson) {
+    if (m_isJson && !std::exchange(m_isFinished, true)) {
         QJsonObject document{{QStringLiteral("command"), m_command},
                              {QStringLiteral("ok"), failure == nullptr},
                              {QStringLiteral("result"), m_result}};

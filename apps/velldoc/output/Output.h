@@ -35,8 +35,8 @@ public:
     //! One sentence: what went wrong and what to do.
     void error(const QString &sentence);
 
-    //! Prints the JSON document, with \a failure when there is one. Call it once.
-    //! \return whether everything could be written.
+    //! Prints the JSON document, with \a failure when there is one; only the first call does.
+    //! \return whether everything could be written
     bool finish(const Failure *failure);
 
     //! \a text in bold, or as it is where colour does not belong.
@@ -46,6 +46,7 @@ private:
     bool m_isJson = false;
     QString m_command;
     QJsonObject m_result;
+    bool m_isFinished = false;
 };
 
 } // namespace velldoc
