@@ -91,7 +91,9 @@ int runProgram(const QStringList &arguments, Output &output)
 
 QString helpLine(const Command &command)
 {
-    return QStringLiteral("velldoc help ") + QString::fromLatin1(command.name);
+    const QString help = QStringLiteral("velldoc help");
+    return &command == &helpCommand() ? help
+                                      : help + QLatin1Char(' ') + QString::fromLatin1(command.name);
 }
 
 int runCommand(const Command &command, const QCommandLineParser &parser, Output &output)

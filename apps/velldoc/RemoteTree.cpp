@@ -32,7 +32,7 @@ Failure notFound(const RemotePath &path)
 
 Failure notAFolder(const RemotePath &path)
 {
-    return {ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text())};
+    return {ExitFailed, Text::tr("%1 is a file, not a folder: name a folder.").arg(path.text())};
 }
 
 RemoteTree::RemoteTree(Session &session) : m_session(session) {}

@@ -125,7 +125,10 @@ Failure Session::describe(const NetworkFailure &failure) const
                 message + QLatin1Char(' ') + Text::tr("Ask an owner of the project for the right."),
                 failure.httpStatus};
     case NotFound:
-        return {ExitNotFound, message, failure.httpStatus};
+        return {ExitNotFound,
+                message + QLatin1Char(' ')
+                    + Text::tr("It may have been deleted; \"velldoc find NAME\" looks for it."),
+                failure.httpStatus};
     case NoRoom:
         return {ExitFailed,
                 message + QLatin1Char(' ')

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void findUsesEveryCondition();
     void moveGoesIntoFoldersAndToNames();
     void moveRefusesWhatIsTaken();
+    void refusedMoveLeavesTheName();
     void twoDocumentsOfOneNameAreNotConfused();
     void renameRefusesATakenName();
     void orderPutsTheNamedOnesFirst();
@@ -174,6 +175,28 @@ void TestVelldocCommands::moveRefusesWhatIsTaken()
                  .exitCode,
              3);
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out.count(QLatin1Char('\n')), 3);
+}
+
+void TestVelldocCommands::refusedMoveLeavesTheName()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("mkdir"), QStringLiteral("/A"), QStringLiteral("/B")});
+    // A folder cannot go into itself, and the service refuses only the move.
+    QCOMPARE(
+        world.run({QStringLiteral("mv"), QStringLiteral("/A"), QStringLiteral("/A/x")}).exitCode,
+        1);
+    FaultRule refuse;
+    refuse.kind = FaultRule::Kind::Status;
+    refuse.value = 403;
+    refuse.verb = "PUT";
+    refuse.nth = 2;
+    world.service().addFault(refuse);
+    QCOMPARE(
+        world.run({QStringLiteral("mv"), QStringLiteral("/A"), QStringLiteral("/B/x")}).exitCode,
+        4);
+    QCOMPARE(
+        world.succeed({QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")}).out,
+        QStringLiteral("A/\nB/\n"));
 }
 
 void TestVelldocCommands::twoDocumentsOfOneNameAreNotConfused()

@@ -107,8 +107,8 @@
         <translation>文件夹</translation>
     </message>
     <message>
-        <source>%1 is a file, not a folder.</source>
-        <translation>%1 是文件，不是文件夹。</translation>
+        <source>%1 is a file, not a folder: name a folder.</source>
+        <translation>%1 是文件，不是文件夹：请指定一个文件夹。</translation>
     </message>
     <message>
         <source>%1 is the name of %2 entries: say which one you mean, %3.</source>
@@ -1322,6 +1322,14 @@
     <message>
         <source>Changed last by the user with this identifier, or by you under your name; may be repeated.</source>
         <translation>最后由此标识的用户修改，或用您的名称表示您自己；可重复使用。</translation>
+    </message>
+    <message>
+        <source>It may have been deleted; &quot;velldoc find NAME&quot; looks for it.</source>
+        <translation>它可能已被删除；用“velldoc find NAME”查找。</translation>
+    </message>
+    <message>
+        <source>It stands where it was, but is called &quot;%1&quot; now.</source>
+        <translation>它仍在原处，但现在的名称是“%1”。</translation>
     </message>
 </context>
 </TS>
