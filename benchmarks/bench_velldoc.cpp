@@ -145,7 +145,7 @@ QStringList Site::takeRequests()
 
 QString Site::newFiles()
 {
-    const QString folder = m_folder.filePath(newName());
+    QString folder = m_folder.filePath(newName());
     QDir().mkpath(folder);
     QByteArray content(FileBytes, 'v');
     for (int i = 0; i < Files; ++i) {

@@ -105,9 +105,9 @@ QString VelldocWorld::program()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/velldoc");
 }
 
-QString VelldocWorld::write(const QString &name, const QByteArray &content)
+QString VelldocWorld::write(const QString &name, const QByteArray &content) const
 {
-    const QString filePath = path(name);
+    QString filePath = path(name);
     QDir().mkpath(QFileInfo(filePath).path());
     QFile file(filePath);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
@@ -118,7 +118,7 @@ QString VelldocWorld::write(const QString &name, const QByteArray &content)
 QString VelldocWorld::writeUnequalBlocks(const QString &name, qint64 bytes)
 {
     constexpr qint64 StampInterval = 65'536;
-    const QString filePath = write(name, {});
+    QString filePath = write(name, {});
     QFile file(filePath);
     if (!file.open(QIODevice::ReadWrite) || !file.resize(bytes))
         qFatal("%s cannot be written", qPrintable(filePath));

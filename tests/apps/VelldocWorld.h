@@ -49,7 +49,7 @@ public:
     //! A path below a folder that goes away with the world.
     QString path(const QString &name) const { return m_folder.filePath(name); }
     //! Writes a file there, with the folders above it. \return its path
-    QString write(const QString &name, const QByteArray &content);
+    QString write(const QString &name, const QByteArray &content) const;
     //! A file of \a bytes in which no two blocks are equal. \return its path
     QString writeUnequalBlocks(const QString &name, qint64 bytes);
     static QByteArray read(const QString &path);

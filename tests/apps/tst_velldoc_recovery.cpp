@@ -225,7 +225,7 @@ void TestVelldocRecovery::manySmallFilesComeBack()
 
 void TestVelldocRecovery::largeFolderComesBack()
 {
-    constexpr qint64 MiB = 1024 * 1024;
+    constexpr qint64 MiB = 1'048'576;
     VelldocWorld world;
     QStringList names{QStringLiteral("one large"), QStringLiteral("below/another")};
     world.writeUnequalBlocks(QStringLiteral("big/") + names.at(0), 180 * MiB + 12'345);

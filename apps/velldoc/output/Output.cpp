@@ -58,7 +58,7 @@ void Output::note(const QString &sentence) const
     writeLine(stderr, printable(sentence));
 }
 
-void Output::error(const QString &sentence)
+void Output::error(const QString &sentence) const
 {
     flush();
     const QString prefix = terminal::hasColour(stderr) ? QStringLiteral("\x1b[31mvelldoc:\x1b[0m ")

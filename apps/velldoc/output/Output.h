@@ -33,7 +33,7 @@ public:
     void note(const QString &sentence) const;
 
     //! One sentence: what went wrong and what to do.
-    void error(const QString &sentence);
+    void error(const QString &sentence) const;
 
     //! Prints the JSON document, with \a failure when there is one; only the first call does.
     //! \return whether everything could be written
