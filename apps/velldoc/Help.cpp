@@ -1,13 +1,14 @@
 #include <velldoc/Help.h>
 
 #include <velldoc/Command.h>
-#include <velldoc/Failure.h>
 #include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/Output.h>
 #include <velldoc/output/Terminal.h>
+
+#include <QJsonArray>
 
 namespace velldoc {
 
@@ -44,13 +45,51 @@ void printPair(const QString &left, const QString &right, int column, Output &ou
         output.print(margin + QString(column, QLatin1Char(' ')) + line);
 }
 
+//! As they are typed, the short one first.
+QStringList optionNames(const CommandOption &option)
+{
+    QStringList names = QString::fromLatin1(option.names).split(QLatin1Char(','));
+    for (QString &name : names)
+        name.prepend(QLatin1String(name.size() == 1 ? "-" : "--"));
+    return names;
+}
+
+QJsonArray optionsJson(const QVector<CommandOption> &options)
+{
+    QJsonArray array;
+    for (const CommandOption &option : options) {
+        const QString value = QString::fromLatin1(option.valueName);
+        array.append(QJsonObject{
+            {QStringLiteral("names"), QJsonArray::fromStringList(optionNames(option))},
+            {QStringLiteral("value"), value.isEmpty() ? QJsonValue() : QJsonValue(value)},
+            {QStringLiteral("help"), Text::tr(option.help)}});
+    }
+    return array;
+}
+
+QJsonObject summaryJson(const Command &command)
+{
+    return {{QStringLiteral("name"), QString::fromLatin1(command.name)},
+            {QStringLiteral("arguments"), QString::fromLatin1(command.arguments)},
+            {QStringLiteral("summary"), Text::tr(command.summary)}};
+}
+
+QJsonObject commandJson(const Command &command)
+{
+    QJsonArray examples;
+    for (const CommandExample &example : command.examples)
+        examples.append(QJsonObject{{QStringLiteral("line"), QString::fromUtf8(example.line)},
+                                    {QStringLiteral("meaning"), Text::tr(example.meaning)}});
+    QJsonObject object = summaryJson(command);
+    object.insert(QStringLiteral("description"), Text::tr(command.description));
+    object.insert(QStringLiteral("options"), optionsJson(command.options));
+    object.insert(QStringLiteral("examples"), examples);
+    return object;
+}
+
 QString optionText(const CommandOption &option)
 {
-    QStringList names;
-    const QStringList plain = QString::fromLatin1(option.names).split(QLatin1Char(','));
-    for (const QString &name : plain)
-        names.append((name.size() == 1 ? QLatin1String("-") : QLatin1String("--")) + name);
-    QString text = names.join(QStringLiteral(", "));
+    QString text = optionNames(option).join(QStringLiteral(", "));
     if (option.valueName != nullptr)
         text += QLatin1Char(' ') + QString::fromLatin1(option.valueName);
     return text;
@@ -68,20 +107,20 @@ void printOptions(const QString &title, const QVector<CommandOption> &options, O
 
 } // namespace
 
-int showProgramHelp(const QStringList &arguments, Output &output)
+void showVersion(Output &output)
 {
-    for (const QString &argument : arguments) {
-        if (argument == QLatin1String("--version")) {
-            output.print(QStringLiteral("velldoc ") + QCoreApplication::applicationVersion());
-            return ExitOk;
-        }
-        const bool isHelp = argument == QLatin1String("-h") || argument == QLatin1String("--help");
-        if (!isHelp && argument.startsWith(QLatin1Char('-')) && arguments.size() == 1) {
-            output.error(
-                Text::tr("There is no option \"%1\": see \"velldoc help\".").arg(argument));
-            return ExitUsage;
-        }
-    }
+    const QString version = QCoreApplication::applicationVersion();
+    output.setResult({{QStringLiteral("version"), version}});
+    output.print(QStringLiteral("velldoc ") + version);
+}
+
+void showProgramHelp(Output &output)
+{
+    QJsonArray commands;
+    for (const Command *const command : allCommands())
+        commands.append(summaryJson(*command));
+    output.setResult({{QStringLiteral("commands"), commands},
+                      {QStringLiteral("options"), optionsJson(globalOptions())}});
     output.print(
         Output::strong(Text::tr("velldoc: the documents of a project, from the command line")));
     output.print(Text::tr("velldoc [OPTIONS] COMMAND [ARGUMENTS]"));
@@ -97,12 +136,12 @@ int showProgramHelp(const QStringList &arguments, Output &output)
             "level (/Drawings/plan.dwg) or identifiers (id:...); put -- in front of names that "
             "begin with a dash."),
         0, output);
-    return ExitOk;
 }
 
 void showCommandHelp(const Command &command, Output &output)
 {
     const QString name = QString::fromLatin1(command.name);
+    output.setResult(commandJson(command));
     output.print(Output::strong(
         QStringLiteral("velldoc %1 %2").arg(name, QString::fromLatin1(command.arguments))));
     output.print(QString());

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QStringList>
-
 namespace velldoc {
 
 class Output;
 struct Command;
 
-//! What velldoc without a command answers: the list of commands, or the version.
-//! \return the exit code
-int showProgramHelp(const QStringList &arguments, Output &output);
+//! What velldoc answers without a command: the list of commands.
+void showProgramHelp(Output &output);
+
+void showVersion(Output &output);
 
 void showCommandHelp(const Command &command, Output &output);
 

@@ -11,16 +11,7 @@
 
 namespace velldoc {
 
-namespace {
-
-bool isFolder(const VellDocument &document)
-{
-    return document.type == QLatin1String("dir");
-}
-
-} // namespace
-
-Table longTable(const QList<VellDocument> &documents)
+Table longTable(const QList<VellDocument> &documents, const Session &session)
 {
     Table table;
     table.addColumn(Text::tr("Kind"));
@@ -30,7 +21,7 @@ Table longTable(const QList<VellDocument> &documents)
     table.addColumn(Text::tr("Name"), Qt::AlignLeft, Table::Fit::Shrinks);
     for (const VellDocument &document : documents) {
         table.addRow({kindText(document), sizeCell(document), timeText(document.updatedAt),
-                      document.updatedBy, shownName(document)});
+                      session.userText(document.updatedBy), shownName(document)});
     }
     return table;
 }
@@ -42,14 +33,15 @@ void showDocuments(Context &context, const QList<VellDocument> &documents, const
     QList<VellDocument> shown = documents;
     for (VellDocument &document : shown) {
         const QString path = paths.pathOf(document);
-        array.append(documentJson(document, path));
+        if (context.out.isJson())
+            array.append(documentJson(document, path));
         document.name = path;
     }
     context.out.setResult({{key, array}});
     if (!context.isSet("l"))
         printNames(shown, context.out);
     else if (!shown.isEmpty())
-        context.out.print(longTable(shown));
+        context.out.print(longTable(shown, context.session()));
 }
 
 void printNames(const QList<VellDocument> &documents, Output &output)

@@ -12,12 +12,13 @@ namespace velldoc {
 class Context;
 class FolderPaths;
 class Output;
+class Session;
 
 //! \file
 //! \brief How documents look in the lists of all commands.
 
 //! Kind, size, time of the last change, who made it, name.
-Table longTable(const QList<VellDocument> &documents);
+Table longTable(const QList<VellDocument> &documents, const Session &session);
 
 //! Shows documents from anywhere in the project by their paths, as a table with --long, and makes them the
 //! result under \a key.

@@ -4,21 +4,36 @@
 #include <velldoc/Session.h>
 #include <velldoc/Text.h>
 
+#include <QRegularExpression>
+
 namespace velldoc {
 
 namespace {
 
-Failure notFound(const RemotePath &path)
+//! \a text as it must be typed.
+QString shellWord(QString text)
 {
-    return {ExitNotFound, Text::tr("There is no %1 in the project.").arg(path.text())};
+    static const QRegularExpression special(QStringLiteral("[^\\w/.,:+@-]"),
+                                            QRegularExpression::UseUnicodePropertiesOption);
+    if (!text.contains(special))
+        return text;
+    text.replace(QLatin1Char('\''), QLatin1String("'\\''"));
+    return QLatin1Char('\'') + text + QLatin1Char('\'');
 }
 
-bool isFolder(const VellDocument &document)
+Failure notFound(const RemotePath &path)
 {
-    return document.type == QLatin1String("dir");
+    return {ExitNotFound,
+            Text::tr("There is no %1 in the project: \"velldoc ls %2\" lists what is there.")
+                .arg(path.text(), shellWord(path.parent().text()))};
 }
 
 } // namespace
+
+Failure notAFolder(const RemotePath &path)
+{
+    return {ExitFailed, Text::tr("%1 is a file, not a folder: name a folder.").arg(path.text())};
+}
 
 RemoteTree::RemoteTree(Session &session) : m_session(session) {}
 
@@ -28,7 +43,7 @@ VellDocument RemoteTree::find(const RemotePath &path)
     if (!found)
         throw notFound(path);
     if (path.endsWithSlash() && !isFolder(*found))
-        throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text()));
+        throw notAFolder(path);
     return *found;
 }
 
@@ -41,7 +56,7 @@ std::optional<VellDocument> RemoteTree::tryFind(const RemotePath &path)
     const QStringList names = path.names();
     for (int i = 0; i < names.size(); ++i) {
         if (!isFolder(place))
-            throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(here.text()));
+            throw notAFolder(here);
         here = here.child(names.at(i));
         const std::optional<VellDocument> next = step(place, names.at(i), here);
         if (!next && i + 1 == names.size())
@@ -57,7 +72,7 @@ VellDocument RemoteTree::findFolder(const RemotePath &path)
 {
     VellDocument folder = find(path);
     if (!isFolder(folder))
-        throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text()));
+        throw notAFolder(path);
     return folder;
 }
 
@@ -106,7 +121,7 @@ VellDocument RemoteTree::makePath(const RemotePath &path)
         here = here.child(name);
         const std::optional<VellDocument> next = step(place, name, here);
         if (next && !isFolder(*next))
-            throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(here.text()));
+            throw notAFolder(here);
         place = next ? *next : makeFolder(place._id, name);
     }
     return place;
@@ -172,7 +187,10 @@ VellDocument RemoteTree::byId(const QString &id)
     VellDocument document;
     m_session.ask([&] { VellDocumentData::instance()->getDoc(id, document, false); });
     if (document._id.isEmpty())
-        throw Failure(ExitNotFound, Text::tr("There is no document id:%1.").arg(id));
+        throw Failure(
+            ExitNotFound,
+            Text::tr("There is no document id:%1: \"velldoc info PATH\" tells identifiers.")
+                .arg(id));
     m_known.insert(id, document);
     return document;
 }

@@ -2,6 +2,7 @@
 
 #include <document_model/VellDocument.h>
 #include <document_service/VellDocumentConditon.h>
+#include <velldoc/Failure.h>
 #include <velldoc/RemotePath.h>
 
 #include <QHash>
@@ -13,6 +14,14 @@
 namespace velldoc {
 
 class Session;
+
+inline bool isFolder(const VellDocument &document)
+{
+    return document.type == QLatin1String("dir");
+}
+
+//! Why \a path, which is a file, will not do.
+Failure notAFolder(const RemotePath &path);
 
 //! \brief Finds documents by path through the library, and asks for nothing twice.
 //!

@@ -16,6 +16,7 @@ namespace {
 constexpr int Unauthorized = 401;
 constexpr int Forbidden = 403;
 constexpr int NotFound = 404;
+constexpr int ServerError = 500;
 constexpr int NoRoom = 507;
 
 bool hasNoAnswer(const NetworkFailure &failure)
@@ -58,6 +59,21 @@ QString Session::baseApi() const
 QString Session::userId() const
 {
     return m_user.value(QLatin1String("_id")).toString();
+}
+
+QString Session::userName() const
+{
+    return m_user.value(QLatin1String("name")).toString();
+}
+
+QString Session::userText(const QString &id) const
+{
+    return id == userId() && !userName().isEmpty() ? userName() : id;
+}
+
+QString Session::userIdOf(const QString &text) const
+{
+    return text == userName() && !userId().isEmpty() ? userId() : text;
 }
 
 void Session::readUser()
@@ -105,16 +121,25 @@ Failure Session::describe(const NetworkFailure &failure) const
                 message + QLatin1Char(' ') + Text::tr("Run \"velldoc login\" or pass --token."),
                 failure.httpStatus};
     case Forbidden:
-        return {ExitNotAllowed, message, failure.httpStatus};
+        return {ExitNotAllowed,
+                message + QLatin1Char(' ') + Text::tr("Ask an owner of the project for the right."),
+                failure.httpStatus};
     case NotFound:
-        return {ExitNotFound, message, failure.httpStatus};
+        return {ExitNotFound,
+                message + QLatin1Char(' ')
+                    + Text::tr("It may have been deleted; \"velldoc find NAME\" looks for it."),
+                failure.httpStatus};
     case NoRoom:
         return {ExitFailed,
                 message + QLatin1Char(' ')
                     + Text::tr("Make room there, then run the same command again."),
                 failure.httpStatus};
     default:
-        return {ExitFailed, message, failure.httpStatus};
+        return {ExitFailed,
+                failure.httpStatus >= ServerError
+                    ? message + QLatin1Char(' ') + Text::tr("Try again later.")
+                    : message,
+                failure.httpStatus};
     }
 }
 

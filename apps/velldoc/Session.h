@@ -35,6 +35,11 @@ public:
     bool isEmbedded() const { return m_embedded.isRunning(); }
     QString userId() const; //!< empty when the service does not tell
 
+    //! The name of the user \a id. The service tells only that of the user who asks; of others it is the identifier.
+    QString userText(const QString &id) const;
+    //! The identifier of the user called \a text, or \a text itself.
+    QString userIdOf(const QString &text) const;
+
     //! Runs \a question. \return what it returns
     //! \throws Failure when a request of it failed, or after Ctrl-C
     template <typename Question>
@@ -74,6 +79,7 @@ private:
     void throwFailure();
     [[noreturn]] void throwRefusal();
     void readUser();
+    QString userName() const;
 
     const Settings m_settings;
     EmbeddedService m_embedded;

@@ -60,9 +60,10 @@ void RequestTrace::write() const
                                                          : QLatin1Char(' ')
             + QLatin1String(QMetaEnum::fromType<QNetworkReply::NetworkError>().valueToKey(
                 int(error)));
+    // In one go: an address holds "%22" and the like, which a second arg() would take for its place.
     qCDebug(networkLog).noquote() << QStringLiteral("%1 %2 %3%4, %5 bytes sent, %6 received, %7 ms")
-                                         .arg(verb(reply), shownAddress(reply->url()), status, name)
-                                         .arg(sentBytes)
-                                         .arg(reply->bytesAvailable())
-                                         .arg(milliseconds);
+                                         .arg(verb(reply), shownAddress(reply->url()), status, name,
+                                              QString::number(sentBytes),
+                                              QString::number(reply->bytesAvailable()),
+                                              QString::number(milliseconds));
 }

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -104,9 +105,9 @@ QString VelldocWorld::program()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/velldoc");
 }
 
-QString VelldocWorld::write(const QString &name, const QByteArray &content)
+QString VelldocWorld::write(const QString &name, const QByteArray &content) const
 {
-    const QString filePath = path(name);
+    QString filePath = path(name);
     QDir().mkpath(QFileInfo(filePath).path());
     QFile file(filePath);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
@@ -117,7 +118,7 @@ QString VelldocWorld::write(const QString &name, const QByteArray &content)
 QString VelldocWorld::writeUnequalBlocks(const QString &name, qint64 bytes)
 {
     constexpr qint64 StampInterval = 65'536;
-    const QString filePath = write(name, {});
+    QString filePath = write(name, {});
     QFile file(filePath);
     if (!file.open(QIODevice::ReadWrite) || !file.resize(bytes))
         qFatal("%s cannot be written", qPrintable(filePath));
@@ -133,4 +134,20 @@ QByteArray VelldocWorld::read(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QMap<QString, QByteArray> VelldocWorld::tree(const QString &path)
+{
+    QMap<QString, QByteArray> files;
+    QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString entry = it.next();
+        const QString name = QDir(path).relativeFilePath(entry);
+        if (it.fileInfo().isDir())
+            files.insert(name + QLatin1Char('/'), {});
+        else
+            files.insert(name, read(entry));
+    }
+    return files;
 }

@@ -3,6 +3,7 @@
 #include <service/ReferenceService.h>
 
 #include <QJsonObject>
+#include <QMap>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -48,10 +49,12 @@ public:
     //! A path below a folder that goes away with the world.
     QString path(const QString &name) const { return m_folder.filePath(name); }
     //! Writes a file there, with the folders above it. \return its path
-    QString write(const QString &name, const QByteArray &content);
+    QString write(const QString &name, const QByteArray &content) const;
     //! A file of \a bytes in which no two blocks are equal. \return its path
     QString writeUnequalBlocks(const QString &name, qint64 bytes);
     static QByteArray read(const QString &path);
+    //! The files below the folder \a path with their contents; folders end with "/".
+    static QMap<QString, QByteArray> tree(const QString &path);
 
     QProcessEnvironment environment;
 

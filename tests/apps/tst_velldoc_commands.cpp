@@ -1,6 +1,5 @@
 #include "VelldocWorld.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QRegularExpression>
 #include <QTest>
@@ -16,6 +15,7 @@ private Q_SLOTS:
     void findUsesEveryCondition();
     void moveGoesIntoFoldersAndToNames();
     void moveRefusesWhatIsTaken();
+    void refusedMoveLeavesTheName();
     void twoDocumentsOfOneNameAreNotConfused();
     void renameRefusesATakenName();
     void orderPutsTheNamedOnesFirst();
@@ -33,10 +33,6 @@ private Q_SLOTS:
     void linksAreChanged();
     void passwordIsShown();
     void typesAreListed();
-    void loginRemembersAndLogoutForgets();
-    void settingsHaveAnOrder();
-    void helpKnowsEveryCommand();
-    void chineseSpeaksChinese();
 
 private:
     static void putFile(VelldocWorld &world, const QString &name, const QString &folder,
@@ -174,6 +170,28 @@ void TestVelldocCommands::moveRefusesWhatIsTaken()
                  .exitCode,
              3);
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out.count(QLatin1Char('\n')), 3);
+}
+
+void TestVelldocCommands::refusedMoveLeavesTheName()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("mkdir"), QStringLiteral("/A"), QStringLiteral("/B")});
+    // A folder cannot go into itself, and the service refuses only the move.
+    QCOMPARE(
+        world.run({QStringLiteral("mv"), QStringLiteral("/A"), QStringLiteral("/A/x")}).exitCode,
+        1);
+    FaultRule refuse;
+    refuse.kind = FaultRule::Kind::Status;
+    refuse.value = 403;
+    refuse.verb = "PUT";
+    refuse.nth = 2;
+    world.service().addFault(refuse);
+    QCOMPARE(
+        world.run({QStringLiteral("mv"), QStringLiteral("/A"), QStringLiteral("/B/x")}).exitCode,
+        4);
+    QCOMPARE(
+        world.succeed({QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")}).out,
+        QStringLiteral("A/\nB/\n"));
 }
 
 void TestVelldocCommands::twoDocumentsOfOneNameAreNotConfused()
@@ -429,98 +447,6 @@ void TestVelldocCommands::typesAreListed()
             .out,
         QStringLiteral("Name   Kind   Meaning\na.DWG  dwg    Drawings\nb.zip  other  Other\n"));
     QCOMPARE(world.succeed({QStringLiteral("types")}).lines().size(), 6);
-}
-
-void TestVelldocCommands::loginRemembersAndLogoutForgets()
-{
-    VelldocWorld world;
-    const QString token = world.service().addUser(QStringLiteral("vera"));
-    QVERIFY(world.service().addProject(QStringLiteral("p"), QStringLiteral("P")));
-    QVERIFY(world.service().setRole(QStringLiteral("p"), QStringLiteral("vera"),
-                                    QStringLiteral("owner")));
-    QCOMPARE(world.runBare({QStringLiteral("login"), world.baseApi()}, "wrong\n").exitCode, 4);
-    const QString file = world.configPath();
-    QVERIFY(!QFileInfo::exists(file));
-
-    const VelldocRun login = world.runBare({QStringLiteral("login"), QStringLiteral("--project"),
-                                            QStringLiteral("p"), world.baseApi()},
-                                           token.toLatin1() + '\n');
-    QVERIFY2(login.exitCode == 0, qPrintable(login.error));
-    QVERIFY(!login.error.contains(token));
-    QVERIFY(QFileInfo::exists(file));
-#ifndef Q_OS_WIN // where the folder of the settings is the user's own
-    const QFile::Permissions others =
-        QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
-    QCOMPARE(QFile::permissions(file) & others, QFile::Permissions());
-#endif
-    QCOMPARE(world.runBare({QStringLiteral("mkdir"), QStringLiteral("/A")}).exitCode, 0);
-    QCOMPARE(world.runBare({QStringLiteral("ls")}).out, QStringLiteral("A/\n"));
-
-    world.runBare({QStringLiteral("logout")});
-    QVERIFY(!VelldocWorld::read(file).contains(token.toLatin1()));
-    QCOMPARE(world.runBare({QStringLiteral("ls")}).out, QString());
-}
-
-void TestVelldocCommands::settingsHaveAnOrder()
-{
-    VelldocWorld world;
-    world.write(QStringLiteral("settings.ini"), "url=http://127.0.0.1:1/\nproject=file\n");
-    world.environment.insert(QStringLiteral("VELLDOC_CONFIG"),
-                             world.path(QStringLiteral("settings.ini")));
-    QCOMPARE(world.runBare({QStringLiteral("ls")}).exitCode, 5);
-    world.environment.insert(QStringLiteral("VELLDOC_URL"), world.baseApi());
-    world.environment.insert(QStringLiteral("VELLDOC_PROJECT"), QStringLiteral("variable"));
-    QCOMPARE(world.runBare({QStringLiteral("mkdir"), QStringLiteral("/A")}).exitCode, 0);
-    QCOMPARE(
-        world.runBare({QStringLiteral("--project"), QStringLiteral("file"), QStringLiteral("ls")})
-            .out,
-        QString());
-    QCOMPARE(world.runBare({QStringLiteral("ls"), QStringLiteral("--project=variable")}).out,
-             QStringLiteral("A/\n"));
-    QCOMPARE(world
-                 .runBare({QStringLiteral("--url"), QStringLiteral("http://127.0.0.1:1"),
-                           QStringLiteral("ls")})
-                 .exitCode,
-             5);
-}
-
-void TestVelldocCommands::helpKnowsEveryCommand()
-{
-    VelldocWorld world;
-    const QStringList lines = world.succeed({QStringLiteral("help")}).lines();
-    QStringList names;
-    for (const QString &line : lines) {
-        const auto match = QRegularExpression(QStringLiteral("^  ([a-z]+)  ")).match(line);
-        if (match.hasMatch())
-            names.append(match.captured(1));
-    }
-    QCOMPARE(names.size(), 26);
-    const QString manual = QString::fromUtf8(VelldocWorld::read(QStringLiteral(VELLDOC_MANUAL)));
-    const QRegularExpression option(QStringLiteral("--([a-z-]+)"));
-    for (const QString &name : qAsConst(names)) {
-        const QString help = world.succeed({QStringLiteral("help"), name}).out;
-        QVERIFY2(help.startsWith(QStringLiteral("velldoc ") + name), qPrintable(help));
-        QCOMPARE(world.succeed({name, QStringLiteral("--help")}).out, help);
-        QVERIFY2(manual.contains(QStringLiteral("\n.SS ") + name), qPrintable(name));
-        for (auto it = option.globalMatch(help); it.hasNext();) {
-            const QString word =
-                it.next().captured(1).replace(QLatin1Char('-'), QLatin1String("\\-"));
-            QVERIFY2(manual.contains(QStringLiteral("\\-\\-") + word), qPrintable(word));
-        }
-    }
-    QVERIFY(world.succeed({QStringLiteral("--version")}).out.startsWith(QLatin1String("velldoc ")));
-}
-
-void TestVelldocCommands::chineseSpeaksChinese()
-{
-    VelldocWorld world;
-    world.environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("zh_CN.UTF-8"));
-    putFile(world, QStringLiteral("a.dwg"), QStringLiteral("/"));
-    const QString list = world.succeed({QStringLiteral("ls"), QStringLiteral("-l")}).out;
-    QVERIFY2(list.startsWith(QStringLiteral("类型  大小  修改时间")), qPrintable(list));
-    QVERIFY2(list.contains(QStringLiteral("图纸")), qPrintable(list));
-    const VelldocRun missing = world.run({QStringLiteral("info"), QStringLiteral("/x")});
-    QCOMPARE(missing.error, QStringLiteral("velldoc: 项目中没有 /x。\n"));
 }
 
 QTEST_GUILESS_MAIN(TestVelldocCommands)

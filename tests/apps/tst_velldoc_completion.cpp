@@ -1,6 +1,8 @@
+#include "PtyProcess.h"
 #include "VelldocWorld.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QProcess>
 #include <QTest>
 
@@ -12,23 +14,32 @@ private Q_SLOTS:
     void wordsAreCompleted_data();
     void wordsAreCompleted();
     void nothingIsSaidWithoutAService();
+    void lineInAShellNamesTheFolder_data();
+    void lineInAShellNamesTheFolder();
 
 private:
+    static QProcessEnvironment environment(const VelldocWorld &world);
     static QStringList complete(VelldocWorld &world, const QStringList &words);
 };
+
+//! In which a shell finds velldoc.
+QProcessEnvironment TestVelldocCompletion::environment(const VelldocWorld &world)
+{
+    QProcessEnvironment environment = world.environment;
+    environment.insert(QStringLiteral("PATH"),
+                       QFileInfo(VelldocWorld::program()).path() + QLatin1Char(':')
+                           + environment.value(QStringLiteral("PATH")));
+    return environment;
+}
 
 //! What bash would offer for the last of \a words.
 QStringList TestVelldocCompletion::complete(VelldocWorld &world, const QStringList &words)
 {
     const QString script =
-        QStringLiteral("source \"$0\"; COMP_WORDS=(velldoc \"$@\"); COMP_CWORD=$#; _velldoc; "
-                       "printf '%s\\n' \"${COMPREPLY[@]}\"");
+        QStringLiteral("source \"$0\"; COMP_WORDS=(velldoc \"$@\"); COMP_CWORD=$#; "
+                       "COMP_LINE=\"velldoc $*\"; _velldoc; printf '%s\\n' \"${COMPREPLY[@]}\"");
     QProcess bash;
-    QProcessEnvironment environment = world.environment;
-    environment.insert(QStringLiteral("PATH"),
-                       QFileInfo(VelldocWorld::program()).path() + QLatin1Char(':')
-                           + environment.value(QStringLiteral("PATH")));
-    bash.setProcessEnvironment(environment);
+    bash.setProcessEnvironment(environment(world));
     bash.start(QStringLiteral("bash"),
                QStringList{QStringLiteral("-c"), script, QStringLiteral(VELLDOC_COMPLETION)}
                    + words);
@@ -81,6 +92,59 @@ void TestVelldocCompletion::nothingIsSaidWithoutAService()
                       {QStringLiteral("--url"), QStringLiteral("http://127.0.0.1:1"),
                        QStringLiteral("ls"), QStringLiteral("/")}),
              QStringList());
+}
+
+void TestVelldocCompletion::lineInAShellNamesTheFolder_data()
+{
+    QTest::addColumn<QByteArray>("typed");
+    QTest::newRow("blank") << QByteArray("/Lev");
+    QTest::newRow("blank in quotes") << QByteArray("\"/Level");
+    QTest::newRow("blank, escaped") << QByteArray("/Level\\ ");
+    QTest::newRow("apostrophe") << QByteArray("/It");
+    QTest::newRow("apostrophe in apostrophes") << QByteArray("'/It");
+    QTest::newRow("quotes") << QByteArray("/Say");
+    QTest::newRow("quotes in quotes") << QByteArray("'/Say");
+    QTest::newRow("Chinese") << QByteArray("/图");
+    QTest::newRow("Chinese in quotes") << QByteArray("\"/图");
+    QTest::newRow("colon to come") << QByteArray("/x");
+    QTest::newRow("colon") << QByteArray("/x:y");
+    QTest::newRow("signs of the shell") << QByteArray("/R");
+    QTest::newRow("identifier") << QByteArray("id:%1/Low");
+}
+
+void TestVelldocCompletion::lineInAShellNamesTheFolder()
+{
+    QFETCH(QByteArray, typed);
+    VelldocWorld world;
+    const QStringList names{QStringLiteral("Level 1"),    QStringLiteral("It's"),
+                            QStringLiteral("Say \"so\""), QStringLiteral("图 纸"),
+                            QStringLiteral("x:y=z"),      QStringLiteral("R&D; #1 100% (+)")};
+    for (const QString &name : names)
+        world.succeed({QStringLiteral("mkdir"), QStringLiteral("-p"),
+                       name + QLatin1String("/Low er/found"), name + QLatin1String("/found")});
+    const QString id =
+        world.succeed({QStringLiteral("info"), QStringLiteral("--json"), QStringLiteral("/It's")})
+            .result()
+            .value(QLatin1String("documents"))
+            .toArray()
+            .at(0)
+            .toObject()
+            .value(QLatin1String("id"))
+            .toString();
+    typed.replace("%1", id.toLatin1());
+
+    QProcessEnvironment variables = environment(world);
+    variables.insert(QStringLiteral("VELLDOC_URL"), world.baseApi());
+    variables.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    PtyProcess bash(200);
+    bash.setProcessEnvironment(variables);
+    bash.start(QStringLiteral("bash"),
+               {QStringLiteral("--norc"), QStringLiteral("--noprofile"), QStringLiteral("-i")});
+    bash.press("source '" VELLDOC_COMPLETION "' && echo read''y\n");
+    QVERIFY2(bash.waitForText("ready"), bash.output().constData());
+    bash.press("velldoc ls " + typed + '\t');
+    bash.press("\n");
+    QVERIFY2(bash.waitForText("found/\r\n"), bash.output().constData());
 }
 
 QTEST_GUILESS_MAIN(TestVelldocCompletion)

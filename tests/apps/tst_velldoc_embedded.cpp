@@ -1,6 +1,7 @@
 #include "VelldocWorld.h"
 
 #include <QDir>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QTest>
 
@@ -11,6 +12,7 @@ class TestVelldocEmbedded : public QObject
 private Q_SLOTS:
     void embeddedServiceWorksWithNothingSetUp();
     void serveIsUsedByOthers();
+    void serveTellsItsAddressAsJson();
     void lockedFolderIsSaid();
 };
 
@@ -45,6 +47,27 @@ void TestVelldocEmbedded::serveIsUsedByOthers()
         world.runBare({QStringLiteral("serve"), QStringLiteral("--listen"), QStringLiteral("x")})
             .exitCode,
         2);
+}
+
+void TestVelldocEmbedded::serveTellsItsAddressAsJson()
+{
+    VelldocWorld world;
+    QProcess serve;
+    serve.setProcessEnvironment(world.environment);
+    serve.start(VelldocWorld::program(), {QStringLiteral("serve"), QStringLiteral("--json")});
+    QTRY_VERIFY_WITH_TIMEOUT(serve.canReadLine(), 20'000);
+    const QJsonObject json = QJsonDocument::fromJson(serve.readLine()).object();
+    QCOMPARE(json.value(QLatin1String("ok")), QJsonValue(true));
+    const QJsonObject result = json.value(QLatin1String("result")).toObject();
+    QCOMPARE(result.value(QLatin1String("data")).toString(),
+             world.path(QStringLiteral("home/.local/share/velldoc")));
+    const QString address = result.value(QLatin1String("address")).toString();
+    QCOMPARE(world.runBare({QStringLiteral("--url"), address, QStringLiteral("ls")}).exitCode, 0);
+    serve.terminate();
+    QVERIFY(serve.waitForFinished(20'000));
+    QCOMPARE(serve.exitCode(), 0);
+    QCOMPARE(serve.readAllStandardOutput(), QByteArray());
+    QCOMPARE(serve.readAllStandardError(), QByteArray());
 }
 
 void TestVelldocEmbedded::lockedFolderIsSaid()

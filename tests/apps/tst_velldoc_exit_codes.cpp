@@ -31,6 +31,8 @@ private Q_SLOTS:
     void wrongLineIsAUsageError();
     void missingThingsAreNotFound_data();
     void missingThingsAreNotFound();
+    void missingThingsAreSoughtInTheirFolder();
+    void dashIsExplained();
     void viewerIsNotAllowed();
     void missingTokenIsNotAllowed();
     void noConnectionIsSaid();
@@ -98,6 +100,26 @@ void TestVelldocExitCodes::missingThingsAreNotFound()
     QCOMPARE(run.out, QString());
 }
 
+void TestVelldocExitCodes::missingThingsAreSoughtInTheirFolder()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("mkdir"), QStringLiteral("/It's here")});
+    QCOMPARE(world.run({QStringLiteral("info"), QStringLiteral("/It's here/x")}).error,
+             QStringLiteral("velldoc: There is no /It's here/x in the project: \"velldoc ls "
+                            "'/It'\\''s here'\" lists what is there.\n"));
+}
+
+void TestVelldocExitCodes::dashIsExplained()
+{
+    VelldocWorld world;
+    const VelldocRun run =
+        world.run({QStringLiteral("put"), QStringLiteral("-x"), QStringLiteral("/")});
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(run.error,
+             QStringLiteral("velldoc: There is no option -x; names that begin with a dash go "
+                            "behind a --. See \"velldoc help put\".\n"));
+}
+
 void TestVelldocExitCodes::viewerIsNotAllowed()
 {
     VelldocWorld world;
@@ -111,6 +133,8 @@ void TestVelldocExitCodes::viewerIsNotAllowed()
     const VelldocRun made = world.run({QStringLiteral("mkdir"), QStringLiteral("/a")});
     QCOMPARE(made.exitCode, 4);
     QVERIFY2(made.error.contains(QLatin1String("does not allow")), qPrintable(made.error));
+    QVERIFY2(made.error.endsWith(QLatin1String("Ask an owner of the project for the right.\n")),
+             qPrintable(made.error));
     const VelldocRun stored = world.run(
         {QStringLiteral("put"), world.write(QStringLiteral("a"), "1"), QStringLiteral("/")});
     QCOMPARE(stored.exitCode, 4);
@@ -202,7 +226,9 @@ void TestVelldocExitCodes::failureIsNotAnEmptyFolder()
     world.service().addFault(fault);
     const VelldocRun run = world.run({QStringLiteral("ls")});
     QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.error, QStringLiteral("velldoc: The service was told to refuse this request.\n"));
+    QCOMPARE(
+        run.error,
+        QStringLiteral("velldoc: The service was told to refuse this request. Try again later.\n"));
 }
 
 void TestVelldocExitCodes::failureIsInTheJson()

@@ -15,16 +15,32 @@ private Q_SLOTS:
     void listIsSorted_data();
     void listIsSorted();
     void pageSaysWhereItStands();
+    void largeFolderIsListedOnce();
+    void firstNamesDoNotWaitForTheRest();
     void jsonIsOneDocument();
     void emptyFolderIsCalledEmpty();
     void infoTellsEverything();
+    void ownUserHasAName();
     void anyNameIsFound_data();
     void anyNameIsFound();
     void identifierNamesADocument();
 
 private:
     static QStringList namesIn(const VelldocRun &run);
+    static QStringList makeLargeFolder(VelldocWorld &world);
 };
+
+//! \return the lines that name its entries, sorted
+QStringList TestVelldocLists::makeLargeFolder(VelldocWorld &world)
+{
+    QStringList names;
+    for (int i = 0; i < 250; ++i)
+        names.append(QStringLiteral("%1").arg(i, 3, 10, QLatin1Char('0')));
+    world.succeed(QStringList{QStringLiteral("mkdir")} + names);
+    for (QString &name : names)
+        name += QLatin1Char('/');
+    return names;
+}
 
 QStringList TestVelldocLists::namesIn(const VelldocRun &run)
 {
@@ -120,6 +136,32 @@ void TestVelldocLists::pageSaysWhereItStands()
     QCOMPARE(run.error, QStringLiteral("2 to 3 of 3.\n"));
 }
 
+void TestVelldocLists::largeFolderIsListedOnce()
+{
+    VelldocWorld world;
+    const QStringList names = makeLargeFolder(world);
+    const QStringList ls{QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")};
+    QCOMPARE(world.succeed(ls).lines(), names);
+    QCOMPARE(world.succeed(ls + QStringList(QStringLiteral("-R"))).lines().mid(1, names.size()),
+             names);
+}
+
+void TestVelldocLists::firstNamesDoNotWaitForTheRest()
+{
+    VelldocWorld world;
+    const QStringList names = makeLargeFolder(world);
+    FaultRule refuse;
+    refuse.kind = FaultRule::Kind::Status;
+    refuse.value = 503;
+    refuse.pathPrefix = QStringLiteral("/document-service/projects");
+    refuse.nth = 2;
+    world.service().addFault(refuse);
+    const VelldocRun run =
+        world.run({QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.lines(), names.mid(0, 200));
+}
+
 void TestVelldocLists::jsonIsOneDocument()
 {
     VelldocWorld world;
@@ -163,6 +205,33 @@ void TestVelldocLists::infoTellsEverything()
     QVERIFY2(run.out.contains(QLatin1String("Path:       /D/a.pdf\n")), qPrintable(run.out));
     QVERIFY2(run.out.contains(QLatin1String("Kind:       Documents\n")), qPrintable(run.out));
     QVERIFY2(run.out.contains(QLatin1String("Size:       5 B (5 bytes)\n")), qPrintable(run.out));
+}
+
+void TestVelldocLists::ownUserHasAName()
+{
+    VelldocWorld world;
+    QVERIFY(world.service().addProject(QStringLiteral("p"), QStringLiteral("P")));
+    const QString token = world.service().addUser(QStringLiteral("vera"));
+    QVERIFY(world.service().setRole(QStringLiteral("p"), QStringLiteral("vera"),
+                                    QStringLiteral("owner")));
+    world.environment.insert(QStringLiteral("VELLDOC_TOKEN"), token);
+    world.environment.insert(QStringLiteral("VELLDOC_PROJECT"), QStringLiteral("p"));
+    const QString local = world.write(QStringLiteral("x"), "1");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    const QString x = QStringLiteral("/x");
+    QVERIFY(world.succeed({QStringLiteral("ls"), QStringLiteral("-l")})
+                .lines()
+                .at(1)
+                .endsWith(QLatin1String("  vera  x")));
+    QVERIFY(world.succeed({QStringLiteral("info"), x})
+                .out.contains(QLatin1String("Changed by: vera\n")));
+    QVERIFY(world.succeed({QStringLiteral("history"), x})
+                .lines()
+                .at(1)
+                .endsWith(QLatin1String("  vera")));
+    QCOMPARE(
+        world.succeed({QStringLiteral("find"), QStringLiteral("--by"), QStringLiteral("vera")}).out,
+        QStringLiteral("/x\n"));
 }
 
 void TestVelldocLists::anyNameIsFound_data()

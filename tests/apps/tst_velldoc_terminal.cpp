@@ -3,6 +3,7 @@
 
 #include <velldoc/output/DisplayWidth.h>
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -16,8 +17,10 @@ private Q_SLOTS:
     void capitalLetterAnswersForAllTheFollowing();
     void endOfInputIsCancel();
     void interruptedQuestionSendsNothing();
+    void interruptedDownloadSaysHowToGoOn();
     void progressStaysWithinTheLineAndEndsWithAll();
     void interruptedUploadSaysHowToGoOnAndGoesOn();
+    void tableFitsTheTerminal_data();
     void tableFitsTheTerminal();
     void colourIsForTerminalsOnly_data();
     void colourIsForTerminalsOnly();
@@ -117,7 +120,28 @@ void TestVelldocTerminal::interruptedQuestionSendsNothing()
     QVERIFY(process.waitForText("A capital letter"));
     process.press("\x03");
     QCOMPARE(process.waitForEnd(), 130);
-    QVERIFY(process.output().contains("Interrupted."));
+    QVERIFY2(process.output().contains("Interrupted. No file was sent; the same command begins"),
+             process.output().constData());
+}
+
+void TestVelldocTerminal::interruptedDownloadSaysHowToGoOn()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a"), "1");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    FaultRule stall;
+    stall.kind = FaultRule::Kind::Stall;
+    stall.pathPrefix = QStringLiteral("/base-service/files");
+    world.service().addFault(stall);
+    PtyProcess process;
+    const QString back = world.path(QStringLiteral("back"));
+    start(process, world, {QStringLiteral("get"), QStringLiteral("/a"), back});
+    QVERIFY2(process.waitForText("0 % 0 B of 1 B"), process.output().constData());
+    process.press("\x03");
+    QCOMPARE(process.waitForEnd(), 130);
+    QVERIFY2(process.output().contains("The same command fetches the file from its start."),
+             process.output().constData());
+    QVERIFY(!QFileInfo::exists(back));
 }
 
 void TestVelldocTerminal::progressStaysWithinTheLineAndEndsWithAll()
@@ -180,11 +204,19 @@ void TestVelldocTerminal::interruptedUploadSaysHowToGoOnAndGoesOn()
     QVERIFY(VelldocWorld::read(world.path(QStringLiteral("back"))) == VelldocWorld::read(local));
 }
 
+void TestVelldocTerminal::tableFitsTheTerminal_data()
+{
+    QTest::addColumn<int>("columns");
+    for (const int columns : {30, 40, 50, 100})
+        QTest::newRow(qPrintable(QString::number(columns))) << columns;
+}
+
 void TestVelldocTerminal::tableFitsTheTerminal()
 {
+    QFETCH(int, columns);
     VelldocWorld world;
     world.succeed({QStringLiteral("mkdir"), QStringLiteral("/") + QString(60, QChar(0x56FE))});
-    PtyProcess process(50);
+    PtyProcess process(columns);
     start(process, world, {QStringLiteral("ls"), QStringLiteral("-l")});
     QCOMPARE(process.waitForEnd(), 0);
     const QString output = QString::fromUtf8(process.output())
@@ -192,7 +224,7 @@ void TestVelldocTerminal::tableFitsTheTerminal()
     const QStringList lines = output.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
     for (const QString &line : lines)
-        QVERIFY2(velldoc::displayWidth(line) <= 50, qPrintable(line));
+        QVERIFY2(velldoc::displayWidth(line) <= columns, qPrintable(line));
     QVERIFY(lines.at(1).endsWith(QChar(0x2026)));
 }
 

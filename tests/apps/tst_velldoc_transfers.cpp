@@ -1,9 +1,9 @@
 #include "VelldocWorld.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <QJsonArray>
+#include <QRegularExpression>
 #include <QTest>
 
 class TestVelldocTransfers : public QObject
@@ -28,26 +28,8 @@ private Q_SLOTS:
     void nothingIsSentTwiceForOneFolder();
     void unreadableFileIsNamedAndTheRestIsStored();
     void resultOfAnUploadIsJson();
-
-private:
-    static QMap<QString, QByteArray> tree(const QString &path);
+    void longTransferHasPlainLinesWithoutATerminal();
 };
-
-QMap<QString, QByteArray> TestVelldocTransfers::tree(const QString &path)
-{
-    QMap<QString, QByteArray> files;
-    QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString entry = it.next();
-        const QString name = QDir(path).relativeFilePath(entry);
-        if (it.fileInfo().isDir())
-            files.insert(name + QLatin1Char('/'), {});
-        else
-            files.insert(name, VelldocWorld::read(entry));
-    }
-    return files;
-}
 
 void TestVelldocTransfers::filesGoUpAndComeBack_data()
 {
@@ -81,7 +63,8 @@ void TestVelldocTransfers::folderKeepsItsTree()
     world.succeed({QStringLiteral("put"), QStringLiteral("site"), QStringLiteral("/")});
     world.succeed({QStringLiteral("get"), QStringLiteral("-r"), QStringLiteral("/site"),
                    QStringLiteral("back")});
-    QCOMPARE(tree(world.path(QStringLiteral("back"))), tree(world.path(QStringLiteral("site"))));
+    QCOMPARE(VelldocWorld::tree(world.path(QStringLiteral("back"))),
+             VelldocWorld::tree(world.path(QStringLiteral("site"))));
 }
 
 void TestVelldocTransfers::fileTakesTheNameOfItsTarget()
@@ -283,6 +266,28 @@ void TestVelldocTransfers::resultOfAnUploadIsJson()
     const QJsonObject document = stored.value(QLatin1String("document")).toObject();
     QCOMPARE(document.value(QLatin1String("path")).toString(), QStringLiteral("/a"));
     QCOMPARE(document.value(QLatin1String("size")).toInt(), 1);
+}
+
+void TestVelldocTransfers::longTransferHasPlainLinesWithoutATerminal()
+{
+    VelldocWorld world;
+    const QString local = world.writeUnequalBlocks(QStringLiteral("big"), 40'000'000);
+    FaultRule slow;
+    slow.kind = FaultRule::Kind::Slow;
+    slow.value = 250;
+    slow.pathPrefix = QStringLiteral("/base-service/largefiles");
+    slow.times = 0;
+    world.service().addFault(slow);
+    const VelldocRun run = world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    QVERIFY2(!run.error.contains(QLatin1Char('\r')) && !run.error.contains(QLatin1Char('\x1b')),
+             qPrintable(run.error));
+    const QStringList lines = run.error.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QVERIFY2(lines.size() > 2 && lines.size() <= 11, qPrintable(run.error));
+    const QRegularExpression form(
+        QStringLiteral("^big: [1-9]\\d % [0-9.]+ MiB of 38 MiB  [0-9.]+ MiB/s  \\d+:\\d\\d left$"));
+    for (int i = 0; i + 1 < lines.size(); ++i)
+        QVERIFY2(form.match(lines.at(i)).hasMatch(), qPrintable(lines.at(i)));
+    QCOMPARE(lines.constLast(), QStringLiteral("1 file stored, 38 MiB."));
 }
 
 QTEST_GUILESS_MAIN(TestVelldocTransfers)

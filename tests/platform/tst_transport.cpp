@@ -89,6 +89,7 @@ private Q_SLOTS:
     void tlsErrorsAreNotIgnored();
     void traceIsOffByDefault();
     void traceHasOneLineWithoutSecrets();
+    void traceKeepsEncodedAddresses();
     void failuresTellNoPassword();
     void baseAddressEndsWithSlash();
 
@@ -361,6 +362,17 @@ void TestTransport::traceHasOneLineWithoutSecrets()
         QVERIFY2(LogLines::lines().at(i).startsWith(start), qPrintable(LogLines::lines().at(i)));
         QVERIFY(LogLines::lines().at(i).endsWith(QLatin1String(" ms")));
     }
+}
+
+void TestTransport::traceKeepsEncodedAddresses()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("vell.network=true"));
+    m_server->enqueue(ScriptedReply::json("{}"));
+    const LogLines log;
+    waitFor(m_url + QLatin1String("?where={\"name\":\"5%6\"}"), QNetworkReply::NoError);
+    const QString start = QStringLiteral("vell.network: GET ") + m_url
+        + QLatin1String("?where=%7B%22name%22%3A%225%256%22%7D 200, 0 bytes sent, 2 received, ");
+    QCOMPARE(LogLines::lines().value(0).left(start.size()), start);
 }
 
 void TestTransport::failuresTellNoPassword()

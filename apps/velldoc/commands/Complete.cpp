@@ -37,8 +37,7 @@ QStringList remotePaths(Context &context, const QString &start)
     QStringList words;
     const QList<VellDocument> entries = context.tree().entries(folder._id);
     for (const VellDocument &entry : entries) {
-        const bool isFolder = entry.type == QLatin1String("dir");
-        words.append(folderText + entry.name + (isFolder ? QLatin1String("/") : QLatin1String()));
+        words.append(folderText + entry.name + QLatin1String(isFolder(entry) ? "/" : ""));
     }
     return words;
 }

@@ -59,7 +59,8 @@ VellDocumentConditon readCondition(Context &context, const QString &pattern)
         condition.searchName = QRegularExpression::wildcardToRegularExpression(pattern);
     condition.type = wordOf(context, "type", {QStringLiteral("dir"), QStringLiteral("file")});
     condition.category = context.value("category");
-    condition.userIds = context.values("by");
+    for (const QString &user : context.values("by"))
+        condition.userIds.append(context.session().userIdOf(user));
     condition.isAllUser = condition.userIds.isEmpty();
     condition.isDeep = true;
     readSpan(context, condition);
@@ -117,8 +118,10 @@ const Command &searchCommand()
              QT_TRANSLATE_NOOP("velldoc", "Changed since: 2026-05-31, or 12h, 3d, 2w ago.")},
             {"to", "TIME", QT_TRANSLATE_NOOP("velldoc", "Changed until the end of that day.")},
             {"by", "USER",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "Changed last by the user with this identifier; may be repeated.")},
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "Changed last by the user with this identifier, or by you under your name; "
+                 "may be repeated.")},
             {"type", "TYPE", QT_TRANSLATE_NOOP("velldoc", "file or dir.")},
             {"kind", "KIND", QT_TRANSLATE_NOOP("velldoc", "image, office, dwg, video or other.")},
             {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The service's category word.")},

@@ -1,6 +1,6 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
+#include <velldoc/Versions.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
@@ -17,27 +17,12 @@ namespace velldoc {
 
 namespace {
 
-//! The content of version \a number of \a document, 1 being the oldest.
-VellDocument versionOf(Context &context, const VellDocument &document, int number)
-{
-    QList<VellDocument> versions; // newest first
-    context.session().change(
-        [&] { return VellDocumentData::instance()->getDocHistory(document._id, versions); });
-    if (number < 1 || number > versions.size()) {
-        throw Failure(
-            ExitNotFound,
-            Text::tr("%1 has %n version(s), so there is no version %2.", nullptr, versions.size())
-                .arg(document.name, QString::number(number)));
-    }
-    return versions.at(versions.size() - number);
-}
-
 void toStandardOutput(Context &context, const VellDocument &document)
 {
     if (context.out.isJson())
         throw Failure(ExitUsage,
                       Text::tr("The standard output holds either the content or --json."));
-    Downloader downloader(context.session(), 1, document.fileSize);
+    Downloader downloader(context, 1, document.fileSize);
     QFile output;
     if (!output.open(stdout, QIODevice::WriteOnly))
         throw Failure(ExitFailed, Text::tr("The output could not be written."));
@@ -47,8 +32,12 @@ void toStandardOutput(Context &context, const VellDocument &document)
 //! \a failure with what was done and how to go on.
 Failure unfinished(const Failure &failure, int doneCount, int count)
 {
-    if (count == 1)
+    if (count == 1 && failure.code() != ExitInterrupted)
         return failure;
+    if (count == 1) {
+        const QString again = Text::tr("The same command fetches the file from its start.");
+        return {failure.code(), failure.sentence() + QLatin1Char(' ') + again};
+    }
     const QString counts = Text::tr("%1 of %n file(s) are fetched.", nullptr, count).arg(doneCount);
     const QString advice = Text::tr("The same command with --no-clobber fetches the rest.");
     return {failure.code(), QStringList{failure.sentence(), counts, advice}.join(QLatin1Char(' ')),
@@ -57,7 +46,7 @@ Failure unfinished(const Failure &failure, int doneCount, int count)
 
 void fetchAll(Context &context, const DownloadPlan &plan)
 {
-    Downloader downloader(context.session(), plan.tasks().size(), plan.totalBytes());
+    Downloader downloader(context, plan.tasks().size(), plan.totalBytes());
     QJsonArray fetched;
     const auto setResult = [&] {
         context.out.setResult(
@@ -99,7 +88,7 @@ void run(Context &context)
         VellDocument document = context.tree().find(path);
         qint64 size = document.fileSize;
         if (version > 0) {
-            const VellDocument content = versionOf(context, document, version);
+            const VellDocument content = versionOf(context.session(), document, version);
             document.fileId = content.fileId;
             size =
                 content.fileSize > 0 ? content.fileSize : -1; // histories tell no size above 2 GiB

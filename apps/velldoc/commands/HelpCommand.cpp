@@ -11,7 +11,7 @@ void run(Context &context)
 {
     const QStringList names = context.arguments(0, 1);
     if (names.isEmpty()) {
-        showProgramHelp({}, context.out);
+        showProgramHelp(context.out);
         return;
     }
     const Command *const command = findCommand(names.constFirst());

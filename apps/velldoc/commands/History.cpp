@@ -1,6 +1,6 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
+#include <velldoc/Versions.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
@@ -23,9 +23,7 @@ void run(Context &context)
     if (document.type != QLatin1String("file"))
         throw Failure(ExitFailed,
                       Text::tr("%1 is a folder, which has no versions.").arg(path.text()));
-    QList<VellDocument> versions;
-    context.session().change(
-        [&] { return VellDocumentData::instance()->getDocHistory(document._id, versions); });
+    const QList<VellDocument> versions = versionsOf(context.session(), document);
     Table table;
     table.addColumn(Text::tr("Version"), Qt::AlignRight);
     table.addColumn(Text::tr("Size"), Qt::AlignRight);
@@ -34,11 +32,12 @@ void run(Context &context)
     table.addColumn(Text::tr("Remark"), Qt::AlignLeft, Table::Fit::Shrinks);
     QJsonArray array;
     int number = versions.size();
-    for (const VellDocument &version : qAsConst(versions)) {
+    for (const VellDocument &version : versions) {
         const bool isNewest = number == versions.size();
         table.addRow({QString::number(number),
                       isNewest ? sizeText(document.fileSize) : sizeCellOf(version),
-                      timeText(version.createdAt), version.createdBy, version.remark});
+                      timeText(version.createdAt), context.session().userText(version.createdBy),
+                      version.remark});
         array.append(versionJson(version, number));
         --number;
     }

@@ -28,7 +28,7 @@ QString grantedRights(const VellDocument &document)
     return granted.join(QStringLiteral(", "));
 }
 
-Pairs describe(const VellDocument &document, const QString &path)
+Pairs describe(const VellDocument &document, const QString &path, const Session &session)
 {
     const bool isFile = document.type == QLatin1String("file");
     Pairs pairs{
@@ -44,9 +44,9 @@ Pairs describe(const VellDocument &document, const QString &path)
     pairs += Pairs{
         {Text::tr("Category"), document.category},
         {Text::tr("Created"), timeText(document.createdAt)},
-        {Text::tr("Created by"), document.createdBy},
+        {Text::tr("Created by"), session.userText(document.createdBy)},
         {Text::tr("Changed"), timeText(document.updatedAt)},
-        {Text::tr("Changed by"), document.updatedBy},
+        {Text::tr("Changed by"), session.userText(document.updatedBy)},
         {Text::tr("Favourite"), yesOrNo(document.favorite)},
         {Text::tr("Remark"), document.remark},
         {Text::tr("You may"), grantedRights(document)},
@@ -80,7 +80,7 @@ void run(Context &context)
         const QString path = context.tree().pathOf(document);
         if (!described.isEmpty())
             context.out.print(QString());
-        print(describe(document, path), context.out);
+        print(describe(document, path, context.session()), context.out);
         described.append(documentJson(document, path));
         context.out.setResult({{QStringLiteral("documents"), described}});
     }

@@ -35,10 +35,11 @@ void run(Context &context)
     Session session(settings);
     session.open();
     settings.save();
-    const QString user = session.userId();
+    const QString user = session.userText(session.userId());
     context.out.setResult({{QStringLiteral("url"), session.baseApi()},
                            {QStringLiteral("project"), settings.project},
-                           {QStringLiteral("user"), user}});
+                           {QStringLiteral("user"), session.userId()},
+                           {QStringLiteral("userName"), user}});
     context.out.note(Text::tr("velldoc now works at %1 in the project \"%2\" as %3.")
                          .arg(session.baseApi(), settings.project,
                               user.isEmpty() ? Text::tr("somebody") : user));

@@ -5,6 +5,8 @@
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/Json.h>
 
+#include <QSet>
+
 namespace velldoc {
 
 namespace {
@@ -47,6 +49,8 @@ VellDocumentSort readSort(const Context &context)
                       .arg(known.join(QStringLiteral(", ")), wanted));
 }
 
+constexpr int FirstNames = 200;
+
 struct Page
 {
     int limit;
@@ -65,32 +69,65 @@ public:
             show(path, {document}, 1);
             return;
         }
-        const QList<VellDocument> entries = entriesOf(document._id);
-        const int total = isPaged() ? countIn(document._id) : entries.size();
-        show(path, entries, total);
+        const QList<VellDocument> entries =
+            isStreamed() ? streamNames(path, document._id) : showEntries(path, document._id);
         if (!m_context.isSet("recursive"))
             return;
         for (const VellDocument &entry : entries) {
-            if (entry.type == QLatin1String("dir"))
+            if (isFolder(entry))
                 list(path.child(entry.name), entry);
         }
     }
 
-    QJsonArray result() const { return m_result; }
     void setTitled() { m_isTitled = true; }
 
 private:
     bool isPaged() const { return m_page.limit > 0; }
 
-    QList<VellDocument> entriesOf(const QString &id)
+    //! Bare names need neither the widths of columns nor a count.
+    bool isStreamed() const
+    {
+        return !isPaged() && !m_context.out.isJson() && !m_context.isSet("l");
+    }
+
+    QList<VellDocument> entriesOf(const QString &id, int skip, int limit)
     {
         VellDocumentConditon condition;
         condition.parentId = id;
         QList<VellDocument> entries;
         m_context.session().ask([&] {
-            VellDocumentData::instance()->getDocumentsRange(entries, m_page.skip, m_page.limit,
-                                                            condition, m_page.sort);
+            VellDocumentData::instance()->getDocumentsRange(entries, skip, limit, condition,
+                                                            m_page.sort);
         });
+        return entries;
+    }
+
+    QList<VellDocument> showEntries(const RemotePath &path, const QString &id)
+    {
+        const QList<VellDocument> entries = entriesOf(id, m_page.skip, m_page.limit);
+        show(path, entries, isPaged() ? countIn(id) : entries.size());
+        return entries;
+    }
+
+    //! Shows the first names of a large folder while the service puts the whole list together. That list is
+    //! asked for at once and not page by page, between which entries could move.
+    QList<VellDocument> streamNames(const RemotePath &path, const QString &id)
+    {
+        const QList<VellDocument> first = entriesOf(id, 0, FirstNames);
+        show(path, first, first.size());
+        if (first.size() < FirstNames)
+            return first;
+        m_context.out.flush();
+        QSet<QString> shown;
+        for (const VellDocument &entry : first)
+            shown.insert(entry._id);
+        const QList<VellDocument> entries = entriesOf(id, 0, 0);
+        QList<VellDocument> rest;
+        for (const VellDocument &entry : entries) {
+            if (!shown.contains(entry._id))
+                rest.append(entry);
+        }
+        printNames(rest, m_context.out);
         return entries;
     }
 
@@ -104,21 +141,20 @@ private:
 
     void show(const RemotePath &path, const QList<VellDocument> &entries, int total)
     {
-        QJsonArray array;
-        for (const VellDocument &entry : entries)
-            array.append(documentJson(entry));
-        m_result.append(QJsonObject{{QStringLiteral("path"), path.text()},
-                                    {QStringLiteral("total"), total},
-                                    {QStringLiteral("entries"), array}});
+        if (m_context.out.isJson()) {
+            addToResult(path, entries, total);
+            return;
+        }
         if (m_isTitled) {
-            if (m_result.size() > 1)
+            if (m_hasShown)
                 m_context.out.print(QString());
+            m_hasShown = true;
             m_context.out.print(Output::strong(printedPath(path) + QLatin1Char(':')));
         }
         if (entries.isEmpty())
             m_context.out.note(Text::tr("%1 is empty.").arg(path.text()));
         else if (m_context.isSet("l"))
-            m_context.out.print(longTable(entries));
+            m_context.out.print(longTable(entries, m_context.session()));
         else
             printNames(entries, m_context.out);
         if (isPaged() && entries.size() < total) {
@@ -129,10 +165,22 @@ private:
         }
     }
 
+    void addToResult(const RemotePath &path, const QList<VellDocument> &entries, int total)
+    {
+        QJsonArray array;
+        for (const VellDocument &entry : entries)
+            array.append(documentJson(entry));
+        m_result.append(QJsonObject{{QStringLiteral("path"), path.text()},
+                                    {QStringLiteral("total"), total},
+                                    {QStringLiteral("entries"), array}});
+        m_context.out.setResult({{QStringLiteral("folders"), m_result}});
+    }
+
     Context &m_context;
     const Page m_page;
     QJsonArray m_result;
     bool m_isTitled = false;
+    bool m_hasShown = false;
 };
 
 void run(Context &context)
@@ -150,7 +198,6 @@ void run(Context &context)
         const RemotePath path = RemotePath::parse(text);
         lister.list(path, context.tree().find(path));
     }
-    context.out.setResult({{QStringLiteral("folders"), lister.result()}});
 }
 
 } // namespace

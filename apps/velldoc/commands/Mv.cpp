@@ -50,6 +50,20 @@ void moveInto(Context &context, const QStringList &sources, const VellDocument &
     context.out.setResult({{QStringLiteral("documents"), moved}});
 }
 
+//! Gives \a document, which could not be moved because of \a reason, its old name back.
+void takeBack(Context &context, const VellDocument &document, const QString &oldName,
+              const Failure &reason)
+{
+    try {
+        renameDocument(context, document, oldName);
+    } catch (const Failure &) {
+        const QString state = Text::tr("It stands where it was, but is called \"%1\" now.");
+        throw Failure(reason.code(),
+                      reason.sentence() + QLatin1Char(' ') + state.arg(document.name),
+                      reason.httpStatus());
+    }
+}
+
 //! Into another folder, under another name, or both.
 void moveTo(Context &context, const QString &source, const RemotePath &target)
 {
@@ -58,8 +72,14 @@ void moveTo(Context &context, const QString &source, const RemotePath &target)
     if (document.parentId != folder._id)
         requireFreeName(context, folder._id, target.parent().text(), target.name());
     // The name first: of two changes the one that is more likely to be refused.
+    const QString oldName = document.name;
     document = renameDocument(context, document, target.name());
-    move(context, {document}, folder._id);
+    try {
+        move(context, {document}, folder._id);
+    } catch (const Failure &failure) {
+        takeBack(context, document, oldName, failure);
+        throw;
+    }
     document.parentId = folder._id;
     context.out.setResult(
         {{QStringLiteral("documents"), QJsonArray{documentJson(document, target.text())}}});
@@ -70,7 +90,7 @@ void run(Context &context)
     QStringList sources = context.arguments(2, 0);
     const RemotePath target = RemotePath::parse(sources.takeLast());
     const std::optional<VellDocument> there = context.tree().tryFind(target);
-    if (there && there->type == QLatin1String("dir")) {
+    if (there && isFolder(*there)) {
         moveInto(context, sources, *there, target);
         return;
     }

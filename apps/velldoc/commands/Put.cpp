@@ -25,12 +25,12 @@ Target findTarget(Context &context, const QString &text, int sourceCount)
 {
     const RemotePath path = RemotePath::parse(text);
     const std::optional<VellDocument> there = context.tree().tryFind(path);
-    if (there && there->type == QLatin1String("dir"))
+    if (there && isFolder(*there))
         return {*there, path, {}};
     if (sourceCount == 1 && !path.endsWithSlash())
         return {context.tree().findFolder(path.parent()), path.parent(), path.name()};
     if (there)
-        throw Failure(ExitFailed, Text::tr("%1 is a file, not a folder.").arg(path.text()));
+        throw notAFolder(path);
     throw Failure(
         ExitNotFound,
         Text::tr("There is no folder %1: make it with \"velldoc mkdir -p\".").arg(path.text()));
@@ -110,6 +110,26 @@ void throwFirstFailure(const UploadPlan &plan, const Uploader &uploader)
     throw Failure(code, Text::tr("%n file(s) could not be stored.", nullptr, count));
 }
 
+//! Everything that is asked for, and its conflicts settled.
+UploadPlan makePlan(Context &context, ConflictPolicy policy, const QStringList &sources,
+                    const Target &target)
+{
+    UploadPlan plan(context, policy);
+    try {
+        for (const QString &source : sources) {
+            const QFileInfo local(source);
+            plan.add(local, target.folder, target.path,
+                     target.name.isEmpty() ? nameOf(local) : target.name);
+        }
+    } catch (const Failure &failure) {
+        if (failure.code() != ExitInterrupted)
+            throw;
+        const QString advice = Text::tr("No file was sent; the same command begins anew.");
+        throw Failure(ExitInterrupted, failure.sentence() + QLatin1Char(' ') + advice);
+    }
+    return plan;
+}
+
 void run(Context &context)
 {
     QStringList sources = context.arguments(2, 0);
@@ -117,15 +137,12 @@ void run(Context &context)
     const ConflictPolicy policy(context);
     for (const QString &source : qAsConst(sources)) {
         if (!QFileInfo::exists(source))
-            throw Failure(ExitNotFound, Text::tr("There is no local file %1.").arg(source));
+            throw Failure(
+                ExitNotFound,
+                Text::tr("There is no local file %1: check its name and its folder.").arg(source));
     }
     const Target target = findTarget(context, targetText, sources.size());
-    UploadPlan plan(context, policy);
-    for (const QString &source : qAsConst(sources)) {
-        const QFileInfo local(source);
-        plan.add(local, target.folder, target.path,
-                 target.name.isEmpty() ? nameOf(local) : target.name);
-    }
+    const UploadPlan plan = makePlan(context, policy, sources, target);
     Uploader uploader(context, plan.totalBytes());
     try {
         uploader.run(plan.tasks());

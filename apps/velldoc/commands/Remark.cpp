@@ -1,6 +1,7 @@
 #include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
+#include <velldoc/Versions.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/DisplayWidth.h>
 
@@ -24,16 +25,7 @@ Place findPlace(Context &context, const QString &path)
     const int number = context.number("version", 0);
     if (number == 0)
         return {document._id, false, document.remark};
-    QList<VellDocument> versions;
-    context.session().change(
-        [&] { return VellDocumentData::instance()->getDocHistory(document._id, versions); });
-    if (number > versions.size()) {
-        throw Failure(
-            ExitNotFound,
-            Text::tr("%1 has %n version(s), so there is no version %2.", nullptr, versions.size())
-                .arg(document.name, QString::number(number)));
-    }
-    const VellDocument &version = versions.at(versions.size() - number);
+    const VellDocument version = versionOf(context.session(), document, number);
     return {version._id, true, version.remark};
 }
 

@@ -16,7 +16,7 @@ QList<VellDocument> findAll(Context &context)
         const VellDocument document = context.tree().find(RemotePath::parse(text));
         if (document._id.isEmpty())
             throw Failure(ExitUsage, Text::tr("The top level itself cannot be deleted."));
-        if (document.type == QLatin1String("dir") && !context.isSet("recursive")) {
+        if (isFolder(document) && !context.isSet("recursive")) {
             throw Failure(
                 ExitFailed,
                 Text::tr("%1 is a folder: pass -r to delete it with everything in it.").arg(text));

@@ -1,32 +1,27 @@
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
-#include <velldoc/output/Terminal.h>
-
-#include <cstdio>
 
 namespace velldoc {
 
 namespace {
 
-void announce(const QString &address)
-{
-    terminal::write(stdout, address + QLatin1Char('\n'));
-    std::fflush(stdout);
-}
-
 void run(Context &context)
 {
     context.arguments(0, 0);
-    if (context.out.isJson())
-        throw Failure(ExitUsage, Text::tr("serve has no result for --json."));
     QString folder = context.value("data");
     if (folder.isEmpty())
         folder = context.settings.dataDir;
     const QString address =
         context.isSet("listen") ? context.value("listen") : QStringLiteral("127.0.0.1:0");
     context.out.note(Text::tr("Serving %1; Ctrl-C ends it.").arg(folder));
-    EmbeddedService().serve(folder, address, announce);
+    EmbeddedService().serve(folder, address, [&](const QString &served) {
+        context.out.setResult(
+            {{QStringLiteral("address"), served}, {QStringLiteral("data"), folder}});
+        context.out.print(served);
+        // Whoever has started the service waits for this line.
+        context.out.finish(nullptr);
+    });
 }
 
 } // namespace

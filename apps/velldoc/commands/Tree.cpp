@@ -15,11 +15,6 @@ namespace velldoc {
 
 namespace {
 
-bool isFolder(const VellDocument &document)
-{
-    return document.type == QLatin1String("dir");
-}
-
 //! Everything below \a folder as the library folds it: those directly in it are the roots.
 QList<VellDocument> readTree(Context &context, const VellDocument &folder)
 {

@@ -1,25 +1,47 @@
 # Completion of velldoc for bash: commands, options and the paths of the project.
 
+# Joins in "words" what bash has split at characters such as the colon of an address.
+_velldoc_words() {
+    local rest=$COMP_LINE piece blanks i
+    words=()
+    for ((i = 0; i <= COMP_CWORD; i++)); do
+        piece=${COMP_WORDS[i]}
+        blanks=${rest%%[![:space:]]*}
+        if [[ ${#words[@]} -gt 0 && -z $blanks && -n $rest ]]; then
+            words[-1]+=$piece
+        else
+            words+=("$piece")
+        fi
+        rest=${rest#"$blanks"}
+        rest=${rest#"$piece"}
+    done
+}
+
 _velldoc() {
-    local cur=${COMP_WORDS[COMP_CWORD]} line=("${COMP_WORDS[@]:1:COMP_CWORD-1}") settings=() i
-    # What a shell would do to the words before velldoc sees them.
-    cur=${cur#[\"\']}
-    cur=$(printf '%s' "$cur" | sed 's/\\\(.\)/\1/g')
+    local words line settings=() cur taken= word i
+    _velldoc_words
+    cur=${words[-1]}
+    line=("${words[@]:1:${#words[@]}-2}")
+    # What stands before the last such character is not replaced, unless a quote holds the word together.
+    if [[ $cur != [\"\']* && $cur =~ ^(.*[^\\])?[:=@] ]]; then
+        taken=$(_velldoc_plain "${BASH_REMATCH[0]}")
+    fi
+    cur=$(_velldoc_plain "$cur")
     # The service, the project and the token of this line are those to ask.
     for ((i = 0; i < ${#line[@]}; i++)); do
         case ${line[i]} in
             --url | --project | --token) settings+=("${line[i]}" "${line[i + 1]-}") ;;
+            --url=* | --project=* | --token=*) settings+=("${line[i]}") ;;
         esac
     done
     COMPREPLY=()
-    local word
     while IFS= read -r word; do
-        COMPREPLY+=("$word")
+        COMPREPLY+=("${word#"$taken"}")
     done < <("${COMP_WORDS[0]}" "${settings[@]}" __complete -- "${line[@]}" "$cur" 2>/dev/null)
     case " ${line[*]} " in
         *" put "* | *" get "*)
             while IFS= read -r word; do
-                COMPREPLY+=("$word")
+                COMPREPLY+=("${word#"$taken"}")
             done < <(compgen -f -- "$cur")
             ;;
     esac
@@ -28,5 +50,10 @@ _velldoc() {
     if [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == */ ]]; then
         compopt -o nospace 2>/dev/null
     fi
+}
+
+# A word as velldoc sees it, without what the shell takes off.
+_velldoc_plain() {
+    printf '%s' "${1#[\"\']}" | sed 's/\\\(.\)/\1/g'
 }
 complete -F _velldoc velldoc

@@ -45,6 +45,8 @@ bool isClosing(uint character)
 
 int characterWidth(uint character)
 {
+    if (character >= ' ' && character <= '~')
+        return 1;
     switch (QChar::category(character)) {
     case QChar::Mark_NonSpacing:
     case QChar::Mark_Enclosing:
@@ -69,9 +71,15 @@ bool steersTerminal(uint character)
 int displayWidth(const QString &text)
 {
     int width = 0;
-    const QVector<uint> characters = text.toUcs4();
-    for (const uint character : characters)
-        width += characterWidth(character);
+    // In place, because tables measure every cell of ten thousand rows.
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar unit = text.at(i);
+        const bool isPair =
+            unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair)
+            ++i;
+        width += characterWidth(isPair ? QChar::surrogateToUcs4(unit, text.at(i)) : unit.unicode());
+    }
     return width;
 }
 
@@ -124,13 +132,11 @@ QStringList wrapped(const QString &text, int width)
 
 QString printable(const QString &text)
 {
-    QString result;
-    result.reserve(text.size());
-    const QVector<uint> characters = text.toUcs4();
-    for (const uint character : characters) {
-        const uint shown =
-            steersTerminal(character) ? uint(QChar::ReplacementCharacter) : character;
-        result += QString::fromUcs4(&shown, 1);
+    // All of these characters are single units of UTF-16.
+    QString result = text;
+    for (int i = 0; i < text.size(); ++i) {
+        if (steersTerminal(text.at(i).unicode()))
+            result[i] = QChar::ReplacementCharacter;
     }
     return result;
 }

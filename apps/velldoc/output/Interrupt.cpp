@@ -4,7 +4,9 @@
 #include <velldoc/Text.h>
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <atomic>
 #include <csignal>
@@ -114,6 +116,14 @@ void Interrupt::check()
 {
     if (isRequested())
         throw Failure(ExitInterrupted, Text::tr("Interrupted."));
+}
+
+void Interrupt::pause(std::chrono::milliseconds duration)
+{
+    QEventLoop loop;
+    QTimer::singleShot(duration, &loop, &QEventLoop::quit);
+    loop.exec();
+    check();
 }
 
 std::shared_ptr<void> Interrupt::replaceUnwinding(std::function<void()> leave)

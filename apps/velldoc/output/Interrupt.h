@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -26,6 +27,9 @@ public:
 
     //! \throws Failure with ExitInterrupted when it has been requested.
     static void check();
+
+    //! Lets the events run for a while. \throws Failure after Ctrl-C
+    static void pause(std::chrono::milliseconds duration);
 
     //! Runs \a leave, on the main thread, instead of unwinding, while the returned object lives: for work that
     //! does not return to the event loop by itself.

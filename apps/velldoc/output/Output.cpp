@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
 namespace velldoc {
 
@@ -42,14 +43,24 @@ void Output::print(const Table &table) const
         writeLine(stdout, lines.at(i));
 }
 
-void Output::note(const QString &sentence) const
+void Output::flush() const
 {
-    if (!m_isJson)
-        writeLine(stderr, printable(sentence));
+    errno = 0;
+    if (std::fflush(stdout) != 0 && errno == EPIPE)
+        isReaderGone = true;
 }
 
-void Output::error(const QString &sentence)
+void Output::note(const QString &sentence) const
 {
+    if (m_isJson)
+        return;
+    flush(); // where both streams meet, in the order of the calls
+    writeLine(stderr, printable(sentence));
+}
+
+void Output::error(const QString &sentence) const
+{
+    flush();
     const QString prefix = terminal::hasColour(stderr) ? QStringLiteral("\x1b[31mvelldoc:\x1b[0m ")
                                                        : QStringLiteral("velldoc: ");
     writeLine(stderr, prefix + printable(sentence));
@@ -57,7 +68,7 @@ void Output::error(const QString &sentence)
 
 bool Output::finish(const Failure *failure)
 {
-    if (m_isJson) {
+    if (m_isJson && !std::exchange(m_isFinished, true)) {
         QJsonObject document{{QStringLiteral("command"), m_command},
                              {QStringLiteral("ok"), failure == nullptr},
                              {QStringLiteral("result"), m_result}};
@@ -72,11 +83,8 @@ bool Output::finish(const Failure *failure)
         writeLine(stdout,
                   QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
     }
-    errno = 0;
-    const bool isFlushed = std::fflush(stdout) == 0;
-    if (isReaderGone || (!isFlushed && errno == EPIPE))
-        return true;
-    return isFlushed && std::ferror(stdout) == 0;
+    flush();
+    return isReaderGone || std::ferror(stdout) == 0;
 }
 
 QString Output::strong(const QString &text)

@@ -23,6 +23,9 @@ public:
     void print(const QString &line) const;
     void print(const Table &table) const;
 
+    //! Hands over what has been printed so far, before something that takes long.
+    void flush() const;
+
     //! What JSON's "result" will hold.
     void setResult(const QJsonObject &result) { m_result = result; }
 
@@ -30,10 +33,10 @@ public:
     void note(const QString &sentence) const;
 
     //! One sentence: what went wrong and what to do.
-    void error(const QString &sentence);
+    void error(const QString &sentence) const;
 
-    //! Prints the JSON document, with \a failure when there is one. Call it once.
-    //! \return whether everything could be written.
+    //! Prints the JSON document, with \a failure when there is one; only the first call does.
+    //! \return whether everything could be written
     bool finish(const Failure *failure);
 
     //! \a text in bold, or as it is where colour does not belong.
@@ -43,6 +46,7 @@ private:
     bool m_isJson = false;
     QString m_command;
     QJsonObject m_result;
+    bool m_isFinished = false;
 };
 
 } // namespace velldoc

@@ -3,6 +3,7 @@
 #include <velldoc/Text.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/HumanText.h>
+#include <velldoc/output/Output.h>
 #include <velldoc/output/Terminal.h>
 
 #include <cstdio>
@@ -12,6 +13,7 @@ namespace velldoc {
 namespace {
 
 constexpr int RedrawMs = 100;
+constexpr int PlainAfterMs = 1000;
 constexpr int RateWindowMs = 5000;
 constexpr int LeastRateMs = 500;
 constexpr int WidestBar = 30;
@@ -20,7 +22,9 @@ constexpr int WidestName = 40;
 
 } // namespace
 
-Progress::Progress() : m_isShown(terminal::isTerminal(stderr)) {}
+Progress::Progress(const Output &output)
+    : m_isShown(terminal::isTerminal(stderr)), m_isPlain(!m_isShown && !output.isJson())
+{}
 
 Progress::~Progress()
 {
@@ -33,6 +37,7 @@ void Progress::begin(const QString &what, qint64 totalBytes)
     m_totalBytes = totalBytes;
     m_doneBytes = 0;
     m_isComplete = false;
+    m_plainTenths = 0;
     m_samples.clear();
     m_clock.start();
     m_sinceDrawn.invalidate();
@@ -53,6 +58,8 @@ void Progress::update(qint64 doneBytes)
         m_samples.removeFirst();
     if (!m_sinceDrawn.isValid() || m_sinceDrawn.hasExpired(RedrawMs))
         draw();
+    if (m_isPlain)
+        drawPlain();
 }
 
 void Progress::end()
@@ -89,19 +96,37 @@ void Progress::show(const QString &line)
     std::fflush(stderr);
 }
 
-QString Progress::line(int width) const
+void Progress::drawPlain()
+{
+    const int tenths = percent() / 10;
+    if (tenths <= m_plainTenths || m_clock.elapsed() < PlainAfterMs)
+        return;
+    m_plainTenths = tenths;
+    terminal::write(
+        stderr, QStringLiteral("%1: %2 % %3\n").arg(m_what, QString::number(percent()), figures()));
+    std::fflush(stderr);
+}
+
+int Progress::percent() const
 {
     constexpr qint64 Hundred = 100;
-    qint64 percent = m_totalBytes > 0 ? m_doneBytes / qMax(qint64(1), m_totalBytes / Hundred) : 0;
-    percent = m_isComplete ? Hundred : qMin(percent, Hundred - 1);
-    const QString tail = QStringLiteral(" %1 % %2").arg(percent, 3).arg(figures());
+    if (m_isComplete)
+        return int(Hundred);
+    const qint64 percent =
+        m_totalBytes > 0 ? m_doneBytes / qMax(qint64(1), m_totalBytes / Hundred) : 0;
+    return int(qMin(percent, Hundred - 1));
+}
+
+QString Progress::line(int width) const
+{
+    const QString tail = QStringLiteral(" %1 % %2").arg(percent(), 3).arg(figures());
     // The last column stays free: some terminals go to the next line there.
     const int room = width - 1 - displayWidth(tail);
     const QString name = elided(m_what, qBound(NarrowestBar, room / 2, WidestName));
     const int bar = qMin(room - displayWidth(name) - 3, WidestBar);
     if (bar < NarrowestBar)
         return elided(name + tail, width - 1);
-    const int filled = static_cast<int>(bar * percent / Hundred);
+    const int filled = bar * percent() / 100;
     return QStringLiteral("%1 [%2%3]%4")
         .arg(name, QString(filled, QLatin1Char('#')), QString(bar - filled, QLatin1Char('.')),
              tail);

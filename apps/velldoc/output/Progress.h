@@ -7,13 +7,16 @@
 
 namespace velldoc {
 
+class Output;
+
 //! \brief One line on the terminal that tells how far a transfer is, how fast it goes and how long it will take.
 //!
-//! Without a terminal on the standard error it stays silent; the caller says in the end what was done.
+//! Without a terminal on the standard error there are plain lines, one for every tenth of what takes longer than a second, and
+//! none with JSON.
 class Progress
 {
 public:
-    Progress();
+    explicit Progress(const Output &output);
     ~Progress(); //!< clears the line
     Q_DISABLE_COPY(Progress)
 
@@ -33,12 +36,16 @@ public:
 
 private:
     void draw();
+    void drawPlain();
+    int percent() const;
     static void show(const QString &line);
     QString line(int width) const;
     QString figures() const;
     qint64 bytesPerSecond() const;
 
     const bool m_isShown;
+    const bool m_isPlain;
+    int m_plainTenths = 0; //!< that have been told of
     QString m_what;
     qint64 m_totalBytes = 0;
     qint64 m_doneBytes = 0;

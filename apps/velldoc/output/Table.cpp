@@ -8,6 +8,8 @@ namespace {
 
 constexpr int Gap = 2;
 constexpr int NarrowestColumn = 8;
+constexpr int NarrowestWhole = 4;
+constexpr int NarrowestOfAll = 2;
 
 } // namespace
 
@@ -49,20 +51,29 @@ QList<int> Table::fittedWidths(int width) const
         widths.append(widest);
         total += widest + Gap;
     }
-    while (width > 0 && total > width) {
+    if (width <= 0)
+        return widths;
+    int excess = narrow(widths, total - width, Fit::Shrinks, NarrowestColumn);
+    // Only very narrow terminals come to this.
+    excess = narrow(widths, excess, Fit::Whole, NarrowestWhole);
+    narrow(widths, excess, Fit::Shrinks, NarrowestOfAll);
+    return widths;
+}
+
+int Table::narrow(QList<int> &widths, int excess, Fit fit, int least) const
+{
+    for (; excess > 0; --excess) {
         int widest = -1;
         for (int i = 0; i < widths.size(); ++i) {
-            const bool shrinks =
-                m_columns.at(i).fit == Fit::Shrinks && widths.at(i) > NarrowestColumn;
-            if (shrinks && (widest < 0 || widths.at(i) > widths.at(widest)))
+            const bool canShrink = m_columns.at(i).fit == fit && widths.at(i) > least;
+            if (canShrink && (widest < 0 || widths.at(i) > widths.at(widest)))
                 widest = i;
         }
         if (widest < 0)
             break;
         --widths[widest];
-        --total;
     }
-    return widths;
+    return excess;
 }
 
 QString Table::line(const QStringList &cells, const QList<int> &widths) const

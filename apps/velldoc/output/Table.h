@@ -9,7 +9,7 @@ namespace velldoc {
 //! \brief Rows of columns that fit a width.
 //!
 //! Columns stand two blanks apart. When the widest cells do not fit, the columns that may shrink are cut, the
-//! widest first, down to a width that still says something; without a width nothing is cut.
+//! widest first, down to a width that still says something, and only then the others; without a width nothing is cut.
 class Table
 {
 public:
@@ -34,6 +34,8 @@ private:
     };
 
     QList<int> fittedWidths(int width) const;
+    //! Takes \a excess from the columns of one kind, none narrower than \a least. \return what is left to take
+    int narrow(QList<int> &widths, int excess, Fit fit, int least) const;
     QString line(const QStringList &cells, const QList<int> &widths) const;
 
     QList<Column> m_columns;

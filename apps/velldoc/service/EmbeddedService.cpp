@@ -10,14 +10,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QTimer>
 
 namespace velldoc {
 
 namespace {
 
 constexpr int WaitForFolderMs = 5000;
-constexpr int RetryMs = 100;
+constexpr std::chrono::milliseconds RetryInterval(100);
 
 //! Where "velldoc serve" leaves its address, so that commands on the same folder find it.
 QString addressFile(const QString &dataDir)
@@ -34,14 +33,6 @@ QString servedAddress(const QString &dataDir)
 bool isInUse(const QString &dataDir)
 {
     return QFileInfo::exists(dataDir + QStringLiteral("/lock"));
-}
-
-void pause(int ms)
-{
-    QEventLoop loop;
-    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
-    loop.exec();
-    Interrupt::check();
 }
 
 //! "127.0.0.1:8080", "[::1]:8080"; port 0 is any free one.
@@ -95,7 +86,7 @@ QString EmbeddedService::start(const QString &dataDir)
                          "share the folder with \"velldoc serve\".")
                     .arg(dataDir));
         }
-        pause(RetryMs);
+        Interrupt::pause(RetryInterval);
     }
     QFile::remove(addressFile(dataDir)); // of a server that was killed
     return d->service.baseApi();
@@ -107,7 +98,7 @@ bool EmbeddedService::isRunning() const
 }
 
 void EmbeddedService::serve(const QString &dataDir, const QString &address,
-                            void (*announce)(const QString &))
+                            const std::function<void(const QString &)> &announce)
 {
     ServiceOptions options;
     options.dataDir = dataDir;

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace velldoc {
@@ -27,7 +28,8 @@ public:
     //! Serves \a dataDir on \a address ("127.0.0.1:8080") until the program is told to end; \a announce gets
     //! the base address once requests are answered.
     //! \throws Failure
-    void serve(const QString &dataDir, const QString &address, void (*announce)(const QString &));
+    void serve(const QString &dataDir, const QString &address,
+               const std::function<void(const QString &)> &announce);
 
 private:
     class Private;

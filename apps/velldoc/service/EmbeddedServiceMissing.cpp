@@ -32,7 +32,8 @@ bool EmbeddedService::isRunning() const
     return false;
 }
 
-void EmbeddedService::serve(const QString &, const QString &, void (*)(const QString &))
+void EmbeddedService::serve(const QString &, const QString &,
+                            const std::function<void(const QString &)> &)
 {
     refuse();
 }

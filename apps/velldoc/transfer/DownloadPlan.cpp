@@ -34,8 +34,7 @@ DownloadPlan::DownloadPlan(Context &context) : m_context(context)
 void DownloadPlan::add(const VellDocument &document, const QString &target, int sourceCount,
                        qint64 sizeBytes)
 {
-    const bool isFolder = document.type == QLatin1String("dir");
-    if (isFolder && !m_context.isSet("recursive")) {
+    if (isFolder(document) && !m_context.isSet("recursive")) {
         throw Failure(ExitFailed,
                       Text::tr("%1 is a folder: pass -r to fetch everything in it.")
                           .arg(document.name.isEmpty() ? QStringLiteral("/") : document.name));
@@ -48,7 +47,7 @@ void DownloadPlan::add(const VellDocument &document, const QString &target, int 
         if (!document.name.isEmpty())
             path = QDir(target).filePath(localName(document.name));
     }
-    if (isFolder)
+    if (isFolder(document))
         addFolder(document, path);
     else
         addFile(document, path, sizeBytes);
@@ -61,7 +60,7 @@ void DownloadPlan::addFolder(const VellDocument &folder, const QString &path)
     const QList<VellDocument> entries = m_context.tree().entries(folder._id);
     for (const VellDocument &entry : entries) {
         const QString entryPath = QDir(path).filePath(localName(entry.name));
-        if (entry.type == QLatin1String("dir"))
+        if (isFolder(entry))
             addFolder(entry, entryPath);
         else
             addFile(entry, entryPath, entry.fileSize);

@@ -1,6 +1,6 @@
 #include <velldoc/transfer/Downloader.h>
 
-#include <velldoc/Session.h>
+#include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/output/Interrupt.h>
 
@@ -10,7 +10,6 @@
 #include <QEventLoop>
 #include <QNetworkReply>
 #include <QSaveFile>
-#include <QTimer>
 
 namespace velldoc {
 
@@ -106,8 +105,8 @@ private:
 
 } // namespace
 
-Downloader::Downloader(Session &session, int fileCount, qint64 totalBytes)
-    : m_session(session), m_fileCount(fileCount)
+Downloader::Downloader(Context &context, int fileCount, qint64 totalBytes)
+    : m_session(context.session()), m_fileCount(fileCount), m_progress(context.out)
 {
     m_progress.begin(QString(), totalBytes);
 }
@@ -122,10 +121,7 @@ void Downloader::fetch(const Content &content, const QString &path)
             if (failure.code() != ExitNoConnection || tries == MostTries)
                 throw;
         }
-        QEventLoop loop;
-        QTimer::singleShot(PauseMs << tries, &loop, &QEventLoop::quit);
-        loop.exec();
-        Interrupt::check();
+        Interrupt::pause(std::chrono::milliseconds(PauseMs << tries));
     }
 }
 

@@ -9,6 +9,7 @@ class QIODevice;
 
 namespace velldoc {
 
+class Context;
 class Session;
 
 //! \brief Fetches contents, each into a file that appears under its name only when it is complete.
@@ -23,7 +24,7 @@ public:
     };
 
     //! \param totalBytes of all that will be fetched
-    Downloader(Session &session, int fileCount, qint64 totalBytes);
+    Downloader(Context &context, int fileCount, qint64 totalBytes);
 
     //! Writes beside \a path first and renames once the content is complete; a file that is there is replaced.
     //! A connection that is lost on the way is tried again, a bounded number of times. \throws Failure

@@ -10,15 +10,6 @@
 
 namespace velldoc {
 
-namespace {
-
-bool isFolder(const VellDocument &document)
-{
-    return document.type == QLatin1String("dir");
-}
-
-} // namespace
-
 UploadPlan::UploadPlan(Context &context, ConflictPolicy policy)
     : m_context(context), m_policy(policy)
 {}

@@ -7,7 +7,6 @@
 #include <velldoc/transfer/UploadAttempt.h>
 
 #include <QScopeGuard>
-#include <QTimer>
 
 #include <algorithm>
 #include <cstdlib>
@@ -52,7 +51,7 @@ bool concernsAll(const Failure &reason)
 } // namespace
 
 Uploader::Uploader(Context &context, qint64 totalBytes)
-    : m_context(context), m_totalBytes(totalBytes)
+    : m_context(context), m_totalBytes(totalBytes), m_progress(context.out)
 {}
 
 Uploader::~Uploader() = default;
@@ -207,16 +206,8 @@ void Uploader::tryAgain(Entry entry, const Failure &reason)
     const int failures = entry.failuresInRow;
     entry.task.refresh();
     m_waiting.push_back(std::move(entry));
-    pauseBefore(failures);
-}
-
-void Uploader::pauseBefore(int failuresInRow)
-{
-    QEventLoop loop;
-    const int ms = std::min(FirstPauseMs << (failuresInRow - 1), LongestPauseMs);
-    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
-    loop.exec();
-    Interrupt::check();
+    Interrupt::pause(
+        std::chrono::milliseconds(std::min(FirstPauseMs << (failures - 1), LongestPauseMs)));
 }
 
 std::optional<VellDocument> Uploader::findStored(const UploadTask &task)

@@ -60,7 +60,6 @@ private:
     void judge(Entry entry);
     void accept(Entry entry, const VellDocument &document);
     void tryAgain(Entry entry, const Failure &reason);
-    void pauseBefore(int failuresInRow);
     std::optional<VellDocument> findStored(const UploadTask &task);
     std::optional<VellDocument> lookUp(const UploadTask &task);
     Failure reasonOf(const UploadAttempt &attempt) const;

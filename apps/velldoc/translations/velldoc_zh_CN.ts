@@ -39,10 +39,6 @@
 <context>
     <name>velldoc</name>
     <message>
-        <source>There is no option &quot;%1&quot;: see &quot;velldoc help&quot;.</source>
-        <translation>没有选项“%1”：请看“velldoc help”。</translation>
-    </message>
-    <message>
         <source>velldoc: the documents of a project, from the command line</source>
         <translation>velldoc：在命令行中使用项目文档</translation>
     </message>
@@ -111,24 +107,12 @@
         <translation>文件夹</translation>
     </message>
     <message>
-        <source>There is no %1 in the project.</source>
-        <translation>项目中没有 %1。</translation>
-    </message>
-    <message>
-        <source>%1 is a file, not a folder.</source>
-        <translation>%1 是文件，不是文件夹。</translation>
+        <source>%1 is a file, not a folder: name a folder.</source>
+        <translation>%1 是文件，不是文件夹：请指定一个文件夹。</translation>
     </message>
     <message>
         <source>%1 is the name of %2 entries: say which one you mean, %3.</source>
         <translation>有 %2 项名为 %1：请指明是哪一项，%3。</translation>
-    </message>
-    <message>
-        <source>There is no document id:%1.</source>
-        <translation>没有文档 id:%1。</translation>
-    </message>
-    <message>
-        <source>See &quot;velldoc help %1&quot;.</source>
-        <translation>请看“velldoc help %1”。</translation>
     </message>
     <message>
         <source>The output could not be written.</source>
@@ -561,10 +545,6 @@
         </translation>
     </message>
     <message>
-        <source>There is no local file %1.</source>
-        <translation>没有本地文件 %1。</translation>
-    </message>
-    <message>
         <source>store files and folders</source>
         <translation>上传文件和文件夹</translation>
     </message>
@@ -744,10 +724,6 @@
     <message>
         <source>the same drawing under another name</source>
         <translation>同一图纸改用另一名称</translation>
-    </message>
-    <message>
-        <source>serve has no result for --json.</source>
-        <translation>serve 没有可用于 --json 的结果。</translation>
     </message>
     <message>
         <source>Serving %1; Ctrl-C ends it.</source>
@@ -1178,10 +1154,6 @@
         <translation>修改时间不晚于该日结束。</translation>
     </message>
     <message>
-        <source>Changed last by the user with this identifier; may be repeated.</source>
-        <translation>最后由此标识的用户修改；可重复使用。</translation>
-    </message>
-    <message>
         <source>file or dir.</source>
         <translation>file 或 dir。</translation>
     </message>
@@ -1302,6 +1274,62 @@
     <message>
         <source>The same command with --no-clobber fetches the rest.</source>
         <translation>同一命令加上 --no-clobber 可下载其余文件。</translation>
+    </message>
+    <message>
+        <source>Ask an owner of the project for the right.</source>
+        <translation>请向项目的所有者申请权限。</translation>
+    </message>
+    <message>
+        <source>Try again later.</source>
+        <translation>请稍后重试。</translation>
+    </message>
+    <message>
+        <source>There is no %1 in the project: &quot;velldoc ls %2&quot; lists what is there.</source>
+        <translation>项目中没有 %1：用“velldoc ls %2”查看已有的内容。</translation>
+    </message>
+    <message>
+        <source>There is no document id:%1: &quot;velldoc info PATH&quot; tells identifiers.</source>
+        <translation>没有文档 id:%1：用“velldoc info PATH”查看标识。</translation>
+    </message>
+    <message>
+        <source>An option has a value, but takes none.</source>
+        <translation>有一个不带值的选项被赋了值。</translation>
+    </message>
+    <message>
+        <source>There is no option %1; names that begin with a dash go behind a --.</source>
+        <translation>没有选项 %1；以短横线开头的名称请放在 -- 之后。</translation>
+    </message>
+    <message>
+        <source>The option %1 needs a value.</source>
+        <translation>选项 %1 需要一个值。</translation>
+    </message>
+    <message>
+        <source>See &quot;%1&quot;.</source>
+        <translation>请看“%1”。</translation>
+    </message>
+    <message>
+        <source>The same command fetches the file from its start.</source>
+        <translation>同一命令会从头下载该文件。</translation>
+    </message>
+    <message>
+        <source>No file was sent; the same command begins anew.</source>
+        <translation>没有发送任何文件；同一命令会重新开始。</translation>
+    </message>
+    <message>
+        <source>There is no local file %1: check its name and its folder.</source>
+        <translation>没有本地文件 %1：请检查其名称和所在文件夹。</translation>
+    </message>
+    <message>
+        <source>Changed last by the user with this identifier, or by you under your name; may be repeated.</source>
+        <translation>最后由此标识的用户修改，或用您的名称表示您自己；可重复使用。</translation>
+    </message>
+    <message>
+        <source>It may have been deleted; &quot;velldoc find NAME&quot; looks for it.</source>
+        <translation>它可能已被删除；用“velldoc find NAME”查找。</translation>
+    </message>
+    <message>
+        <source>It stands where it was, but is called &quot;%1&quot; now.</source>
+        <translation>它仍在原处，但现在的名称是“%1”。</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,29 @@
+#include <velldoc/Versions.h>
+
+#include <document_service/VellDocumentData.h>
+#include <velldoc/Session.h>
+#include <velldoc/Text.h>
+
+namespace velldoc {
+
+QList<VellDocument> versionsOf(Session &session, const VellDocument &document)
+{
+    QList<VellDocument> versions;
+    session.change(
+        [&] { return VellDocumentData::instance()->getDocHistory(document._id, versions); });
+    return versions;
+}
+
+VellDocument versionOf(Session &session, const VellDocument &document, int number)
+{
+    const QList<VellDocument> versions = versionsOf(session, document);
+    if (number < 1 || number > versions.size()) {
+        throw Failure(
+            ExitNotFound,
+            Text::tr("%1 has %n version(s), so there is no version %2.", nullptr, versions.size())
+                .arg(document.name, QString::number(number)));
+    }
+    return versions.at(versions.size() - number);
+}
+
+} // namespace velldoc
