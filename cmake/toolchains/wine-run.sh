@@ -79,4 +79,9 @@ session 9>"$WINEPREFIX.lock" </dev/null >"$WINEPREFIX.log" 2>&1 || {
     echo "wine-run.sh: Wine does not start in $WINEPREFIX; see $WINEPREFIX.log" >&2
     exit 127
 }
-exec "${through[@]}" "$wine" "$@"
+
+# With addresses at random about one program in ten thousand does not start under Wine ("Internal error"); a
+# sandbox may not let us fix them.
+fixed=()
+! setarch -R true 2>/dev/null || fixed=(setarch -R)
+exec "${fixed[@]}" "${through[@]}" "$wine" "$@"

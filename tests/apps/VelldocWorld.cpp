@@ -73,12 +73,18 @@ VelldocRun VelldocWorld::runBare(const QStringList &arguments, const QByteArray 
     process.start(program(), arguments);
     process.write(input);
     process.closeWriteChannel();
+    const bool ended = process.waitForFinished(LongestRunMs);
     VelldocRun run;
-    if (process.waitForFinished(LongestRunMs) && process.exitStatus() == QProcess::NormalExit)
-        run.exitCode = process.exitCode();
     run.bytes = process.readAllStandardOutput();
     run.out = QString::fromUtf8(run.bytes);
     run.error = QString::fromUtf8(process.readAllStandardError());
+    if (ended && process.exitStatus() == QProcess::NormalExit) {
+        run.exitCode = process.exitCode();
+    } else {
+        run.error += QStringLiteral("(no normal end: %1, exit code 0x%2)")
+                         .arg(process.errorString())
+                         .arg(static_cast<quint32>(process.exitCode()), 0, 16);
+    }
     return run;
 }
 
