@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 #include <csignal>
+#include <malloc.h>
 #include <pthread.h>
 #include <thread>
 
@@ -59,6 +60,8 @@ int serve(ReferenceService &service)
     sigaddset(&signals, SIGINT);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
+    // Each of the many threads would come to keep what its largest answer took in a heap of its own.
+    mallopt(M_ARENA_MAX, 2);
 
     QString error;
     if (!service.start(&error))

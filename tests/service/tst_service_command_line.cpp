@@ -1,6 +1,6 @@
 #include <service/ChunkSender.h>
 #include <service/ServiceFixture.h>
-#include <service/ServiceProcess.h>
+#include <support/ServiceProcess.h>
 
 #include <QtTest>
 
@@ -41,8 +41,8 @@ void TestServiceCommandLine::init()
 
 void TestServiceCommandLine::itSaysWhereItListensAndEndsCleanly()
 {
-    ServiceProcess process;
-    QVERIFY(process.serve(m_data));
+    ServiceProcess process(m_data);
+    QVERIFY(process.start());
     QVERIFY(process.baseApi().startsWith(QStringLiteral("http://127.0.0.1:")));
     HttpClient client(process.baseApi());
     QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 200);
@@ -76,8 +76,8 @@ void TestServiceCommandLine::linesThatCannotBeRead()
 
 void TestServiceCommandLine::aSecondServiceIsRefused()
 {
-    ServiceProcess process;
-    QVERIFY(process.serve(m_data));
+    ServiceProcess process(m_data);
+    QVERIFY(process.start());
     QCOMPARE(run({}), 1);
     QVERIFY2(m_output.contains(QStringLiteral("Another service")), qUtf8Printable(m_output));
     m_data += QStringLiteral("2");
@@ -87,8 +87,8 @@ void TestServiceCommandLine::aSecondServiceIsRefused()
 
 void TestServiceCommandLine::usersProjectsAndRoles()
 {
-    ServiceProcess process;
-    QVERIFY(process.serve(m_data)); // the commands work beside a running service
+    ServiceProcess process(m_data);
+    QVERIFY(process.start()); // the commands work beside a running service
     QCOMPARE(run({QStringLiteral("user"), QStringLiteral("add"), QStringLiteral("anna")}), 0);
     const QString token = m_output.trimmed();
     QCOMPARE(token.size(), 64);
@@ -124,9 +124,8 @@ void TestServiceCommandLine::helpTellsAboutFaults()
 
 void TestServiceCommandLine::faultsAreTaken()
 {
-    ServiceProcess process;
-    QVERIFY(process.serve(m_data,
-                          {QStringLiteral("--fault"), QStringLiteral("status=503,times=1"),
+    ServiceProcess process(m_data);
+    QVERIFY(process.start({QStringLiteral("--fault"), QStringLiteral("status=503,times=1"),
                            QStringLiteral("--fault"), QStringLiteral("status=500,nth=1,path=/x")}));
     HttpClient client(process.baseApi());
     QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 503);
@@ -171,8 +170,8 @@ void TestServiceCommandLine::theSweepRemovesWhatNobodyNeeds()
 
 void TestServiceCommandLine::theSweepLeavesARunningServiceAlone()
 {
-    ServiceProcess process;
-    QVERIFY(process.serve(m_data));
+    ServiceProcess process(m_data);
+    QVERIFY(process.start());
     QCOMPARE(run({QStringLiteral("sweep")}), 1);
     QVERIFY2(m_output.contains(QStringLiteral("Another service")), qUtf8Printable(m_output));
     process.terminate();

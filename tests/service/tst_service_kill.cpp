@@ -1,5 +1,5 @@
 #include <service/ChunkSender.h>
-#include <service/ServiceProcess.h>
+#include <support/ServiceProcess.h>
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -31,7 +31,7 @@ private:
     void checkDatabase();
 
     QTemporaryDir m_folder;
-    ServiceProcess m_process;
+    ServiceProcess m_process{m_folder.path()};
     HttpClient m_client{QString()};
     QRandomGenerator m_random{20240229};
     QMap<QString, QString> m_names; //!< what has been acknowledged: id to name, empty for deleted
@@ -58,7 +58,7 @@ void TestServiceKill::nothingAcknowledgedIsLost()
 {
     int acknowledged = 0;
     for (int kill = 0; kill <= Kills; ++kill) {
-        QVERIFY(m_process.serve(m_folder.path()));
+        QVERIFY(m_process.start());
         m_client.setBaseApi(m_process.baseApi());
         checkDocuments();
         checkUpload();

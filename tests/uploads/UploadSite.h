@@ -2,10 +2,10 @@
 
 #include "ClientRun.h"
 #include "LocalFile.h"
-#include "ServiceProcess.h"
 
 #include <support/FaultyProxy.h>
 #include <support/HttpClient.h>
+#include <support/ServiceProcess.h>
 
 #include <QJsonObject>
 #include <QTemporaryDir>

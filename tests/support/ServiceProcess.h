@@ -17,10 +17,18 @@ public:
 
     //! As `kill -9`; returns once it is gone.
     void kill();
+    //! As `kill`. \return the exit code, -1 when it did not end by itself
+    int terminate();
 
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    qint64 processId() const { return m_process.processId(); }
     quint16 port() const { return m_port; }
     QString baseApi() const;
     QString dataDir() const { return m_dataDir; }
+
+    //! Runs a command of the program to its end. \a output gets what it said on both channels.
+    //! \return the exit code, -1 when it did not end by itself
+    static int run(const QStringList &arguments, QString *output);
 
 private:
     const QString m_dataDir;

@@ -2,6 +2,18 @@
 
 #include <QUrl>
 
+namespace {
+
+constexpr int WaitMs = 20'000;
+
+int endOf(QProcess &process)
+{
+    const bool isEnded = process.waitForFinished(WaitMs);
+    return isEnded && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+} // namespace
+
 ServiceProcess::ServiceProcess(const QString &dataDir) : m_dataDir(dataDir)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -18,7 +30,7 @@ bool ServiceProcess::start(const QStringList &arguments)
                             QStringLiteral("127.0.0.1:%1").arg(m_port)};
     m_process.start(QStringLiteral(VELL_SERVICE_PROGRAM), fixed + arguments);
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead(20000)) {
+        if (!m_process.waitForReadyRead(WaitMs)) {
             qWarning("vell-service does not start: %s", qPrintable(m_process.errorString()));
             return false;
         }
@@ -31,10 +43,26 @@ bool ServiceProcess::start(const QStringList &arguments)
 void ServiceProcess::kill()
 {
     m_process.kill();
-    m_process.waitForFinished();
+    m_process.waitForFinished(WaitMs);
+}
+
+int ServiceProcess::terminate()
+{
+    m_process.terminate();
+    return endOf(m_process);
 }
 
 QString ServiceProcess::baseApi() const
 {
     return QStringLiteral("http://127.0.0.1:%1/").arg(m_port);
+}
+
+int ServiceProcess::run(const QStringList &arguments, QString *output)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QStringLiteral(VELL_SERVICE_PROGRAM), arguments);
+    const int code = endOf(process);
+    *output = QString::fromUtf8(process.readAll());
+    return code;
 }
