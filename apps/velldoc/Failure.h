@@ -23,18 +23,22 @@ enum ExitCode {
 class Failure : public std::exception
 {
 public:
-    Failure(ExitCode code, const QString &sentence, int httpStatus = 0)
-        : m_code(code), m_sentence(sentence), m_httpStatus(httpStatus)
+    //! \param cause the part of the sentence that does not say what to do; the whole when empty
+    Failure(ExitCode code, const QString &sentence, int httpStatus = 0, const QString &cause = {})
+        : m_code(code), m_sentence(sentence), m_cause(cause.isEmpty() ? sentence : cause),
+          m_httpStatus(httpStatus)
     {}
 
     ExitCode code() const { return m_code; }
     QString sentence() const { return m_sentence; }
+    QString cause() const { return m_cause; }
     int httpStatus() const { return m_httpStatus; } //!< 0 when the service said nothing
     const char *what() const noexcept override { return "velldoc::Failure"; }
 
 private:
     ExitCode m_code;
     QString m_sentence;
+    QString m_cause;
     int m_httpStatus;
 };
 

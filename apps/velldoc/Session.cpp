@@ -25,11 +25,16 @@ bool hasNoAnswer(const NetworkFailure &failure)
     return failure.httpStatus == 0 || failure.httpStatus / 100 == 2;
 }
 
-QString sentenceOf(QString text)
+//! \param text with or without a full stop, as services write it
+//! \param advice what the user can do about it, if anything
+Failure failureOf(ExitCode code, QString text, const QString &advice, int httpStatus)
 {
-    if (!text.isEmpty() && !text.endsWith(QLatin1Char('.')) && !text.endsWith(QChar(0x3002)))
-        text += QLatin1Char('.');
-    return text;
+    if (text.endsWith(QLatin1Char('.')) || text.endsWith(QChar(0x3002)))
+        text.chop(1);
+    const QString cause = Text::tr("%1.").arg(text);
+    if (advice.isEmpty())
+        return {code, cause, httpStatus};
+    return {code, Text::tr("%1: %2").arg(text, advice), httpStatus, cause};
 }
 
 } // namespace
@@ -106,41 +111,35 @@ QJsonObject Session::getObject(const QString &path)
 
 Failure Session::describe(const NetworkFailure &failure) const
 {
-    const QString message = sentenceOf(failure.message);
     if (hasNoAnswer(failure)) {
-        const QString sentence =
-            Text::tr(
-                "The service at %1 cannot be reached: check the address and the network, then try "
-                "again. (%2)")
-                .arg(baseApi(), failure.message);
-        return {ExitNoConnection, sentence};
+        return failureOf(
+            ExitNoConnection,
+            Text::tr("The service at %1 cannot be reached (%2)").arg(baseApi(), failure.message),
+            Text::tr("check the address and the network, then try again."), 0);
     }
+    ExitCode code = ExitFailed;
+    QString advice;
     switch (failure.httpStatus) {
     case Unauthorized:
-        return {ExitNotAllowed,
-                message + QLatin1Char(' ') + Text::tr("Run \"velldoc login\" or pass --token."),
-                failure.httpStatus};
+        code = ExitNotAllowed;
+        advice = Text::tr("run \"velldoc login\" or pass --token.");
+        break;
     case Forbidden:
-        return {ExitNotAllowed,
-                message + QLatin1Char(' ') + Text::tr("Ask an owner of the project for the right."),
-                failure.httpStatus};
+        code = ExitNotAllowed;
+        advice = Text::tr("ask an owner of the project for the right.");
+        break;
     case NotFound:
-        return {ExitNotFound,
-                message + QLatin1Char(' ')
-                    + Text::tr("It may have been deleted; \"velldoc find NAME\" looks for it."),
-                failure.httpStatus};
+        code = ExitNotFound;
+        advice = Text::tr("it may have been deleted; \"velldoc find NAME\" looks for it.");
+        break;
     case NoRoom:
-        return {ExitFailed,
-                message + QLatin1Char(' ')
-                    + Text::tr("Make room there, then run the same command again."),
-                failure.httpStatus};
+        advice = Text::tr("make room there, then run the same command again.");
+        break;
     default:
-        return {ExitFailed,
-                failure.httpStatus >= ServerError
-                    ? message + QLatin1Char(' ') + Text::tr("Try again later.")
-                    : message,
-                failure.httpStatus};
+        if (failure.httpStatus >= ServerError)
+            advice = Text::tr("try again later.");
     }
+    return failureOf(code, failure.message, advice, failure.httpStatus);
 }
 
 void Session::throwFailure()

@@ -133,7 +133,7 @@ void TestVelldocExitCodes::viewerIsNotAllowed()
     const VelldocRun made = world.run({QStringLiteral("mkdir"), QStringLiteral("/a")});
     QCOMPARE(made.exitCode, 4);
     QVERIFY2(made.error.contains(QLatin1String("does not allow")), qPrintable(made.error));
-    QVERIFY2(made.error.endsWith(QLatin1String("Ask an owner of the project for the right.\n")),
+    QVERIFY2(made.error.endsWith(QLatin1String(": ask an owner of the project for the right.\n")),
              qPrintable(made.error));
     const VelldocRun stored = world.run(
         {QStringLiteral("put"), world.write(QStringLiteral("a"), "1"), QStringLiteral("/")});
@@ -228,7 +228,7 @@ void TestVelldocExitCodes::failureIsNotAnEmptyFolder()
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(
         run.error,
-        QStringLiteral("velldoc: The service was told to refuse this request. Try again later.\n"));
+        QStringLiteral("velldoc: The service was told to refuse this request: try again later.\n"));
 }
 
 void TestVelldocExitCodes::failureIsInTheJson()

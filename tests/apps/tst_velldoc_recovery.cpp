@@ -117,7 +117,7 @@ void TestVelldocRecovery::uploadGivesUpAndSaysWhy_data()
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("sentence");
     QTest::newRow("no room") << QByteArray("no-room,verb=POST,times=0") << 1
-                             << QStringLiteral("Make room there");
+                             << QStringLiteral(": make room there");
     QTest::newRow("refused") << QByteArray("status=400,verb=POST,times=0") << 1
                              << QStringLiteral("told to refuse this request");
     QTest::newRow("not allowed") << QByteArray("status=403,verb=POST,times=0") << 4

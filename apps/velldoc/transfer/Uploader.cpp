@@ -201,8 +201,7 @@ void Uploader::tryAgain(Entry entry, const Failure &reason)
         return;
     }
     m_progress.clear();
-    m_context.out.note(
-        Text::tr("%1: %2 Trying again.").arg(entry.task.localPath, reason.sentence()));
+    m_context.out.note(Text::tr("%1: %2 Trying again.").arg(entry.task.localPath, reason.cause()));
     const int failures = entry.failuresInRow;
     entry.task.refresh();
     m_waiting.push_back(std::move(entry));

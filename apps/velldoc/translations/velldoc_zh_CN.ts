@@ -67,15 +67,19 @@
         <translation>%1 处的服务不是文档服务：请检查地址。</translation>
     </message>
     <message>
-        <source>The service at %1 cannot be reached: check the address and the network, then try again. (%2)</source>
-        <translation>无法连接服务 %1：请检查地址和网络，然后重试。（%2）</translation>
+        <source>The service at %1 cannot be reached (%2)</source>
+        <translation>无法连接服务 %1（%2）</translation>
     </message>
     <message>
-        <source>Run &quot;velldoc login&quot; or pass --token.</source>
+        <source>check the address and the network, then try again.</source>
+        <translation>请检查地址和网络，然后重试。</translation>
+    </message>
+    <message>
+        <source>run &quot;velldoc login&quot; or pass --token.</source>
         <translation>请运行“velldoc login”或使用 --token。</translation>
     </message>
     <message>
-        <source>Make room there, then run the same command again.</source>
+        <source>make room there, then run the same command again.</source>
         <translation>请先在服务端腾出空间，再运行同一命令。</translation>
     </message>
     <message>
@@ -193,6 +197,14 @@
     <message>
         <source>%1 changed while it was being sent.</source>
         <translation>%1 在发送过程中发生了变化。</translation>
+    </message>
+    <message>
+        <source>%1.</source>
+        <translation>%1。</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
     </message>
     <message>
         <source>%1: %2 Trying again.</source>
@@ -1276,11 +1288,11 @@
         <translation>同一命令加上 --no-clobber 可下载其余文件。</translation>
     </message>
     <message>
-        <source>Ask an owner of the project for the right.</source>
+        <source>ask an owner of the project for the right.</source>
         <translation>请向项目的所有者申请权限。</translation>
     </message>
     <message>
-        <source>Try again later.</source>
+        <source>try again later.</source>
         <translation>请稍后重试。</translation>
     </message>
     <message>
@@ -1324,7 +1336,7 @@
         <translation>最后由此标识的用户修改，或用您的名称表示您自己；可重复使用。</translation>
     </message>
     <message>
-        <source>It may have been deleted; &quot;velldoc find NAME&quot; looks for it.</source>
+        <source>it may have been deleted; &quot;velldoc find NAME&quot; looks for it.</source>
         <translation>它可能已被删除；用“velldoc find NAME”查找。</translation>
     </message>
     <message>
