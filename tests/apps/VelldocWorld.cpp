@@ -60,6 +60,16 @@ void VelldocWorld::restartService()
         qFatal("The service does not start: %s", qPrintable(error));
 }
 
+void VelldocWorld::slowDownChunks(int milliseconds)
+{
+    FaultRule slow;
+    slow.kind = FaultRule::Kind::Slow;
+    slow.value = milliseconds;
+    slow.pathPrefix = QStringLiteral("/base-service/largefiles");
+    slow.times = 0;
+    m_service->addFault(slow);
+}
+
 VelldocRun VelldocWorld::run(const QStringList &arguments, const QByteArray &input)
 {
     return runBare(QStringList{QStringLiteral("--url"), baseApi()} + arguments, input);

@@ -41,6 +41,8 @@ public:
 
     ReferenceService &service() { return *m_service; }
     void restartService();
+    //! Each chunk of a large file is answered so many milliseconds late from now on.
+    void slowDownChunks(int milliseconds);
     QString baseApi() const { return m_service->baseApi(); }
     static QString program();
     //! Where login keeps what it is told.

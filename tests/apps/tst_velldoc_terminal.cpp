@@ -173,12 +173,7 @@ void TestVelldocTerminal::interruptedUploadSaysHowToGoOnAndGoesOn()
 {
     VelldocWorld world;
     const QString local = world.writeUnequalBlocks(QStringLiteral("big"), 100'000'000);
-    FaultRule slow;
-    slow.kind = FaultRule::Kind::Slow;
-    slow.value = 50;
-    slow.pathPrefix = QStringLiteral("/base-service/largefiles");
-    slow.times = 0;
-    world.service().addFault(slow);
+    world.slowDownChunks(50);
     PtyProcess process;
     start(process, world, {QStringLiteral("put"), local, QStringLiteral("/")});
     const QRegularExpression isSending(QStringLiteral("\rbig \\[[#.]+\\] +[2-6]\\d %"));

@@ -272,12 +272,7 @@ void TestVelldocTransfers::longTransferHasPlainLinesWithoutATerminal()
 {
     VelldocWorld world;
     const QString local = world.writeUnequalBlocks(QStringLiteral("big"), 40'000'000);
-    FaultRule slow;
-    slow.kind = FaultRule::Kind::Slow;
-    slow.value = 250;
-    slow.pathPrefix = QStringLiteral("/base-service/largefiles");
-    slow.times = 0;
-    world.service().addFault(slow);
+    world.slowDownChunks(250);
     const VelldocRun run = world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
     QVERIFY2(!run.error.contains(QLatin1Char('\r')) && !run.error.contains(QLatin1Char('\x1b')),
              qPrintable(run.error));

@@ -7,9 +7,9 @@ class NetworkManager;
 class VellDocumentData;
 
 #ifdef SecondLibrary_EXPORTS
-#    define SECOND_LIBRARY_EXPORT Q_DECL_EXPORT
+#define SECOND_LIBRARY_EXPORT Q_DECL_EXPORT
 #else
-#    define SECOND_LIBRARY_EXPORT Q_DECL_IMPORT
+#define SECOND_LIBRARY_EXPORT Q_DECL_IMPORT
 #endif
 
 //! \file
