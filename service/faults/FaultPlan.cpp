@@ -18,19 +18,19 @@ bool strikes(const FaultRule &rule, int met)
 
 void FaultPlan::add(const FaultRule &rule)
 {
-    const QMutexLocker lock(&m_lock);
+    const std::lock_guard<std::mutex> lock(m_lock);
     m_entries.push_back({rule, 0});
 }
 
 void FaultPlan::clear()
 {
-    const QMutexLocker lock(&m_lock);
+    const std::lock_guard<std::mutex> lock(m_lock);
     m_entries.clear();
 }
 
 std::optional<FaultRule> FaultPlan::strike(const QByteArray &verb, const QString &path)
 {
-    const QMutexLocker lock(&m_lock);
+    const std::lock_guard<std::mutex> lock(m_lock);
     for (Entry &entry : m_entries) {
         if (fits(entry.rule, verb, path) && strikes(entry.rule, ++entry.met))
             return entry.rule;

@@ -2,8 +2,7 @@
 
 #include <service/faults/FaultRule.h>
 
-#include <QMutex>
-
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -26,7 +25,7 @@ private:
         int met = 0;
     };
 
-    QMutex m_lock;
+    std::mutex m_lock;
     std::vector<Entry> m_entries;
 };
 

@@ -45,7 +45,7 @@ bool AccessLog::open(const QString &target, QString *error)
 
 void AccessLog::write(const ServedRequest &request)
 {
-    const QMutexLocker lock(&m_lock);
+    const std::lock_guard<std::mutex> lock(m_lock);
     if (!m_file.isOpen())
         return;
     const QString status =
@@ -62,7 +62,7 @@ void AccessLog::write(const ServedRequest &request)
 
 void AccessLog::close()
 {
-    const QMutexLocker lock(&m_lock);
+    const std::lock_guard<std::mutex> lock(m_lock);
     m_file.close();
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QFile>
-#include <QMutex>
 #include <QString>
+
+#include <mutex>
 
 namespace service {
 
@@ -22,7 +23,7 @@ public:
 
 private:
     QFile m_file;
-    QMutex m_lock;
+    std::mutex m_lock;
 };
 
 } // namespace service

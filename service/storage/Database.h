@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QMutex>
 #include <QString>
 
+#include <mutex>
 #include <stdexcept>
 
 class QSqlDatabase;
@@ -41,14 +41,14 @@ public:
     //! The connection of the calling thread.
     QSqlDatabase connection();
 
-    QMutex &writeLock() { return m_writeLock; }
+    std::mutex &writeLock() { return m_writeLock; }
 
 private:
     void migrate();
 
     const QString m_fileName;
     const QString m_instance; //!< tells the connections of several databases in one thread apart
-    QMutex m_writeLock;
+    std::mutex m_writeLock;
 };
 
 } // namespace service

@@ -43,7 +43,7 @@ int execute(Database &database, const QString &sql, const QVariantList &values)
     return statement.changedRows();
 }
 
-Transaction::Transaction(Database &database) : m_database(database), m_locker(&database.writeLock())
+Transaction::Transaction(Database &database) : m_database(database), m_locker(database.writeLock())
 {
     execute(m_database, QStringLiteral("BEGIN IMMEDIATE"));
     m_isOpen = true;

@@ -2,7 +2,6 @@
 
 #include <service/storage/Database.h>
 
-#include <QMutexLocker>
 #include <QSqlQuery>
 #include <QVariantList>
 
@@ -50,7 +49,7 @@ public:
 
 private:
     Database &m_database;
-    QMutexLocker m_locker;
+    std::lock_guard<std::mutex> m_locker;
     bool m_isOpen = false;
 };
 
