@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 
 #include <csignal>
-#include <malloc.h>
 #include <pthread.h>
 #include <thread>
 
@@ -60,8 +59,6 @@ int serve(ReferenceService &service)
     sigaddset(&signals, SIGINT);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
-    // Each of the many threads would come to keep what its largest answer took in a heap of its own.
-    mallopt(M_ARENA_MAX, 2);
 
     QString error;
     if (!service.start(&error))

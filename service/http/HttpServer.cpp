@@ -8,6 +8,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <malloc.h>
 #include <mutex>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -150,6 +151,8 @@ void HttpServer::Private::configure()
     // What answers say about kept connections; the waiting itself is done here.
     set_keep_alive_max_count(RequestsPerConnection);
     set_keep_alive_timeout(IdleTimeout.count());
+    // With a heap for each thread, as usual, every thread would come to keep what its largest answer took.
+    mallopt(M_ARENA_MAX, 2);
     new_task_queue = [] { return new httplib::ThreadPool(ThreadCount); };
     // Not SO_REUSEPORT, the library's default: two services would share a port without notice.
     set_socket_options([](socket_t socket) { setSocketOption(socket, SOL_SOCKET, SO_REUSEADDR); });
