@@ -124,7 +124,7 @@ public:
     void configure();
     HttpResponse answer(HttpRequest &request, Connection &connection, ServedRequest &served) const;
     HttpResponse guarded(HttpRequest &request, Connection &connection, ServedRequest &served) const;
-    void serve(const httplib::Request &in, httplib::Response &out);
+    void serve(const httplib::Request &in, httplib::Response &out) const;
     void listenBacklog() { ::listen(svr_sock_, Backlog); }
 
     Settings settings;
@@ -214,7 +214,7 @@ HttpResponse HttpServer::Private::guarded(HttpRequest &request, Connection &conn
     return response;
 }
 
-void HttpServer::Private::serve(const httplib::Request &in, httplib::Response &out)
+void HttpServer::Private::serve(const httplib::Request &in, httplib::Response &out) const
 {
     Connection &connection = *currentConnection;
     QElapsedTimer clock;
