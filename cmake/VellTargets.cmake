@@ -13,6 +13,13 @@ if(MINGW)
     set(CMAKE_SHARED_LIBRARY_PREFIX "") # VellDocumentData.dll, as everybody there expects it
 endif()
 
+# An installed tree finds its own libraries wherever it is moved.
+if(NOT WIN32)
+    file(RELATIVE_PATH VELL_LIBRARIES_FROM_PROGRAMS
+        "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+    set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/${VELL_LIBRARIES_FROM_PROGRAMS}")
+endif()
+
 # Settings every target of this project gets. Warnings are errors only where a preset sets
 # CMAKE_COMPILE_WARNING_AS_ERROR, so that a packager with another compiler is never stopped.
 function(vell_set_common_options target)
@@ -52,6 +59,14 @@ function(vell_add_version_resource target)
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 
+# vell_refuse_unknown_arguments(<function> <argument>...)
+# Ends the configuration if there are any: a misspelled keyword would leave out what follows it.
+function(vell_refuse_unknown_arguments caller)
+    if(ARGN)
+        message(FATAL_ERROR "${caller} does not know: ${ARGN}")
+    endif()
+endfunction()
+
 # vell_install_headers(<destination> <header>...)
 # Keeps the folder of each header below <destination>, so that include lines are the same in the
 # tree and once installed.
@@ -66,6 +81,7 @@ endfunction()
 # One of the imported libraries, as a shared library of its own that knows nothing of the rest.
 function(vell_add_platform_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_NAME" "SOURCES;PUBLIC_HEADERS;LINK;LINK_PRIVATE")
+    vell_refuse_unknown_arguments(vell_add_platform_library ${arg_UNPARSED_ARGUMENTS})
     add_library(${name} SHARED ${arg_SOURCES} ${arg_PUBLIC_HEADERS})
     add_library(Vell::${arg_EXPORT_NAME} ALIAS ${name})
     vell_set_common_options(${name})
@@ -90,21 +106,27 @@ function(vell_add_platform_library name)
     set_property(GLOBAL APPEND PROPERTY VELL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
 endfunction()
 
-# vell_add_module(<name> SOURCES ... PUBLIC_HEADERS ... LINK ...)
-# One source folder of the library, as an OBJECT library of its own: the folder can use only what
-# it links, so the build checks the direction of the dependencies, and the tests can link the
-# hidden internals. src/CMakeLists.txt collects the objects in the shared library.
+# vell_add_module(<name> [LIBRARY <name>] SOURCES ... PUBLIC_HEADERS ... LINK ...)
+# One source folder of a library (VellDocumentData unless LIBRARY says another), as an OBJECT library of its own: the
+# folder can use only what it links, so the build checks the direction of the dependencies, and the tests can link the
+# hidden internals. The CMakeLists.txt of the folder above collects the objects in the shared library.
 function(vell_add_module name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PUBLIC_HEADERS;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "SOURCES;PUBLIC_HEADERS;LINK")
+    vell_refuse_unknown_arguments(vell_add_module ${arg_UNPARSED_ARGUMENTS})
+    if(NOT arg_LIBRARY)
+        set(arg_LIBRARY VellDocumentData)
+    endif()
     add_library(${name} OBJECT ${arg_SOURCES} ${arg_PUBLIC_HEADERS})
     vell_set_common_options(${name})
     # Also for the tests that link the objects themselves.
-    target_compile_definitions(${name} PUBLIC VellDocumentData_EXPORTS)
-    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src" "${PROJECT_BINARY_DIR}/src")
+    target_compile_definitions(${name} PUBLIC ${arg_LIBRARY}_EXPORTS)
+    get_filename_component(root "${CMAKE_CURRENT_SOURCE_DIR}" DIRECTORY)
+    get_filename_component(binaryRoot "${CMAKE_CURRENT_BINARY_DIR}" DIRECTORY)
+    target_include_directories(${name} PUBLIC "${root}" "${binaryRoot}")
     target_link_libraries(${name} PUBLIC ${arg_LINK})
 
     get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
-    vell_install_headers("${CMAKE_INSTALL_INCLUDEDIR}/VellDocumentData/${folder}" ${arg_PUBLIC_HEADERS})
+    vell_install_headers("${CMAKE_INSTALL_INCLUDEDIR}/${arg_LIBRARY}/${folder}" ${arg_PUBLIC_HEADERS})
     list(TRANSFORM arg_PUBLIC_HEADERS PREPEND "${folder}/")
     set_property(GLOBAL APPEND PROPERTY VELL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
 endfunction()
@@ -114,9 +136,12 @@ endfunction()
 # services.
 function(vell_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "SERVICE" "" "SOURCES;LINK;LABELS")
+    vell_refuse_unknown_arguments(vell_add_test ${arg_UNPARSED_ARGUMENTS})
     get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
     vell_set_common_options(${name})
+    # Compiled more often than it is run: what it tests is optimised.
+    target_compile_options(${name} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O0>)
     target_link_libraries(${name} PRIVATE vell_test_support ${arg_LINK} Qt5::Test)
     if(arg_SERVICE)
         target_link_libraries(${name} PRIVATE vell_test_service)
@@ -130,6 +155,11 @@ function(vell_add_test name)
         TIMEOUT 300 # far above what any takes, so that a busy machine fails none
         LABELS "${arg_LABELS}"
         ENVIRONMENT "${VELL_TEST_ENVIRONMENT}")
+    if(folder IN_LIST VELL_RECORDING_FOLDERS AND NOT CMAKE_CROSSCOMPILING)
+        set_property(TEST ${folder}/${name} APPEND PROPERTY ENVIRONMENT
+            "VELL_RECORD_EXCHANGES=${VELL_EXCHANGES}")
+        set_property(TEST ${folder}/${name} PROPERTY FIXTURES_REQUIRED exchanges)
+    endif()
 endfunction()
 
 # vell_not_run_here(<folder>/<subject> <reason>)

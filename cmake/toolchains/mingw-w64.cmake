@@ -1,6 +1,6 @@
 # Windows x86-64 with MinGW-w64 (posix threads), from Debian's packages; the tests run under Wine.
-# The Qt for the target: VELL_QT_WINDOWS in the environment or as a CMake variable, the folder that
-# scripts/build-qt-windows prints.
+# The libraries for the target: VELL_QT_WINDOWS and VELL_CURL_WINDOWS in the environment or as CMake variables, the folders
+# that scripts/build-qt-windows and scripts/build-curl-windows print.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
@@ -10,18 +10,23 @@ set(CMAKE_C_COMPILER ${triple}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
 set(CMAKE_RC_COMPILER ${triple}-windres)
 
-if(NOT VELL_QT_WINDOWS)
-    set(VELL_QT_WINDOWS "$ENV{VELL_QT_WINDOWS}")
-endif()
-if(NOT EXISTS "${VELL_QT_WINDOWS}/lib/cmake/Qt5/Qt5Config.cmake")
-    message(FATAL_ERROR "VELL_QT_WINDOWS (\"${VELL_QT_WINDOWS}\") is not the folder of a Qt 5 for Windows. "
-        "scripts/test --preset windows finds or builds one; so does scripts/build-qt-windows.")
-endif()
+foreach(library IN ITEMS "QT:lib/cmake/Qt5/Qt5Config.cmake" "CURL:lib/cmake/CURL/CURLConfig.cmake")
+    string(REPLACE ":" ";" library "${library}")
+    list(POP_FRONT library name file)
+    set(variable VELL_${name}_WINDOWS)
+    if(NOT ${variable})
+        set(${variable} "$ENV{${variable}}")
+    endif()
+    if(NOT EXISTS "${${variable}}/${file}")
+        message(FATAL_ERROR "${variable} (\"${${variable}}\") is not the folder of such a library for Windows. "
+            "scripts/test --preset windows finds or builds it.")
+    endif()
+endforeach()
 # The projects of try_compile() read this file again, without the environment of the first time.
-list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VELL_QT_WINDOWS)
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VELL_QT_WINDOWS VELL_CURL_WINDOWS)
 
 # Headers, libraries and packages come from the target only, programs from the host only.
-list(PREPEND CMAKE_PREFIX_PATH "${VELL_QT_WINDOWS}")
+list(PREPEND CMAKE_PREFIX_PATH "${VELL_QT_WINDOWS}" "${VELL_CURL_WINDOWS}")
 set(CMAKE_FIND_ROOT_PATH "/usr/${triple}" ${CMAKE_PREFIX_PATH})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
@@ -35,4 +40,4 @@ if(linguist)
 endif()
 
 set(CMAKE_CROSSCOMPILING_EMULATOR
-    "${CMAKE_CURRENT_LIST_DIR}/wine-run.sh" --dlls "${VELL_QT_WINDOWS}/bin")
+    "${CMAKE_CURRENT_LIST_DIR}/wine-run.sh" --dlls "${VELL_QT_WINDOWS}/bin" --dlls "${VELL_CURL_WINDOWS}/bin")

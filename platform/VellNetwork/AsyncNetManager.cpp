@@ -1,7 +1,7 @@
 #include <VellNetwork/AsyncNetManager.h>
 
-#include "ReplyWatch.h"
 #include "Transport.h"
+#include "reply/HttpReply.h"
 
 #include <QHttpMultiPart>
 #include <QJsonDocument>
@@ -21,7 +21,7 @@ AsyncNetManager::~AsyncNetManager()
 
 void AsyncNetManager::get(const QString &url)
 {
-    watch(Transport::ofThisThread().send(Transport::Verb::Get, url));
+    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Verb::Get, url));
 }
 
 void AsyncNetManager::post(const QString &url, QHttpMultiPart *body)
@@ -31,12 +31,14 @@ void AsyncNetManager::post(const QString &url, QHttpMultiPart *body)
 
 void AsyncNetManager::post(const QString &url, QJsonObject &body)
 {
-    watch(Transport::ofThisThread().send(Transport::Verb::Post, url, QJsonDocument(body)));
+    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Verb::Post, url,
+                                         QJsonDocument(body)));
 }
 
 void AsyncNetManager::put(const QString &url, QJsonObject &body)
 {
-    watch(Transport::ofThisThread().send(Transport::Verb::Put, url, QJsonDocument(body)));
+    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Verb::Put, url,
+                                         QJsonDocument(body)));
 }
 
 void AsyncNetManager::pause()
@@ -55,12 +57,7 @@ void AsyncNetManager::pause()
 void AsyncNetManager::watch(QNetworkReply *reply)
 {
     m_replies.append(reply);
-    connect(reply, &QNetworkReply::uploadProgress, this,
-            [this](qint64 bytesSent, qint64 bytesTotal) {
-                // Qt reports 0 of 0 when a request has ended.
-                if (bytesTotal != 0)
-                    Q_EMIT uploadProgress(bytesSent, bytesTotal);
-            });
+    connect(reply, &QNetworkReply::uploadProgress, this, &AsyncNetManager::uploadProgress);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { finish(reply); });
 }
 
@@ -68,9 +65,9 @@ void AsyncNetManager::finish(QNetworkReply *reply)
 {
     m_replies.removeOne(reply);
     reply->deleteLater();
-    const QNetworkReply::NetworkError code = replyError(reply);
+    const QNetworkReply::NetworkError code = reply->error();
     if (code == QNetworkReply::NoError) {
-        Q_EMIT netComplete(reply->readAll());
+        Q_EMIT netComplete(qobject_cast<HttpReply *>(reply)->takeAll());
         return;
     }
     const QPointer<AsyncNetManager> self(this);

@@ -15,7 +15,7 @@ class QJsonObject;
 //! \brief Sends requests that nobody waits for, and tells by signals how they ended.
 //!
 //! Addresses, token, redirects, time-outs and error codes are as in NetworkManager. Several requests may be in
-//! flight; each ends with its own signals. Managers of one thread share their connections.
+//! flight; each ends with its own signals. All managers share their connections.
 //!
 //! Deleting the manager, also inside one of its own signals, drops what is in flight without a
 //! signal.

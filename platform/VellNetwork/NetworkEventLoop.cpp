@@ -1,6 +1,6 @@
 #include <VellNetwork/NetworkEventLoop.h>
 
-#include "ReplyWatch.h"
+#include "reply/HttpReply.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -37,6 +37,8 @@ int NetworkEventLoop::exec(ProcessEventsFlags flags)
         return 0;
     }
     m_wait = Wait::Running;
+    if (auto *reply = qobject_cast<HttpReply *>(m_reply))
+        reply->drive();
     const int code = QEventLoop::exec(flags);
     m_wait = m_wait == Wait::Ended ? Wait::Returned : Wait::None;
     return code;
@@ -56,19 +58,26 @@ QNetworkReply::NetworkError NetworkEventLoop::error() const
 {
     if (!m_reply)
         return QNetworkReply::UnknownNetworkError;
-    return m_reply->isFinished() ? replyError(m_reply) : QNetworkReply::NoError;
+    if (!m_reply->isFinished())
+        return QNetworkReply::NoError;
+    if (m_reply->error() != QNetworkReply::NoError)
+        return m_reply->error();
+    // Of replies of another access manager.
+    return httpStatus() / 100 == 2 ? QNetworkReply::NoError : QNetworkReply::ProtocolFailure;
 }
 
 int NetworkEventLoop::httpStatus() const
 {
-    return m_reply ? replyStatus(m_reply) : 0;
+    return m_reply ? m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() : 0;
 }
 
 QByteArray NetworkEventLoop::content() const
 {
     // An aborted reply is closed, and reading it would print a warning.
-    if (m_reply && m_reply->isFinished() && m_reply->isOpen())
-        m_content += m_reply->readAll();
+    if (m_reply && m_reply->isFinished() && m_reply->isOpen() && m_reply->bytesAvailable() > 0) {
+        auto *reply = qobject_cast<HttpReply *>(m_reply);
+        m_content = reply ? reply->takeAll() : m_reply->readAll();
+    }
     return m_content;
 }
 

@@ -29,6 +29,8 @@ public:
     explicit NetworkEventLoop(QNetworkReply *reply, QObject *parent = nullptr);
     ~NetworkEventLoop() override;
 
+    //! Events may be left waiting for the first 2 ms, or until the response comes if that is sooner.
+    //!
     //! Returns when the reply has finished, with success or not: at once when it already has, and
     //! after exit() or when the application quits also before.
     //! \return 0, or the code given to exit().

@@ -19,25 +19,34 @@ NetworkManager *NetworkManager::instance()
 
 QNetworkReply *NetworkManager::get(const QString &url)
 {
-    return Transport::ofThisThread().send(Transport::Verb::Get, url);
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Get, url);
 }
 
 QNetworkReply *NetworkManager::postJson(const QString &url, const QJsonObject &body)
 {
-    return Transport::ofThisThread().send(Transport::Verb::Post, url, QJsonDocument(body));
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Post, url,
+                                          QJsonDocument(body));
 }
 
 QNetworkReply *NetworkManager::putJson(const QString &url, const QJsonObject &body)
 {
-    return Transport::ofThisThread().send(Transport::Verb::Put, url, QJsonDocument(body));
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Put, url,
+                                          QJsonDocument(body));
 }
 
 QNetworkReply *NetworkManager::putJson(const QString &url, const QJsonArray &body)
 {
-    return Transport::ofThisThread().send(Transport::Verb::Put, url, QJsonDocument(body));
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Put, url,
+                                          QJsonDocument(body));
 }
 
 QNetworkReply *NetworkManager::deleteResource(const QString &url)
 {
-    return Transport::ofThisThread().send(Transport::Verb::Delete, url);
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Delete, url);
+}
+
+QNetworkReply *NetworkManager::getFrom(const QString &url, qint64 offset,
+                                       const QByteArray &entityTag)
+{
+    return Transport::ofThisThread().getFrom(url, offset, entityTag);
 }

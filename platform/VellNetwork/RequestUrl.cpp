@@ -2,12 +2,26 @@
 
 #include <QByteArray>
 #include <QStringView>
-#include <QVector>
+
+#include <algorithm>
 
 namespace {
 
+// Nearly all texts are: the rest is left to Qt.
+bool isPlain(QStringView text, const QByteArray &keep)
+{
+    return std::all_of(text.begin(), text.end(), [&](QChar c) {
+        const char16_t code = c.unicode();
+        return (code >= 'a' && code <= 'z') || (code >= '0' && code <= '9')
+            || (code >= 'A' && code <= 'Z') || code == '-' || code == '_' || code == '.'
+            || (code < 128 && keep.contains(char(code)));
+    });
+}
+
 QString encoded(QStringView text, const QByteArray &keep)
 {
+    if (isPlain(text, keep))
+        return text.toString();
     return QString::fromLatin1(QUrl::toPercentEncoding(text.toString(), keep));
 }
 
@@ -15,8 +29,15 @@ QString encoded(QStringView text, const QByteArray &keep)
 // them reaches the service: DELETE "documents/.." would address something else.
 bool hasDotSegment(QStringView path)
 {
-    const auto segments = path.split(QLatin1Char('/'));
-    return segments.contains(QStringView(u".")) || segments.contains(QStringView(u".."));
+    for (qsizetype start = 0; start <= path.size();) {
+        const qsizetype slash = path.indexOf(QLatin1Char('/'), start);
+        const qsizetype end = slash < 0 ? path.size() : slash;
+        const QStringView segment = path.mid(start, end - start);
+        if (segment == QStringView(u".") || segment == QStringView(u".."))
+            return true;
+        start = end + 1;
+    }
+    return false;
 }
 
 // Where the JSON object that opens at start ends, behind its brace; -1 when it never does.
@@ -94,7 +115,9 @@ QUrl requestUrl(const QString &text)
 
     const QStringView rest = QStringView(text).mid(end);
     const qsizetype mark = rest.indexOf(QLatin1Char('?'));
-    const QStringView path = mark < 0 ? rest : rest.left(mark);
+    QStringView path = mark < 0 ? rest : rest.left(mark);
+    while (path.startsWith(QLatin1String("//"))) // of a base address with one more at its end
+        path = path.mid(1);
     if (hasDotSegment(path))
         return {};
     url.setPath(encoded(path, "/"), QUrl::StrictMode);

@@ -5,7 +5,7 @@
 
 //! Turns the unencoded text of an address into the URL that carries every value of it unchanged.
 //!
-//! Scheme and authority stay as they are. The path runs to the first `?`, everything behind it is the
+//! Scheme and authority stay as they are, of several slashes after them one is left. The path runs to the first `?`, everything behind it is the
 //! query; `%`, `#` and `+` are data in both. In the query `&` and `=` separate, except inside the
 //! JSON object behind `where=`: from its `{` to the matching `}` everything is data. An object
 //! without its `}` is text like any other, and so is every later one.

@@ -1,14 +1,15 @@
 #include "Transport.h"
 
-#include "ReplyWatch.h"
 #include "RequestUrl.h"
-#include "UploadBody.h"
+#include "reply/HttpReply.h"
 
 #include <VellNetwork/NetworkSettings.h>
 
 #include <QHttpMultiPart>
 #include <QNetworkRequest>
 #include <QThreadStorage>
+
+#include <utility>
 
 namespace {
 
@@ -17,15 +18,21 @@ Q_GLOBAL_STATIC(QThreadStorage<Transport *>, transports)
 QNetworkRequest requestFor(const QString &address)
 {
     QNetworkRequest request(requestUrl(address));
-    // Qt 5's HTTP/2 stops in the middle of large uploads.
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::UserVerifiedRedirectPolicy);
-    // A token that was read from a file often has a line break behind it.
+    // A token that was read from a file often ends with a line break.
     const QByteArray token = NetworkSettings::instance().accessToken().simplified().toUtf8();
     if (!token.isEmpty())
         request.setRawHeader("Authorization", "Bearer " + token);
     return request;
+}
+
+QByteArray allBytes(QIODevice *device)
+{
+    if (device->isSequential())
+        return device->readAll();
+    // With exactly the memory that it needs; readAll() takes up to twice as much.
+    QByteArray bytes(int(device->size()), Qt::Uninitialized);
+    bytes.truncate(int(qMax(qint64(0), device->read(bytes.data(), bytes.size()))));
+    return bytes;
 }
 
 } // namespace
@@ -37,30 +44,45 @@ Transport &Transport::ofThisThread()
     return *transports->localData();
 }
 
-QNetworkReply *Transport::send(Verb verb, const QString &address, const QJsonDocument &body)
+QNetworkReply *Transport::send(Caller caller, Verb verb, const QString &address,
+                               const QJsonDocument &body)
 {
     QNetworkRequest request = requestFor(address);
     switch (verb) {
     case Verb::Get:
-        return QNetworkAccessManager::get(request);
+        return new HttpReply(GetOperation, "GET", request, {}, caller, this);
     case Verb::Delete:
-        // As a custom request, because only those and POST and PUT have a body, here an empty one,
-        // that keeps Qt from repeating them.
-        return sendCustomRequest(request, "DELETE", QByteArray());
+        return new HttpReply(DeleteOperation, "DELETE", request, {}, caller, this);
     case Verb::Post:
     case Verb::Put:
         break;
     }
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
-    const QByteArray json = body.toJson(QJsonDocument::Compact);
-    return verb == Verb::Post ? QNetworkAccessManager::post(request, json) : put(request, json);
+    RequestBody json = RequestBody::inMemory(body.toJson(QJsonDocument::Compact));
+    if (verb == Verb::Post)
+        return new HttpReply(PostOperation, "POST", request, std::move(json), caller, this);
+    return new HttpReply(PutOperation, "PUT", request, std::move(json), caller, this);
+}
+
+QNetworkReply *Transport::getFrom(const QString &address, qint64 offset,
+                                  const QByteArray &entityTag)
+{
+    QNetworkRequest request = requestFor(address);
+    request.setRawHeader("Range", "bytes=" + QByteArray::number(offset) + '-');
+    if (!entityTag.isEmpty())
+        request.setRawHeader("If-Range", entityTag);
+    // Parts of a compressed response are of no use.
+    request.setRawHeader("Accept-Encoding", "identity");
+    return new HttpReply(GetOperation, "GET", request, {}, Caller::GoesOn, this);
 }
 
 QNetworkReply *Transport::post(const QString &address, QHttpMultiPart *body)
 {
     const QNetworkRequest request = requestFor(address);
     if (!body)
-        return QNetworkAccessManager::post(request, QByteArray());
+        return new HttpReply(PostOperation, "POST", request, RequestBody::inMemory(QByteArray()),
+                             Caller::GoesOn, this);
+    m_isStreaming = body->findChild<QIODevice *>() != nullptr;
     QNetworkReply *reply = QNetworkAccessManager::post(request, body);
     body->setParent(reply);
     return reply;
@@ -69,13 +91,8 @@ QNetworkReply *Transport::post(const QString &address, QHttpMultiPart *body)
 QNetworkReply *Transport::createRequest(Operation operation, const QNetworkRequest &request,
                                         QIODevice *outgoingData)
 {
-    // A sequential source has no size to count on; Qt collects it in memory by itself.
-    UploadBody *body =
-        outgoingData && !outgoingData->isSequential() ? new UploadBody(outgoingData) : nullptr;
-    QNetworkReply *reply =
-        QNetworkAccessManager::createRequest(operation, request, body ? body : outgoingData);
-    if (body)
-        body->setParent(reply);
-    new ReplyWatch(reply, body);
-    return reply;
+    RequestBody body = m_isStreaming && !outgoingData->isSequential()
+        ? RequestBody::streamed(outgoingData)
+        : RequestBody::inMemory(allBytes(outgoingData));
+    return new HttpReply(operation, "POST", request, std::move(body), Caller::GoesOn, this);
 }

@@ -1,5 +1,7 @@
 #include <VellNetwork/VellBaseApi.h>
 
+#include <VellNetwork/RequestContext.h>
+
 #include <QMutexLocker>
 
 VellBaseApi &VellBaseApi::GetInstance()
@@ -10,6 +12,8 @@ VellBaseApi &VellBaseApi::GetInstance()
 
 QString VellBaseApi::getBaseApi() const
 {
+    if (const RequestContext *const context = RequestContext::current())
+        return context->settings().baseApi;
     const QMutexLocker lock(&m_mutex);
     return m_baseApi;
 }

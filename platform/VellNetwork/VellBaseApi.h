@@ -16,7 +16,8 @@ class VELLNETWORK_EXPORT VellBaseApi
 public:
     static VellBaseApi &GetInstance();
 
-    //! The base address as it was set, ending with "/"; empty until it is set.
+    //! The base address as it was set, ending with "/"; empty until it is set. On a thread that is inside a
+    //! RequestScope: the address of its RequestContext.
     QString getBaseApi() const;
 
     //! Sets the base address, for example "http://127.0.0.1:8080/". A missing "/" at the end is

@@ -87,7 +87,9 @@ QDateTime readServiceForm(const QString &text)
 
 QDateTime VellPub::getDateTimeByQString(const QString &text)
 {
-    const QDateTime serviceForm = readServiceForm(text);
+    if (text.isEmpty())
+        return {};
+    QDateTime serviceForm = readServiceForm(text);
     if (serviceForm.isValid())
         return serviceForm;
     const QRegularExpressionMatch match = pattern().match(text);

@@ -1,9 +1,11 @@
 #include <VellSoftBase/VellSettings.h>
 
 #include <QDir>
+#include <QMutexLocker>
 
 QString VellSettings::pdfFileTempPath() const
 {
+    const QMutexLocker lock(&m_mutex);
     if (m_pdfFileTempPath.isEmpty())
         return QDir::temp().filePath(QStringLiteral("pdf"));
     return m_pdfFileTempPath;
@@ -11,6 +13,7 @@ QString VellSettings::pdfFileTempPath() const
 
 void VellSettings::setPdfFileTempPath(const QString &path)
 {
+    const QMutexLocker lock(&m_mutex);
     m_pdfFileTempPath = path;
 }
 

@@ -2,11 +2,12 @@
 
 #include <VellSoftBase/vellsoftbase_export.h>
 
+#include <QMutex>
 #include <QString>
 
 //! \brief The client's settings, as far as the data layer asks for them.
 //!
-//! For use on the user-interface thread.
+//! Thread-safe.
 class VELLSOFTBASE_EXPORT VellSettings
 {
 public:
@@ -16,6 +17,7 @@ public:
     void setPdfFileTempPath(const QString &path);
 
 private:
+    mutable QMutex m_mutex;
     QString m_pdfFileTempPath;
 };
 

@@ -1,6 +1,7 @@
 #include <async_ops/AsyncCreateDocument.h>
 
 #include <async_ops/RunAndWait.h>
+#include <async_ops/VellUploadLimits.h>
 #include <document_model/DocumentJson.h>
 
 #include <VellNetwork/AsyncNetManager.h>
@@ -22,8 +23,6 @@
 
 namespace {
 
-constexpr quint64 WholeFileLimit = 10'485'760;
-
 QJsonValue textOrNull(const QString &text)
 {
     return text.isEmpty() ? QJsonValue() : QJsonValue(text);
@@ -34,7 +33,7 @@ QString uploadedFileId(const QByteArray &content)
     const QJsonArray files =
         QJsonDocument::fromJson(content).object().value(QLatin1String("files")).toArray();
     for (const QJsonValue &file : files) {
-        const QString id = file.toString();
+        QString id = file.toString();
         if (!id.isEmpty())
             return id;
     }
@@ -44,7 +43,7 @@ QString uploadedFileId(const QByteArray &content)
 VellDocument documentOf(const QByteArray &content)
 {
     VellDocument document;
-    QJsonParseError error;
+    QJsonParseError error{};
     const QJsonObject object = QJsonDocument::fromJson(content, &error).object();
     if (error.error == QJsonParseError::NoError) {
         VellPubDoc::jsonToDocObject(object, document);
@@ -83,7 +82,7 @@ void AsyncCreateDocument::wireNetManager()
 
 bool AsyncCreateDocument::isChunked() const
 {
-    return static_cast<quint64>(doc.fileSize) > WholeFileLimit;
+    return static_cast<quint64>(doc.fileSize) > VellUploadLimits::WholeFileLimit;
 }
 
 void AsyncCreateDocument::createDocument(const QString &hostId, const VellDocument &record)
@@ -118,7 +117,7 @@ void AsyncCreateDocument::start(const QString &hostId, const VellDocument &recor
         return;
     fileMd5 = md5;
     // Only a small file that was given to this same job meanwhile comes here.
-    if (static_cast<quint64>(doc.fileSize) < WholeFileLimit) {
+    if (static_cast<quint64>(doc.fileSize) < VellUploadLimits::WholeFileLimit) {
         const QString fileId = getFileInfoId(fileMd5);
         if (!self)
             return;

@@ -1,5 +1,7 @@
 #include <async_ops/AsyncCreateDocument.h>
 
+#include <async_ops/VellUploadLimits.h>
+
 #include <VellNetwork/AsyncNetManager.h>
 #include <VellNetwork/NetworkEventLoop.h>
 #include <VellNetwork/NetworkManager.h>
@@ -14,7 +16,7 @@
 
 namespace {
 
-constexpr qint64 ChunkBytes = 4'194'304;
+using VellUploadLimits::ChunkBytes;
 
 QString storeUrl(const QString &path)
 {
@@ -33,7 +35,10 @@ QByteArray readChunk(const QString &path, int index)
     QFile source(path);
     source.open(QIODevice::ReadOnly);
     source.seek(index * ChunkBytes);
-    return source.read(ChunkBytes);
+    // With exactly the memory that it needs; the other read() takes up to twice as much.
+    QByteArray chunk(int(ChunkBytes), Qt::Uninitialized);
+    chunk.truncate(int(qMax(qint64(0), source.read(chunk.data(), ChunkBytes))));
+    return chunk;
 }
 
 QHttpPart formField(const QString &name, const QString &value)

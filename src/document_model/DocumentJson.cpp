@@ -5,6 +5,9 @@
 #include <QJsonArray>
 #include <QVariant>
 
+#include <bitset>
+#include <iterator>
+
 namespace {
 
 QString text(const QJsonObject &obj, QLatin1String key)
@@ -17,50 +20,123 @@ QDateTime dateTime(const QJsonObject &obj, QLatin1String key)
     return VellPub::getDateTimeByQString(text(obj, key));
 }
 
-void mergeRights(const QJsonArray &auths, QMap<QString, bool> &rights)
+template <QString VellDocument::*field>
+void readText(const QJsonValue &value, VellDocument &doc)
 {
+    doc.*field = value.toString();
+}
+
+template <int VellDocument::*field>
+void readInt(const QJsonValue &value, VellDocument &doc)
+{
+    doc.*field = value.toInt();
+}
+
+template <QDateTime VellDocument::*field>
+void readDateTime(const QJsonValue &value, VellDocument &doc)
+{
+    doc.*field = VellPub::getDateTimeByQString(value.toString());
+}
+
+void readFavorite(const QJsonValue &value, VellDocument &doc)
+{
+    doc.favorite = value.toBool();
+}
+
+void readFile(const QJsonValue &value, VellDocument &doc)
+{
+    const QJsonObject file = value.toObject();
+    doc.fileId = text(file, QLatin1String("fileId"));
+    // Through QVariant, so that a numeric text counts and nothing is cut to 32 bits.
+    doc.fileSize = file.value(QLatin1String("fileSize")).toVariant().toLongLong();
+    doc.suffix = text(file, QLatin1String("suffix"));
+}
+
+void readEntity(const QJsonValue &value, VellDocument &doc)
+{
+    doc.entity = VellPub::jsonArrayToLinksEntity(value.toArray());
+}
+
+void mergeRights(const QJsonValue &value, VellDocument &doc)
+{
+    const QJsonArray auths = value.toArray();
     for (const QJsonValue &element : auths) {
         const QJsonObject right = element.toObject();
         // The service sends the words "true" and "false"; a JSON boolean grants nothing.
-        rights.insert(text(right, QLatin1String("key")),
-                      text(right, QLatin1String("value")) == QLatin1String("true"));
+        doc.auths.insert(text(right, QLatin1String("key")),
+                         text(right, QLatin1String("value")) == QLatin1String("true"));
     }
+}
+
+struct Reader
+{
+    QLatin1String key;
+    // A missing key is read as an undefined value.
+    void (*read)(const QJsonValue &value, VellDocument &doc) = nullptr;
+};
+
+// Sorted as the members of an object are, so that the next one to read is mostly the next row.
+const Reader readers[] = {
+    {QLatin1String("_id"), readText<&VellDocument::_id>},
+    {QLatin1String("auths"), mergeRights},
+    {QLatin1String("category"), readText<&VellDocument::category>},
+    {QLatin1String("createdAt"), readDateTime<&VellDocument::createdAt>},
+    {QLatin1String("createdBy"), readText<&VellDocument::createdBy>},
+    {QLatin1String("documentId"), readText<&VellDocument::documentId>},
+    {QLatin1String("downloadTime"), readDateTime<&VellDocument::downloadTime>},
+    {QLatin1String("entity"), readEntity},
+    {QLatin1String("favorite"), readFavorite},
+    {QLatin1String("file"), readFile},
+    {QLatin1String("hostId"), readText<&VellDocument::hostId>},
+    {QLatin1String("hostType"), readInt<&VellDocument::hostType>},
+    {QLatin1String("name"), readText<&VellDocument::name>},
+    {QLatin1String("order"), readInt<&VellDocument::order>},
+    {QLatin1String("parentId"), readText<&VellDocument::parentId>},
+    {QLatin1String("previewId"), readText<&VellDocument::previewId>},
+    {QLatin1String("projectId"), readText<&VellDocument::projectId>},
+    {QLatin1String("pwd"), readText<&VellDocument::pwd>},
+    {QLatin1String("recycle"), readInt<&VellDocument::recycle>},
+    {QLatin1String("remark"), readText<&VellDocument::remark>},
+    {QLatin1String("status"), readText<&VellDocument::status>},
+    {QLatin1String("type"), readText<&VellDocument::type>},
+    {QLatin1String("updatedAt"), readDateTime<&VellDocument::updatedAt>},
+    {QLatin1String("updatedBy"), readText<&VellDocument::updatedBy>},
+};
+constexpr std::size_t ReaderCount = std::size(readers);
+
+//! The row of \a key, which is looked for from \a start on and then from the first row; ReaderCount for a key that is
+//! not read.
+std::size_t readerOf(const QString &key, std::size_t start)
+{
+    for (std::size_t i = 0; i < ReaderCount; ++i) {
+        const std::size_t row = (start + i) % ReaderCount;
+        if (key.size() == readers[row].key.size() && key == readers[row].key)
+            return row;
+    }
+    return ReaderCount;
 }
 
 } // namespace
 
 void VellPubDoc::jsonToDocObject(const QJsonObject &obj, VellDocument &doc)
 {
-    doc._id = text(obj, QLatin1String("_id"));
-    doc.name = text(obj, QLatin1String("name"));
-    doc.parentId = text(obj, QLatin1String("parentId"));
-    doc.projectId = text(obj, QLatin1String("projectId"));
-    doc.category = text(obj, QLatin1String("category"));
-    doc.hostId = text(obj, QLatin1String("hostId"));
-    doc.hostType = obj.value(QLatin1String("hostType")).toInt();
-    doc.recycle = obj.value(QLatin1String("recycle")).toInt();
-    doc.documentId = text(obj, QLatin1String("documentId"));
-    doc.favorite = obj.value(QLatin1String("favorite")).toBool();
-    doc.previewId = text(obj, QLatin1String("previewId"));
-    doc.pwd = text(obj, QLatin1String("pwd"));
-    doc.type = text(obj, QLatin1String("type"));
-    doc.order = obj.value(QLatin1String("order")).toInt();
-    doc.remark = text(obj, QLatin1String("remark"));
-    doc.status = text(obj, QLatin1String("status"));
-
-    const QJsonObject file = obj.value(QLatin1String("file")).toObject();
-    doc.fileId = text(file, QLatin1String("fileId"));
-    // Through QVariant, so that a numeric text counts and nothing is cut to 32 bits.
-    doc.fileSize = file.value(QLatin1String("fileSize")).toVariant().toLongLong();
-    doc.suffix = text(file, QLatin1String("suffix"));
-
-    doc.entity = VellPub::jsonArrayToLinksEntity(obj.value(QLatin1String("entity")).toArray());
-    doc.createdAt = dateTime(obj, QLatin1String("createdAt"));
-    doc.createdBy = text(obj, QLatin1String("createdBy"));
-    doc.updatedAt = dateTime(obj, QLatin1String("updatedAt"));
-    doc.updatedBy = text(obj, QLatin1String("updatedBy"));
-    doc.downloadTime = dateTime(obj, QLatin1String("downloadTime"));
-    mergeRights(obj.value(QLatin1String("auths")).toArray(), doc.auths);
+    // The members are read one after the other: looking each key up costs more than mapping its value.
+    std::bitset<ReaderCount> missing;
+    missing.set();
+    std::size_t next = 0;
+    const auto end = obj.constEnd();
+    for (auto member = obj.constBegin(); member != end; ++member) {
+        const std::size_t row = readerOf(member.key(), next);
+        if (row == ReaderCount)
+            continue;
+        readers[row].read(member.value(), doc);
+        missing.reset(row);
+        next = row + 1;
+    }
+    for (std::size_t row = 0; row < ReaderCount; ++row) {
+        if (missing.test(row))
+            readers[row].read(QJsonValue(QJsonValue::Undefined), doc);
+    }
 }
 
 void VellPubDoc::jsonToDocHistoryObject(const QJsonObject &obj, VellDocument &doc)
@@ -98,7 +174,7 @@ void VellPubDoc::doc2JsonString(const VellDocument &doc, QJsonObject &out)
     out.insert(QLatin1String("pdfView"), doc.previewId);
     // The record is written when it is downloaded, so that moment is the download time.
     out.insert(QLatin1String("downloadTime"),
-               VellPub::getQStringByDateTime(QDateTime::currentDateTime()));
+               VellPub::getQStringByDateTime(QDateTime::currentDateTimeUtc()));
     out.insert(QLatin1String("file"),
                QJsonObject{
                    // This form holds 32-bit sizes: 2 GiB and more wrap.

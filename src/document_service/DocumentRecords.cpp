@@ -1,4 +1,5 @@
 #include <document_model/DocumentJson.h>
+#include <document_model/VellRecordType.h>
 #include <document_service/ServiceRequest.h>
 #include <document_service/VellDocService.h>
 
@@ -7,9 +8,6 @@
 namespace VellDocService {
 
 namespace {
-
-constexpr int FrequentRecord = 1;
-constexpr int RecentRecord = 2;
 
 bool setRecord(const QString &id, int type, bool value)
 {
@@ -30,12 +28,12 @@ bool restoreFile(const QString &id, const QStringList &, int type, bool value, Q
 
 void setFrequentDocument(const QString &id, bool value, bool &ok)
 {
-    ok = setRecord(id, FrequentRecord, value);
+    ok = setRecord(id, VellRecordType::Frequent, value);
 }
 
 bool setRectentDocument(const QString &id, bool value)
 {
-    return setRecord(id, RecentRecord, value);
+    return setRecord(id, VellRecordType::Recent, value);
 }
 
 bool getFavorDoc(int &type, const QString &id)

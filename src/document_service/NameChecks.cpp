@@ -8,7 +8,7 @@
 
 namespace {
 
-const QLatin1String FileType("file");
+const QLatin1String fileType("file");
 
 //! The files of one folder and category in \a cache, name to identifier; of several with one name the
 //! first.
@@ -17,7 +17,7 @@ QHash<QString, QString> fileIdsByName(const QMap<QString, VellDocument> &cache,
 {
     QHash<QString, QString> ids;
     for (const VellDocument &document : cache) {
-        if (document.type == FileType && document.parentId == parentId
+        if (document.type == fileType && document.parentId == parentId
             && document.category == category && !ids.contains(document.name))
             ids.insert(document.name, document._id);
     }
@@ -85,7 +85,7 @@ QString VellDocumentData::getValidDocName(const QString &parentId, const QString
         VellDocumentConditon condition;
         condition.parentId = parentId;
         condition.name = candidate;
-        condition.type = FileType;
+        condition.type = fileType;
         condition.category = category;
         return getDocumentIdByName(condition, blockingId);
     };

@@ -6,6 +6,24 @@
 
 namespace VellDocService {
 
+namespace {
+
+// What neighbours in a list mostly have in common is kept in memory once: half of a record's texts.
+void shareTexts(const VellDocument &from, VellDocument &to)
+{
+    constexpr QString VellDocument::*Common[] = {
+        &VellDocument::parentId, &VellDocument::projectId, &VellDocument::hostId,
+        &VellDocument::category, &VellDocument::type,      &VellDocument::status,
+        &VellDocument::suffix,   &VellDocument::createdBy, &VellDocument::updatedBy,
+    };
+    for (QString VellDocument::*const field : Common) {
+        if (to.*field == from.*field)
+            to.*field = from.*field;
+    }
+}
+
+} // namespace
+
 QString serviceUrl(const QString &pathTemplate)
 {
     return VellBaseApi::GetInstance().getBaseApi() + QLatin1String("document-service/")
@@ -35,6 +53,8 @@ void ServiceReply::appendTo(QList<VellDocument> &documents,
     for (const QJsonObject &object : objects) {
         documents.append(VellDocument());
         read(object, documents.last());
+        if (documents.size() > 1)
+            shareTexts(documents.at(documents.size() - 2), documents.last());
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include <VellSoftBase/VellSettings.h>
 
+#include <iterator>
+
 VellDocumentData *VellDocumentData::instance()
 {
     static VellDocumentData data;
@@ -20,8 +22,11 @@ void VellDocumentData::addDocToCache(const VellDocument &doc)
 
 void VellDocumentData::cacheDocuments(const QList<VellDocument> &documents)
 {
+    // Services mostly list in the order of identifiers, and then the next place is known.
+    auto next = docCache.cend();
     for (const VellDocument &document : documents)
-        addDocToCache(document);
+        next = std::next(QMap<QString, VellDocument>::const_iterator(
+            docCache.insert(next, document._id, document)));
 }
 
 void VellDocumentData::clear()
@@ -80,7 +85,9 @@ void VellDocumentData::getDoc(const QString &id, VellDocument &doc, bool fromCac
             return;
         }
     }
-    const QString requestedId = id; // id may be doc._id, which the reply overwrites
+    // id may be doc._id, which the reply overwrites.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const QString requestedId = id;
     VellDocService::getDoc(requestedId, doc);
     // Only fills a gap: a fetch past the cache refreshes the caller's record, not the cache.
     if (!doc._id.isEmpty() && !docCache.contains(requestedId))
@@ -182,7 +189,9 @@ bool VellDocumentData::changeDocOrder(const QMap<QString, int> &orders)
 
 bool VellDocumentData::moveToFolder(const QStringList &ids, const QString &folderId)
 {
-    const QStringList moved = ids; // the caller's list may change while this waits
+    // The caller's list may change while this waits.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const QStringList moved = ids;
     if (!VellDocService::moveToFolder(moved, folderId))
         return false;
     for (const QString &id : moved) {
@@ -206,7 +215,9 @@ bool VellDocumentData::deleteDoc(const QString &id)
 bool VellDocumentData::deleteDoc(const QStringList &ids)
 {
     bool ok = true;
-    const QStringList deleted = ids; // the caller's list may change while this waits
+    // The caller's list may change while this waits.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const QStringList deleted = ids;
     for (const QString &id : deleted)
         ok = deleteDoc(id) && ok;
     return ok;

@@ -28,16 +28,22 @@
 //! reference must live until the method returns.
 //!
 //! \par Failure
-//! Nothing is thrown, logged or shown. A method that returns `bool` says whether the service answered with
-//! success; the others leave their result empty, and then an empty result and a failed request look the
-//! same. NetworkManager::requestFailed() tells why a request failed.
+//! Nothing is thrown, logged or shown. A change returns whether the service answered with success. Permissions, counts,
+//! documents, lists without a result, names and passwords are read from the body of the response, whatever its status:
+//! without a readable body the result is empty, 0 or `false`, and looks like an honest answer; an error status whose body has
+//! the form of an answer is taken for one. NetworkManager::requestFailed() tells that a request failed, and why.
 //!
 //! \par Cache
 //! Documents are kept by their identifier, as whole copies, so that getDoc() and getFolderName()
 //! can answer without the service. Each method says what it stores or removes; where it says
 //! nothing the cache is not touched. Nothing expires, and a change of the open project empties
 //! nothing: call clear(). A failed request changes nothing in the cache, except in
-//! restoreFile() and moveToFolder().
+//! restoreFile() and moveToFolder(), and in getDoc(), getDocuments() and getDocumentsRange() if the body of the error
+//! response holds documents: these are stored.
+//!
+//! \par Addresses
+//! Identifiers, category words and the open project go into addresses as they are, one after the other: a value that holds
+//! "%1", "%2" and so on is hit by the values that follow it.
 //!
 //! \par Threads
 //! For one thread at a time, normally the user-interface thread. Only instance() may be called
@@ -67,7 +73,7 @@ public:
 
     //! \name Permissions
     //! Whether the current user may do it in the open project, by the service's word at this moment. False
-    //! also when the request fails.
+    //! also when the request fails, unless the body of the error response grants it.
     //! \param rId the folder or document in question
     //! \param category the service's plain category word
     //! @{
@@ -86,8 +92,8 @@ public:
     //! Gives the document \a id in \a doc.
     //!
     //! With \a fromCache a cached document is copied and no request is made. Otherwise the
-    //! service is asked and \a doc filled as VellPubDoc::jsonToDocObject() does; after a failed request
-    //! it is a record with an empty `_id`. A document that came is stored unless \a id is cached already: an
+    //! service is asked and \a doc filled as VellPubDoc::jsonToDocObject() does, from the body of an error response too;
+    //! without a document in it, `_id` is empty. A document that came is stored unless \a id is cached already: an
     //! older entry stays as it was.
     void getDoc(const QString &id, VellDocument &doc, bool fromCache);
 
@@ -119,7 +125,7 @@ public:
     void getDocumentsRange(QList<VellDocument> &list, int skip, int limit,
                            const VellDocumentConditon &cond, const VellDocumentSort &sort);
 
-    //! How many documents meet \a cond; 0 also when the request fails.
+    //! How many documents meet \a cond; 0 also when the request fails, unless the body of the error response has a count.
     int getDocumentsRangeCount(const VellDocumentConditon &cond);
 
     //! One page of the recycle bin, whose category word \a cond carries. \a limit and \a skip are always
@@ -135,7 +141,7 @@ public:
     bool getFavorDocs(QList<VellDocument> &list, VellDocumentConditon &cond,
                       const VellDocumentSort &sort);
 
-    //! The documents linked to the entity \a guid. Sizes above 2 GiB read as 0.
+    //! The documents linked to the entity \a guid. Sizes of 2 GiB and more read as 0.
     bool getEntityDocByGuid(const QString &guid, QList<VellDocumentLite> &list);
     //! @}
 
@@ -173,7 +179,8 @@ public:
     bool emptyRecycled(const QString &category);
 
     //! Restores the document \a id from the recycle bin.
-    //! \return whether its folder holds a document of the same name; false also when the request fails.
+    //! \return whether its folder holds a document of the same name, as the body of the response says: normally false when
+    //!         the request fails.
     bool uploadRecycleDoc(const QString &id);
     //! @}
 
@@ -203,7 +210,7 @@ public:
     //! @}
 
     //! \name Names
-    //! A failed request counts as "not found".
+    //! A failed request counts as "not found", unless the body of the error response is a list of documents.
     //! @{
 
     //! Whether the open project has a document or folder \a name in the folder \a parentId, in \a category.

@@ -42,6 +42,24 @@ QStringList UploadWorld::requestLines() const
     return lines;
 }
 
+QString UploadWorld::requestWords() const
+{
+    QByteArrayList words;
+    for (const ScriptedRequest &request : server.requests()) {
+        if (request.target == "/base-service/files")
+            words.append("file");
+        else if (request.target == "/base-service/largefiles")
+            words.append("chunk" + formField(formParts(request), "savedChunk"));
+        else if (request.target.startsWith("/base-service/largefiles/md5/"))
+            words.append("record");
+        else if (request.target.startsWith("/base-service/md5/"))
+            words.append("info");
+        else
+            words.append("document");
+    }
+    return QString::fromLatin1(words.join(' '));
+}
+
 QByteArray ChunkStore::record() const
 {
     return "{\"_id\":\"" + id + "\",\"md5\":\"m\",\"fileName\":\"n\",\"fsFileId\":\"" + fsFileId

@@ -33,6 +33,9 @@ struct UploadWorld
     //! The targets of all requests so far, decoded, with their verbs: "POST /base-service/files".
     QStringList requestLines() const;
 
+    //! The requests in one word each: "file", "record", "chunk0", "info", "document".
+    QString requestWords() const;
+
     ScriptedServer server;
     QTemporaryDir folder;
 };

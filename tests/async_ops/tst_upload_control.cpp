@@ -1,4 +1,4 @@
-#include "UploadWorld.h"
+#include "UploadTest.h"
 
 #include <VellPublicFun/VellPub.h>
 
@@ -16,13 +16,11 @@
 
 // Pause, resume, cancel and what happens while a large file is hashed: each state of a job × each
 // event, what is sent and what is emitted.
-class TestUploadControl : public QObject
+class TestUploadControl : public UploadTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-
     void eachEventInEachState_data();
     void eachEventInEachState();
     void eventsRunWhileTheFileIsHashed();
@@ -43,79 +41,9 @@ private Q_SLOTS:
 private:
     static constexpr int Idle = -2;
     static constexpr int Finished = -1;
-    static constexpr int SlowMs = 300;
 
-    VellDocument smallFile() const { return m_world->makeFile(QStringLiteral("a.txt"), 10); }
-    VellDocument largeFile() const
-    {
-        return m_world->makeFile(QStringLiteral("a.bin"), UploadWorld::WholeFileLimit + 1);
-    }
-    //! Runs \a action, as the client's own event, when request number \a index has arrived.
-    void whenRequested(int index, const std::function<void()> &action);
     int openHandles() const;
-
-    std::unique_ptr<UploadWorld> m_world;
-    std::unique_ptr<AsyncCreateDocument> m_job;
-    std::unique_ptr<JobSpies> m_spies;
-    ChunkStore m_store;
-    QSet<int> m_slow; // requests that are answered after SlowMs
-    int m_failing = -1; // the request that is answered with an error
 };
-
-namespace {
-
-const QString Record = QStringLiteral("record");
-const QString Chunk = QStringLiteral("chunk");
-const QString File = QStringLiteral("file");
-const QString Document = QStringLiteral("document");
-
-//! The requests in one word each.
-QString shortLog(const UploadWorld &world)
-{
-    QStringList words;
-    for (const ScriptedRequest &request : world.server.requests()) {
-        if (request.target == "/base-service/files")
-            words.append(File);
-        else if (request.target == "/base-service/largefiles")
-            words.append(Chunk + QString::fromLatin1(formField(formParts(request), "savedChunk")));
-        else if (request.target.startsWith("/base-service/largefiles/md5/"))
-            words.append(Record);
-        else
-            words.append(Document);
-    }
-    return words.join(QLatin1Char(' '));
-}
-
-} // namespace
-
-void TestUploadControl::init()
-{
-    m_job.reset();
-    m_slow.clear();
-    m_failing = -1;
-    m_store = ChunkStore();
-    m_world = std::make_unique<UploadWorld>();
-    m_job = std::make_unique<AsyncCreateDocument>();
-    m_spies = std::make_unique<JobSpies>(m_job.get());
-    m_world->server.setHandler([this](const ScriptedRequest &request) {
-        const int index = m_world->server.requests().size() - 1;
-        if (index == m_failing)
-            return ScriptedReply::json("{}", 500);
-        ScriptedReply reply = request.target == "/base-service/files"
-            ? ScriptedReply::json("{\"files\":[\"c1\"]}")
-            : m_store.answer(request);
-        reply.delayMs = m_slow.contains(index) ? SlowMs : 0;
-        return reply;
-    });
-}
-
-void TestUploadControl::whenRequested(int index, const std::function<void()> &action)
-{
-    connect(&m_world->server, &ScriptedServer::requestReceived, this, [=] {
-        if (m_world->server.requests().size() == index + 1)
-            QTimer::singleShot(0, this, action);
-    });
-}
 
 int TestUploadControl::openHandles() const
 {
@@ -234,10 +162,10 @@ void TestUploadControl::eachEventInEachState()
     if (request < 0)
         apply();
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), events, WaitMs);
-    QTRY_COMPARE_WITH_TIMEOUT(shortLog(*m_world), requests, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_world->requestWords(), requests, WaitMs);
     QTest::qWait(SlowMs + 100);
     QCOMPARE(m_spies->log(), events);
-    QCOMPARE(shortLog(*m_world), requests);
+    QCOMPARE(m_world->requestWords(), requests);
 }
 
 void TestUploadControl::eventsRunWhileTheFileIsHashed()
@@ -290,12 +218,12 @@ void TestUploadControl::resumeOfAWholeFileThatIsGoneDoesNothing()
     m_job->createDocument(QString(), doc);
     if (!CanRemoveOpenFiles) {
         QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
-        QCOMPARE(shortLog(*m_world), QStringLiteral("file file")); // see eachEventInEachState
+        QCOMPARE(m_world->requestWords(), QStringLiteral("file file")); // see eachEventInEachState
         return;
     }
     QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 1, WaitMs);
     QTest::qWait(SlowMs + 100);
-    QCOMPARE(shortLog(*m_world), QStringLiteral("file"));
+    QCOMPARE(m_world->requestWords(), QStringLiteral("file"));
     QCOMPARE(m_spies->log(), QString());
 }
 
@@ -307,15 +235,15 @@ void TestUploadControl::resumeWhileAWholeFileIsStillSent()
     m_job->createDocument(QString(), smallFile());
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(),
                               QStringLiteral("createDocumentFinish createDocumentFinish"), WaitMs);
-    QCOMPARE(shortLog(*m_world), QStringLiteral("file file document"));
+    QCOMPARE(m_world->requestWords(), QStringLiteral("file file document"));
 }
 
 void TestUploadControl::resumeAfterAChunkErrorNeverFinishes()
 {
-    m_failing = 2;
+    m_instead.insert(2, ScriptedReply::json("{}", 500));
     connect(m_job.get(), &AsyncCreateDocument::error, this, [this] { m_job->pause(false); });
     m_job->createDocument(QString(), largeFile());
-    QTRY_COMPARE_WITH_TIMEOUT(shortLog(*m_world),
+    QTRY_COMPARE_WITH_TIMEOUT(m_world->requestWords(),
                               QStringLiteral("record chunk0 chunk1 chunk1 chunk2"), WaitMs);
     QTRY_COMPARE_WITH_TIMEOUT(openHandles(), 0, WaitMs);
     QTest::qWait(100);
@@ -347,12 +275,12 @@ void TestUploadControl::resumeWhenAllChunksAreStored()
     m_store.savedChunk = 2;
     m_store.totalChunk = 3;
     m_store.fsFileId = fsFileId;
-    m_failing = 2;
+    m_instead.insert(2, ScriptedReply::json("{}", 500));
     connect(m_job.get(), &AsyncCreateDocument::error, this, [this] { m_job->pause(false); });
     m_job->createDocument(QString(), largeFile());
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), events, WaitMs);
     QTest::qWait(100);
-    QCOMPARE(shortLog(*m_world), requests);
+    QCOMPARE(m_world->requestWords(), requests);
     if (!fsFileId.isEmpty())
         QVERIFY(m_world->server.requests().last().body.contains("\"file\":\"c7\""));
 }
@@ -401,7 +329,7 @@ void TestUploadControl::aSmallFileGivenWhileALargeOneIsHashed()
     QTRY_VERIFY_WITH_TIMEOUT(m_world->requestLines().filter(QStringLiteral("/info")).size() == 1,
                              WaitMs);
     QTest::qWait(100);
-    QVERIFY(!shortLog(*m_world).contains(Chunk));
+    QVERIFY(!m_world->requestWords().contains(QLatin1String("chunk")));
 }
 
 void TestUploadControl::twoJobsHashAtTheSameTime()

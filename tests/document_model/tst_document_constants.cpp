@@ -5,7 +5,7 @@
 namespace {
 
 // Built before main(): what a client's own constants see of the library's.
-const QStringList DrawingSuffixesBeforeMain = DRAWING_SUFFIXES;
+const QStringList drawingSuffixesBeforeMain = DRAWING_SUFFIXES;
 
 } // namespace
 
@@ -110,8 +110,8 @@ void TestDocumentConstants::everyListHasItsElements()
 
 void TestDocumentConstants::theListsAreBuiltBeforeTheProgramRuns()
 {
-    QCOMPARE(DrawingSuffixesBeforeMain, DRAWING_SUFFIXES);
-    QCOMPARE(DrawingSuffixesBeforeMain.size(), 5);
+    QCOMPARE(drawingSuffixesBeforeMain, DRAWING_SUFFIXES);
+    QCOMPARE(drawingSuffixesBeforeMain.size(), 5);
 }
 
 QTEST_GUILESS_MAIN(TestDocumentConstants)

@@ -12,8 +12,8 @@ namespace {
 
 QJsonObject parsed(const char *json)
 {
-    QJsonParseError error;
-    const QJsonObject object = QJsonDocument::fromJson(QByteArray(json), &error).object();
+    QJsonParseError error{};
+    QJsonObject object = QJsonDocument::fromJson(QByteArray(json), &error).object();
     if (error.error != QJsonParseError::NoError)
         qFatal("the test's JSON is broken: %s", json);
     return object;

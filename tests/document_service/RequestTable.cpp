@@ -39,8 +39,8 @@ QByteArray bodyOf(const ReplyKind &kind, const RequestRow &row)
 
 QString expectedResult(const ReplyKind &kind, const RequestRow &row)
 {
-    const QString success = word(kind.status == 200);
-    const QString content = kind.hasBody ? row.fromReply : row.fromNothing;
+    QString success = word(kind.status == 200);
+    QString content = kind.hasBody ? row.fromReply : row.fromNothing;
     switch (row.judged) {
     case Judged::ByStatus:
         return success;

@@ -17,14 +17,14 @@ enum class Judged {
 //! What one request function sends and answers.
 struct RequestRow
 {
-    const char *name;
+    const char *name = nullptr;
     //! Calls the function and tells its result: what the body gave, for ByBoth followed by
     //! ", true" or ", false"; for ByStatus only that word.
     std::function<QString()> call;
     QByteArray verb;
     QString target; //!< behind the base address, decoded
     QByteArray body;
-    Judged judged;
+    Judged judged = Judged::ByStatus;
     QByteArray reply; //!< a good reply's body
     QString fromReply; //!< what that body gives
     QString fromNothing; //!< what an empty or unreadable body gives

@@ -13,10 +13,10 @@ using namespace VellDocService;
 
 namespace {
 
-const QByteArray TwoDocuments = R"([{"_id":"d1","name":"a"},7,{"_id":"d2","name":"b"}])";
-const QString TwoIds = QStringLiteral("old,d1,d2");
-const QString Nothing = QStringLiteral("old");
-const QString Everything =
+const QByteArray twoDocuments = R"([{"_id":"d1","name":"a"},7,{"_id":"d2","name":"b"}])";
+const QString twoIds = QStringLiteral("old,d1,d2");
+const QString nothing = QStringLiteral("old");
+const QString everything =
     QStringLiteral("where={\"parentId\":null}&select=-entities&linkedEntity=true");
 
 QString documentsPath(const QString &query)
@@ -45,13 +45,13 @@ QString ids(const QList<Document> &documents)
 RequestRow listRow(const char *name, const QString &target, Judged judged,
                    const std::function<QString()> &call)
 {
-    return {name, call, "GET", target, "", judged, TwoDocuments, TwoIds, Nothing};
+    return {name, call, "GET", target, "", judged, twoDocuments, twoIds, nothing};
 }
 
 RequestRow pageRow(const char *name, int limit, int skip, const VellDocumentSort &sort,
                    const QString &tail)
 {
-    return listRow(name, documentsPath(Everything + QLatin1String("&expand=true") + tail),
+    return listRow(name, documentsPath(everything + QLatin1String("&expand=true") + tail),
                    Judged::ByContent, [=] {
                        auto list = startedList<VellDocument>();
                        getDocumentsRange(limit, skip, VellDocumentConditon(), sort, list);
@@ -62,7 +62,7 @@ RequestRow pageRow(const char *name, int limit, int skip, const VellDocumentSort
 RequestRow recycledRow(const char *name, int limit, int skip, const VellDocumentSort &sort,
                        const QString &tail)
 {
-    return listRow(name, documentsPath(Everything + tail), Judged::ByContent, [=] {
+    return listRow(name, documentsPath(everything + tail), Judged::ByContent, [=] {
         auto list = startedList<VellDocument>();
         getRecycledDocumentsRange(limit, skip, VellDocumentConditon(), sort, list);
         return ids(list);
@@ -71,7 +71,7 @@ RequestRow recycledRow(const char *name, int limit, int skip, const VellDocument
 
 RequestRow favouritesRow(const char *name, const VellDocumentSort &sort, const QString &tail)
 {
-    return listRow(name, documentsPath(Everything + tail), Judged::ByBoth, [=] {
+    return listRow(name, documentsPath(everything + tail), Judged::ByBoth, [=] {
         auto list = startedList<VellDocument>();
         VellDocumentConditon condition;
         condition.projectId = QStringLiteral("another");
@@ -93,7 +93,7 @@ RequestRow countRow(const char *name, Count count)
                 return QString::number(result);
             },
             "GET",
-            documentsPath(Everything + QLatin1String("&only_count=true")),
+            documentsPath(everything + QLatin1String("&only_count=true")),
             "",
             Judged::ByContent,
             R"({"count":50000})",
@@ -113,6 +113,7 @@ private Q_SLOTS:
     void aPlaceholderInThePatternIsHit();
     void placeholdersInIdentifiersStay_data();
     void placeholdersInIdentifiersStay();
+    void neighboursShareWhatTheyHaveInCommon();
     void everyRequestReadsAddressAndProjectAnew();
     void requestsNest();
     void countsThatAreNoNumbersReadAsZero_data();
@@ -139,7 +140,7 @@ void TestDocumentQueries::everyQueryAsksItsQuestion_data()
          R"({"_id":"d 1","name":"plan","type":"file"})", QStringLiteral("d 1|plan|file"),
          QStringLiteral("||")},
 
-        listRow("getDocuments", documentsPath(Everything), Judged::ByContent,
+        listRow("getDocuments", documentsPath(everything), Judged::ByContent,
                 [] {
                     auto list = startedList<VellDocument>();
                     getDocuments(VellDocumentConditon(), list);
@@ -237,6 +238,27 @@ void TestDocumentQueries::placeholdersInIdentifiersStay()
     QCOMPARE(server.requests().size(), 1);
     QCOMPARE(server.requests().first().decodedTarget(),
              QStringLiteral("/document-service/documents/") + id + QStringLiteral("?expand=true"));
+}
+
+void TestDocumentQueries::neighboursShareWhatTheyHaveInCommon()
+{
+    ScriptedServer server;
+    VellBaseApi::GetInstance().setBaseApi(server.baseApi());
+    server.enqueue(
+        ScriptedReply::json(R"([{"_id":"d1","parentId":"f1","type":"file","createdBy":"u1"},)"
+                            R"({"_id":"d2","parentId":"f1","type":"dir","createdBy":"u2"},)"
+                            R"({"_id":"d3","parentId":"f2","type":"dir","createdBy":"u1"}])"));
+    QList<VellDocument> list;
+    getDocuments(VellDocumentConditon(), list);
+    QStringList texts;
+    for (const VellDocument &doc : qAsConst(list))
+        texts.append(
+            QStringList{doc._id, doc.parentId, doc.type, doc.createdBy}.join(QLatin1Char(' ')));
+    QCOMPARE(texts,
+             QStringList({QStringLiteral("d1 f1 file u1"), QStringLiteral("d2 f1 dir u2"),
+                          QStringLiteral("d3 f2 dir u1")}));
+    QCOMPARE(list[0].parentId.constData(), list[1].parentId.constData());
+    QCOMPARE(list[1].type.constData(), list[2].type.constData());
 }
 
 void TestDocumentQueries::everyRequestReadsAddressAndProjectAnew()

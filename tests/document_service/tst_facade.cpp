@@ -63,6 +63,7 @@ void TestFacade::thereIsOneObject()
 {
     std::vector<VellDocumentData *> seen(8);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (VellDocumentData *&slot : seen)
         threads.emplace_back([&slot] { slot = VellDocumentData::instance(); });
     for (std::thread &thread : threads)

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void clearForgetsEverything();
 
     void aListStoresItsDocuments();
+    void aListIsStoredInWhateverOrderItComes();
     void aReducedListStoresNothing_data();
     void aReducedListStoresNothing();
     void aPageStoresItsDocumentsWhateverItSelects_data();
@@ -131,6 +132,21 @@ void TestFacadeCache::aListStoresItsDocuments()
     QCOMPARE(name("d1"), QStringLiteral("new"));
     QCOMPARE(name("d2"), QStringLiteral("b"));
     QCOMPARE(name(""), QStringLiteral("nameless"));
+}
+
+void TestFacadeCache::aListIsStoredInWhateverOrderItComes()
+{
+    m_data->addDocToCache(document("d2", "old"));
+    m_data->addDocToCache(document("d9", "kept"));
+    answer(R"([{"_id":"d3","name":"c"},{"_id":"d1","name":"a"},{"_id":"d2","name":"b"},)"
+           R"({"_id":"d5","name":"e"},{"_id":"d4","name":"d"},{"_id":"d1","name":"later"}])");
+    QList<VellDocument> list;
+    m_data->getDocuments(VellDocumentConditon(), list);
+    const std::pair<const char *, const char *> names[] = {
+        {"d1", "later"}, {"d2", "b"}, {"d3", "c"}, {"d4", "d"}, {"d5", "e"}, {"d9", "kept"},
+    };
+    for (const auto &[id, expected] : names)
+        QCOMPARE(name(id), QString::fromLatin1(expected));
 }
 
 void TestFacadeCache::aReducedListStoresNothing_data()

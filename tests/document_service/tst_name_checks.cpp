@@ -15,8 +15,8 @@
 
 namespace {
 
-const QString Folder = QStringLiteral("f1");
-const QString Category = QStringLiteral("doc");
+const QString folderId = QStringLiteral("f1");
+const QString categoryWord = QStringLiteral("doc");
 
 QString text(const char *utf8)
 {
@@ -28,8 +28,8 @@ VellDocument file(const QString &id, const QString &name)
     VellDocument doc;
     doc._id = id;
     doc.name = name;
-    doc.parentId = Folder;
-    doc.category = Category;
+    doc.parentId = folderId;
+    doc.category = categoryWord;
     doc.type = QStringLiteral("file");
     return doc;
 }
@@ -71,7 +71,7 @@ private:
 
     QString validName(const QString &name, const QStringList &reserved = {})
     {
-        return m_data->getValidDocName(Folder, name, m_existingId, Category, reserved);
+        return m_data->getValidDocName(folderId, name, m_existingId, categoryWord, reserved);
     }
 
     std::unique_ptr<ScriptedServer> m_server;
@@ -278,14 +278,14 @@ void TestNameChecks::aFailedRequestCountsAsFree()
 {
     m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("", 500); });
     QCOMPARE(validName(text("a.txt")), text("a.txt"));
-    QVERIFY(!m_data->isDocNameExist(Folder, text("a.txt"), Category));
+    QVERIFY(!m_data->isDocNameExist(folderId, text("a.txt"), categoryWord));
 }
 
 void TestNameChecks::nothingIsCached()
 {
     serviceHas({text("a.txt")});
     validName(text("a.txt"));
-    m_data->isDocNameExist(Folder, text("a.txt"), Category);
+    m_data->isDocNameExist(folderId, text("a.txt"), categoryWord);
     m_server->setHandler({});
     VellDocument doc;
     m_data->getDoc(text("id of a.txt"), doc, true);
@@ -295,7 +295,7 @@ void TestNameChecks::nothingIsCached()
 void TestNameChecks::existenceAsksForAnyType()
 {
     serviceHas({text("a.txt")});
-    QVERIFY(m_data->isDocNameExist(Folder, text("a.txt"), Category));
+    QVERIFY(m_data->isDocNameExist(folderId, text("a.txt"), categoryWord));
     QCOMPARE(m_server->requests().size(), 1);
     QCOMPARE(m_server->requests()[0].decodedTarget(),
              text(R"(/document-service/projects/p1/documents?where=)"
@@ -322,7 +322,7 @@ void TestNameChecks::existenceOfNothing()
 void TestNameChecks::existenceDoesNotLookIntoTheCache()
 {
     m_data->addDocToCache(file(text("d1"), text("a.txt")));
-    QVERIFY(!m_data->isDocNameExist(Folder, text("a.txt"), Category));
+    QVERIFY(!m_data->isDocNameExist(folderId, text("a.txt"), categoryWord));
 }
 
 void TestNameChecks::theFirstListedDocumentGivesItsIdentifier()

@@ -22,8 +22,8 @@ private Q_SLOTS:
 
 namespace {
 
-const QString Whole = QStringLiteral("&select=-entities&linkedEntity=true");
-const QString TopLevel = QStringLiteral("{\"parentId\":null}");
+const QString wholeSelect = QStringLiteral("&select=-entities&linkedEntity=true");
+const QString topLevel = QStringLiteral("{\"parentId\":null}");
 
 QDateTime utc(int year, int month, int day)
 {
@@ -40,7 +40,7 @@ void TestQueryBuilder::aFreshConditionAsksForTheTopLevel()
             && !condition.selectName && !condition.selectTree && !condition.reservedFlag);
     QVERIFY(condition.startTime.isNull() && condition.endTime.isNull());
     QCOMPARE(condition.recordType, 0);
-    QCOMPARE(conditionToQuery(condition), TopLevel + Whole);
+    QCOMPARE(conditionToQuery(condition), topLevel + wholeSelect);
 }
 
 void TestQueryBuilder::aFreshSortIsTheDefaultOrder()
@@ -65,19 +65,19 @@ void TestQueryBuilder::everyConditionHasItsText_data()
     const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
 
     row(
-        "default", [](auto &) {}, TopLevel + Whole);
+        "default", [](auto &) {}, topLevel + wholeSelect);
     row(
         "parent", [](auto &c) { c.parentId = QStringLiteral("f1"); },
-        text(R"({"parentId":"f1"})") + Whole);
+        text(R"({"parentId":"f1"})") + wholeSelect);
     row(
-        "no parent", [](auto &c) { c.hasParentId = false; }, QStringLiteral("{}") + Whole);
+        "no parent", [](auto &c) { c.hasParentId = false; }, QStringLiteral("{}") + wholeSelect);
     row(
         "no parent, though one is named",
         [](auto &c) {
             c.hasParentId = false;
             c.parentId = QStringLiteral("f1");
         },
-        QStringLiteral("{}") + Whole);
+        QStringLiteral("{}") + wholeSelect);
     row(
         "span of time",
         [](auto &c) {
@@ -87,92 +87,94 @@ void TestQueryBuilder::everyConditionHasItsText_data()
         },
         text(R"({"parentId":null,"updatedAt":{"$gte":"2020-05-01T00:00:00.000Z",)"
              R"("$lt":"2020-06-01T00:00:00.000Z"}})")
-            + Whole);
+            + wholeSelect);
     row(
         "span of time without its ends", [](auto &c) { c.isAllTime = false; },
-        text(R"({"parentId":null,"updatedAt":{"$gte":"","$lt":""}})") + Whole);
+        text(R"({"parentId":null,"updatedAt":{"$gte":"","$lt":""}})") + wholeSelect);
     row(
         "a span that is not asked for",
         [](auto &c) {
             c.startTime = utc(2020, 5, 1);
             c.endTime = utc(2020, 5, 31);
         },
-        TopLevel + Whole);
+        topLevel + wholeSelect);
     row(
         "pattern", [](auto &c) { c.searchName = QStringLiteral("^plan.*\\.dwg$"); },
-        text(R"({"name":{"$options":"i","$regex":"^plan.*\\.dwg$"},"parentId":null})") + Whole);
+        text(R"({"name":{"$options":"i","$regex":"^plan.*\\.dwg$"},"parentId":null})")
+            + wholeSelect);
     row(
         "name", [](auto &c) { c.name = QStringLiteral("plan.dwg"); },
-        text(R"({"name":"plan.dwg","parentId":null}&words=true)") + Whole);
+        text(R"({"name":"plan.dwg","parentId":null}&words=true)") + wholeSelect);
     row(
         "the name beats the pattern",
         [](auto &c) {
             c.name = QStringLiteral("plan.dwg");
             c.searchName = QStringLiteral("^x");
         },
-        text(R"({"name":"plan.dwg","parentId":null}&words=true)") + Whole);
+        text(R"({"name":"plan.dwg","parentId":null}&words=true)") + wholeSelect);
     row(
         "quotes and braces in a name", [](auto &c) { c.name = QStringLiteral("a\"{}b"); },
-        text(R"({"name":"a\"{}b","parentId":null}&words=true)") + Whole);
+        text(R"({"name":"a\"{}b","parentId":null}&words=true)") + wholeSelect);
     row(
         "document", [](auto &c) { c.documentId = QStringLiteral("d1"); },
-        text(R"({"documentId":"d1","parentId":null})") + Whole);
+        text(R"({"documentId":"d1","parentId":null})") + wholeSelect);
     row(
         "type", [](auto &c) { c.type = QStringLiteral("file"); },
-        text(R"({"parentId":null,"type":"file"})") + Whole);
+        text(R"({"parentId":null,"type":"file"})") + wholeSelect);
     row(
         "users, an empty one as null",
         [](auto &c) {
             c.isAllUser = false;
             c.userIds = QStringList{QStringLiteral("u1"), QString()};
         },
-        text(R"({"parentId":null,"updatedBy":{"$in":["u1",null]}})") + Whole);
+        text(R"({"parentId":null,"updatedBy":{"$in":["u1",null]}})") + wholeSelect);
     row(
         "no user at all", [](auto &c) { c.isAllUser = false; },
-        text(R"({"parentId":null,"updatedBy":{"$in":[]}})") + Whole);
+        text(R"({"parentId":null,"updatedBy":{"$in":[]}})") + wholeSelect);
     row(
         "users that are not asked for",
-        [](auto &c) { c.userIds = QStringList{QStringLiteral("u1")}; }, TopLevel + Whole);
+        [](auto &c) { c.userIds = QStringList{QStringLiteral("u1")}; }, topLevel + wholeSelect);
     row(
         "category", [](auto &c) { c.category = QStringLiteral("recycle"); },
-        TopLevel + QStringLiteral("&category=recycle") + Whole);
+        topLevel + QStringLiteral("&category=recycle") + wholeSelect);
     row(
         "record type", [](auto &c) { c.recordType = 3; },
-        TopLevel + QStringLiteral("&recordType=3") + Whole);
+        topLevel + QStringLiteral("&recordType=3") + wholeSelect);
     row(
-        "record type 0", [](auto &c) { c.recordType = 0; }, TopLevel + Whole);
+        "record type 0", [](auto &c) { c.recordType = 0; }, topLevel + wholeSelect);
     row(
-        "record type -1", [](auto &c) { c.recordType = -1; }, TopLevel + Whole);
+        "record type -1", [](auto &c) { c.recordType = -1; }, topLevel + wholeSelect);
     row(
         "frequent", [](auto &c) { c.isFrequent = true; },
-        TopLevel + QStringLiteral("&frequent=true") + Whole);
+        topLevel + QStringLiteral("&frequent=true") + wholeSelect);
     row(
-        "deep", [](auto &c) { c.isDeep = true; }, TopLevel + QStringLiteral("&deep=true") + Whole);
+        "deep", [](auto &c) { c.isDeep = true; },
+        topLevel + QStringLiteral("&deep=true") + wholeSelect);
     row(
-        "every field", [](auto &c) { c.noSelect = true; }, TopLevel);
+        "every field", [](auto &c) { c.noSelect = true; }, topLevel);
     row(
         "names only", [](auto &c) { c.selectName = true; },
-        TopLevel + QStringLiteral("&select=name"));
+        topLevel + QStringLiteral("&select=name"));
     const QString tree = QStringLiteral(
         "&select=parentId name type suffix fileType fileSize fileId updatedAt&deep=true");
     row(
-        "tree", [](auto &c) { c.selectTree = true; }, TopLevel + tree);
+        "tree", [](auto &c) { c.selectTree = true; }, topLevel + tree);
     row(
         "a deep tree says so twice", [](auto &c) { c.isDeep = c.selectTree = true; },
-        TopLevel + QStringLiteral("&deep=true") + tree);
+        topLevel + QStringLiteral("&deep=true") + tree);
     row(
         "names beat the tree", [](auto &c) { c.selectName = c.selectTree = true; },
-        TopLevel + QStringLiteral("&select=name"));
+        topLevel + QStringLiteral("&select=name"));
     row(
         "every field beats both", [](auto &c) { c.noSelect = c.selectName = c.selectTree = true; },
-        TopLevel);
+        topLevel);
     row(
         "the reserved flag and the project say nothing",
         [](auto &c) {
             c.reservedFlag = true;
             c.projectId = QStringLiteral("p2");
         },
-        TopLevel + Whole);
+        topLevel + wholeSelect);
     row(
         "everything, in order",
         [](auto &c) {
@@ -192,7 +194,7 @@ void TestQueryBuilder::everyConditionHasItsText_data()
              R"("updatedAt":{"$gte":"2020-01-01T00:00:00.000Z","$lt":"2021-01-01T00:00:00.000Z"},)"
              R"("updatedBy":{"$in":["u1"]}})"
              "&category=doc&recordType=2&words=true&frequent=true&deep=true")
-            + Whole);
+            + wholeSelect);
 }
 
 void TestQueryBuilder::everyConditionHasItsText()

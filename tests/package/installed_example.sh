@@ -1,30 +1,60 @@
 #!/usr/bin/env bash
-# Installs the build to a new prefix, builds examples/minimal against it from outside, and runs it
-# against the service.
-#   installed_example.sh SOURCE BUILD SERVICE CXX_FLAGS
+# Installs the build, moves the installed tree elsewhere, builds examples/minimal and examples/console_upload against it from outside, and
+# runs all programs with no variable set that would help them to find their libraries.
+#   installed_example.sh SOURCE BUILD CXX_FLAGS
 set -euo pipefail
-source=$1 build=$2 service=$3 flags=$4
+source=$1 build=$2 flags=$3
+unset LD_LIBRARY_PATH LD_PRELOAD
 source "$source/tests/support/with_service.sh"
 
-cmake --install "$build" --prefix "$work/prefix" >"$work/install.log"
+cmake --install "$build" --prefix "$work/installed" >"$work/install.log"
+mv "$work/installed" "$work/prefix"
 cp -r "$source/examples/minimal" "$work/minimal" # so that nothing is found beside it
 cmake -G Ninja -S "$work/minimal" -B "$work/minimal/build" -DCMAKE_PREFIX_PATH="$work/prefix" \
     -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="$flags" >"$work/configure.log"
 cmake --build "$work/minimal/build"
 
+# The client layer is a component of the package.
+mkdir "$work/upload"
+cp "$source/examples/console_upload/main.cpp" "$work/upload"
+cat >"$work/upload/CMakeLists.txt" <<'END'
+cmake_minimum_required(VERSION 3.21)
+project(upload LANGUAGES CXX)
+find_package(VellDocumentData REQUIRED COMPONENTS Client)
+add_executable(upload main.cpp)
+target_link_libraries(upload PRIVATE Vell::Client)
+END
+cmake -G Ninja -S "$work/upload" -B "$work/upload/build" -DCMAKE_PREFIX_PATH="$work/prefix" \
+    -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="$flags" >"$work/configure.log"
+cmake --build "$work/upload/build"
+
 # The installed headers name nothing of the tree that they came from.
 ! grep -rlE "$source|$build" "$work/prefix/include" "$work/prefix/lib"*/cmake 2>/dev/null \
     || fail "an installed header or CMake file holds a path of the source tree"
 
-start_service "$service"
+start_service "$work/prefix/bin/vell-service"
 minimal="$work/minimal/build/minimal"
-export LD_LIBRARY_PATH=$(dirname "$(find "$work/prefix" -name 'libVellDocumentData.so' | head -n 1)")
 output=$("$minimal" "$address" example) || fail "the example failed: $output"
 [ "$output" = "dir Drawings" ] || fail "the example printed: $output"
+
+echo content >"$work/plan.dwg"
+"$work/upload/build/upload" "$address" example "" "$work/plan.dwg" 2>"$work/upload.log" \
+    || fail "the client layer did not upload: $(cat "$work/upload.log")"
 
 # A failure tells why.
 if message=$("$minimal" http://127.0.0.1:9/ example 2>&1 >/dev/null); then
     fail "the example succeeded without a service"
 fi
 [ -n "$message" ] || fail "the example failed without a word"
+
+# Neither depends on the tree that was built.
+for binary in "$work/prefix/bin"/* "$work/prefix/lib"*/libVell*.so; do
+    ldd "$binary" >"$work/ldd.log"
+    ! grep -E 'not found' "$work/ldd.log" || fail "$binary does not find all libraries"
+    ! grep -E 'libVell' "$work/ldd.log" | grep -vF "$work/prefix/" \
+        || fail "$binary uses a library from outside of the installed tree"
+done
+"$work/prefix/bin/velldoc" --url "$address" --project example ls >"$work/ls.log"
+grep -q plan.dwg "$work/ls.log" || fail "the installed velldoc does not see the uploaded file"
+grep -q Drawings "$work/ls.log" || fail "the installed velldoc does not see the folder"
 echo "PASS   : the installed library was found, linked and used"

@@ -1,20 +1,21 @@
 #!/usr/bin/env bash
-# The zip for Windows, unpacked elsewhere: velldoc.exe runs from it with nothing but what lies in it, and
+# The zip for Windows, unpacked elsewhere: velldoc.exe runs from it with nothing but what is in it, and
 # examples/minimal is built against it and runs beside its DLLs.
-#   windows_package.sh SOURCE BUILD QT SERVICE TOOLCHAIN WINE_RUN
+#   windows_package.sh SOURCE BUILD QT CURL SERVICE TOOLCHAIN WINE_RUN
 set -euo pipefail
 source "$1/tests/support/with_service.sh"
-source=$1 build=$2 qt=$3 service=$4 toolchain=$5 wine_run=$6
+source=$1 build=$2 qt=$3 curl=$4 service=$5 toolchain=$6 wine_run=$7
 
-"$source/packaging/windows/pack.sh" "$source" "$build" "$qt" "$work/VellDocumentData.zip" >"$work/pack.log"
+"$source/packaging/windows/pack.sh" "$source" "$build" "$qt" "$curl" "$work/VellDocumentData.zip" >"$work/pack.log"
 mkdir "$work/里 elsewhere"
 (cd "$work/里 elsewhere" && unzip -q "$work/VellDocumentData.zip")
 package=$(echo "$work/里 elsewhere/"*)
 [ "$(basename "$package")" = VellDocumentData ] || fail "the folder is $package"
-for file in README.txt bin/{VellDocumentData,VellNetwork,VellPublicFun,VellSoftBase,Qt5Core,libstdc++-6}.dll \
+for file in README.txt bin/{VellDocumentData,VellNetwork,VellPublicFun,VellSoftBase,Qt5Core,libcurl,libstdc++-6}.dll \
     bin/velldoc.exe bin/platforms/qwindows.dll lib/libVellDocumentData.dll.a \
     include/VellDocumentData/document_service/VellDocumentData.h include/VellPlatform/VellNetwork/NetworkManager.h \
-    share/VellDocumentData/translations/VellDocumentData_en.qm licenses/Qt/LICENSE.LGPL3; do
+    share/VellDocumentData/translations/VellDocumentData_en.qm licenses/Qt/LICENSE.LGPL3 \
+    licenses/libcurl.txt; do
     [ -s "$package/$file" ] || fail "$file is missing: $(find "$package" -type f)"
 done
 ! grep -rlE "$(realpath "$source")|$(realpath "$build")" "$package" \
@@ -28,7 +29,7 @@ grep -q '^1 file stored' "$work/said" || fail "velldoc put said: $(cat "$work/sa
 "${velldoc[@]}" get /Drawings/README.txt - | cmp - "$package/README.txt" || fail "it came back changed"
 
 cp -r "$source/examples/minimal" "$work/minimal" # so that nothing is found beside it
-VELL_QT_WINDOWS="$qt" cmake -G Ninja -S "$work/minimal" -B "$work/minimal/build" \
+VELL_QT_WINDOWS="$qt" VELL_CURL_WINDOWS="$curl" cmake -G Ninja -S "$work/minimal" -B "$work/minimal/build" \
     -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DCMAKE_PREFIX_PATH="$package" -DCMAKE_BUILD_TYPE=Release \
     >"$work/configure.log" || fail "$(tail -n 20 "$work/configure.log")"
 cmake --build "$work/minimal/build"

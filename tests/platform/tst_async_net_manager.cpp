@@ -66,7 +66,7 @@ private Q_SLOTS:
     void everyEndHasItsSignals_data();
     void everyEndHasItsSignals();
     void everyVerbSendsItsBody();
-    void formsAreSentAndFreedWithTheirReply();
+    void formsAreSentAndFreedBeforeTheirEndIsReported();
     void severalRequestsEndEachWithItsOwnSignals();
     void pauseIsSilentAndFreesTheReply();
     void pauseKeepsTheManagerUsable();
@@ -161,7 +161,7 @@ void TestAsyncNetManager::everyVerbSendsItsBody()
     }
 }
 
-void TestAsyncNetManager::formsAreSentAndFreedWithTheirReply()
+void TestAsyncNetManager::formsAreSentAndFreedBeforeTheirEndIsReported()
 {
     m_server->enqueue(ScriptedReply::json("{}"));
     AsyncNetManager manager;
@@ -170,8 +170,12 @@ void TestAsyncNetManager::formsAreSentAndFreedWithTheirReply()
     const QByteArray content(300000, 'c');
     const QPointer<QHttpMultiPart> body = form(content);
     const QByteArray boundary = body->boundary();
+    // So that a slot which sends the next one does not have both in memory.
+    bool isFreedInTime = false;
+    connect(&manager, &AsyncNetManager::netComplete, this, [&] { isFreedInTime = !body; });
     manager.post(m_url, body);
     QVERIFY(completed.wait());
+    QVERIFY(isFreedInTime);
 
     const ScriptedRequest &request = m_server->requests().first();
     QCOMPARE(request.headers.value("content-type"),
@@ -185,7 +189,6 @@ void TestAsyncNetManager::formsAreSentAndFreedWithTheirReply()
     for (const QList<QVariant> &arguments : progress)
         whole = whole || arguments.first().toInt() == request.body.size();
     QVERIFY(whole);
-    QTRY_VERIFY(!body);
 
     completed.clear();
     m_server->enqueue(ScriptedReply::json("{}"));

@@ -17,6 +17,13 @@ private Q_SLOTS:
     void whatCannotBeReadHasNone_data();
     void whatCannotBeReadHasNone();
     void unusualNamesAreFound();
+    void progressIsToldBeforeEachMebibyte();
+    void aFalseEndsTheReading();
+    void aResultIsRemembered();
+    void aFileOfTheFutureIsRemembered();
+    void aChangedFileIsReadAgain_data();
+    void aChangedFileIsReadAgain();
+    void aFileChangedJustBeforeIsNotRemembered();
 
 private:
     QString write(const QByteArray &content, const QString &name = QStringLiteral("file"));
@@ -110,6 +117,130 @@ void TestFileMd5::unusualNamesAreFound()
         QCOMPARE(VellPub::getFileMd5(write("abc", QString::fromUtf8(name))),
                  QStringLiteral("900150983cd24fb0d6963f7d28e17f72"));
     }
+}
+
+namespace {
+
+//! Makes \a path look as if it had been changed some time ago.
+bool age(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadWrite)
+        && file.setFileTime(QDateTime::currentDateTime().addSecs(-60),
+                            QFileDevice::FileModificationTime);
+}
+
+//! Whether the MD5 of \a path comes without reading it.
+bool isRemembered(const QString &path)
+{
+    bool isRead = false;
+    VellPub::getFileMd5(path, [&isRead](qint64) {
+        isRead = true;
+        return false;
+    });
+    return !isRead;
+}
+
+//! Hashes \a path until its times are old enough to tell a change.
+bool remember(const QString &path)
+{
+    return QTest::qWaitFor([&path] {
+        VellPub::getFileMd5(path, nullptr);
+        return isRemembered(path);
+    });
+}
+
+} // namespace
+
+void TestFileMd5::progressIsToldBeforeEachMebibyte()
+{
+    const QString path = write(QByteArray(2 * 1048576 + 5, 'a'));
+    QList<qint64> told;
+    const QString md5 = VellPub::getFileMd5(path, [&told](qint64 readBytes) {
+        told.append(readBytes);
+        return true;
+    });
+    QCOMPARE(md5, VellPub::getFileMd5(path));
+    QCOMPARE(told, QList<qint64>({0, 1048576, 2 * 1048576, 2 * 1048576 + 5}));
+}
+
+void TestFileMd5::aFalseEndsTheReading()
+{
+    const QString path = write(QByteArray(5 * 1048576, 'a'));
+    QVERIFY(age(path));
+    int calls = 0;
+    QCOMPARE(VellPub::getFileMd5(path, [&calls](qint64) { return ++calls < 3; }), QString());
+    QCOMPARE(calls, 3);
+    QVERIFY(!isRemembered(path));
+}
+
+void TestFileMd5::aResultIsRemembered()
+{
+    const QString path = write("content");
+    QVERIFY(age(path));
+    QVERIFY(!isRemembered(path));
+    QVERIFY(remember(path));
+    const QString md5 = QStringLiteral("9a0364b9e99bb480dd25e1f0284c8555");
+    QCOMPARE(VellPub::getFileMd5(path), md5);
+    QCOMPARE(VellPub::getFileMd5(path, nullptr), md5);
+}
+
+void TestFileMd5::aFileOfTheFutureIsRemembered()
+{
+    const QString path = write("content");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(1),
+                             QFileDevice::FileModificationTime));
+    file.close();
+    QVERIFY(remember(path));
+}
+
+void TestFileMd5::aChangedFileIsReadAgain_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::newRow("longer") << QStringLiteral("longer");
+    QTest::newRow("same size, another time") << QStringLiteral("time");
+    QTest::newRow("same size, and its old time again") << QStringLiteral("entry");
+    QTest::newRow("another file in its place") << QStringLiteral("replaced");
+}
+
+void TestFileMd5::aChangedFileIsReadAgain()
+{
+    QFETCH(QString, change);
+#ifndef Q_OS_LINUX
+    if (change == QLatin1String("entry"))
+        return; // only this system keeps a time that programs cannot set
+#endif
+    const QString path = write("content");
+    QVERIFY(age(path));
+    const QDateTime time = QFileInfo(path).lastModified();
+    QVERIFY(remember(path));
+    if (change == QLatin1String("replaced")) {
+        const QString other = write("another", QStringLiteral("other"));
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QFile::rename(other, path));
+    } else {
+        write(change == QLatin1String("longer") ? "content and more" : "CONTENT");
+    }
+    if (change == QLatin1String("entry")) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
+    }
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray expected =
+        QCryptographicHash::hash(file.readAll(), QCryptographicHash::Md5).toHex();
+    QCOMPARE(VellPub::getFileMd5(path), QString::fromLatin1(expected));
+}
+
+void TestFileMd5::aFileChangedJustBeforeIsNotRemembered()
+{
+    const QString path = write("content", QStringLiteral("fresh"));
+    VellPub::getFileMd5(path, nullptr);
+    // A change in the same moment would leave no trace.
+    QVERIFY(!isRemembered(path));
 }
 
 QTEST_GUILESS_MAIN(TestFileMd5)

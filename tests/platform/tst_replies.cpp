@@ -131,9 +131,9 @@ void TestReplies::everyKindIsJudgedAndRead_data()
     row("503", json("{\"error\":\"\"}", 503), Reply::ServiceUnavailableError, "{\"error\":\"\"}",
         "[]", "The service answered 503 Scripted");
     row("truncated", ScriptedReply::endingAs(Ending::Truncated), Reply::RemoteHostClosedError, "{}",
-        "[]", "Connection closed");
+        "[]", "The connection was closed in the middle of the answer");
     row("dropped", ScriptedReply::endingAs(Ending::Dropped), Reply::RemoteHostClosedError, "{}",
-        "[]", "Connection closed");
+        "[]", "The connection was closed before the answer came");
     row("withheld", ScriptedReply::endingAs(Ending::Withheld), Reply::TimeoutError, "{}", "[]",
         "Nothing was sent or received for too long");
     ScriptedReply compressed = json(gzippedAnswer, 200);

@@ -17,8 +17,8 @@ private Q_SLOTS:
     void init();
     void everyValueArrivesUnchanged_data();
     void everyValueArrivesUnchanged();
-    void whatQtDropsMeansNothing_data();
-    void whatQtDropsMeansNothing();
+    void whatIsSuperfluousIsDropped_data();
+    void whatIsSuperfluousIsDropped();
     void addressesThatWouldChangeAreNotSent_data();
     void addressesThatWouldChangeAreNotSent();
     void encodingTakesLinearTime();
@@ -157,7 +157,7 @@ void TestRequestUrl::everyValueArrivesUnchanged()
     QCOMPARE(m_server->requests().first().decodedTarget(), QLatin1Char('/') + text);
 }
 
-void TestRequestUrl::whatQtDropsMeansNothing_data()
+void TestRequestUrl::whatIsSuperfluousIsDropped_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("target");
@@ -166,7 +166,7 @@ void TestRequestUrl::whatQtDropsMeansNothing_data()
     QTest::newRow("query of nothing") << QStringLiteral("d?") << QByteArray("/d");
 }
 
-void TestRequestUrl::whatQtDropsMeansNothing()
+void TestRequestUrl::whatIsSuperfluousIsDropped()
 {
     QFETCH(QString, text);
     QFETCH(QByteArray, target);

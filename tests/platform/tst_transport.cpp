@@ -264,7 +264,7 @@ void TestTransport::lostConnectionNeverRepeatsAForm()
     QCOMPARE(m_server->requests().size(), 1);
 }
 
-// Qt notices it while it reads or while it writes, and has a code of its own for each.
+// It is noticed while reading or while writing.
 void TestTransport::connectionLostWhileSendingIsSaidAlike()
 {
     QTcpServer server;

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qint64 WindowBytes = 256 * 1024;
+constexpr qint64 WindowBytes = qint64(256) * 1024;
 
 QByteArray headerValue(const QByteArray &head, const QByteArray &lowerCaseName)
 {

@@ -2,7 +2,6 @@
 
 #include <QEventLoop>
 #include <QJsonDocument>
-#include <QNetworkRequest>
 #include <QTimer>
 #include <QUrl>
 
@@ -25,6 +24,19 @@ QByteArray formBody(const QList<QPair<QString, QByteArray>> &fields)
         body += "\r\n\r\n" + field.second + "\r\n";
     }
     return body + "--" + boundary + "--\r\n";
+}
+
+//! Status and headers, from the text before the empty line.
+HttpAnswer parsedHead(const QByteArray &head)
+{
+    HttpAnswer answer;
+    const QList<QByteArray> lines = head.split('\n');
+    answer.status = lines.first().split(' ').value(1).toInt();
+    for (const QByteArray &line : lines.mid(1)) {
+        const int colon = line.indexOf(':');
+        answer.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
+    }
+    return answer;
 }
 
 } // namespace
@@ -81,34 +93,62 @@ HttpAnswer HttpClient::postForm(const QString &path,
 HttpAnswer HttpClient::send(const QByteArray &verb, const QString &path, const QByteArray &body,
                             const Headers &headers)
 {
-    QNetworkRequest request(QUrl::fromEncoded((m_baseApi + path).toUtf8(), QUrl::StrictMode));
-    request.setRawHeader("Content-Type", "application/json");
+    const QUrl url = QUrl::fromEncoded((m_baseApi + path).toUtf8(), QUrl::StrictMode);
+    QEventLoop loop; // before the connection: a thread that is not Qt's gets its events with it
+    if (!connectTo(url))
+        return {};
+    Headers all{{"Content-Type", "application/json"}};
     if (!m_token.isEmpty())
-        request.setRawHeader("Authorization", "Bearer " + m_token.toUtf8());
+        all.insert("Authorization", "Bearer " + m_token.toUtf8());
     for (auto it = headers.begin(); it != headers.end(); ++it)
-        request.setRawHeader(it.key(), it.value());
-
-    QEventLoop loop;
-    // As a custom verb HEAD would wait for the body that its length announces.
-    QNetworkReply *const reply =
-        verb == "HEAD" ? m_manager.head(request) : m_manager.sendCustomRequest(request, verb, body);
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(TimeoutMs, reply, &QNetworkReply::abort);
-    if (!reply->isFinished())
-        loop.exec();
+        all.insert(it.key(), it.value());
+    QByteArray request = verb + ' ' + url.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority)
+        + " HTTP/1.1\r\nHost: " + url.authority().toUtf8() + "\r\n";
+    for (auto it = all.begin(); it != all.end(); ++it)
+        request += it.key() + ": " + it.value() + "\r\n";
+    if (!body.isEmpty() || (verb != "GET" && verb != "HEAD"))
+        request += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
 
     HttpAnswer answer;
-    answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    answer.body = reply->readAll();
-    answer.error = reply->error();
-    for (const auto &header : reply->rawHeaderPairs())
-        answer.headers.insert(header.first.toLower(), header.second);
-    // Qt takes an answer for whole when the connection is reset at the wrong moment.
-    const qint64 length = answer.headers.value("content-length").toLongLong();
-    if (answer.error == QNetworkReply::NoError && verb != "HEAD" && answer.body.size() < length)
-        answer.error = QNetworkReply::RemoteHostClosedError;
-    delete reply;
+    int length = -1; // of the body
+    const auto take = [&] {
+        answer.body += m_socket.readAll();
+        const int end = length < 0 ? answer.body.indexOf("\r\n\r\n") : -1;
+        if (end >= 0) {
+            const QByteArray rest = answer.body.mid(end + 4);
+            answer = parsedHead(answer.body.left(end));
+            answer.body = rest;
+            const bool hasBody = verb != "HEAD" && answer.status != 304;
+            length = hasBody ? answer.headers.value("content-length").toInt() : 0;
+        }
+        answer.isWhole = length >= 0 && answer.body.size() >= length;
+        if (answer.isWhole)
+            loop.quit();
+    };
+    QObject::connect(&m_socket, &QTcpSocket::readyRead, &loop, take);
+    QObject::connect(&m_socket, &QTcpSocket::disconnected, &loop, &QEventLoop::quit);
+    QTimer::singleShot(TimeoutMs, &loop, &QEventLoop::quit);
+    m_socket.write(request + "\r\n" + body); // in one piece: the body must not wait for the head
+    if (m_socket.state() == QAbstractSocket::ConnectedState)
+        loop.exec();
+    if (!answer.isWhole || answer.headers.value("connection").toLower() == "close")
+        m_socket.abort();
     return answer;
+}
+
+bool HttpClient::connectTo(const QUrl &url)
+{
+    if (m_socket.state() == QAbstractSocket::ConnectedState)
+        m_socket.waitForReadyRead(0); // notices that the service has ended the connection
+    if (m_socket.state() == QAbstractSocket::ConnectedState && m_server == url.authority())
+        return true;
+    m_socket.abort();
+    m_server = url.authority();
+    m_socket.connectToHost(url.host(), static_cast<quint16>(url.port(80)));
+    if (!m_socket.waitForConnected(TimeoutMs))
+        return false;
+    m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    return true;
 }
 
 QString HttpClient::encoded(const Parameters &parameters)

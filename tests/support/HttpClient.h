@@ -5,10 +5,10 @@
 #include <QJsonObject>
 #include <QList>
 #include <QMap>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QPair>
 #include <QString>
+#include <QTcpSocket>
+#include <QUrl>
 
 //! What came back for one request.
 struct HttpAnswer
@@ -16,13 +16,10 @@ struct HttpAnswer
     int status = 0; //!< 0 without an answer
     QByteArray body;
     QMap<QByteArray, QByteArray> headers; //!< names in lower case
-    QNetworkReply::NetworkError error = QNetworkReply::NoError;
+    bool isWhole = false; //!< the body has as many bytes as its head says
 
     //! A whole answer with a 2xx status.
-    bool isSuccess() const
-    {
-        return error == QNetworkReply::NoError && status >= 200 && status < 300;
-    }
+    bool isSuccess() const { return isWhole && status >= 200 && status < 300; }
     QJsonObject object() const;
     QJsonArray array() const;
     QString errorText() const; //!< of the key "error"
@@ -30,7 +27,8 @@ struct HttpAnswer
 
 //! \brief A plain HTTP client that waits for each answer while events run, and ends by itself after a minute.
 //!
-//! Sends bytes as they are told: paths are percent-encoded by the caller or through encoded().
+//! Sends bytes as they are told: paths are percent-encoded by the caller or through encoded(). Keeps its connection, and
+//! sends nothing twice.
 class HttpClient
 {
 public:
@@ -60,7 +58,10 @@ public:
     static QString encoded(const Parameters &parameters);
 
 private:
+    bool connectTo(const QUrl &url);
+
     QString m_baseApi;
     QString m_token;
-    QNetworkAccessManager m_manager;
+    QString m_server; //!< host and port that the socket is connected to
+    QTcpSocket m_socket;
 };

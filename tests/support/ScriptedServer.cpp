@@ -113,11 +113,13 @@ bool ScriptedServer::Connection::takeHead()
     const int end = m_input.indexOf("\r\n\r\n");
     if (end < 0)
         return false;
-    const QList<QByteArray> lines = m_input.left(end).split('\n');
+    const QByteArray head = m_input.left(end);
+    const QList<QByteArray> lines = head.split('\n');
     m_input.remove(0, end + 4);
     const QList<QByteArray> words = lines.first().trimmed().split(' ');
     m_request = ScriptedRequest();
     m_request.connection = m_number;
+    m_request.head = head;
     m_request.verb = words.value(0);
     m_request.target = words.value(1);
     for (int i = 1; i < lines.size(); ++i) {
@@ -269,12 +271,7 @@ QString ScriptedServer::baseApi() const
 
 bool ScriptedServer::hasReusedItsConnection() const
 {
-#ifdef Q_OS_WIN
-    constexpr int RequestsOfOne = 50;
-    return m_connectionCount <= 2 + m_requests.size() / RequestsOfOne;
-#else
     return m_connectionCount == 1;
-#endif
 }
 
 void ScriptedServer::enqueue(const ScriptedReply &reply)

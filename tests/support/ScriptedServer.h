@@ -15,6 +15,7 @@ struct ScriptedRequest
 {
     QByteArray verb;
     QByteArray target; //!< path and query, byte for byte
+    QByteArray head; //!< request line and header fields, byte for byte, without the empty line
     QMap<QByteArray, QByteArray> headers; //!< names in lower case
     QByteArray body;
     int connection = 0; //!< which of the server's connections carried it, from 0
@@ -77,8 +78,7 @@ public:
     //! How many connections have been accepted since the start.
     int connectionCount() const { return m_connectionCount; }
 
-    //! Whether one connection has carried all of them. On Windows Qt now and then takes one that waits for the
-    //! next request for closed, so there a few more are none too many.
+    //! Whether one connection has carried all of them.
     bool hasReusedItsConnection() const;
 
 Q_SIGNALS:

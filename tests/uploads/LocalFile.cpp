@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr qint64 BlockBytes = 64 * 1024;
+constexpr qint64 BlockBytes = qint64(64) * 1024;
 
 void openOrDie(QFile &file, QIODevice::OpenMode mode)
 {

@@ -10,7 +10,7 @@
 class LocalFile
 {
 public:
-    static constexpr qint64 ChunkBytes = 4 * 1024 * 1024;
+    static constexpr qint64 ChunkBytes = qint64(4) * 1024 * 1024;
 
     LocalFile(const QString &path, qint64 bytes, quint32 salt);
 

@@ -11,7 +11,7 @@ constexpr qint64 FileBytes = 4 * GiB + ChunkBytes + 7;
 constexpr int Chunks = 1026;
 
 // Of the file that makeFile() leaves, as another program has computed it.
-const char Md5[] = "5c0903b286e8ccf2dce313f183c2b7c4";
+const char expectedMd5[] = "5c0903b286e8ccf2dce313f183c2b7c4";
 
 void writeAt(QFile &file, qint64 offset, const QByteArray &bytes)
 {
@@ -58,7 +58,7 @@ void TestUploadAbove4Gib::theLastChunksGoUpFromTheirOffsets()
 
     const QList<ScriptedRequest> requests = world.server.requests();
     QCOMPARE(requests.size(), 4);
-    QCOMPARE(requests.at(0).target, QByteArray("/base-service/largefiles/md5/") + Md5);
+    QCOMPARE(requests.at(0).target, QByteArray("/base-service/largefiles/md5/") + expectedMd5);
     QCOMPARE(store.sentChunks, (QList<int>{Chunks - 2, Chunks - 1}));
     const QList<FormPart> lastButOne = formParts(requests.at(1));
     QCOMPARE(lastButOne.at(0).body,

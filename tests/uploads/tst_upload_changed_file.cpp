@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr qint64 MiB = 1024 * 1024;
+constexpr qint64 MiB = qint64(1024) * 1024;
 constexpr qint64 FileBytes = 11 * MiB;
 constexpr quint32 OldSalt = 1;
 constexpr quint32 NewSalt = 2;

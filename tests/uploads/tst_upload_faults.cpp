@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr qint64 FileBytes = 11 * 1024 * 1024;
+constexpr qint64 FileBytes = qint64(11) * 1024 * 1024;
 constexpr int Chunks = 3;
 
 using Kind = ProxyFault::Kind;
@@ -13,15 +13,15 @@ using Point = ProxyFault::Point;
 
 struct PointRow
 {
-    Point point;
     const char *text;
+    Point point;
     bool isStored; // the service has the chunk by then
 };
-const PointRow Points[] = {
-    {Point::BeforeRequest, "before", false},
-    {Point::MidRequest, "in the middle of", false},
-    {Point::BeforeAnswer, "before the answer to", true},
-    {Point::MidAnswer, "in the middle of the answer to", true},
+const PointRow pointRows[] = {
+    {"before", Point::BeforeRequest, false},
+    {"in the middle of", Point::MidRequest, false},
+    {"before the answer to", Point::BeforeAnswer, true},
+    {"in the middle of the answer to", Point::MidAnswer, true},
 };
 
 struct KindRow
@@ -30,7 +30,7 @@ struct KindRow
     const char *text;
     const char *outcome; // nothing for a job that gets through
 };
-const KindRow Kinds[] = {
+const KindRow kindRows[] = {
     {Kind::Drop, "closed", "error 2"}, // RemoteHostClosedError
     {Kind::Stall, "stalled", "error 4"}, // TimeoutError
     {Kind::Delay, "delayed", ""},
@@ -104,8 +104,8 @@ void TestUploadFaults::aNewJobContinuesBehindTheFault_data()
     QTest::addColumn<QString>("outcome");
     QTest::addColumn<bool>("isStored");
     for (int chunk = 0; chunk < Chunks; ++chunk) {
-        for (const KindRow &kind : Kinds) {
-            for (const PointRow &point : Points) {
+        for (const KindRow &kind : kindRows) {
+            for (const PointRow &point : pointRows) {
                 QTest::addRow("%s %s chunk %d", kind.text, point.text, chunk)
                     << chunk << ProxyFault{kind.kind, point.point}
                     << QString::fromLatin1(kind.outcome) << point.isStored;

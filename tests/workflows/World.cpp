@@ -119,7 +119,7 @@ VellDocument World::fetch(const QString &id)
     return document;
 }
 
-QByteArray World::download(const VellDocument &document)
+QByteArray World::download(const VellDocument &document) const
 {
     NetworkEventLoop loop(NetworkManager::instance()->get(
         service.baseApi() + QStringLiteral("base-service/files/") + document.fileId));

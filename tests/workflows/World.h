@@ -40,7 +40,7 @@ public:
     VellDocument fetch(const QString &id);
 
     //! The bytes that the service holds for \a document.
-    QByteArray download(const VellDocument &document);
+    QByteArray download(const VellDocument &document) const;
 
     //! Becomes the user with this access token.
     void becomeUser(const QString &token);

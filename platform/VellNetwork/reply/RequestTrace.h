@@ -8,10 +8,12 @@
 struct RequestTrace
 {
     const QNetworkReply *reply = nullptr;
+    QByteArray method;
     QNetworkReply::NetworkError error = QNetworkReply::NoError;
     qint64 sentBytes = 0;
+    qint64 receivedBytes = 0;
     qint64 milliseconds = 0;
 
-    //! Prints verb, address, status or error, bytes and time; nothing while the category is off.
+    //! Prints method, address, status or error, bytes and time; nothing while the category is off.
     void write() const;
 };

@@ -1,7 +1,5 @@
 #include "RequestTrace.h"
 
-#include "ReplyWatch.h"
-
 #include <QLoggingCategory>
 #include <QMetaEnum>
 #include <QStringList>
@@ -9,20 +7,6 @@
 namespace {
 
 Q_LOGGING_CATEGORY(networkLog, "vell.network", QtWarningMsg)
-
-QString verb(const QNetworkReply *reply)
-{
-    switch (reply->operation()) {
-    case QNetworkAccessManager::GetOperation:
-        return QStringLiteral("GET");
-    case QNetworkAccessManager::PostOperation:
-        return QStringLiteral("POST");
-    case QNetworkAccessManager::PutOperation:
-        return QStringLiteral("PUT");
-    default:
-        return reply->request().attribute(QNetworkRequest::CustomVerbAttribute).toString();
-    }
-}
 
 bool isSecret(const QString &name, const QString &value)
 {
@@ -55,15 +39,17 @@ void RequestTrace::write() const
 {
     if (!networkLog().isDebugEnabled())
         return;
-    const QString status = QString::number(replyStatus(reply));
+    const QString status =
+        QString::number(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt());
     const QString name = error == QNetworkReply::NoError ? QString()
                                                          : QLatin1Char(' ')
             + QLatin1String(QMetaEnum::fromType<QNetworkReply::NetworkError>().valueToKey(
                 int(error)));
     // In one go: an address holds "%22" and the like, which a second arg() would take for its place.
     qCDebug(networkLog).noquote() << QStringLiteral("%1 %2 %3%4, %5 bytes sent, %6 received, %7 ms")
-                                         .arg(verb(reply), shownAddress(reply->url()), status, name,
+                                         .arg(QString::fromLatin1(method),
+                                              shownAddress(reply->url()), status, name,
                                               QString::number(sentBytes),
-                                              QString::number(reply->bytesAvailable()),
+                                              QString::number(receivedBytes),
                                               QString::number(milliseconds));
 }
