@@ -4,37 +4,40 @@
 #include <service/api/ServiceContext.h>
 #include <service/http/AccessLog.h>
 #include <service/http/HttpServer.h>
+#include <service/http/Loopback.h>
+#include <service/records/Projects.h>
 #include <service/records/Users.h>
-#include <service/storage/DataFolder.h>
-
-#include <arpa/inet.h>
+#include <service/storage/FolderLock.h>
+#include <service/storage/Generation.h>
 
 using namespace service;
 
-namespace {
-
-bool isLoopback(const QString &address)
+bool ServiceOptions::setListen(const QString &text)
 {
-    const QByteArray text = address.toLatin1();
-    in_addr v4 = {};
-    if (inet_pton(AF_INET, text.constData(), &v4) == 1)
-        return ntohl(v4.s_addr) >> 24 == 127;
-    in6_addr v6 = {};
-    if (inet_pton(AF_INET6, text.constData(), &v6) == 1)
-        return IN6_IS_ADDR_LOOPBACK(&v6);
-    return text == "localhost";
+    constexpr uint LargestPort = 65535;
+    const int colon = text.lastIndexOf(QLatin1Char(':'));
+    bool isNumber = false;
+    const uint number = text.mid(colon + 1).toUInt(&isNumber);
+    if (colon <= 0 || !isNumber || number > LargestPort)
+        return false;
+    listenAddress = text.left(colon);
+    if (listenAddress.startsWith(QLatin1Char('[')) && listenAddress.endsWith(QLatin1Char(']')))
+        listenAddress = listenAddress.mid(1, listenAddress.size() - 2);
+    port = static_cast<quint16>(number);
+    return true;
 }
-
-} // namespace
 
 class ReferenceService::Private
 {
 public:
     explicit Private(const ServiceOptions &serviceOptions)
-        : options(serviceOptions), context(serviceOptions), dispatcher(context)
+        : options(serviceOptions), context(serviceOptions.dataDir, serviceOptions.storeQuotaBytes,
+                                           serviceOptions.busyTimeoutMs),
+          dispatcher(context)
     {}
 
     bool openData(QString *error);
+    static void raise(Generation &generation);
     bool mayListen(QString *error);
     bool serve(QString *error);
     void close();
@@ -53,18 +56,39 @@ public:
 
 bool ReferenceService::Private::openData(QString *error)
 {
-    lock = FolderLock::take(options.dataDir, error);
-    if (!lock)
-        return false;
     try {
+        context.folder.make();
+        lock = FolderLock::take(context.folder, FolderLock::Holder::Service, error);
+        if (!lock)
+            return false;
         context.database.open();
         context.contents.open();
+        Generation generation(context.database, context.folder);
+        if (!generation.fits()) {
+            *error =
+                QStringLiteral("The records in %1 are older than the contents beside them; put "
+                               "the newest records.sqlite back, or go on without what is "
+                               "missing with \"vell-service accept --data %1\".")
+                    .arg(options.dataDir);
+            return false;
+        }
+        raise(generation);
     } catch (const std::exception &failure) {
         *error = QStringLiteral("The data folder %1 cannot be used: %2.")
                      .arg(options.dataDir, QString::fromUtf8(failure.what()));
         return false;
     }
     return log.open(options.accessLog, error);
+}
+
+//! A full disk does not keep anybody from downloading.
+void ReferenceService::Private::raise(Generation &generation)
+{
+    try {
+        generation.raise();
+    } catch (const std::exception &failure) {
+        qWarning("vell-service: %s", failure.what());
+    }
 }
 
 bool ReferenceService::Private::mayListen(QString *error)
@@ -79,21 +103,23 @@ bool ReferenceService::Private::mayListen(QString *error)
 
 bool ReferenceService::Private::serve(QString *error)
 {
-    context.isStopping = false;
-    server = std::make_unique<HttpServer>(
-        HttpServer::Settings{options.listenAddress, options.port, options.maxBodyBytes},
-        [this](HttpRequest &request, ReplyControl &reply, ServedRequest &served) {
-            return dispatcher.handle(request, reply, served);
-        },
-        [this](const ServedRequest &request) { log.write(request); });
+    HttpServer::Settings settings;
+    settings.address = options.listenAddress;
+    settings.port = options.port;
+    settings.temporaryFolder = context.folder.temporary();
+    settings.limits.maxBodyBytes = options.maxBodyBytes;
+    settings.handler = [this](HttpRequest &request) { return dispatcher.handlerFor(request); };
+    settings.loggedPath = &Dispatcher::loggedPath;
+    settings.logger = [this](const ServedRequest &request) { log.write(request); };
+    server = std::make_unique<HttpServer>(std::move(settings));
     return server->start(error);
 }
 
 void ReferenceService::Private::close()
 {
-    context.isStopping = true;
     server.reset();
     log.close();
+    context.database.close();
     lock.reset();
 }
 
@@ -121,10 +147,19 @@ ReferenceService::~ReferenceService()
     stop();
 }
 
+bool ReferenceService::isInUse(const QString &dataDir)
+{
+    return FolderLock::isTaken(DataFolder(dataDir));
+}
+
 bool ReferenceService::start(QString *error)
 {
     if (d->server)
         return true;
+    if (d->options.dataDir.isEmpty()) {
+        *error = QStringLiteral("No data folder was given.");
+        return false;
+    }
     if (d->openData(error) && d->mayListen(error) && d->serve(error))
         return true;
     d->close();
@@ -159,15 +194,35 @@ QString ReferenceService::addUser(const QString &name, QString *error)
     return token;
 }
 
+bool ReferenceService::removeUser(const QString &name, QString *error)
+{
+    return d->administer(
+        [&] {
+            Users users(d->context.database);
+            users.remove(users.require(name));
+        },
+        error);
+}
+
 bool ReferenceService::addProject(const QString &id, const QString &name, QString *error)
 {
-    return d->administer([&] { Users(d->context.database).addProject(id, name); }, error);
+    return d->administer([&] { Projects(d->context.database).add(id, name); }, error);
 }
 
 bool ReferenceService::setRole(const QString &project, const QString &user, const QString &role,
                                QString *error)
 {
-    return d->administer([&] { Users(d->context.database).setRole(project, user, role); }, error);
+    return d->administer(
+        [&] {
+            const User member = Users(d->context.database).require(user);
+            Projects(d->context.database).setRole(project, member, role);
+        },
+        error);
+}
+
+bool ReferenceService::reopenAccessLog(QString *error)
+{
+    return d->log.reopen(error);
 }
 
 void ReferenceService::addFault(const FaultRule &rule)

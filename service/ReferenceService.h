@@ -16,8 +16,13 @@ struct ServiceOptions
     QString accessLog; //!< a file that is appended to; empty for none, "-" for the standard error
 
     qint64 maxBodyBytes = Q_INT64_C(64) * 1024 * 1024 * 1024; //!< of one request
-    qint64 storeQuotaBytes =
-        0; //!< how much contents may take on the disk; 0 for no limit but the disk's
+    //! How much contents may take on the disk; 0 for no limit but the disk's.
+    qint64 storeQuotaBytes = 0;
+    //! How long a change waits for another program that writes to the records.
+    int busyTimeoutMs = 5000;
+
+    //! Reads "127.0.0.1:8080" or "[::1]:8080" into listenAddress and port. \return false for anything else
+    bool setListen(const QString &text);
 };
 
 //! \brief The document service: both REST interfaces, on SQLite and a folder of files.
@@ -41,6 +46,9 @@ public:
     //! the address cannot be had, it is not a loopback address and there are no users
     bool start(QString *error);
 
+    //! Returns true if a service, in this process or another, is using the data folder.
+    static bool isInUse(const QString &dataDir);
+
     //! Ends the connections and waits for the requests that are being worked on. What was answered stays.
     void stop();
 
@@ -56,11 +64,16 @@ public:
 
     //! \return the user's access token; only its hash is kept.
     QString addUser(const QString &name, QString *error = nullptr);
+    //! Ends what the user may do. What the user has made stays.
+    bool removeUser(const QString &name, QString *error = nullptr);
     bool addProject(const QString &id, const QString &name, QString *error = nullptr);
     //! \param role "owner", "editor", "contributor", "viewer", or "none" to end the membership
     bool setRole(const QString &project, const QString &user, const QString &role,
                  QString *error = nullptr);
     //! @}
+
+    //! Opens the access log again, which a log rotation has moved away. On failure the old one stays in use.
+    bool reopenAccessLog(QString *error);
 
     //! Misbehaves as told, from the next request on.
     void addFault(const FaultRule &rule);

@@ -3,8 +3,15 @@
 #include <QCoreApplication>
 #include <QMap>
 
+#include <csignal>
+#include <sys/stat.h>
+
 int main(int argc, char *argv[])
 {
+    // Whatever a command makes, the log included, is nobody else's business.
+    umask(S_IRWXG | S_IRWXO);
+    // A file that may not grow further is a refused request, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vell-service"));
 
@@ -13,7 +20,12 @@ int main(int argc, char *argv[])
         {QStringLiteral("user"), service::runUser},
         {QStringLiteral("project"), service::runProject},
         {QStringLiteral("role"), service::runRole},
+        {QStringLiteral("share"), service::runShare},
         {QStringLiteral("sweep"), service::runSweep},
+        {QStringLiteral("check"), service::runCheck},
+        {QStringLiteral("backup"), service::runBackup},
+        {QStringLiteral("restore"), service::runRestore},
+        {QStringLiteral("accept"), service::runAccept},
     };
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     const Command command = commands.value(arguments.value(0), nullptr);

@@ -45,6 +45,11 @@ HttpResponse getDocument(HttpRequest &request, Session &session)
     return HttpResponse::json(object);
 }
 
+void requireEdit(HttpRequest &request, Session &session)
+{
+    session.access.require(session.readable(request.captures.at(0)), Action::Edit);
+}
+
 HttpResponse putDocument(HttpRequest &request, Session &session)
 {
     const QJsonDocument body = readJson(request);
@@ -56,6 +61,11 @@ HttpResponse putDocument(HttpRequest &request, Session &session)
     transaction.commit();
     return HttpResponse::json(
         documentToJson(session.documents.require(document.id), {}, session.access));
+}
+
+void requireEditAnywhere(HttpRequest &, Session &session)
+{
+    session.access.requireAnywhere(Action::EditSelf);
 }
 
 //! An array sets positions, an object moves.
@@ -120,11 +130,11 @@ HttpResponse restoreDocument(HttpRequest &request, Session &session)
 
 void addDocumentRoutes(Router &router)
 {
-    router.add("PUT", "document-service/documents", putDocuments);
+    router.add("PUT", "document-service/documents", putDocuments, requireEditAnywhere);
     router.add("DELETE", "document-service/documents", emptyRecycleBin);
-    router.add("GET", "document-service/documents/*/restore", restoreDocument);
+    router.addChangingGet("document-service/documents/*/restore", restoreDocument);
     router.add("GET", "document-service/documents/*", getDocument);
-    router.add("PUT", "document-service/documents/*", putDocument);
+    router.add("PUT", "document-service/documents/*", putDocument, requireEdit);
     router.add("DELETE", "document-service/documents/*", deleteDocument);
     // Clients fetch a document's info from the bare base address.
     router.add("GET", "documents/*", getDocument);

@@ -3,7 +3,6 @@
 #include <service/api/JsonInput.h>
 #include <service/api/Session.h>
 #include <service/records/DocumentTree.h>
-#include <service/records/Files.h>
 #include <service/records/Links.h>
 #include <service/records/Names.h>
 #include <service/records/Versions.h>
@@ -11,24 +10,6 @@
 namespace service {
 
 namespace {
-
-constexpr int MaxWordBytes = 255;
-constexpr int MaxRemarkBytes = 10000;
-
-struct TextField
-{
-    const char *key;
-    QString Document::*member;
-    int maxBytes;
-};
-
-constexpr TextField TextFields[] = {
-    {"remark", &Document::remark, MaxRemarkBytes},
-    {"category", &Document::category, MaxWordBytes},
-    {"hostId", &Document::hostId, MaxWordBytes},
-    {"pwd", &Document::pwd, MaxWordBytes},
-    {"previewId", &Document::previewId, MaxWordBytes},
-};
 
 void requirePresent(const Document &document)
 {
@@ -57,16 +38,7 @@ void changeFields(Document &document, const JsonInput &input, Session &session)
         document.name = input.requiredText("name");
         requireValidName(document.name);
     }
-    for (const TextField &field : TextFields) {
-        if (!input.has(field.key))
-            continue;
-        document.*field.member = input.text(field.key);
-        requireShortText(document.*field.member, QString::fromLatin1(field.key), field.maxBytes);
-    }
-    if (input.has("hostType"))
-        document.hostType = input.integer("hostType");
-    if (input.has("order"))
-        document.order = input.integer("order");
+    readPlainFields(document, input, DocumentField::Changed);
     if (input.has("type") && input.text("type") != document.type)
         throw HttpError(400, QStringLiteral("The type of a document cannot be changed."));
     if (input.has("parentId"))
@@ -77,21 +49,32 @@ void changeContent(Document &document, const QString &fileId, Session &session)
 {
     if (document.isFolder())
         throw HttpError(400, QStringLiteral("A folder has no file."));
-    const std::optional<StoredFile> file = Files(session.database).find(fileId);
-    if (!file)
-        throw HttpError(400, QStringLiteral("There is no file \"%1\".").arg(fileId.left(60)));
-    document.fileId = file->id;
-    document.size = file->size;
+    const StoredFile file = session.contents.requireForDocument(fileId);
+    document.fileId = file.id;
+    document.size = file.size;
     Versions(session.database).add(document, session.user().id);
 }
 
 } // namespace
 
+void readPlainFields(Document &document, const JsonInput &input, DocumentField::Use use)
+{
+    for (const DocumentField &field : documentFields()) {
+        if (!field.may(use | DocumentField::Plain) || !input.has(field.key))
+            continue;
+        if (field.kind == DocumentField::Kind::Number) {
+            field.setValue(document, input.integer(field.key));
+        } else {
+            const QString text = input.text(field.key);
+            requireShortText(text, QLatin1String(field.key), field.maxBytes);
+            field.setValue(document, text);
+        }
+    }
+}
+
 void changeDocument(Document &document, const QJsonObject &body, Session &session)
 {
-    const JsonInput input(body,
-                          {"name", "remark", "category", "hostId", "hostType", "pwd", "previewId",
-                           "order", "type", "parentId", "links", "file"});
+    const JsonInput input(body, requestKeys(DocumentField::Changed));
     session.access.require(document, Action::Edit);
     requirePresent(document);
     if (body.isEmpty())

@@ -1,18 +1,23 @@
 #pragma once
 
+#include <service/records/DocumentFields.h>
+
 #include <QJsonArray>
 #include <QJsonObject>
 
 namespace service {
 
+class JsonInput;
 class Session;
-struct Document;
 
 //! \name Changes of documents
 //! Inside a Transaction of the caller; they throw HttpError, and then nothing is to be committed.
 //! @{
 
-//! Changes what \a body names: name, remark, links, parentId, category, host, password, preview, order, and with
+//! Takes over the fields of a request that are stored as they are. \param use Created or Changed
+void readPlainFields(Document &document, const JsonInput &input, DocumentField::Use use);
+
+//! Changes what \a body names: name, remark, links, parentId, the plain fields, and with
 //! "file" the content, which makes a new version.
 void changeDocument(Document &document, const QJsonObject &body, Session &session);
 

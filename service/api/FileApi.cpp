@@ -1,74 +1,50 @@
 #include <service/api/FileDownload.h>
 #include <service/api/Routes.h>
 #include <service/api/Session.h>
+#include <service/api/UploadForm.h>
 #include <service/http/HttpMessages.h>
-#include <service/http/MultipartReader.h>
 #include <service/http/Router.h>
-#include <service/records/Files.h>
-#include <service/storage/Statement.h>
 
 namespace service {
 
 namespace {
 
-HttpResponse uploadFile(HttpRequest &request, Session &session)
+HttpResponse keepFile(IncomingFile &content, const UploadForm &form, Session &session)
 {
-    if (!session.access.mayAnywhere(Action::Upload))
-        throw HttpError(403, QStringLiteral("You have no project into which you may upload."));
-    MultipartReader form(*request.body, request.header("content-type"));
-    MultipartReader::Part part;
-    std::unique_ptr<IncomingFile> content;
-    StoredFile file;
-    while (form.nextPart(part)) {
-        if (part.name != QLatin1String("file"))
-            continue;
-        if (content)
-            throw HttpError(400, QStringLiteral("The form has more than one \"file\"."));
-        content = session.context.contents.newFile();
-        file.name = part.fileName;
-        form.readPart(
-            [&content](const char *data, qint64 length) { content->write(data, length); });
-    }
-    if (!content)
-        throw HttpError(400, QStringLiteral("The form has no \"file\"."));
-    file.size = content->size();
-    // Only when the content is safe on the disk does a row say that it exists.
-    file.md5 = QString::fromLatin1(session.context.contents.keep(*content));
-
-    Transaction transaction(session.database);
-    file = Files(session.database).insert(file, session.user().id);
-    transaction.commit();
+    const StoredFile file = session.contents.keep(content, form.fileName());
     return HttpResponse::json(QJsonObject{{QStringLiteral("files"), QJsonArray{file.id}},
                                           {QStringLiteral("md5"), file.md5},
                                           {QStringLiteral("fileSize"), file.size}});
 }
 
+std::unique_ptr<BodySink> uploadFile(HttpRequest &request, Session &session)
+{
+    session.access.requireAnywhere(Action::Upload);
+    const std::shared_ptr<IncomingFile> content = session.context.contents.newFile();
+    return std::make_unique<UploadForm>(
+        request, QStringList(),
+        [content](const char *data, qint64 length) { content->write(data, length); },
+        [content, &session](const UploadForm &form) { return keepFile(*content, form, session); });
+}
+
 HttpResponse downloadFile(HttpRequest &request, Session &session)
 {
-    const QString id = request.captures.at(0);
-    Files files(session.database);
-    const std::optional<StoredFile> file = files.find(id);
-    // The same answer for both, so that nobody learns which ids exist.
-    if (!file || !files.mayDownload(id, session.access))
-        throw HttpError(
-            404, QStringLiteral("There is no file %1 that you may download.").arg(id.left(60)));
-
-    HttpResponse response = downloadResponse(request, *file, session.context.contents);
+    const StoredFile file = session.contents.requireForDownload(request.captures.at(0));
+    HttpResponse response = downloadResponse(request, file, session.context.contents);
     // A resumed download was noted when it began.
-    if (response.status == 200 || (response.status == 206 && response.file.offset == 0)) {
-        Transaction transaction(session.database);
-        files.noteDownload(id, session.user().id);
-        transaction.commit();
-    }
+    const bool isBegin =
+        response.status == 200 || (response.status == 206 && response.file.offset == 0);
+    if (isBegin && !request.isHead)
+        Files(session.database).noteDownload(file.id, session.user().id);
     return response;
 }
 
 HttpResponse md5Info(HttpRequest &request, Session &session)
 {
-    const QString md5 = request.captures.at(0).toLower();
-    const std::optional<StoredFile> file = Files(session.database).findByMd5(md5);
+    const std::optional<StoredFile> file =
+        session.contents.findByMd5(request.captures.at(0).toLower());
     if (!file)
-        throw HttpError(404, QStringLiteral("There is no file with this MD5."));
+        throw HttpError(404, QStringLiteral("There is no file with this MD5 that you may use."));
     return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), file->id},
                                           {QStringLiteral("md5"), file->md5},
                                           {QStringLiteral("fileSize"), file->size},
@@ -79,7 +55,7 @@ HttpResponse md5Info(HttpRequest &request, Session &session)
 
 void addFileRoutes(Router &router)
 {
-    router.add("POST", "base-service/files", uploadFile);
+    router.addUpload("POST", "base-service/files", uploadFile);
     router.add("GET", "base-service/files/*", downloadFile);
     router.add("GET", "base-service/md5/*/info", md5Info);
 }

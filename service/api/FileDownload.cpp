@@ -14,8 +14,9 @@ HttpResponse rangeOf(const HttpRequest &request, const FileBody &whole, const QB
 {
     HttpResponse response;
     response.file = whole;
-    const QByteArray condition = request.header("if-range");
-    if (!condition.isEmpty() && condition != etag)
+    // A HEAD has no ranges, and a date never fits: contents have none.
+    if (request.isHead
+        || (request.headers.contains("if-range") && request.header("if-range") != etag))
         return response;
     const ByteRange range = parseRange(request.header("range"), whole.length);
     const QByteArray size = QByteArray::number(whole.length);
@@ -49,7 +50,10 @@ HttpResponse downloadResponse(const HttpRequest &request, const StoredFile &file
 {
     const QByteArray etag = '"' + file.md5.toLatin1() + '"';
     HttpResponse response;
-    if (request.header("if-none-match") == etag)
+    if (request.headers.contains("if-match")
+        && !namesTag(request.header("if-match"), etag, TagComparison::Strong))
+        response = HttpResponse::error(412, QStringLiteral("The file is another one."));
+    else if (namesTag(request.header("if-none-match"), etag, TagComparison::Weak))
         response.status = 304;
     else
         response = rangeOf(request, {contents.contentPath(file.md5), 0, file.size}, etag);

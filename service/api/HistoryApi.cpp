@@ -1,8 +1,10 @@
 #include <service/api/JsonInput.h>
+#include <service/api/JsonList.h>
 #include <service/api/Routes.h>
 #include <service/api/Session.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
+#include <service/records/DocumentFields.h>
 #include <service/records/DocumentJson.h>
 #include <service/records/Names.h>
 #include <service/records/Versions.h>
@@ -12,8 +14,6 @@ namespace service {
 
 namespace {
 
-constexpr int MaxRemarkBytes = 10000;
-
 HttpResponse listVersions(HttpRequest &request, Session &session)
 {
     const QString order = request.parameter(QLatin1String("order"));
@@ -21,11 +21,20 @@ HttpResponse listVersions(HttpRequest &request, Session &session)
     if (!order.isEmpty() && !isAscending && order != QLatin1String("-createdAt"))
         throw HttpError(400, QStringLiteral("Versions are ordered by createdAt or -createdAt."));
     const Document document = session.readable(request.captures.at(0));
-    QJsonArray array;
+    JsonList list;
     const QList<Version> versions = Versions(session.database).list(document.id, isAscending);
     for (const Version &version : versions)
-        array.append(versionToJson(version));
-    return HttpResponse::json(array);
+        list.append(versionToJson(version));
+    return list.response();
+}
+
+void requireEditableVersion(HttpRequest &request, Session &session)
+{
+    const QString id = request.captures.at(0);
+    const std::optional<Version> version = Versions(session.database).find(id);
+    if (!version)
+        throw HttpError(404, QStringLiteral("There is no version %1.").arg(id.left(60)));
+    session.access.require(session.documents.require(version->documentId), Action::Edit);
 }
 
 HttpResponse putVersion(HttpRequest &request, Session &session)
@@ -36,12 +45,9 @@ HttpResponse putVersion(HttpRequest &request, Session &session)
     requireShortText(remark, QStringLiteral("The remark"), MaxRemarkBytes);
 
     Transaction transaction(session.database);
+    requireEditableVersion(request, session);
     Versions versions(session.database);
     const QString id = request.captures.at(0);
-    const std::optional<Version> version = versions.find(id);
-    if (!version)
-        throw HttpError(404, QStringLiteral("There is no version %1.").arg(id.left(60)));
-    session.access.require(session.documents.require(version->documentId), Action::Edit);
     versions.setRemark(id, remark);
     const QJsonObject object = versionToJson(*versions.find(id));
     transaction.commit();
@@ -53,7 +59,7 @@ HttpResponse putVersion(HttpRequest &request, Session &session)
 void addHistoryRoutes(Router &router)
 {
     router.add("GET", "document-service/documents/*/histories", listVersions);
-    router.add("PUT", "document-service/documents/histories/*", putVersion);
+    router.add("PUT", "document-service/documents/histories/*", putVersion, requireEditableVersion);
 }
 
 } // namespace service

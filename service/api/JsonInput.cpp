@@ -1,13 +1,13 @@
 #include <service/api/JsonInput.h>
 
+#include <service/api/JsonCheck.h>
+
 #include <algorithm>
 #include <limits>
 
 namespace service {
 
 namespace {
-
-constexpr qint64 MaxJsonBytes = Q_INT64_C(1024) * 1024;
 
 [[noreturn]] void refuse(const char *key, const char *expected)
 {
@@ -16,25 +16,34 @@ constexpr qint64 MaxJsonBytes = Q_INT64_C(1024) * 1024;
                         .arg(QString::fromLatin1(key), QString::fromLatin1(expected)));
 }
 
+//! \param refusal has a place for the reason
+QJsonDocument parsed(const QByteArray &text, const QString &refusal)
+{
+    const char *const fault = findJsonFault(text);
+    if (fault != nullptr)
+        throw HttpError(400, refusal.arg(QLatin1String(fault)));
+    QJsonParseError error{};
+    QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (error.error != QJsonParseError::NoError)
+        throw HttpError(400, refusal.arg(error.errorString()));
+    return document;
+}
+
 } // namespace
 
-QJsonDocument readJson(HttpRequest &request)
+QJsonDocument readJson(const HttpRequest &request)
 {
-    const QByteArray body = request.body->readAll(MaxJsonBytes);
-    QJsonParseError error{};
-    QJsonDocument document = QJsonDocument::fromJson(body, &error);
-    if (error.error != QJsonParseError::NoError)
-        throw HttpError(400, QStringLiteral("The body is not JSON: %1.").arg(error.errorString()));
-    return document;
+    return parsed(request.body, QStringLiteral("The body is not JSON: %1."));
 }
 
 QJsonObject jsonParameter(const HttpRequest &request, QLatin1String name)
 {
     if (!request.query.contains(name))
         return {};
-    QJsonParseError error{};
-    QJsonDocument document = QJsonDocument::fromJson(request.parameter(name).toUtf8(), &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject())
+    const QJsonDocument document =
+        parsed(request.parameter(name).toUtf8(),
+               QStringLiteral("The parameter %1 is not JSON: ").arg(name) + QStringLiteral("%1."));
+    if (!document.isObject())
         throw HttpError(400, QStringLiteral("The parameter %1 is not a JSON object.").arg(name));
     return document.object();
 }
@@ -50,7 +59,7 @@ qint64 numberParameter(const HttpRequest &request, QLatin1String name, qint64 fa
     return number;
 }
 
-JsonInput::JsonInput(const QJsonObject &object, std::initializer_list<const char *> knownKeys)
+JsonInput::JsonInput(const QJsonObject &object, const std::vector<const char *> &knownKeys)
     : m_object(object)
 {
     const QStringList keys = object.keys();

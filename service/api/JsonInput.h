@@ -5,12 +5,12 @@
 #include <QJsonDocument>
 #include <QStringList>
 
-#include <initializer_list>
+#include <vector>
 
 namespace service {
 
-//! The body as JSON. \throws HttpError 400 for anything else, 413 above 1 MiB
-QJsonDocument readJson(HttpRequest &request);
+//! The body as JSON. \throws HttpError 400 for anything else
+QJsonDocument readJson(const HttpRequest &request);
 
 //! A parameter of the query that holds a JSON object; empty without it. \throws HttpError 400
 QJsonObject jsonParameter(const HttpRequest &request, QLatin1String name);
@@ -24,7 +24,7 @@ class JsonInput
 {
 public:
     //! \param knownKeys others are refused, so that a misspelt key is not silently without effect
-    JsonInput(const QJsonObject &object, std::initializer_list<const char *> knownKeys);
+    JsonInput(const QJsonObject &object, const std::vector<const char *> &knownKeys);
 
     bool has(const char *key) const;
     //! Null counts as empty.

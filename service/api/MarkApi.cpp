@@ -1,4 +1,5 @@
 #include <service/api/JsonInput.h>
+#include <service/api/JsonList.h>
 #include <service/api/Routes.h>
 #include <service/api/Session.h>
 #include <service/http/HttpMessages.h>
@@ -10,6 +11,11 @@
 namespace service {
 
 namespace {
+
+void requireReadable(HttpRequest &request, Session &session)
+{
+    session.readable(request.captures.at(0));
+}
 
 HttpResponse putMark(HttpRequest &request, Session &session)
 {
@@ -35,22 +41,22 @@ HttpResponse listMarks(HttpRequest &request, Session &session)
         session.readable(documentId);
     const std::optional<int> type =
         where.has("type") ? std::optional<int>(where.integer("type")) : std::nullopt;
-    QJsonArray array;
+    JsonList list;
     const QList<Mark> marks = Marks(session.database, session.user().id).list(documentId, type);
     for (const Mark &mark : marks) {
-        array.append(QJsonObject{{QStringLiteral("documentId"), mark.documentId},
-                                 {QStringLiteral("type"), mark.type},
-                                 {QStringLiteral("userId"), session.user().id},
-                                 {QStringLiteral("createdAt"), timeText(mark.createdAt)}});
+        list.append(QJsonObject{{QStringLiteral("documentId"), mark.documentId},
+                                {QStringLiteral("type"), mark.type},
+                                {QStringLiteral("userId"), session.user().id},
+                                {QStringLiteral("createdAt"), timeText(mark.createdAt)}});
     }
-    return HttpResponse::json(array);
+    return list.response();
 }
 
 } // namespace
 
 void addMarkRoutes(Router &router)
 {
-    router.add("PUT", "document-service/documents/*/records", putMark);
+    router.add("PUT", "document-service/documents/*/records", putMark, requireReadable);
     // Stands before the route of one document, whose id "records" would otherwise be.
     router.add("GET", "document-service/documents/records", listMarks);
 }

@@ -1,23 +1,23 @@
+#include <service/api/DocumentChange.h>
 #include <service/api/JsonInput.h>
+#include <service/api/JsonList.h>
 #include <service/api/Routes.h>
 #include <service/api/Session.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
 #include <service/records/DocumentJson.h>
 #include <service/records/DocumentQuery.h>
-#include <service/records/Files.h>
 #include <service/records/Links.h>
 #include <service/records/Marks.h>
 #include <service/records/Names.h>
 #include <service/records/Versions.h>
 #include <service/storage/Statement.h>
 
+#include <limits>
+
 namespace service {
 
 namespace {
-
-constexpr int MaxWordBytes = 255;
-constexpr int MaxRemarkBytes = 10000;
 
 DocumentQuery readQuery(const HttpRequest &request)
 {
@@ -27,27 +27,25 @@ DocumentQuery readQuery(const HttpRequest &request)
     query.category = request.parameter(QLatin1String("category"));
     query.isDeep = request.flag(QLatin1String("deep"));
     const qint64 recordType = numberParameter(request, QLatin1String("recordType"), 0);
+    if (recordType > std::numeric_limits<int>::max())
+        throw HttpError(400, QStringLiteral("The parameter recordType is too large."));
     if (recordType > 0)
-        query.recordTypes.append(static_cast<int>(recordType));
+        query.markTypes.append(static_cast<int>(recordType));
     if (request.flag(QLatin1String("frequent")))
-        query.recordTypes.append(Marks::Frequent);
+        query.markTypes.append(Marks::Frequent);
     query.order = request.parameter(QLatin1String("order"));
     query.limit = numberParameter(request, QLatin1String("limit"), 0);
     query.skip = numberParameter(request, QLatin1String("skip"), 0);
+    if (query.limit > JsonList::MaxEntries) {
+        throw HttpError(400, QStringLiteral("The limit is at most %1.").arg(JsonList::MaxEntries));
+    }
+    if (query.limit <= 0)
+        query.limit = JsonList::MaxEntries + 1; // that there are more is an error
     if (query.skip < 0)
         throw HttpError(400, QStringLiteral("The parameter skip is negative."));
     // Says nothing new: a name in the condition is compared as a whole anyway.
     request.flag(QLatin1String("words"));
     return query;
-}
-
-QJsonArray toJson(const QList<Document> &documents, const DocumentSelection &selection,
-                  Access &access)
-{
-    QJsonArray array;
-    for (const Document &document : documents)
-        array.append(documentToJson(document, selection, access));
-    return array;
 }
 
 HttpResponse listDocuments(HttpRequest &request, Session &session)
@@ -62,7 +60,11 @@ HttpResponse listDocuments(HttpRequest &request, Session &session)
         request.flag(QLatin1String("linkedEntity")) || request.flag(QLatin1String("expand"));
     const DocumentSelection selection =
         parseSelection(request.parameter(QLatin1String("select")), isLinked);
-    return HttpResponse::json(toJson(lister.list(query), selection, session.access));
+    JsonList list;
+    lister.list(query, [&](const Document &document) {
+        list.append(documentToJson(document, selection, session.access));
+    });
+    return list.response();
 }
 
 HttpResponse entityDocuments(HttpRequest &request, Session &session)
@@ -70,8 +72,11 @@ HttpResponse entityDocuments(HttpRequest &request, Session &session)
     const QString projectId = request.captures.at(0);
     session.access.require(projectId, Action::Read);
     DocumentLister lister(session.database, session.user().id);
-    return HttpResponse::json(
-        toJson(lister.linkedTo(projectId, request.captures.at(1)), {}, session.access));
+    JsonList list;
+    lister.linkedTo(projectId, request.captures.at(1), [&](const Document &document) {
+        list.append(documentToJson(document, {}, session.access));
+    });
+    return list.response();
 }
 
 //! May I? The answer is what the service would then do.
@@ -98,6 +103,22 @@ HttpResponse auth(HttpRequest &request, Session &session)
     return HttpResponse::json(QJsonObject{{QStringLiteral("value"), value}});
 }
 
+HttpResponse users(HttpRequest &request, Session &session)
+{
+    const QString projectId = request.captures.at(0);
+    session.access.require(projectId, Action::Read);
+    QList<Member> members = Projects(session.database).members(projectId);
+    if (session.user().isLocal)
+        members = {{session.user().id, session.user().name, Role::Owner}};
+    JsonList list;
+    for (const Member &member : qAsConst(members)) {
+        list.append(QJsonObject{{QStringLiteral("_id"), member.userId},
+                                {QStringLiteral("name"), member.userName},
+                                {QStringLiteral("role"), roleName(member.role)}});
+    }
+    return list.response();
+}
+
 Document readNewDocument(const JsonInput &input, const QString &projectId)
 {
     Document document;
@@ -108,14 +129,9 @@ Document readNewDocument(const JsonInput &input, const QString &projectId)
     if (document.type != QLatin1String("dir") && document.type != QLatin1String("file"))
         throw HttpError(400, QStringLiteral("The type must be \"dir\" or \"file\"."));
     document.parentId = input.text("parentId");
-    document.category = input.text("category");
-    document.hostId = input.has("hostId") ? input.text("hostId") : projectId;
-    document.hostType = input.has("hostType") ? input.integer("hostType") : 0;
-    document.remark = input.text("remark");
     document.fileId = input.text("file");
-    requireShortText(document.category, QStringLiteral("The category"), MaxWordBytes);
-    requireShortText(document.hostId, QStringLiteral("The hostId"), MaxWordBytes);
-    requireShortText(document.remark, QStringLiteral("The remark"), MaxRemarkBytes);
+    document.hostId = projectId;
+    readPlainFields(document, input, DocumentField::Created);
     if (document.isFolder() && !document.fileId.isEmpty())
         throw HttpError(400, QStringLiteral("A folder has no file."));
     if (!document.isFolder() && document.fileId.isEmpty())
@@ -123,30 +139,28 @@ Document readNewDocument(const JsonInput &input, const QString &projectId)
     return document;
 }
 
+void requireUpload(HttpRequest &request, Session &session)
+{
+    session.access.require(request.captures.at(0), Action::Upload);
+}
+
 HttpResponse createDocument(HttpRequest &request, Session &session)
 {
+    requireUpload(request, session);
     const QString projectId = request.captures.at(0);
-    session.access.require(projectId, Action::Upload);
     const QJsonDocument body = readJson(request);
     if (!body.isObject())
         throw HttpError(400, QStringLiteral("The body must be a JSON object."));
-    const JsonInput input(
-        body.object(),
-        {"parentId", "name", "type", "category", "file", "hostId", "hostType", "remark", "links"});
+    const JsonInput input(body.object(), requestKeys(DocumentField::Created));
     Document document = readNewDocument(input, projectId);
 
     Transaction transaction(session.database);
     if (session.user().isLocal)
-        Users(session.database).ensureProject(projectId);
+        Projects(session.database).ensure(projectId);
     if (!document.parentId.isEmpty())
         session.documents.requireTarget(document.parentId, projectId);
-    if (!document.isFolder()) {
-        const std::optional<StoredFile> file = Files(session.database).find(document.fileId);
-        if (!file)
-            throw HttpError(400,
-                            QStringLiteral("There is no file %1.").arg(document.fileId.left(60)));
-        document.size = file->size;
-    }
+    if (!document.isFolder())
+        document.size = session.contents.requireForDocument(document.fileId).size;
     session.documents.insert(document);
     if (!document.isFolder())
         Versions(session.database).add(document, session.user().id);
@@ -162,8 +176,9 @@ HttpResponse createDocument(HttpRequest &request, Session &session)
 void addProjectRoutes(Router &router)
 {
     router.add("GET", "document-service/projects/*/documents", listDocuments);
-    router.add("POST", "document-service/projects/*/documents", createDocument);
+    router.add("POST", "document-service/projects/*/documents", createDocument, requireUpload);
     router.add("GET", "document-service/projects/*/auth", auth);
+    router.add("GET", "document-service/projects/*/users", users);
     router.add("GET", "document-service/projects/*/entities/*/documents", entityDocuments);
 }
 

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <service/ReferenceService.h>
 #include <service/faults/FaultPlan.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Database.h>
-#include <service/storage/KeyedLocks.h>
 
 #include <atomic>
 
@@ -13,18 +11,15 @@ namespace service {
 //! \brief What all requests of one service share.
 struct ServiceContext
 {
-    explicit ServiceContext(const ServiceOptions &serviceOptions)
-        : options(serviceOptions),
-          database(serviceOptions.dataDir + QStringLiteral("/records.sqlite")),
-          contents(serviceOptions.dataDir, serviceOptions.storeQuotaBytes)
+    ServiceContext(const QString &dataDir, qint64 storeQuotaBytes, int busyTimeoutMs)
+        : folder(dataDir), database(folder, busyTimeoutMs), contents(folder, storeQuotaBytes)
     {}
 
-    const ServiceOptions options;
+    const DataFolder folder;
     Database database;
     ContentStore contents;
     FaultPlan faults;
-    KeyedLocks uploadLocks; //!< by MD5
-    std::atomic<bool> isStopping{false};
+    std::atomic<qint64> heldBodyBytes{0}; //!< see BodyBuffer
 };
 
 } // namespace service

@@ -2,6 +2,7 @@
 
 #include <service/api/ServiceContext.h>
 #include <service/records/Access.h>
+#include <service/records/Contents.h>
 #include <service/records/Documents.h>
 
 #include <optional>
@@ -15,15 +16,16 @@ public:
     Session(ServiceContext &serviceContext, const User &user, std::optional<FaultRule> faultRule)
         : context(serviceContext), database(serviceContext.database),
           access(serviceContext.database, user), documents(serviceContext.database, user.id),
+          contents(serviceContext.database, serviceContext.contents, access),
           fault(std::move(faultRule))
     {}
 
     const User &user() const { return access.user(); }
 
-    //! \throws HttpError 404, 403
+    //! \throws ServiceError: NotFound, Forbidden
     Document readable(const QString &id)
     {
-        const Document document = documents.require(id);
+        Document document = documents.require(id);
         access.require(document, Action::Read);
         return document;
     }
@@ -32,6 +34,7 @@ public:
     Database &database;
     Access access;
     Documents documents;
+    Contents contents;
     const std::optional<FaultRule> fault;
 };
 

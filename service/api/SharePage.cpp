@@ -34,11 +34,29 @@ QString nameCell(const SharePage &page, const Document &document)
     return QStringLiteral("<a href=\"%1/files/%2\">%3</a>").arg(page.basePath, document.id, name);
 }
 
+QString turnLink(const SharePage &page, int number, const char *text)
+{
+    return QStringLiteral("<a href=\"%1?page=%2\">%3</a> ")
+        .arg(page.path)
+        .arg(number)
+        .arg(QLatin1String(text));
+}
+
+QString turnLinks(const SharePage &page)
+{
+    QString links;
+    if (page.number > 1)
+        links += turnLink(page, page.number - 1, "Previous page");
+    if (page.hasNext)
+        links += turnLink(page, page.number + 1, "Next page");
+    return links.isEmpty() ? links : QStringLiteral("<p>") + links + QStringLiteral("</p>\n");
+}
+
 } // namespace
 
 QString shareListPage(const SharePage &page)
 {
-    if (page.documents.isEmpty())
+    if (page.documents.isEmpty() && page.number == 1)
         return pageFrame(page.title, QStringLiteral("<p>There is nothing in here.</p>\n"));
     QString rows;
     for (const Document &document : page.documents) {
@@ -50,7 +68,9 @@ QString shareListPage(const SharePage &page)
             + size + QStringLiteral("</td><td>") + timeText(document.updatedAt).left(10)
             + QStringLiteral("</td></tr>\n");
     }
-    return pageFrame(page.title, QStringLiteral("<table>\n") + rows + QStringLiteral("</table>\n"));
+    return pageFrame(page.title,
+                     QStringLiteral("<table>\n") + rows + QStringLiteral("</table>\n")
+                         + turnLinks(page));
 }
 
 QString shareMessagePage(const QString &title, const QString &sentence)

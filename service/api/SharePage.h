@@ -12,6 +12,9 @@ struct SharePage
 {
     QString title;
     QString basePath; //!< "/share/CODE"
+    QString path; //!< of this page
+    int number = 1; //!< the first is 1
+    bool hasNext = false;
     bool allowsDownload = false;
     QList<Document> documents;
 };

@@ -1,105 +1,199 @@
 #include <service/cli/Commands.h>
+#include <service/cli/OpenFolder.h>
 #include <service/cli/Output.h>
+#include <service/records/Projects.h>
+#include <service/records/Shares.h>
+#include <service/records/Times.h>
 #include <service/records/Users.h>
-#include <service/storage/Database.h>
 
-#include <QDir>
-#include <QFileInfo>
-
-#include <functional>
+#include <vector>
 
 namespace service {
 
 namespace {
 
-QCommandLineOption dataOption()
+//! One line of the command line, such as "user add NAME".
+struct Verb
 {
-    return {QStringLiteral("data"), QStringLiteral("The data folder of the service."),
-            QStringLiteral("DIR")};
+    const char *usage; //!< the command, the verb, and a word for each argument
+    const char *help;
+    OpenFolder::Missing missing;
+    //! \a words are the arguments.
+    void (*run)(OpenFolder &folder, const QStringList &words, const QCommandLineParser &options);
+
+    QStringList words() const { return QString::fromLatin1(usage).split(QLatin1Char(' ')); }
+};
+
+using Verbs = std::vector<Verb>;
+
+constexpr auto Make = OpenFolder::Missing::Make;
+constexpr auto Refuse = OpenFolder::Missing::Refuse;
+
+void listUsers(OpenFolder &folder, const QStringList &, const QCommandLineParser &)
+{
+    const QList<User> users = Users(folder.database).list();
+    for (const User &user : users)
+        printLine(QStringLiteral("%1  %2").arg(user.id, user.name));
 }
 
-//! Opens the records and runs \a command; a service may be running on them.
-int withUsers(const QCommandLineParser &parser, const std::function<void(Users &)> &command)
+void renewToken(OpenFolder &folder, const QStringList &words, const QCommandLineParser &)
 {
-    const QString folder = parser.value(QStringLiteral("data"));
-    if (folder.isEmpty())
-        return fail(QStringLiteral("Say which data folder: --data DIR."), ExitUsage);
-    try {
-        if (!QDir().mkpath(folder))
-            return fail(QStringLiteral("The data folder %1 cannot be made.").arg(folder));
-        Database database(folder + QStringLiteral("/records.sqlite"));
-        database.open();
-        Users users(database);
-        command(users);
-        return 0;
-    } catch (const std::exception &error) {
-        return fail(QString::fromUtf8(error.what()));
+    Users users(folder.database);
+    printLine(users.renewToken(users.require(words.at(0))));
+}
+
+void revokeToken(OpenFolder &folder, const QStringList &words, const QCommandLineParser &)
+{
+    Users users(folder.database);
+    users.revokeToken(users.require(words.at(0)));
+}
+
+void removeUser(OpenFolder &folder, const QStringList &words, const QCommandLineParser &)
+{
+    Users users(folder.database);
+    users.remove(users.require(words.at(0)));
+}
+
+void setRole(OpenFolder &folder, const QStringList &words, const QCommandLineParser &)
+{
+    const User user = Users(folder.database).require(words.at(1));
+    Projects(folder.database).setRole(words.at(0), user, words.at(2));
+}
+
+void listShares(OpenFolder &folder, const QStringList &, const QCommandLineParser &options)
+{
+    Shares shares(folder.database);
+    const QList<Share> list = shares.list(options.value(QStringLiteral("project")), QString());
+    for (const Share &share : list) {
+        QStringList names;
+        const QList<Document> documents = shares.documents(share);
+        for (const Document &document : documents)
+            names.append(document.name);
+        const QString end = share.expiredAt ? timeText(*share.expiredAt) : QStringLiteral("never");
+        printLine(QStringLiteral("%1  %2  ends %3  %4")
+                      .arg(share.id, share.projectId, end, names.join(QStringLiteral(", "))));
     }
 }
 
-int wrongUse(const QString &usage)
+void revokeShare(OpenFolder &folder, const QStringList &words, const QCommandLineParser &)
 {
-    return fail(QStringLiteral("The command is: vell-service %1").arg(usage), ExitUsage);
+    if (!Shares(folder.database).remove(words.at(0))) {
+        throw std::runtime_error(
+            QStringLiteral("There is no share %1.").arg(words.at(0)).toStdString());
+    }
+}
+
+const Verbs &userVerbs()
+{
+    static const Verbs verbs{
+        {"user add NAME", "adds a user and prints the access token, which is not kept", Make,
+         [](OpenFolder &folder, const QStringList &words, const QCommandLineParser &) {
+             printLine(Users(folder.database).add(words.at(0)));
+         }},
+        {"user list", "prints the users", Refuse, listUsers},
+        {"user token NAME", "prints a new access token; the old one is void", Refuse, renewToken},
+        {"user revoke NAME", "makes the access token void", Refuse, revokeToken},
+        {"user remove NAME", "removes the user with token, roles, marks and shares; documents stay",
+         Refuse, removeUser},
+    };
+    return verbs;
+}
+
+const Verbs &projectVerbs()
+{
+    static const Verbs verbs{
+        {"project add ID", "adds a project", Make,
+         [](OpenFolder &folder, const QStringList &words, const QCommandLineParser &options) {
+             Projects(folder.database).add(words.at(0), options.value(QStringLiteral("name")));
+         }},
+    };
+    return verbs;
+}
+
+const Verbs &roleVerbs()
+{
+    static const Verbs verbs{
+        {"role set PROJECT USER ROLE", "ROLE is owner, editor, contributor, viewer or none", Refuse,
+         setRole},
+    };
+    return verbs;
+}
+
+const Verbs &shareVerbs()
+{
+    static const Verbs verbs{
+        {"share list", "prints the shares, the newest first", Refuse, listShares},
+        {"share revoke ID", "ends a share", Refuse, revokeShare},
+    };
+    return verbs;
+}
+
+QString descriptionOf(const Verbs &verbs)
+{
+    QStringList lines;
+    for (const Verb &verb : verbs)
+        lines.append(
+            QStringLiteral("%1   %2").arg(QLatin1String(verb.usage), QLatin1String(verb.help)));
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString usageOf(const Verbs &verbs)
+{
+    QStringList usages;
+    for (const Verb &verb : verbs)
+        usages.append(QLatin1String(verb.usage) + QStringLiteral(" --data DIR"));
+    return usages.join(QStringLiteral(", or ")) + QLatin1Char('.');
+}
+
+int runVerb(const Verbs &verbs, const QList<QCommandLineOption> &options,
+            const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(descriptionOf(verbs));
+    parser.addOption(dataOption());
+    parser.addOptions(options);
+    int code = 0;
+    if (!parseArguments(parser, arguments, &code))
+        return code;
+    const QStringList words = parser.positionalArguments();
+    for (const Verb &verb : verbs) {
+        if (verb.words().value(1) != words.value(0) || verb.words().size() - 1 != words.size())
+            continue;
+        return withFolder(parser, verb.missing, [&](OpenFolder &folder) {
+            verb.run(folder, words.mid(1), parser);
+            return 0;
+        });
+    }
+    return wrongUse(usageOf(verbs));
 }
 
 } // namespace
 
 int runUser(const QStringList &arguments)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "user add NAME   adds a user and prints the access token, which is not kept\n"
-        "user list       prints the users"));
-    parser.addOption(dataOption());
-    int code = 0;
-    if (!parseArguments(parser, arguments, &code))
-        return code;
-    const QStringList words = parser.positionalArguments();
-    if (words.value(0) == QLatin1String("add") && words.size() == 2)
-        return withUsers(parser, [&](Users &users) { printLine(users.add(words.at(1))); });
-    if (words == QStringList{QStringLiteral("list")}) {
-        return withUsers(parser, [](Users &users) {
-            const QList<User> list = users.list();
-            for (const User &user : list)
-                printLine(QStringLiteral("%1  %2").arg(user.id, user.name));
-        });
-    }
-    return wrongUse(QStringLiteral("user add NAME --data DIR, or user list --data DIR."));
+    return runVerb(userVerbs(), {}, arguments);
 }
 
 int runProject(const QStringList &arguments)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("project add ID   adds a project"));
-    parser.addOption(dataOption());
-    parser.addOption({QStringLiteral("name"),
-                      QStringLiteral("The name shown to people; the id without it."),
-                      QStringLiteral("TEXT")});
-    int code = 0;
-    if (!parseArguments(parser, arguments, &code))
-        return code;
-    const QStringList words = parser.positionalArguments();
-    if (words.value(0) != QLatin1String("add") || words.size() != 2)
-        return wrongUse(QStringLiteral("project add ID [--name TEXT] --data DIR."));
-    return withUsers(parser, [&](Users &users) {
-        users.addProject(words.at(1), parser.value(QStringLiteral("name")));
-    });
+    return runVerb(
+        projectVerbs(),
+        {{QStringLiteral("name"), QStringLiteral("The name shown to people; the id without it."),
+          QStringLiteral("TEXT")}},
+        arguments);
 }
 
 int runRole(const QStringList &arguments)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "role set PROJECT USER ROLE   ROLE is owner, editor, contributor, viewer or none"));
-    parser.addOption(dataOption());
-    int code = 0;
-    if (!parseArguments(parser, arguments, &code))
-        return code;
-    const QStringList words = parser.positionalArguments();
-    if (words.value(0) != QLatin1String("set") || words.size() != 4)
-        return wrongUse(QStringLiteral("role set PROJECT USER ROLE --data DIR."));
-    return withUsers(parser,
-                     [&](Users &users) { users.setRole(words.at(1), words.at(2), words.at(3)); });
+    return runVerb(roleVerbs(), {}, arguments);
+}
+
+int runShare(const QStringList &arguments)
+{
+    return runVerb(shareVerbs(),
+                   {{QStringLiteral("project"), QStringLiteral("Only the shares of one project."),
+                     QStringLiteral("ID")}},
+                   arguments);
 }
 
 } // namespace service

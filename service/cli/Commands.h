@@ -5,14 +5,19 @@
 namespace service {
 
 //! \name The commands of vell-service
-//! Each takes what stands behind its name and returns the program's exit code: 0, 1 for a failure, 2 for
+//! Each takes what follows its name and returns the program's exit code: 0, 1 for a failure, 2 for
 //! a command line that cannot be read. What went wrong is one sentence on the standard error.
 //! @{
 int runServe(const QStringList &arguments);
 int runUser(const QStringList &arguments);
 int runProject(const QStringList &arguments);
 int runRole(const QStringList &arguments);
+int runShare(const QStringList &arguments);
 int runSweep(const QStringList &arguments);
+int runCheck(const QStringList &arguments);
+int runBackup(const QStringList &arguments);
+int runRestore(const QStringList &arguments);
+int runAccept(const QStringList &arguments);
 //! @}
 
 } // namespace service

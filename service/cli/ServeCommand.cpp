@@ -6,33 +6,19 @@
 
 #include <csignal>
 #include <pthread.h>
-#include <thread>
+#include <sys/resource.h>
 
 namespace service {
 
 namespace {
 
-//! "127.0.0.1:8080", "[::1]:8080"; a port of 0 is any free one.
-bool parseAddress(const QString &text, ServiceOptions *options)
-{
-    const int colon = text.lastIndexOf(QLatin1Char(':'));
-    bool isNumber = false;
-    const uint port = text.mid(colon + 1).toUInt(&isNumber);
-    if (colon <= 0 || !isNumber || port > 65535)
-        return false;
-    QString address = text.left(colon);
-    if (address.startsWith(QLatin1Char('[')) && address.endsWith(QLatin1Char(']')))
-        address = address.mid(1, address.size() - 2);
-    options->listenAddress = address;
-    options->port = static_cast<quint16>(port);
-    return true;
-}
-
 void addOptions(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(
-        QStringLiteral("The document service: both REST interfaces on a data folder.\n\n"
-                       "Other commands: user, project, role, sweep; each has --help.\n\n")
+        QStringLiteral(
+            "The document service: both REST interfaces on a data folder.\n\n"
+            "Other commands: user, project, role, share, check, sweep, backup, restore, accept; "
+            "each has --help.\n\n")
         + FaultRule::syntax());
     parser.addOptions({
         {QStringLiteral("data"), QStringLiteral("The data folder; made when it is missing."),
@@ -42,7 +28,8 @@ void addOptions(QCommandLineParser &parser)
          QStringLiteral("ADDRESS:PORT"), QStringLiteral("127.0.0.1:0")},
         {QStringLiteral("fault"), QStringLiteral("Misbehave as told; see above. May be repeated."),
          QStringLiteral("SPEC")},
-        {QStringLiteral("access-log"), QStringLiteral("One line for each request; - for stderr."),
+        {QStringLiteral("access-log"),
+         QStringLiteral("One line for each request; - for stderr. Reopened on SIGHUP."),
          QStringLiteral("FILE")},
         {QStringLiteral("quota"),
          QStringLiteral("How many bytes the contents may take (0: no limit)."),
@@ -50,13 +37,25 @@ void addOptions(QCommandLineParser &parser)
     });
 }
 
+//! Each connection is an open file.
+void allowManyFiles()
+{
+    rlimit limit = {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return;
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 int serve(ReferenceService &service)
 {
+    allowManyFiles();
     // Blocked before any thread starts, so that none but this one takes them.
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGHUP);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
 
@@ -64,8 +63,12 @@ int serve(ReferenceService &service)
     if (!service.start(&error))
         return fail(error);
     printLine(QStringLiteral("vell-service listens on %1").arg(service.baseApi()));
-    int received = 0;
-    sigwait(&signals, &received);
+    int received = SIGHUP;
+    while (received == SIGHUP) {
+        sigwait(&signals, &received);
+        if (received == SIGHUP && !service.reopenAccessLog(&error))
+            fail(error);
+    }
     service.stop();
     return 0;
 }
@@ -89,7 +92,7 @@ int runServe(const QStringList &arguments)
     options.accessLog = parser.value(QStringLiteral("access-log"));
     if (options.dataDir.isEmpty())
         return fail(QStringLiteral("Say which data folder: --data DIR."), ExitUsage);
-    if (!parseAddress(parser.value(QStringLiteral("listen")), &options))
+    if (!options.setListen(parser.value(QStringLiteral("listen"))))
         return fail(QStringLiteral("--listen takes ADDRESS:PORT."), ExitUsage);
     bool isNumber = false;
     options.storeQuotaBytes = parser.value(QStringLiteral("quota")).toLongLong(&isNumber);

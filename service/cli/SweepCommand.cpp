@@ -1,11 +1,7 @@
 #include <service/cli/Commands.h>
+#include <service/cli/OpenFolder.h>
 #include <service/cli/Output.h>
 #include <service/records/Sweep.h>
-#include <service/storage/ContentStore.h>
-#include <service/storage/DataFolder.h>
-#include <service/storage/Database.h>
-
-#include <QFile>
 
 #include <cmath>
 
@@ -15,31 +11,20 @@ namespace {
 
 constexpr double MsPerHour = 3600.0 * 1000.0;
 
-int sweep(const QString &folder, qint64 olderThanMs, bool isDryRun)
+int sweep(OpenFolder &folder, qint64 olderThanMs, Sweep::Mode mode)
 {
-    const QString records = folder + QStringLiteral("/records.sqlite");
-    if (!QFile::exists(records))
-        return fail(QStringLiteral("%1 is no data folder of the service.").arg(folder));
-    QString error;
-    const auto lock = FolderLock::take(folder, &error);
-    if (!lock)
-        return fail(error);
-    try {
-        Database database(records);
-        database.open();
-        ContentStore contents(folder, 0);
-        const SweepResult result = Sweep(database, contents, folder).run(olderThanMs, isDryRun);
-        printLine(
-            QStringLiteral("%1 %2 abandoned uploads, %3 unused contents, %4 stray files: %5 bytes")
-                .arg(isDryRun ? QStringLiteral("would remove") : QStringLiteral("removed"))
-                .arg(result.abandonedUploads)
-                .arg(result.unusedContents)
-                .arg(result.strayFiles)
-                .arg(result.bytes));
-        return 0;
-    } catch (const std::exception &failure) {
-        return fail(QString::fromUtf8(failure.what()));
-    }
+    const SweepResult result = Sweep(folder.database, folder.store).run(olderThanMs, mode);
+    printLine(QStringLiteral("%1 %2 abandoned uploads and %3 unused contents, %4 %5 unknown files: "
+                             "%6 bytes")
+                  .arg(mode == Sweep::Mode::DryRun ? QStringLiteral("would remove")
+                                                   : QStringLiteral("removed"))
+                  .arg(result.abandonedUploads)
+                  .arg(result.unusedContents)
+                  .arg(mode == Sweep::Mode::DryRun ? QStringLiteral("move aside")
+                                                   : QStringLiteral("moved aside"))
+                  .arg(result.strayFiles)
+                  .arg(result.bytes));
+    return 0;
 }
 
 } // namespace
@@ -47,12 +32,12 @@ int sweep(const QString &folder, qint64 olderThanMs, bool isDryRun)
 int runSweep(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Removes abandoned uploads, contents that nothing holds, and stray files.\n"
-                       "The service must not be running on the data folder."));
+    parser.setApplicationDescription(QStringLiteral(
+        "Removes abandoned uploads and contents that nothing holds, and moves files that "
+        "the records do not know into the folder \"aside\".\n"
+        "The service may be running on the data folder."));
     parser.addOptions({
-        {QStringLiteral("data"), QStringLiteral("The data folder of the service."),
-         QStringLiteral("DIR")},
+        dataOption(),
         {QStringLiteral("older-than"), QStringLiteral("What is younger stays (24)."),
          QStringLiteral("HOURS"), QStringLiteral("24")},
         {QStringLiteral("dry-run"), QStringLiteral("Only say what would be removed.")},
@@ -60,14 +45,17 @@ int runSweep(const QStringList &arguments)
     int code = 0;
     if (!parseArguments(parser, arguments, &code))
         return code;
-    const QString folder = parser.value(QStringLiteral("data"));
-    if (folder.isEmpty() || !parser.positionalArguments().isEmpty())
-        return fail(QStringLiteral("The command is: vell-service sweep --data DIR."), ExitUsage);
+    if (!parser.positionalArguments().isEmpty())
+        return wrongUse(QStringLiteral("sweep [--older-than HOURS] [--dry-run] --data DIR."));
     bool isNumber = false;
     const double hours = parser.value(QStringLiteral("older-than")).toDouble(&isNumber);
     if (!isNumber || !std::isfinite(hours) || hours < 0 || hours > 1e6)
         return fail(QStringLiteral("--older-than takes a number of hours."), ExitUsage);
-    return sweep(folder, std::llround(hours * MsPerHour), parser.isSet(QStringLiteral("dry-run")));
+    const auto mode =
+        parser.isSet(QStringLiteral("dry-run")) ? Sweep::Mode::DryRun : Sweep::Mode::Remove;
+    return withFolder(parser, OpenFolder::Missing::Refuse, [&](OpenFolder &folder) {
+        return sweep(folder, std::llround(hours * MsPerHour), mode);
+    });
 }
 
 } // namespace service

@@ -27,43 +27,49 @@ QString printable(const QString &whole)
 
 bool AccessLog::open(const QString &target, QString *error)
 {
-    if (target.isEmpty())
+    m_target = target;
+    return reopen(error);
+}
+
+bool AccessLog::reopen(QString *error)
+{
+    if (m_target.isEmpty())
         return true;
-    bool isOpen = false;
-    if (target == QLatin1String("-")) {
-        isOpen = m_file.open(stderr, QIODevice::WriteOnly);
-    } else {
-        m_file.setFileName(target);
-        isOpen = m_file.open(QIODevice::WriteOnly | QIODevice::Append);
-    }
+    auto file = std::make_unique<QFile>(m_target);
+    const bool isOpen = m_target == QLatin1String("-")
+        ? file->open(stderr, QIODevice::WriteOnly)
+        : file->open(QIODevice::WriteOnly | QIODevice::Append);
     if (!isOpen) {
         *error = QStringLiteral("The access log %1 cannot be written: %2.")
-                     .arg(target, m_file.errorString());
+                     .arg(m_target, file->errorString());
+        return false;
     }
-    return isOpen;
+    const std::lock_guard<std::mutex> lock(m_lock);
+    m_file = std::move(file);
+    return true;
 }
 
 void AccessLog::write(const ServedRequest &request)
 {
     const std::lock_guard<std::mutex> lock(m_lock);
-    if (!m_file.isOpen())
+    if (!m_file)
         return;
     const QString status =
         request.status == 0 ? QStringLiteral("-") : QString::number(request.status);
     const QString line =
         QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8ms\n")
             .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs), request.client,
-                 printable(request.user), QString::fromLatin1(request.verb),
+                 printable(request.user), printable(QString::fromLatin1(request.verb)),
                  printable(request.path), status, QString::number(request.bytes),
                  QString::number(request.milliseconds));
-    m_file.write(line.toUtf8());
-    m_file.flush();
+    m_file->write(line.toUtf8());
+    m_file->flush();
 }
 
 void AccessLog::close()
 {
     const std::lock_guard<std::mutex> lock(m_lock);
-    m_file.close();
+    m_file.reset();
 }
 
 } // namespace service

@@ -22,4 +22,12 @@ struct ByteRange
 //! HTTP allows.
 ByteRange parseRange(const QByteArray &header, qint64 size);
 
+enum class TagComparison {
+    Strong, //!< for what depends on every byte: If-Match, If-Range
+    Weak, //!< for If-None-Match
+};
+
+//! Whether \a header, a list of entity tags or "*", names \a tag, which is a strong one without a comma.
+bool namesTag(const QByteArray &header, const QByteArray &tag, TagComparison comparison);
+
 } // namespace service

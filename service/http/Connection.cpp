@@ -1,195 +1,124 @@
 #include <service/http/Connection.h>
 
-#include <algorithm>
-#include <arpa/inet.h>
-#include <cerrno>
-#include <cstring>
-#include <netdb.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
-#include <string_view>
+#include <boost/asio/post.hpp>
+
 #include <sys/socket.h>
-#include <unistd.h>
+#include <utility>
 
 namespace service {
 
 namespace {
 
-constexpr qint64 LingerBytes = Q_INT64_C(256) * 1024 * 1024;
-constexpr std::chrono::milliseconds LingerWait{500};
-
-using NameFunction = int (*)(int, sockaddr *, socklen_t *);
-
-void readAddress(NameFunction function, int socket, std::string &ip, int &port)
-{
-    sockaddr_storage address = {};
-    socklen_t length = sizeof(address);
-    auto *generic = reinterpret_cast<sockaddr *>(&address);
-    char host[NI_MAXHOST];
-    char service[NI_MAXSERV];
-    if (function(socket, generic, &length) != 0
-        || getnameinfo(generic, length, host, sizeof(host), service, sizeof(service),
-                       NI_NUMERICHOST | NI_NUMERICSERV)
-            != 0)
-        return;
-    ip = host;
-    port = std::atoi(service);
-}
+using namespace std::chrono_literals;
+using Socket = boost::asio::ip::tcp::socket;
 
 } // namespace
 
-Connection::Connection(socket_t socket, std::chrono::milliseconds timeout)
-    : m_socket(socket), m_timeout(timeout)
-{}
+Connection::Connection(Socket socket, const QString &client, WaitingThread &home,
+                       ServerContext &context, std::atomic<int> &count)
+    : m_socket(std::move(socket)), m_timer(home.io), m_home(home), m_context(context),
+      m_count(count), m_conversation(m_socket.native_handle(), client, context),
+      m_idlePlace(home.idle.end())
+{
+    ++m_count;
+}
 
 Connection::~Connection()
 {
-    ::close(m_socket);
+    --m_count;
 }
 
-bool Connection::waitForRequest(std::chrono::milliseconds idle)
+void Connection::start()
 {
-    if (m_bufferStart < m_bufferEnd)
-        return true;
-    if (!waitFor(POLLIN, idle))
-        return false;
-    char byte = 0;
-    return ::recv(m_socket, &byte, 1, MSG_PEEK) > 0;
+    m_home.connections.insert(shared_from_this());
+    work(0ms, false);
 }
 
-void Connection::beginRequest()
+void Connection::stop()
 {
-    m_replyLimit = -1;
-    m_bodyWritten = 0;
-    m_isDropped = false;
-    m_hasHead = false;
-    m_closes = false;
+    if (!m_isAtWork && !m_conversation.isResponding())
+        end();
 }
 
-bool Connection::isPeerGone() const
+void Connection::end()
 {
-    pollfd entry{m_socket, POLLRDHUP, 0};
-    return ::poll(&entry, 1, 0) > 0;
-}
-
-void Connection::linger()
-{
-    ::shutdown(m_socket, SHUT_WR);
-    for (qint64 total = 0; total < LingerBytes && waitFor(POLLIN, LingerWait);) {
-        const ssize_t count = ::recv(m_socket, m_buffer.data(), m_buffer.size(), 0);
-        if (count <= 0)
-            return;
-        total += count;
+    m_isEnding = true;
+    if (m_isAtWork) {
+        // The worker holds the descriptor: it is closed when it comes back.
+        ::shutdown(m_socket.native_handle(), SHUT_RDWR);
+        return;
     }
+    ++m_waitNumber;
+    leaveIdle();
+    boost::system::error_code ignored;
+    m_timer.cancel();
+    m_socket.close(ignored);
+    m_home.connections.erase(shared_from_this());
 }
 
-void Connection::shutDown() const
+void Connection::work(std::chrono::milliseconds waited, bool isTimedOut)
 {
-    ::shutdown(m_socket, SHUT_RDWR);
+    m_isAtWork = true;
+    m_context.workers.post([self = shared_from_this(), waited, isTimedOut] {
+        const Wait wait =
+            isTimedOut ? self->m_conversation.timedOut() : self->m_conversation.advance(waited);
+        boost::asio::post(self->m_home.io, [self, wait] { self->waitFor(wait); });
+    });
 }
 
-bool Connection::is_readable() const
+void Connection::waitFor(const Wait &wait)
 {
-    return m_bufferStart < m_bufferEnd || waitFor(POLLIN, m_timeout);
+    m_isAtWork = false;
+    const bool isToStop = m_context.isStopping && !m_conversation.isResponding();
+    if (m_isEnding || isToStop || wait.what == Wait::For::Nothing)
+        end();
+    else if (wait.what == Wait::For::Turn)
+        work(0ms, false);
+    else
+        waitForSocket(wait);
 }
 
-bool Connection::is_writable() const
+void Connection::waitForSocket(const Wait &wait)
 {
-    return waitFor(POLLOUT, m_timeout);
+    const unsigned number = ++m_waitNumber;
+    m_waitStart = Clock::now();
+    if (m_conversation.isIdle())
+        m_idlePlace = m_home.idle.insert(m_home.idle.end(), this);
+    const bool isTimeWanted = wait.what == Wait::For::Time;
+    m_timer.expires_after(wait.patience);
+    m_timer.async_wait(
+        [self = shared_from_this(), number, isTimeWanted](const boost::system::error_code &) {
+            if (number == self->m_waitNumber)
+                self->waited(!isTimeWanted);
+        });
+    if (isTimeWanted)
+        return;
+    const auto direction = wait.what == Wait::For::Room ? Socket::wait_write : Socket::wait_read;
+    m_socket.async_wait(direction,
+                        [self = shared_from_this(), number](const boost::system::error_code &) {
+                            if (number == self->m_waitNumber)
+                                self->waited(false);
+                        });
 }
 
-ssize_t Connection::read(char *ptr, size_t size)
+//! The socket is ready, or has ended, or the time is over.
+void Connection::waited(bool isTimedOut)
 {
-    if (m_bufferStart == m_bufferEnd) {
-        if (!waitFor(POLLIN, m_timeout))
-            return -1;
-        const bool isLarge = size >= m_buffer.size();
-        const ssize_t count =
-            isLarge ? receive(ptr, size) : receive(m_buffer.data(), m_buffer.size());
-        if (count <= 0 || isLarge)
-            return count;
-        m_bufferStart = 0;
-        m_bufferEnd = static_cast<size_t>(count);
+    ++m_waitNumber;
+    leaveIdle();
+    m_timer.cancel();
+    if (isTimedOut) {
+        boost::system::error_code ignored;
+        m_socket.cancel(ignored);
     }
-    const size_t count = std::min(size, m_bufferEnd - m_bufferStart);
-    std::memcpy(ptr, m_buffer.data() + m_bufferStart, count);
-    m_bufferStart += count;
-    return static_cast<ssize_t>(count);
+    const auto time = Clock::now() - m_waitStart;
+    work(std::chrono::duration_cast<std::chrono::milliseconds>(time), isTimedOut);
 }
 
-ssize_t Connection::write(const char *ptr, size_t size)
+void Connection::leaveIdle()
 {
-    if (m_isDropped)
-        return -1;
-    const size_t head = m_hasHead ? 0 : headBytes(ptr, size);
-    size_t body = size - head;
-    if (m_replyLimit >= 0)
-        body = std::min(body, static_cast<size_t>(m_replyLimit - m_bodyWritten));
-    if (!writeAll(ptr, head + body))
-        return -1;
-    m_bodyWritten += static_cast<qint64>(body);
-    if (head + body == size)
-        return static_cast<ssize_t>(size);
-    m_isDropped = true;
-    return -1;
-}
-
-void Connection::get_remote_ip_and_port(std::string &ip, int &port) const
-{
-    readAddress(&::getpeername, m_socket, ip, port);
-}
-
-void Connection::get_local_ip_and_port(std::string &ip, int &port) const
-{
-    readAddress(&::getsockname, m_socket, ip, port);
-}
-
-//! Clients that send head and body of a request one after the other, as Qt's does, hold the body back until
-//! the head is acknowledged; without this the kernel takes 40 ms over it.
-ssize_t Connection::receive(char *data, size_t size) const
-{
-    const ssize_t count = ::recv(m_socket, data, size, 0);
-    const int on = 1;
-    ::setsockopt(m_socket, IPPROTO_TCP, TCP_QUICKACK, &on, sizeof(on));
-    return count;
-}
-
-bool Connection::waitFor(short events, std::chrono::milliseconds timeout) const
-{
-    pollfd entry{m_socket, events, 0};
-    for (;;) {
-        const int ready = ::poll(&entry, 1, static_cast<int>(timeout.count()));
-        if (ready > 0)
-            return true;
-        if (ready == 0 || errno != EINTR)
-            return false;
-    }
-}
-
-bool Connection::writeAll(const char *data, size_t size)
-{
-    while (size > 0) {
-        if (!waitFor(POLLOUT, m_timeout))
-            return false;
-        const ssize_t count = ::send(m_socket, data, size, MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count < 0 && (errno == EAGAIN || errno == EINTR))
-            continue;
-        if (count <= 0)
-            return false;
-        data += count;
-        size -= static_cast<size_t>(count);
-    }
-    return true;
-}
-
-size_t Connection::headBytes(const char *data, size_t size)
-{
-    const std::string_view text(data, size);
-    // The library writes the whole head at once, then the body; "100 Continue" stands alone.
-    const size_t end = text.find("\r\n\r\n");
-    m_hasHead = text.compare(0, 12, "HTTP/1.1 100") != 0;
-    return end == std::string_view::npos ? size : end + 4;
+    if (m_idlePlace != m_home.idle.end())
+        m_home.idle.erase(std::exchange(m_idlePlace, m_home.idle.end()));
 }
 
 } // namespace service

@@ -1,80 +1,68 @@
 #pragma once
 
-#include <QtGlobal>
+#include <service/http/Conversation.h>
+#include <service/http/ServerContext.h>
 
-#include <array>
-#include <chrono>
-#include <httplib.h>
-#include <string>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <list>
+#include <memory>
+#include <set>
+#include <thread>
 
 namespace service {
 
-//! \brief One TCP connection as the HTTP library reads and writes it, with what that library's own stream
-//! cannot do: a bound on each wait, an end without an answer, an answer cut short.
+class Connection;
+
+//! \brief A thread that waits for its share of the connections.
+struct WaitingThread
+{
+    boost::asio::io_context io{1};
+    std::thread thread;
+    std::set<std::shared_ptr<Connection>> connections; //!< used by this thread only
+    std::list<Connection *>
+        idle; //!< of those, the one that has been idle longest first; used by this thread only
+};
+
+//! \brief A socket that waits on its WaitingThread until its Conversation can go on, which then has a turn on the
+//! workers.
 //!
-//! Included by the sources of this folder only.
-class Connection final : public httplib::Stream
+//! All functions are called on the waiting thread.
+class Connection : public std::enable_shared_from_this<Connection>
 {
 public:
-    Connection(socket_t socket, std::chrono::milliseconds timeout);
-    ~Connection() override;
+    Connection(boost::asio::ip::tcp::socket socket, const QString &client, WaitingThread &home,
+               ServerContext &context, std::atomic<int> &count);
+    ~Connection();
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
 
-    //! Waits for the first byte of a request; false when the client has gone or time is up.
-    bool waitForRequest(std::chrono::milliseconds idle);
-
-    //! Forgets what the last request has asked for.
-    void beginRequest();
-
-    //! Nothing more is written, and the connection ends with the request.
-    void drop() { m_isDropped = true; }
-    bool isDropped() const { return m_isDropped; }
-    //! Only the headers and \a bodyBytes of the body are written.
-    void cutReplyAfter(qint64 bodyBytes) { m_replyLimit = bodyBytes; }
-
-    //! Ends the connection after this request.
-    void closeAfterReply() { m_closes = true; }
-    bool closes() const { return m_closes; }
-
-    //! Whether the client has ended the connection.
-    bool isPeerGone() const;
-
-    //! Bytes of the response's body that were written.
-    qint64 bodyBytesWritten() const { return m_bodyWritten; }
-
-    //! Tells the client that nothing more comes and reads, for a moment, what it is still sending: closing
-    //! at once would take the answer back from it.
-    void linger();
-
-    //! Wakes the thread that serves the connection; callable from any thread.
-    void shutDown() const;
-
-    bool is_readable() const override;
-    bool is_writable() const override;
-    ssize_t read(char *ptr, size_t size) override;
-    ssize_t write(const char *ptr, size_t size) override;
-    void get_remote_ip_and_port(std::string &ip, int &port) const override;
-    void get_local_ip_and_port(std::string &ip, int &port) const override;
-    socket_t socket() const override { return m_socket; }
+    void start();
+    //! Ends at once if it is not responding, otherwise after the response.
+    void stop();
+    void end();
 
 private:
-    ssize_t receive(char *data, size_t size) const;
-    bool waitFor(short events, std::chrono::milliseconds timeout) const;
-    bool writeAll(const char *data, size_t size);
-    //! How many of the \a size bytes at \a data belong to the response's head.
-    size_t headBytes(const char *data, size_t size);
+    using Clock = std::chrono::steady_clock;
 
-    socket_t m_socket = INVALID_SOCKET;
-    std::chrono::milliseconds m_timeout;
-    std::array<char, size_t(64) * 1024> m_buffer{};
-    size_t m_bufferStart = 0;
-    size_t m_bufferEnd = 0;
-    qint64 m_replyLimit = -1;
-    qint64 m_bodyWritten = 0;
-    bool m_isDropped = false;
-    bool m_hasHead = false;
-    bool m_closes = false;
+    void work(std::chrono::milliseconds waited, bool isTimedOut);
+    void waitFor(const Wait &wait);
+    void waitForSocket(const Wait &wait);
+    void waited(bool isTimedOut);
+    void leaveIdle();
+
+    boost::asio::ip::tcp::socket m_socket;
+    boost::asio::steady_timer m_timer;
+    WaitingThread &m_home;
+    ServerContext &m_context;
+    std::atomic<int> &m_count;
+    Conversation m_conversation;
+    bool m_isAtWork = false;
+    bool m_isEnding = false;
+    unsigned m_waitNumber = 0; //!< tells the current wait from those that are over
+    Clock::time_point m_waitStart;
+    std::list<Connection *>::iterator m_idlePlace;
 };
 
 } // namespace service

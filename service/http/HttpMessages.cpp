@@ -6,13 +6,28 @@ namespace service {
 
 namespace {
 
+bool isHexDigit(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
 QString decoded(const QByteArray &encoded)
 {
+    for (int at = encoded.indexOf('%'); at >= 0; at = encoded.indexOf('%', at + 1)) {
+        if (at + 2 >= encoded.size() || !isHexDigit(encoded.at(at + 1))
+            || !isHexDigit(encoded.at(at + 2)))
+            throw HttpError(400, QStringLiteral("The address has a \"%\" that encodes nothing."));
+    }
     const QByteArray bytes = QByteArray::fromPercentEncoding(encoded);
     QString text = QString::fromUtf8(bytes);
     if (text.toUtf8() != bytes)
         throw HttpError(400, QStringLiteral("The address is not valid UTF-8."));
     return text;
+}
+
+QString decodedParameter(QByteArray encoded)
+{
+    return decoded(encoded.replace('+', ' '));
 }
 
 } // namespace
@@ -70,22 +85,26 @@ HttpResponse HttpResponse::error(int status, const QString &sentence)
     return json(QJsonObject{{QStringLiteral("error"), sentence}}, status);
 }
 
-void parseTarget(const QByteArray &target, HttpRequest &request)
+HttpResponse HttpResponse::error(const HttpError &error)
 {
-    const int queryStart = target.indexOf('?');
-    const QByteArray path = queryStart < 0 ? target : target.left(queryStart);
+    return HttpResponse::error(error.status(), QString::fromUtf8(error.what()));
+}
+
+void parseTarget(HttpRequest &request)
+{
+    const int queryStart = request.target.indexOf('?');
+    const QByteArray path = queryStart < 0 ? request.target : request.target.left(queryStart);
     // Segments are split first, so that an encoded slash stays part of its segment.
     const QList<QByteArray> pieces = path.split('/');
     for (int i = 1; i < pieces.size(); ++i)
         request.segments.append(decoded(pieces.at(i)));
     if (queryStart < 0)
         return;
-    const QList<QByteArray> parameters = target.mid(queryStart + 1).split('&');
+    const QList<QByteArray> parameters = request.target.mid(queryStart + 1).split('&');
     for (const QByteArray &parameter : parameters) {
         const int equals = parameter.indexOf('=');
-        const QString name = decoded(equals < 0 ? parameter : parameter.left(equals));
-        // "+" is data here, not a blank: Qt clients leave it as it is.
-        const QString value = equals < 0 ? QString() : decoded(parameter.mid(equals + 1));
+        const QString name = decodedParameter(equals < 0 ? parameter : parameter.left(equals));
+        const QString value = equals < 0 ? QString() : decodedParameter(parameter.mid(equals + 1));
         if (!name.isEmpty())
             request.query.insert(name, value);
     }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <service/http/BodyReader.h>
-
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -11,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <stdexcept>
 
 namespace service {
@@ -29,15 +28,18 @@ private:
 //! \brief A request, with everything that came percent-encoded decoded once.
 struct HttpRequest
 {
-    QByteArray verb; //!< "HEAD" has become "GET"
-    QStringList segments; //!< the path between its slashes
+    QByteArray verb; //!< the request method; "GET" also for "HEAD", see isHead
+    bool isHead = false; //!< only the head of the response is wanted; nothing may change
+    QByteArray target; //!< path and query as they were sent
+    QStringList segments; //!< the path, split at its slashes
     QMap<QString, QString> query; //!< of a parameter that occurs twice the last
-    QMap<QByteArray, QByteArray> headers; //!< names in lower case
+    QMap<QByteArray, QByteArray> headers; //!< names in lower case; repeated ones joined by ", "
     QString client; //!< address and port
     QStringList captures; //!< what the route's placeholders stand for
-    BodyReader *body = nullptr;
+    qint64 bodyLength = 0;
+    QByteArray body; //!< of a route that takes its body whole
 
-    //! The path as it may be logged and compared: decoded, with a leading slash.
+    //! The path as it may be compared: decoded, with a leading slash.
     QString path() const;
     QByteArray header(const char *lowerCaseName) const;
     //! Whether a parameter is there with the value "true". \throws HttpError 400 for anything but "true"
@@ -67,16 +69,19 @@ struct HttpResponse
     {
         headers.append({name, value});
     }
+    //! Length of the body, wherever it comes from.
+    qint64 bodyLength() const { return file.path.isEmpty() ? body.size() : file.length; }
 
     static HttpResponse json(const QJsonObject &object, int status = 200);
     static HttpResponse json(const QJsonArray &array);
     static HttpResponse html(const QString &page, int status = 200);
     //! {"error": sentence}
     static HttpResponse error(int status, const QString &sentence);
+    static HttpResponse error(const HttpError &error);
 };
 
-//! Splits a request's target into segments and query. \throws HttpError 400 for text that is not
-//! UTF-8
-void parseTarget(const QByteArray &target, HttpRequest &request);
+//! Splits request.target into segments and query. A "+" in the query is a space.
+//! \throws HttpError 400 for a percent sign without two hexadecimal digits and for text that is not UTF-8
+void parseTarget(HttpRequest &request);
 
 } // namespace service

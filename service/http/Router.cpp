@@ -26,40 +26,57 @@ bool fits(const QStringList &route, const QStringList &segments, QStringList &ca
     return true;
 }
 
+QStringList segmentsOf(const char *path)
+{
+    return QString::fromLatin1(path).split(QLatin1Char('/'));
+}
+
+bool isGet(const char *verb)
+{
+    return qstrcmp(verb, "GET") == 0;
+}
+
 } // namespace
 
-void Router::add(const char *verb, const char *path, Handler handler)
+void Router::add(const char *verb, const char *path, Handler handler, Check check)
 {
-    add(verb, path, std::move(handler), false);
+    m_routes.push_back(
+        {verb, segmentsOf(path), std::move(handler), {}, false, isGet(verb), std::move(check)});
 }
 
 void Router::addPublic(const char *verb, const char *path, Handler handler)
 {
-    add(verb, path, std::move(handler), true);
+    m_routes.push_back({verb, segmentsOf(path), std::move(handler), {}, true, isGet(verb), {}});
 }
 
-void Router::add(const char *verb, const char *path, Handler handler, bool isPublic)
+void Router::addChangingGet(const char *path, Handler handler)
 {
-    m_routes.push_back(
-        {verb, QString::fromLatin1(path).split(QLatin1Char('/')), std::move(handler), isPublic});
+    m_routes.push_back({"GET", segmentsOf(path), std::move(handler), {}, false, false, {}});
+}
+
+void Router::addUpload(const char *verb, const char *path, Uploader uploader)
+{
+    m_routes.push_back({verb, segmentsOf(path), {}, std::move(uploader), false, false, {}});
 }
 
 const Router::Route &Router::find(HttpRequest &request) const
 {
-    QByteArray allowed;
+    QList<QByteArray> allowed;
     QStringList captures;
     for (const Route &route : m_routes) {
         if (!fits(route.segments, request.segments, captures))
             continue;
-        if (route.verb == request.verb) {
+        if (route.verb == request.verb && (route.hasHead || !request.isHead)) {
             request.captures = captures;
             return route;
         }
         if (!allowed.contains(route.verb))
-            allowed += (allowed.isEmpty() ? "" : ", ") + route.verb;
+            allowed.append(route.verb);
+        if (route.hasHead && !allowed.contains("HEAD"))
+            allowed.append("HEAD");
     }
     if (!allowed.isEmpty())
-        throw MethodNotAllowed(allowed);
+        throw MethodNotAllowed(allowed.join(", "));
     throw HttpError(404, QStringLiteral("The service has no such path."));
 }
 

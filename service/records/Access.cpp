@@ -1,8 +1,8 @@
 #include <service/records/Access.h>
 
-#include <service/http/HttpMessages.h>
 #include <service/records/DocumentTree.h>
 #include <service/records/Names.h>
+#include <service/records/ServiceError.h>
 
 #include <algorithm>
 
@@ -12,15 +12,15 @@ namespace {
 
 [[noreturn]] void refuse(Action action)
 {
-    throw HttpError(403,
-                    QStringLiteral("Your role in the project does not allow this (%1).")
-                        .arg(actionKey(action)));
+    throw ServiceError(Refusal::Forbidden,
+                       QStringLiteral("Your role in the project does not allow this (%1).")
+                           .arg(actionKey(action)));
 }
 
 } // namespace
 
 Access::Access(Database &database, const User &user)
-    : m_database(database), m_users(database), m_user(user)
+    : m_database(database), m_projects(database), m_user(user)
 {}
 
 bool Access::may(const QString &projectId, Action action)
@@ -36,24 +36,16 @@ bool Access::may(const Document &document, Action action)
     if (document.createdBy != m_user.id || !roleAllows(own, selfAction(action)))
         return false;
     return action != Action::Delete || !document.isFolder()
-        || DocumentTree(m_database).createdAllBelow(document.id, m_user.id);
-}
-
-bool Access::mayAnywhere(Action action)
-{
-    if (m_user.isLocal)
-        return true;
-    const QList<Membership> memberships = m_users.projectsOf(m_user);
-    return std::any_of(memberships.begin(), memberships.end(),
-                       [action](const Membership &m) { return roleAllows(m.role, action); });
+        || DocumentTree(m_database).createdAllBelow(document, m_user.id);
 }
 
 void Access::require(const QString &projectId, Action action)
 {
     requireValidProjectId(projectId);
     // Without users a project comes into being with its first document.
-    if (!m_user.isLocal && !m_users.projectExists(projectId))
-        throw HttpError(404, QStringLiteral("There is no project %1.").arg(projectId));
+    if (!m_user.isLocal && !m_projects.exists(projectId))
+        throw ServiceError(Refusal::NotFound,
+                           QStringLiteral("There is no project %1.").arg(projectId));
     if (!may(projectId, action))
         refuse(action);
 }
@@ -64,12 +56,25 @@ void Access::require(const Document &document, Action action)
         refuse(action);
 }
 
+void Access::requireAnywhere(Action action)
+{
+    const QList<Membership> memberships = m_projects.of(m_user);
+    const bool isAllowed = m_user.isLocal
+        || std::any_of(memberships.begin(), memberships.end(),
+                       [action](const Membership &m) { return roleAllows(m.role, action); });
+    if (!isAllowed) {
+        throw ServiceError(Refusal::Forbidden,
+                           QStringLiteral("No project gives you a role that allows this (%1).")
+                               .arg(actionKey(action)));
+    }
+}
+
 Role Access::role(const QString &projectId)
 {
     const auto known = m_roles.constFind(projectId);
     if (known != m_roles.constEnd())
         return known.value();
-    const Role found = m_users.roleIn(projectId, m_user);
+    const Role found = m_projects.roleIn(projectId, m_user);
     m_roles.insert(projectId, found);
     return found;
 }

@@ -1,6 +1,8 @@
 #include <service/records/ChunkUpload.h>
 
-#include <service/http/HttpMessages.h>
+#include <service/records/Access.h>
+#include <service/records/ServiceError.h>
+#include <service/storage/ContentLock.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Statement.h>
 
@@ -10,15 +12,15 @@ namespace service {
 
 namespace {
 
-QJsonObject toJson(const LargeFile &record)
+QJsonObject toJson(const LargeFile &upload)
 {
-    return {{QStringLiteral("_id"), record.id},
-            {QStringLiteral("md5"), record.md5},
-            {QStringLiteral("fileName"), record.fileName},
-            {QStringLiteral("fileSize"), record.fileSize},
+    return {{QStringLiteral("_id"), upload.id},
+            {QStringLiteral("md5"), upload.md5},
+            {QStringLiteral("fileName"), upload.fileName},
+            {QStringLiteral("fileSize"), upload.fileSize},
             {QStringLiteral("fsFileId"), QString()},
-            {QStringLiteral("totalChunk"), record.totalChunk()},
-            {QStringLiteral("savedChunk"), record.savedChunk}};
+            {QStringLiteral("totalChunk"), upload.totalChunk()},
+            {QStringLiteral("savedChunk"), upload.savedChunk}};
 }
 
 QJsonObject toJson(const StoredFile &file)
@@ -33,123 +35,174 @@ QJsonObject toJson(const StoredFile &file)
 void requireSameSize(qint64 claimed, qint64 known)
 {
     if (claimed != known) {
-        throw HttpError(
-            409,
+        throw ServiceError(
+            Refusal::Conflict,
             QStringLiteral("The file with this MD5 has %1 bytes, not %2.").arg(known).arg(claimed));
     }
 }
 
+ContentHash hashOf(const LargeFile &upload)
+{
+    ContentHash hash;
+    if (upload.savedChunk > 0 && !hash.restore(upload.hashState))
+        throw std::runtime_error("the state of an upload's digests cannot be read");
+    return hash;
+}
+
 } // namespace
 
-ChunkUpload::ChunkUpload(Database &database, ContentStore &contents, const QString &userId)
-    : m_database(database), m_contents(contents), m_files(database), m_records(database),
-      m_userId(userId)
+ChunkUpload::ChunkUpload(Database &database, ContentStore &store, Access &access)
+    : m_database(database), m_store(store), m_access(access), m_contents(database, store, access),
+      m_uploads(database)
 {}
 
 QJsonObject ChunkUpload::take(const Chunk &chunk, bool isToBeForgotten)
 {
-    if (const std::optional<StoredFile> file = m_files.findByMd5(chunk.md5)) {
+    const ContentLock lock(m_store.folder(), chunk.md5);
+    if (const std::optional<StoredFile> file = m_contents.findByMd5(chunk.md5)) {
         requireSameSize(chunk.fileSize, file->size);
-        Transaction transaction(m_database);
-        m_files.insert(*file, m_userId); // this user has uploaded it too
-        transaction.commit();
         return toJson(*file);
     }
-    LargeFile record = recordFor(chunk);
-    if (record.savedChunk > 0)
-        repair(record);
-    if (record.savedChunk == record.totalChunk())
-        return complete(record);
-    if (chunk.index != record.savedChunk || isToBeForgotten)
-        return toJson(record);
-    return store(chunk, record);
+    LargeFile upload = uploadFor(chunk);
+    if (upload.isVerified())
+        return finish(upload);
+    if (!isHeld(upload))
+        startAgain(upload);
+    if (chunk.index != upload.savedChunk || isToBeForgotten)
+        return toJson(upload);
+    return store(chunk, upload);
 }
 
 QJsonObject ChunkUpload::find(const QString &md5)
 {
-    if (const std::optional<StoredFile> file = m_files.findByMd5(md5))
+    if (const std::optional<StoredFile> file = m_contents.findByMd5(md5))
         return toJson(*file);
-    const std::optional<LargeFile> record = m_records.findByMd5(md5);
-    return record ? toJson(*record) : QJsonObject();
-}
-
-void ChunkUpload::drop(const LargeFile &record)
-{
-    Transaction transaction(m_database);
-    m_records.remove(record.id);
-    transaction.commit();
-    m_contents.dropPart(record.md5);
-}
-
-LargeFile ChunkUpload::recordFor(const Chunk &chunk)
-{
-    if (const std::optional<LargeFile> record = m_records.findByMd5(chunk.md5)) {
-        requireSameSize(chunk.fileSize, record->fileSize);
-        return *record;
+    std::optional<LargeFile> upload = m_uploads.findByMd5(md5, m_access.user().id);
+    if (!upload)
+        return {};
+    if (upload->isVerified()) {
+        const ContentLock lock(m_store.folder(), md5);
+        return finish(*upload);
     }
-    m_contents.dropPart(chunk.md5); // of an upload that was dropped while the service was killed
-    LargeFile record;
-    record.md5 = chunk.md5;
-    record.fileName = chunk.fileName;
-    record.fileSize = chunk.fileSize;
-    Transaction transaction(m_database);
-    m_records.insert(record, m_userId);
-    transaction.commit();
-    return record;
+    if (!isHeld(*upload))
+        upload->savedChunk = 0; // the next chunk finds out the same and starts again
+    return toJson(*upload);
 }
 
-//! The part file may have gone: named as content just before a crash, or lost with the disk.
-void ChunkUpload::repair(LargeFile &record)
+void ChunkUpload::drop(const QString &id)
 {
-    const QFileInfo part(m_contents.partPath(record.md5));
-    if (part.exists() && part.size() >= record.savedBytes())
-        return;
-    if (!part.exists() && m_contents.contains(record.md5)
-        && QFileInfo(m_contents.contentPath(record.md5)).size() == record.fileSize) {
-        record.savedChunk = record.totalChunk();
-        return;
+    Files files(m_database);
+    if (files.find(id) && files.mayDownload(id, m_access)) {
+        throw ServiceError(Refusal::Conflict,
+                           QStringLiteral("This upload is complete; there is nothing to drop."));
     }
-    record.savedChunk = 0;
-    record.md5State.clear();
-    m_contents.dropPart(record.md5);
-    Transaction transaction(m_database);
-    m_records.setSaved(record);
-    transaction.commit();
-}
-
-QJsonObject ChunkUpload::store(const Chunk &chunk, LargeFile record)
-{
-    Md5 md5;
-    if (record.savedChunk > 0 && !md5.restore(record.md5State))
-        throw std::runtime_error("the state of an upload's MD5 cannot be read");
-    m_contents.writePart(record.md5, record.savedBytes(), *chunk.bytes, md5);
-    record.savedChunk += 1;
-    if (record.savedChunk == record.totalChunk()) {
-        if (QString::fromLatin1(md5.result()) != record.md5) {
-            drop(record);
-            throw HttpError(
-                422,
-                QStringLiteral("The file that arrived does not have the MD5 claimed for it; "
-                               "it may have changed meanwhile. Start again."));
-        }
-        m_contents.keepPart(record.md5);
-        return complete(record);
+    std::optional<LargeFile> upload = m_uploads.find(id);
+    if (!upload) {
+        throw ServiceError(Refusal::NotFound,
+                           QStringLiteral("There is no upload %1.").arg(id.left(60)));
     }
-    record.md5State = md5.state();
-    Transaction transaction(m_database);
-    m_records.setSaved(record);
-    transaction.commit();
-    return toJson(record);
+    if (upload->createdBy != m_access.user().id) {
+        throw ServiceError(Refusal::Forbidden,
+                           QStringLiteral("Another user has begun this upload."));
+    }
+    const ContentLock lock(m_store.folder(), upload->md5);
+    upload = m_uploads.find(id); // its last chunk may have come meanwhile
+    if (upload)
+        remove(*upload);
 }
 
-QJsonObject ChunkUpload::complete(const LargeFile &record)
+LargeFile ChunkUpload::uploadFor(const Chunk &chunk)
+{
+    if (const auto upload = m_uploads.findByMd5(chunk.md5, m_access.user().id)) {
+        requireSameSize(chunk.fileSize, upload->fileSize);
+        return *upload;
+    }
+    LargeFile upload;
+    upload.md5 = chunk.md5;
+    upload.fileName = chunk.fileName;
+    upload.fileSize = chunk.fileSize;
+    Transaction transaction(m_database);
+    m_uploads.insert(upload, m_access.user().id);
+    transaction.commit();
+    return upload;
+}
+
+//! The part file may have been lost with the disk.
+bool ChunkUpload::isHeld(const LargeFile &upload) const
+{
+    return upload.savedChunk == 0
+        || QFileInfo(m_store.partPath(upload.part)).size() >= upload.savedBytes();
+}
+
+void ChunkUpload::startAgain(LargeFile &upload)
+{
+    upload.savedChunk = 0;
+    upload.hashState.clear();
+    m_store.dropPart(upload.part);
+    setSaved(upload);
+}
+
+void ChunkUpload::setSaved(const LargeFile &upload)
 {
     Transaction transaction(m_database);
-    const StoredFile file =
-        m_files.insert({record.id, record.md5, record.fileSize, record.fileName}, m_userId);
-    m_records.remove(record.id);
+    m_uploads.setSaved(upload);
     transaction.commit();
-    return toJson(file);
+}
+
+QJsonObject ChunkUpload::store(const Chunk &chunk, LargeFile upload)
+{
+    ContentHash hash = hashOf(upload);
+    hash.add(chunk.bytes.constData(), chunk.bytes.size());
+    m_store.writePart(upload.part, upload.savedBytes(), chunk.bytes);
+    upload.savedChunk += 1;
+    upload.hashState = hash.state();
+    if (upload.isVerified() && hash.result().md5 != upload.md5) {
+        remove(upload);
+        throw ServiceError(
+            Refusal::Mismatch,
+            QStringLiteral("The file that arrived does not have the MD5 claimed for it; "
+                           "it may have changed meanwhile. Start again."));
+    }
+    setSaved(upload);
+    return upload.isVerified() ? finish(upload) : toJson(upload);
+}
+
+//! Also after a crash, which may have come between any two of these steps.
+QJsonObject ChunkUpload::finish(LargeFile upload)
+{
+    const bool hasPart = QFile::exists(m_store.partPath(upload.part));
+    ContentDigest digest;
+    if (hasPart) {
+        digest = hashOf(upload).result();
+        if (digest.sha256.isEmpty())
+            digest = m_store.digestOf(m_store.partPath(upload.part));
+    } else if (m_store.holds(upload.md5, upload.fileSize)) {
+        digest = m_store.digestOf(m_store.contentPath(upload.md5));
+    }
+    if (digest.md5 != upload.md5) {
+        startAgain(upload);
+        return toJson(upload);
+    }
+    try {
+        const StoredFile file = m_contents.admit(
+            digest, {upload.id, upload.md5, digest.sha256, upload.fileSize, upload.fileName}, [&] {
+                if (hasPart)
+                    m_store.keepPart(upload.part, upload.md5);
+            });
+        remove(upload);
+        return toJson(file);
+    } catch (const ServiceError &) {
+        remove(upload);
+        throw;
+    }
+}
+
+void ChunkUpload::remove(const LargeFile &upload)
+{
+    Transaction transaction(m_database);
+    m_uploads.remove(upload.id);
+    transaction.commit();
+    m_store.dropPart(upload.part);
 }
 
 } // namespace service

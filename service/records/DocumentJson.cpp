@@ -1,7 +1,7 @@
 #include <service/records/DocumentJson.h>
 
 #include <service/records/Access.h>
-#include <service/records/Document.h>
+#include <service/records/DocumentFields.h>
 #include <service/records/Links.h>
 #include <service/records/Names.h>
 #include <service/records/Times.h>
@@ -55,27 +55,12 @@ public:
         if (wants(key))
             m_object.insert(QString::fromLatin1(key), value);
     }
-    void addTime(const char *key, qint64 ms)
-    {
-        if (wants(key))
-            m_object.insert(QString::fromLatin1(key), textOrNull(timeText(ms)));
-    }
     QJsonObject take() { return std::move(m_object); }
 
 private:
     const DocumentSelection &m_selection;
     QJsonObject m_object;
 };
-
-void addFile(const Document &document, Writer &out)
-{
-    if (document.isFolder())
-        return;
-    out.add("fileId", document.fileId);
-    out.add("fileSize", document.size);
-    out.add("suffix", document.suffix);
-    out.add("file", fileToJson(document.fileId, document.size, document.suffix));
-}
 
 } // namespace
 
@@ -106,30 +91,21 @@ QJsonObject documentToJson(const Document &document, const DocumentSelection &se
                            Access &access)
 {
     Writer out(selection);
-    out.add("name", document.name);
-    out.add("parentId", textOrNull(document.parentId));
-    out.add("projectId", document.projectId);
-    out.add("category", document.category);
-    out.add("hostId", document.hostId);
-    out.add("hostType", document.hostType);
-    out.add("recycle", document.recycle);
+    for (const DocumentField &field : documentFields()) {
+        const bool isSent = field.may(DocumentField::Sent)
+            || (field.may(DocumentField::SentForFiles) && !document.isFolder());
+        if (isSent && out.wants(field.key))
+            out.add(field.key, field.json(document));
+    }
+    if (!document.isFolder())
+        out.add("file", fileToJson(document.fileId, document.size, document.suffix));
     out.add("documentId", document.id);
     out.add("favorite", document.isFavorite);
-    out.add("previewId", document.previewId);
-    out.add("type", document.type);
-    out.add("order", document.order);
-    out.add("remark", document.remark);
-    out.add("status", document.status);
-    addFile(document, out);
     if (selection.hasEntity && out.wants("entity"))
         out.add("entity", linksToJson(document.links));
     if (selection.hasPwd)
         out.add("pwd", document.pwd);
-    out.addTime("createdAt", document.createdAt);
-    out.add("createdBy", document.createdBy);
-    out.addTime("updatedAt", document.updatedAt);
-    out.add("updatedBy", document.updatedBy);
-    out.addTime("downloadTime", document.downloadedAt);
+    out.add("downloadTime", textOrNull(timeText(document.downloadedAt)));
     if (out.wants("auths"))
         out.add("auths", rightsToJson(document, access));
     QJsonObject object = out.take();

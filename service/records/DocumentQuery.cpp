@@ -1,7 +1,7 @@
 #include <service/records/DocumentQuery.h>
 
-#include <service/http/HttpMessages.h>
 #include <service/records/Documents.h>
+#include <service/records/ServiceError.h>
 #include <service/records/WhereClause.h>
 #include <service/storage/RegexFunction.h>
 #include <service/storage/Statement.h>
@@ -20,7 +20,8 @@ QJsonValue takeParent(QJsonObject &where)
     if (parent.isObject())
         return QJsonValue::Undefined;
     if (!parent.isUndefined() && !parent.isNull() && !parent.isString())
-        throw HttpError(400, QStringLiteral("The value for parentId has the wrong type."));
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("The value for parentId has the wrong type."));
     where.remove(key);
     return parent.isString() && parent.toString().isEmpty() ? QJsonValue() : parent;
 }
@@ -61,7 +62,7 @@ SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
     addPlace(query, parent, filter);
     if (!query.category.isEmpty() && query.category != QLatin1String("recycle"))
         filter.add(QStringLiteral("d.category = ?"), {query.category});
-    for (const int type : query.recordTypes) {
+    for (const int type : query.markTypes) {
         filter.add(
             QStringLiteral("d.id IN (SELECT document_id FROM mark WHERE user_id = ? AND type = ?)"),
             {userId, type});
@@ -73,7 +74,7 @@ SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
 [[noreturn]] void rethrow(const DatabaseError &error)
 {
     if (QString::fromUtf8(error.what()).contains(regexLimitMessage()))
-        throw HttpError(400, regexLimitMessage());
+        throw ServiceError(Refusal::Invalid, regexLimitMessage());
     throw error;
 }
 
@@ -83,23 +84,24 @@ DocumentLister::DocumentLister(Database &database, const QString &userId)
     : m_database(database), m_userId(userId)
 {}
 
-QList<Document> DocumentLister::list(const DocumentQuery &query)
+void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
 {
     const SqlFilter filter = filterOf(query, m_userId);
     const QString order = orderClause(query.order);
     QVariantList values{m_userId, m_userId};
     values += filter.values;
     if (query.limit <= 0 && query.skip <= 0) {
-        return run(QStringLiteral("SELECT %1 FROM document d WHERE %2%3")
-                       .arg(Documents::columns(), filter.text(), order),
-                   values);
+        run(QStringLiteral("SELECT %1 FROM document d WHERE %2%3")
+                .arg(Documents::columns(), filter.text(), order),
+            values, visit);
+        return;
     }
     // The page is found by the index alone; only its own rows are read whole.
     values += {query.limit > 0 ? query.limit : -1, query.skip};
-    return run(QStringLiteral("SELECT %1 FROM (SELECT d.rowid AS r FROM document d WHERE %2%3 "
-                              "LIMIT ? OFFSET ?) page JOIN document d ON d.rowid = page.r%3")
-                   .arg(Documents::columns(), filter.text(), order),
-               values);
+    run(QStringLiteral("SELECT %1 FROM (SELECT d.rowid AS r FROM document d WHERE %2%3 "
+                       "LIMIT ? OFFSET ?) page JOIN document d ON d.rowid = page.r%3")
+            .arg(Documents::columns(), filter.text(), order),
+        values, visit);
 }
 
 qint64 DocumentLister::count(const DocumentQuery &query)
@@ -116,23 +118,22 @@ qint64 DocumentLister::count(const DocumentQuery &query)
     }
 }
 
-QList<Document> DocumentLister::linkedTo(const QString &projectId, const QString &entityId)
+void DocumentLister::linkedTo(const QString &projectId, const QString &entityId,
+                              const Visitor &visit)
 {
-    return run(QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? AND d.recycle = 0 "
-                              "AND d.id IN (SELECT document_id FROM link WHERE entity_id = ?) "
-                              "ORDER BY d.name, d.id")
-                   .arg(Documents::columns()),
-               {m_userId, m_userId, projectId, entityId});
+    run(QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? AND d.recycle = 0 "
+                       "AND d.id IN (SELECT document_id FROM link WHERE entity_id = ?) "
+                       "ORDER BY d.name, d.id")
+            .arg(Documents::columns()),
+        {m_userId, m_userId, projectId, entityId}, visit);
 }
 
-QList<Document> DocumentLister::run(const QString &sql, const QVariantList &values)
+void DocumentLister::run(const QString &sql, const QVariantList &values, const Visitor &visit)
 {
     try {
         Statement row(m_database, sql, values);
-        QList<Document> documents;
         while (row.next())
-            documents.append(Documents::read(row));
-        return documents;
+            visit(Documents::read(row));
     } catch (const DatabaseError &error) {
         rethrow(error);
     }

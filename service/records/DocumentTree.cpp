@@ -34,16 +34,16 @@ QList<QPair<QString, QString>> DocumentTree::foldersAbove(const QString &id)
     return folders;
 }
 
-bool DocumentTree::createdAllBelow(const QString &id, const QString &userId)
+bool DocumentTree::createdAllBelow(const Document &folder, const QString &userId)
 {
     Statement other(m_database,
                     QStringLiteral("WITH RECURSIVE below (id, created_by) AS ("
                                    "SELECT id, created_by FROM document WHERE parent_id = ? "
-                                   "AND recycle = 0 UNION ALL "
+                                   "AND recycle <> ? UNION ALL "
                                    "SELECT d.id, d.created_by FROM document d JOIN below b "
-                                   "ON d.parent_id = b.id WHERE d.recycle = 0) "
+                                   "ON d.parent_id = b.id WHERE d.recycle <> ?) "
                                    "SELECT 1 FROM below WHERE created_by <> ? LIMIT 1"),
-                    {id, userId});
+                    {folder.id, Document::Deleted, Document::Deleted, userId});
     return !other.next();
 }
 

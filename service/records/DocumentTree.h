@@ -22,8 +22,9 @@ public:
     //! The folders above \a id, from the top level down: id and name.
     QList<QPair<QString, QString>> foldersAbove(const QString &id);
 
-    //! Whether \a userId has created all of what is below \a id and not in the recycle bin.
-    bool createdAllBelow(const QString &id, const QString &userId);
+    //! Returns true if \a userId has created all that goes into the recycle bin with \a folder, or comes out of it:
+    //! everything below it but what was deleted on its own.
+    bool createdAllBelow(const Document &folder, const QString &userId);
 
     qint64 childCount(const QString &id);
 

@@ -1,10 +1,14 @@
 #include <service/records/Documents.h>
 
-#include <service/http/HttpMessages.h>
+#include <service/records/DocumentFields.h>
 #include <service/records/Ids.h>
 #include <service/records/Names.h>
+#include <service/records/ServiceError.h>
 #include <service/records/Times.h>
 #include <service/storage/Statement.h>
+
+#include <algorithm>
+#include <limits>
 
 namespace service {
 
@@ -35,7 +39,8 @@ Document Documents::require(const QString &id)
 {
     const std::optional<Document> found = find(id);
     if (!found)
-        throw HttpError(404, QStringLiteral("There is no document %1.").arg(id.left(60)));
+        throw ServiceError(Refusal::NotFound,
+                           QStringLiteral("There is no document %1.").arg(id.left(60)));
     return *found;
 }
 
@@ -43,12 +48,14 @@ Document Documents::requireTarget(const QString &id, const QString &projectId)
 {
     const std::optional<Document> found = find(id);
     if (!found || found->projectId != projectId)
-        throw HttpError(404, QStringLiteral("The project has no folder %1.").arg(id.left(60)));
+        throw ServiceError(Refusal::NotFound,
+                           QStringLiteral("The project has no folder %1.").arg(id.left(60)));
     if (!found->isFolder())
-        throw HttpError(400, QStringLiteral("%1 is a file, not a folder.").arg(found->name));
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("%1 is a file, not a folder.").arg(found->name));
     if (found->recycle != Document::Present)
-        throw HttpError(409,
-                        QStringLiteral("The folder %1 is in the recycle bin.").arg(found->name));
+        throw ServiceError(Refusal::Conflict,
+                           QStringLiteral("The folder %1 is in the recycle bin.").arg(found->name));
     return *found;
 }
 
@@ -64,20 +71,23 @@ void Documents::insert(Document &document)
                                   "AND project_id = ? AND parent_id IS ? AND type = ?"),
                    {document.projectId, idOrNull(document.parentId), document.type});
     last.next();
-    document.order = last.number(0) > 0 ? static_cast<int>(last.number(0)) + 1 : 0;
+    document.order = last.number(0) > 0
+        ? static_cast<int>(std::min<qint64>(last.number(0) + 1, std::numeric_limits<int>::max()))
+        : 0;
     last.finish();
 
-    execute(
-        m_database,
-        QStringLiteral("INSERT INTO document (id, project_id, parent_id, type, name, category, "
-                       "host_id, host_type, ord, remark, pwd, preview_id, file_id, suffix, size, "
-                       "created_at, created_by, updated_at, updated_by) VALUES (%1)")
-            .arg(placeholders(19)),
-        {document.id, document.projectId, idOrNull(document.parentId), document.type, document.name,
-         document.category, document.hostId, document.hostType, document.order, document.remark,
-         document.pwd, document.previewId, idOrNull(document.fileId), document.suffix,
-         document.size, document.createdAt, document.createdBy, document.updatedAt,
-         document.updatedBy});
+    QStringList names;
+    QVariantList values;
+    for (const DocumentField &field : documentFields()) {
+        if (!field.may(DocumentField::Inserted))
+            continue;
+        names.append(QLatin1String(field.column));
+        values.append(field.value(document));
+    }
+    execute(m_database,
+            QStringLiteral("INSERT INTO document (%1) VALUES (%2)")
+                .arg(names.join(QLatin1Char(',')), placeholders(names.size())),
+            values);
 }
 
 void Documents::update(Document &document)
@@ -85,15 +95,18 @@ void Documents::update(Document &document)
     document.updatedAt = nowMs();
     document.updatedBy = m_userId;
     document.suffix = document.isFolder() ? QString() : suffixOf(document.name);
+    QStringList settings;
+    QVariantList values;
+    for (const DocumentField &field : documentFields()) {
+        if (!field.may(DocumentField::Updated))
+            continue;
+        settings.append(QLatin1String(field.column) + QStringLiteral(" = ?"));
+        values.append(field.value(document));
+    }
     execute(
         m_database,
-        QStringLiteral("UPDATE document SET parent_id = ?, name = ?, category = ?, host_id = ?, "
-                       "host_type = ?, ord = ?, remark = ?, pwd = ?, preview_id = ?, file_id = ?, "
-                       "suffix = ?, size = ?, updated_at = ?, updated_by = ? WHERE id = ?"),
-        {idOrNull(document.parentId), document.name, document.category, document.hostId,
-         document.hostType, document.order, document.remark, document.pwd, document.previewId,
-         idOrNull(document.fileId), document.suffix, document.size, document.updatedAt,
-         document.updatedBy, document.id});
+        QStringLiteral("UPDATE document SET %1 WHERE id = ?").arg(settings.join(QLatin1Char(','))),
+        values << document.id);
 }
 
 void Documents::setOrder(const QString &id, int order)
@@ -115,17 +128,20 @@ bool Documents::isNameTaken(const Document &document, const QString &parentId)
 
 QString Documents::columns()
 {
-    return QStringLiteral(
-        "EXISTS (SELECT 1 FROM mark m WHERE m.document_id = d.id AND m.user_id = ? AND m.type IN "
-        "(1, 3)), "
-        "(SELECT l.at FROM download l WHERE l.document_id = d.id AND l.user_id = ?), "
-        "(SELECT json_group_array(json_array(k.kind, k.entity_id)) FROM (SELECT kind, entity_id "
-        "FROM link WHERE document_id = d.id ORDER BY kind, position) k), "
-        "d.id, d.project_id, d.parent_id, d.type, d.name, d.category, d.host_id, d.host_type, "
-        "d.ord, "
-        "d.remark, d.status, d.pwd, d.preview_id, d.file_id, d.suffix, d.size, d.recycle, "
-        "d.created_at, "
-        "d.created_by, d.updated_at, d.updated_by");
+    static const QString columns = [] {
+        QStringList names{
+            QStringLiteral("EXISTS (SELECT 1 FROM mark m WHERE m.document_id = d.id "
+                           "AND m.user_id = ? AND m.type IN (1, 3))"),
+            QStringLiteral("(SELECT l.at FROM download l WHERE l.document_id = d.id "
+                           "AND l.user_id = ?)"),
+            QStringLiteral("(SELECT json_group_array(json_array(k.kind, k.entity_id)) FROM "
+                           "(SELECT kind, entity_id FROM link WHERE document_id = d.id "
+                           "ORDER BY kind, position) k)")};
+        for (const DocumentField &field : documentFields())
+            names.append(field.sqlName());
+        return names.join(QStringLiteral(", "));
+    }();
+    return columns;
 }
 
 Document Documents::read(const Statement &row)
@@ -135,27 +151,8 @@ Document Documents::read(const Statement &row)
     document.isFavorite = row.number(column++) != 0;
     document.downloadedAt = row.number(column++);
     document.links = row.text(column++);
-    document.id = row.text(column++);
-    document.projectId = row.text(column++);
-    document.parentId = row.text(column++);
-    document.type = row.text(column++);
-    document.name = row.text(column++);
-    document.category = row.text(column++);
-    document.hostId = row.text(column++);
-    document.hostType = static_cast<int>(row.number(column++));
-    document.order = static_cast<int>(row.number(column++));
-    document.remark = row.text(column++);
-    document.status = row.text(column++);
-    document.pwd = row.text(column++);
-    document.previewId = row.text(column++);
-    document.fileId = row.text(column++);
-    document.suffix = row.text(column++);
-    document.size = row.number(column++);
-    document.recycle = static_cast<int>(row.number(column++));
-    document.createdAt = row.number(column++);
-    document.createdBy = row.text(column++);
-    document.updatedAt = row.number(column++);
-    document.updatedBy = row.text(column++);
+    for (const DocumentField &field : documentFields())
+        field.setValue(document, row.value(column++));
     return document;
 }
 

@@ -19,11 +19,11 @@ public:
 
     std::optional<Document> find(const QString &id);
 
-    //! \throws HttpError 404
+    //! \throws ServiceError for an unknown id
     Document require(const QString &id);
 
-    //! The folder that things may be put into. \throws HttpError 404 for an unknown id or one of another
-    //! project, 400 for a file, 409 for a folder in the recycle bin
+    //! The folder that things may be put into. \throws ServiceError for an unknown id or one of another
+    //! project, a file, and a folder in the recycle bin
     Document requireTarget(const QString &id, const QString &projectId);
 
     //! Adds the row as it stands; its id, order and times are set here.

@@ -9,11 +9,28 @@ namespace service {
 
 namespace {
 
-std::optional<StoredFile> readOne(Statement &row)
+constexpr qint64 PromiseStepMs = 60000; // so that asking again and again writes once
+
+QString selectFile()
+{
+    return QStringLiteral("SELECT id, md5, sha256, size, name FROM file ");
+}
+
+std::optional<StoredFile> readOne(Statement row)
 {
     if (!row.next())
         return std::nullopt;
-    return StoredFile{row.text(0), row.text(1), row.number(2), row.text(3)};
+    return StoredFile{row.text(0), row.text(1), row.text(2), row.number(3), row.text(4)};
+}
+
+//! One statement, so that readers are not kept waiting; what it notes is worth no failure.
+void note(Database &database, const QString &sql, const QVariantList &values)
+{
+    try {
+        execute(database, sql, values);
+    } catch (const DatabaseError &error) {
+        qWarning("vell-service: %s", error.what());
+    }
 }
 
 } // namespace
@@ -22,29 +39,30 @@ Files::Files(Database &database) : m_database(database) {}
 
 std::optional<StoredFile> Files::find(const QString &id)
 {
-    Statement row(m_database, QStringLiteral("SELECT id, md5, size, name FROM file WHERE id = ?"),
-                  {id});
-    return readOne(row);
+    return readOne(Statement(m_database, selectFile() + QStringLiteral("WHERE id = ?"), {id}));
 }
 
 std::optional<StoredFile> Files::findByMd5(const QString &md5)
 {
-    Statement row(m_database, QStringLiteral("SELECT id, md5, size, name FROM file WHERE md5 = ?"),
-                  {md5});
-    return readOne(row);
+    return readOne(Statement(m_database, selectFile() + QStringLiteral("WHERE md5 = ?"), {md5}));
 }
 
 StoredFile Files::insert(StoredFile file, const QString &userId)
 {
+    const qint64 now = nowMs();
     if (const std::optional<StoredFile> known = findByMd5(file.md5)) {
-        file = *known;
+        execute(m_database,
+                QStringLiteral("UPDATE file SET sha256 = ?, promised_at = ? WHERE id = ?"),
+                {file.sha256, now, known->id});
+        file.id = known->id;
+        file.name = known->name;
     } else {
         if (file.id.isEmpty())
             file.id = newId();
         execute(m_database,
-                QStringLiteral("INSERT INTO file (id, md5, size, name, created_at) "
-                               "VALUES (?, ?, ?, ?, ?)"),
-                {file.id, file.md5, file.size, file.name, nowMs()});
+                QStringLiteral("INSERT INTO file (id, md5, sha256, size, name, created_at, "
+                               "promised_at) VALUES (?, ?, ?, ?, ?, ?, ?)"),
+                {file.id, file.md5, file.sha256, file.size, file.name, now, now});
     }
     execute(m_database,
             QStringLiteral("INSERT OR IGNORE INTO file_uploader (file_id, user_id) VALUES (?, ?)"),
@@ -72,12 +90,25 @@ bool Files::mayDownload(const QString &fileId, Access &access)
     return false;
 }
 
+void Files::notePromise(const StoredFile &file)
+{
+    const qint64 now = nowMs();
+    Statement recent(m_database,
+                     QStringLiteral("SELECT 1 FROM file WHERE id = ? AND promised_at > ?"),
+                     {file.id, now - PromiseStepMs});
+    if (!recent.next()) {
+        recent.finish();
+        note(m_database, QStringLiteral("UPDATE file SET promised_at = ? WHERE id = ?"),
+             {now, file.id});
+    }
+}
+
 void Files::noteDownload(const QString &fileId, const QString &userId)
 {
-    execute(m_database,
-            QStringLiteral("INSERT OR REPLACE INTO download (document_id, user_id, at) "
-                           "SELECT id, ?, ? FROM document WHERE file_id = ? AND recycle = 0"),
-            {userId, nowMs(), fileId});
+    note(m_database,
+         QStringLiteral("INSERT OR REPLACE INTO download (document_id, user_id, at) "
+                        "SELECT id, ?, ? FROM document WHERE file_id = ? AND recycle = 0"),
+         {userId, nowMs(), fileId});
 }
 
 } // namespace service

@@ -8,17 +8,20 @@ namespace service {
 
 class Access;
 class Database;
+struct ContentDigest;
 
 //! A stored content.
 struct StoredFile
 {
     QString id;
     QString md5;
+    QString sha256; //!< empty for what an earlier version stored, until it is compared
     qint64 size = 0;
     QString name;
 };
 
-//! \brief The table of stored contents. Changes belong inside a Transaction of the caller.
+//! \brief The table of stored contents. It says what was stored; only the ContentStore knows what is there.
+//! Changes belong inside a Transaction of the caller.
 class Files
 {
 public:
@@ -31,10 +34,14 @@ public:
     //! row has the id of \a file, or a fresh one when that is empty.
     StoredFile insert(StoredFile file, const QString &userId);
 
-    //! Whether the user has uploaded the content, or may download a document that holds it.
+    //! Returns true if the user has uploaded the content, or may download a document that has or had it.
     bool mayDownload(const QString &fileId, Access &access);
 
-    //! Notes the download on the documents that hold the content.
+    //! Notes that somebody was told that the content is there, so that a sweep spares it. A full disk is no
+    //! failure: then nobody can use what was promised either. Needs no Transaction.
+    void notePromise(const StoredFile &file);
+
+    //! Notes the download on the documents that hold the content. The same holds: a download must not fail for it.
     void noteDownload(const QString &fileId, const QString &userId);
 
 private:

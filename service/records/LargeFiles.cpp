@@ -10,26 +10,27 @@ namespace service {
 
 namespace {
 
-QString selectRecord()
+QString selectUpload()
 {
     return QStringLiteral(
-        "SELECT id, md5, file_name, file_size, saved_chunk, md5_state, created_by "
+        "SELECT id, md5, part, file_name, file_size, saved_chunk, hash_state, created_by "
         "FROM large_file ");
 }
 
-std::optional<LargeFile> readOne(Statement &row)
+std::optional<LargeFile> readOne(Statement row)
 {
     if (!row.next())
         return std::nullopt;
-    LargeFile record;
-    record.id = row.text(0);
-    record.md5 = row.text(1);
-    record.fileName = row.text(2);
-    record.fileSize = row.number(3);
-    record.savedChunk = static_cast<int>(row.number(4));
-    record.md5State = row.bytes(5);
-    record.createdBy = row.text(6);
-    return record;
+    LargeFile upload;
+    upload.id = row.text(0);
+    upload.md5 = row.text(1);
+    upload.part = row.text(2);
+    upload.fileName = row.text(3);
+    upload.fileSize = row.number(4);
+    upload.savedChunk = static_cast<int>(row.number(5));
+    upload.hashState = row.bytes(6);
+    upload.createdBy = row.text(7);
+    return upload;
 }
 
 } // namespace
@@ -48,35 +49,37 @@ LargeFiles::LargeFiles(Database &database) : m_database(database) {}
 
 std::optional<LargeFile> LargeFiles::find(const QString &id)
 {
-    Statement row(m_database, selectRecord() + QStringLiteral("WHERE id = ?"), {id});
-    return readOne(row);
+    return readOne(Statement(m_database, selectUpload() + QStringLiteral("WHERE id = ?"), {id}));
 }
 
-std::optional<LargeFile> LargeFiles::findByMd5(const QString &md5)
+std::optional<LargeFile> LargeFiles::findByMd5(const QString &md5, const QString &userId)
 {
-    Statement row(m_database, selectRecord() + QStringLiteral("WHERE md5 = ?"), {md5});
-    return readOne(row);
+    return readOne(Statement(m_database,
+                             selectUpload() + QStringLiteral("WHERE md5 = ? AND created_by = ?"),
+                             {md5, userId}));
 }
 
-void LargeFiles::insert(LargeFile &record, const QString &userId)
+void LargeFiles::insert(LargeFile &upload, const QString &userId)
 {
-    record.id = newId();
-    record.createdBy = userId;
+    upload.id = newId();
+    upload.part = upload.id;
+    upload.createdBy = userId;
     const qint64 now = nowMs();
     execute(m_database,
-            QStringLiteral("INSERT INTO large_file (id, md5, file_name, file_size, total_chunk, "
-                           "created_at, created_by, updated_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
-            {record.id, record.md5, record.fileName, record.fileSize, record.totalChunk(), now,
-             userId, now});
+            QStringLiteral("INSERT INTO large_file (id, md5, part, file_name, file_size, "
+                           "total_chunk, created_at, created_by, updated_at) "
+                           "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+            {upload.id, upload.md5, upload.part, upload.fileName, upload.fileSize,
+             upload.totalChunk(), now, userId, now});
 }
 
-void LargeFiles::setSaved(const LargeFile &record)
+void LargeFiles::setSaved(const LargeFile &upload)
 {
     execute(
         m_database,
         QStringLiteral(
-            "UPDATE large_file SET saved_chunk = ?, md5_state = ?, updated_at = ? WHERE id = ?"),
-        {record.savedChunk, record.md5State, nowMs(), record.id});
+            "UPDATE large_file SET saved_chunk = ?, hash_state = ?, updated_at = ? WHERE id = ?"),
+        {upload.savedChunk, upload.hashState, nowMs(), upload.id});
 }
 
 void LargeFiles::remove(const QString &id)

@@ -1,7 +1,7 @@
 #include <service/records/Links.h>
 
-#include <service/http/HttpMessages.h>
 #include <service/records/Names.h>
+#include <service/records/ServiceError.h>
 #include <service/storage/Statement.h>
 
 #include <QJsonDocument>
@@ -16,8 +16,9 @@ constexpr int MaxWordBytes = 255;
 QString requireWord(const QJsonValue &value, const QString &what)
 {
     if (!value.isString() || value.toString().isEmpty())
-        throw HttpError(400,
-                        QStringLiteral("%1 of a link must be text that is not empty.").arg(what));
+        throw ServiceError(
+            Refusal::Invalid,
+            QStringLiteral("%1 of a link must be text that is not empty.").arg(what));
     requireShortText(value.toString(), what, MaxWordBytes);
     return value.toString();
 }
@@ -35,7 +36,7 @@ void Links::replace(const QString &documentId, const QJsonArray &links)
         const QString kind =
             requireWord(entry.value(QStringLiteral("kind")), QStringLiteral("The kind"));
         if (!entry.value(QStringLiteral("ids")).isArray())
-            throw HttpError(400, QStringLiteral("A link needs an array \"ids\"."));
+            throw ServiceError(Refusal::Invalid, QStringLiteral("A link needs an array \"ids\"."));
         const QJsonArray ids = entry.value(QStringLiteral("ids")).toArray();
         for (const QJsonValue &id : ids) {
             execute(m_database,

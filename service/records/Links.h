@@ -14,7 +14,7 @@ public:
     explicit Links(Database &database);
 
     //! Puts \a links in the place of the document's links; inside a Transaction of the caller.
-    //! \throws HttpError 400 for another form
+    //! \throws ServiceError for another form
     void replace(const QString &documentId, const QJsonArray &links);
 
 private:

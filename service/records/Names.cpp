@@ -1,6 +1,6 @@
 #include <service/records/Names.h>
 
-#include <service/http/HttpMessages.h>
+#include <service/records/ServiceError.h>
 
 #include <algorithm>
 
@@ -22,33 +22,38 @@ bool hasControlCharacter(const QString &text)
 void requireValidName(const QString &name)
 {
     if (name.isEmpty())
-        throw HttpError(400, QStringLiteral("The name is empty."));
+        throw ServiceError(Refusal::Invalid, QStringLiteral("The name is empty."));
     if (name.toUtf8().size() > MaxNameBytes) {
-        throw HttpError(
-            400, QStringLiteral("The name is longer than %1 bytes of UTF-8.").arg(MaxNameBytes));
+        throw ServiceError(
+            Refusal::Invalid,
+            QStringLiteral("The name is longer than %1 bytes of UTF-8.").arg(MaxNameBytes));
     }
     if (name == QLatin1String(".") || name == QLatin1String(".."))
-        throw HttpError(400, QStringLiteral("\".\" and \"..\" are no names."));
+        throw ServiceError(Refusal::Invalid, QStringLiteral("\".\" and \"..\" are no names."));
     if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')))
-        throw HttpError(400, QStringLiteral("A name cannot contain \"/\" or \"\\\"."));
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("A name cannot contain \"/\" or \"\\\"."));
     if (hasControlCharacter(name) || !name.isValidUtf16())
-        throw HttpError(400, QStringLiteral("The name contains a control character."));
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("The name contains a control character."));
 }
 
 void requireValidProjectId(const QString &id)
 {
     if (id.isEmpty() || id.toUtf8().size() > MaxProjectIdBytes || hasControlCharacter(id)
         || id.contains(QLatin1Char('/')) || !id.isValidUtf16()) {
-        throw HttpError(400, QStringLiteral("This is no project id."));
+        throw ServiceError(Refusal::Invalid, QStringLiteral("This is no project id."));
     }
 }
 
 void requireShortText(const QString &text, const QString &what, int maxBytes)
 {
     if (text.toUtf8().size() > maxBytes)
-        throw HttpError(400, QStringLiteral("%1 is longer than %2 bytes.").arg(what).arg(maxBytes));
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("%1 is longer than %2 bytes.").arg(what).arg(maxBytes));
     if (text.contains(QChar(QChar::Null)) || !text.isValidUtf16())
-        throw HttpError(400, QStringLiteral("%1 contains a character that is no text.").arg(what));
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("%1 contains a character that is no text.").arg(what));
 }
 
 QString suffixOf(const QString &name)

@@ -4,14 +4,14 @@
 
 namespace service {
 
-//! \throws HttpError 400 for a name that no document may have: empty, more than 255 bytes of UTF-8, "." or
+//! \throws ServiceError for a name that no document may have: empty, more than 255 bytes of UTF-8, "." or
 //! "..", or with a slash, a backslash or a control character in it
 void requireValidName(const QString &name);
 
-//! \throws HttpError 400 for text that cannot be a project's id
+//! \throws ServiceError for text that cannot be a project's id
 void requireValidProjectId(const QString &id);
 
-//! \throws HttpError 400 for text above \a maxBytes of UTF-8 or with a NUL; \a what names it
+//! \throws ServiceError for text above \a maxBytes of UTF-8 or with a NUL; \a what names it
 void requireShortText(const QString &text, const QString &what, int maxBytes);
 
 //! What follows the last dot, unless that is the first character; as it is written.

@@ -19,6 +19,24 @@ QList<Document> readAll(Statement row)
     return documents;
 }
 
+QString selectShares()
+{
+    return QStringLiteral("SELECT id, project_id, allow_download, expired_at, created_at, "
+                          "created_by FROM share ");
+}
+
+QList<Share> readShares(Statement row)
+{
+    QList<Share> shares;
+    while (row.next()) {
+        Share share{row.text(0), row.text(1), row.number(2) != 0, {}, row.number(4), row.text(5)};
+        if (!row.isNull(3))
+            share.expiredAt = row.number(3);
+        shares.append(share);
+    }
+    return shares;
+}
+
 } // namespace
 
 Shares::Shares(Database &database) : m_database(database) {}
@@ -27,7 +45,7 @@ QString Shares::insert(const Share &share, const QStringList &documentIds)
 {
     const QString id = newId();
     QString code = newSecret().left(CodeDigits);
-    const QVariant expiry = share.expiredAt == 0 ? QVariant() : QVariant(share.expiredAt);
+    const QVariant expiry = share.expiredAt ? QVariant(*share.expiredAt) : QVariant();
     execute(
         m_database,
         QStringLiteral("INSERT INTO share (id, code_hash, project_id, allow_download, expired_at, "
@@ -46,36 +64,55 @@ QString Shares::insert(const Share &share, const QStringList &documentIds)
 
 std::optional<Share> Shares::findByCode(const QString &code)
 {
-    Statement row(m_database,
-                  QStringLiteral("SELECT id, project_id, allow_download, expired_at, created_by "
-                                 "FROM share WHERE code_hash = ?"),
-                  {secretHash(code)});
-    if (!row.next())
-        return std::nullopt;
-    return Share{row.text(0), row.text(1), row.number(2) != 0, row.number(3), row.text(4)};
+    const QList<Share> found = readShares(Statement(
+        m_database, selectShares() + QStringLiteral("WHERE code_hash = ?"), {secretHash(code)}));
+    return found.isEmpty() ? std::nullopt : std::optional<Share>(found.first());
 }
 
-QList<Document> Shares::documents(const Share &share)
+std::optional<Share> Shares::find(const QString &id)
 {
-    return readAll(Statement(
-        m_database,
-        QStringLiteral("SELECT %1 FROM share_document s JOIN document d ON d.id = s.document_id "
-                       "WHERE s.share_id = ? AND d.recycle = 0 ORDER BY s.position")
-            .arg(Documents::columns()),
-        {QString(), QString(), share.id}));
+    const QList<Share> found =
+        readShares(Statement(m_database, selectShares() + QStringLiteral("WHERE id = ?"), {id}));
+    return found.isEmpty() ? std::nullopt : std::optional<Share>(found.first());
 }
 
-QList<Document> Shares::children(const Document &folder)
+QList<Share> Shares::list(const QString &projectId, const QString &userId)
+{
+    return readShares(Statement(
+        m_database,
+        selectShares()
+            + QStringLiteral("WHERE (? = '' OR project_id = ?) AND (? = '' OR created_by = ?) "
+                             "ORDER BY created_at DESC, id DESC"),
+        {projectId, projectId, userId, userId}));
+}
+
+bool Shares::remove(const QString &id)
+{
+    return execute(m_database, QStringLiteral("DELETE FROM share WHERE id = ?"), {id}) > 0;
+}
+
+QList<Document> Shares::documents(const Share &share, int limit, int skip)
+{
+    return readAll(
+        Statement(m_database,
+                  QStringLiteral(
+                      "SELECT %1 FROM share_document s JOIN document d ON d.id = s.document_id "
+                      "WHERE s.share_id = ? AND d.recycle = 0 ORDER BY s.position LIMIT ? OFFSET ?")
+                      .arg(Documents::columns()),
+                  {QString(), QString(), share.id, limit, skip}));
+}
+
+QList<Document> Shares::children(const Document &folder, int limit, int skip)
 {
     return readAll(Statement(m_database,
                              QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? "
                                             "AND d.parent_id = ? AND d.recycle = 0 "
-                                            "ORDER BY d.type, d.name, d.id")
+                                            "ORDER BY d.type, d.name, d.id LIMIT ? OFFSET ?")
                                  .arg(Documents::columns()),
-                             {QString(), QString(), folder.projectId, folder.id}));
+                             {QString(), QString(), folder.projectId, folder.id, limit, skip}));
 }
 
-std::optional<Document> Shares::find(const Share &share, const QString &documentId)
+std::optional<Document> Shares::findDocument(const Share &share, const QString &documentId)
 {
     Statement row(
         m_database,

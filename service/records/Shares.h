@@ -18,7 +18,8 @@ struct Share
     QString id;
     QString projectId;
     bool allowsDownload = false;
-    qint64 expiredAt = 0; //!< 0: never
+    std::optional<qint64> expiredAt; //!< none: never
+    qint64 createdAt = 0;
     QString createdBy;
 };
 
@@ -32,13 +33,20 @@ public:
     QString insert(const Share &share, const QStringList &documentIds);
 
     std::optional<Share> findByCode(const QString &code);
+    std::optional<Share> find(const QString &id);
+    //! Those of a project, or of all with an empty \a projectId; those of one user, or of all with an empty
+    //! \a userId. Newest first; those that have ended are among them.
+    QList<Share> list(const QString &projectId, const QString &userId);
+    //! Ends a share. \return false without one
+    bool remove(const QString &id);
 
     //! What was shared itself; what has gone into the recycle bin since is left out.
-    QList<Document> documents(const Share &share);
-    QList<Document> children(const Document &folder);
+    //! \param limit how many at the most; below 0 all \param skip how many come before them
+    QList<Document> documents(const Share &share, int limit = -1, int skip = 0);
+    QList<Document> children(const Document &folder, int limit, int skip);
 
     //! The document, when it was shared or lies below a folder that was.
-    std::optional<Document> find(const Share &share, const QString &documentId);
+    std::optional<Document> findDocument(const Share &share, const QString &documentId);
 
 private:
     Database &m_database;

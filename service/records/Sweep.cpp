@@ -1,107 +1,154 @@
 #include <service/records/Sweep.h>
 
 #include <service/records/Times.h>
+#include <service/storage/ContentLock.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Statement.h>
 
 #include <QDateTime>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QSet>
 
 namespace service {
 
-Sweep::Sweep(Database &database, ContentStore &contents, const QString &folder)
-    : m_database(database), m_contents(contents), m_folder(folder)
-{}
+namespace {
 
-SweepResult Sweep::run(qint64 olderThanMs, bool isDryRun)
+QString unusedFile()
+{
+    return QStringLiteral("promised_at < ? "
+                          "AND NOT EXISTS (SELECT 1 FROM document WHERE file_id = file.id) "
+                          "AND NOT EXISTS (SELECT 1 FROM version WHERE file_id = file.id)");
+}
+
+struct Row
+{
+    QString id;
+    QString md5;
+    QString part;
+};
+
+//! All rows at once: nothing is read any more when the first of them goes.
+QList<Row> rows(Database &database, const QString &sql, qint64 before)
+{
+    QList<Row> result;
+    Statement row(database, sql, {before});
+    while (row.next())
+        result.append({row.text(0), row.text(1), row.text(2)});
+    return result;
+}
+
+} // namespace
+
+Sweep::Sweep(Database &database, ContentStore &store) : m_database(database), m_store(store) {}
+
+SweepResult Sweep::run(qint64 olderThanMs, Mode mode)
 {
     m_before = nowMs() - olderThanMs;
-    m_isDryRun = isDryRun;
+    m_mode = mode;
     m_result = {};
     sweepUploads();
     sweepContents();
-    sweepStrays(QStringLiteral("parts"), column(QStringLiteral("SELECT md5 FROM large_file")));
-    sweepStrays(QStringLiteral("content"), column(QStringLiteral("SELECT md5 FROM file")));
-    sweepStrays(QStringLiteral("tmp"), {});
+    sweepStrayParts();
+    sweepStrayContents();
     return m_result;
 }
 
 void Sweep::sweepUploads()
 {
-    Transaction transaction(m_database);
-    Statement row(m_database, QStringLiteral("SELECT id, md5 FROM large_file WHERE updated_at < ?"),
-                  {m_before});
-    QStringList parts;
-    while (row.next()) {
+    const QList<Row> uploads =
+        rows(m_database,
+             QStringLiteral("SELECT id, md5, part FROM large_file WHERE updated_at < ?"), m_before);
+    for (const Row &upload : uploads) {
+        const ContentLock lock(m_store.folder(), upload.md5);
+        const qint64 size = QFileInfo(m_store.partPath(upload.part)).size();
+        if (m_mode == Mode::Remove) {
+            Transaction transaction(m_database);
+            if (execute(m_database,
+                        QStringLiteral("DELETE FROM large_file WHERE id = ? AND updated_at < ?"),
+                        {upload.id, m_before})
+                == 0)
+                continue; // it has gone on meanwhile
+            transaction.commit();
+            m_store.dropPart(upload.part);
+        }
         ++m_result.abandonedUploads;
-        parts.append(m_contents.partPath(row.text(1)));
-        if (!m_isDryRun)
-            execute(m_database, QStringLiteral("DELETE FROM large_file WHERE id = ?"),
-                    {row.text(0)});
+        m_result.bytes += size;
     }
-    row.finish();
-    transaction.commit();
-    for (const QString &part : qAsConst(parts))
-        removeFile(part);
 }
 
 void Sweep::sweepContents()
 {
-    Transaction transaction(m_database);
-    Statement row(m_database,
-                  QStringLiteral("SELECT f.id, f.md5 FROM file f WHERE f.created_at < ? "
-                                 "AND NOT EXISTS (SELECT 1 FROM document WHERE file_id = f.id) "
-                                 "AND NOT EXISTS (SELECT 1 FROM version WHERE file_id = f.id)"),
-                  {m_before});
-    QStringList contents;
-    while (row.next()) {
+    const QList<Row> files = rows(
+        m_database, QStringLiteral("SELECT id, md5, '' FROM file WHERE ") + unusedFile(), m_before);
+    for (const Row &file : files) {
+        const ContentLock lock(m_store.folder(), file.md5);
+        const qint64 size = QFileInfo(m_store.contentPath(file.md5)).size();
+        if (m_mode == Mode::Remove) {
+            Transaction transaction(m_database);
+            if (execute(m_database,
+                        QStringLiteral("DELETE FROM file WHERE id = ? AND ") + unusedFile(),
+                        {file.id, m_before})
+                == 0)
+                continue; // somebody has come to use it meanwhile
+            transaction.commit();
+            // After the row: a file without a row is a stray that the next sweep finds, a row without its
+            // file a loss.
+            m_store.removeContent(file.md5);
+        }
         ++m_result.unusedContents;
-        contents.append(m_contents.contentPath(row.text(1)));
-        if (!m_isDryRun)
-            execute(m_database, QStringLiteral("DELETE FROM file WHERE id = ?"), {row.text(0)});
+        m_result.bytes += size;
     }
-    row.finish();
-    transaction.commit();
-    // After the rows: a file without a row is a stray that the next sweep finds, a row without its file a
-    // loss.
-    for (const QString &content : qAsConst(contents))
-        removeFile(content);
 }
 
-void Sweep::sweepStrays(const QString &subfolder, const QStringList &known)
+void Sweep::sweepStrayParts()
 {
-    const QSet<QString> names(known.begin(), known.end());
-    QStringList strays;
-    QDirIterator files(m_folder + QLatin1Char('/') + subfolder, QDir::Files,
-                       QDirIterator::Subdirectories);
+    const QStringList parts = oldFiles(m_store.folder().parts());
+    for (const QString &part : parts) {
+        if (!hasRow(QStringLiteral("SELECT 1 FROM large_file WHERE part = ?"),
+                    QFileInfo(part).fileName()))
+            moveAside(part);
+    }
+}
+
+void Sweep::sweepStrayContents()
+{
+    const QStringList contents = oldFiles(m_store.folder().contents());
+    for (const QString &content : contents) {
+        const QString name = QFileInfo(content).fileName();
+        const ContentLock lock(m_store.folder(), name);
+        const bool isKnown = content == m_store.contentPath(name)
+            && hasRow(QStringLiteral("SELECT 1 FROM file WHERE md5 = ?"), name);
+        if (!isKnown)
+            moveAside(content);
+    }
+}
+
+QStringList Sweep::oldFiles(const QString &folder) const
+{
+    QStringList found;
+    QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         files.next();
-        if (!names.contains(files.fileName())
-            && files.fileInfo().lastModified().toMSecsSinceEpoch() < m_before)
-            strays.append(files.filePath());
+        if (files.fileInfo().lastModified().toMSecsSinceEpoch() < m_before)
+            found.append(files.filePath());
     }
-    for (const QString &stray : qAsConst(strays)) {
-        ++m_result.strayFiles;
-        removeFile(stray);
-    }
+    return found;
 }
 
-void Sweep::removeFile(const QString &path)
+bool Sweep::hasRow(const QString &sql, const QString &value)
 {
-    m_result.bytes += QFileInfo(path).size();
-    if (!m_isDryRun)
-        QFile::remove(path);
+    return Statement(m_database, sql, {value}).next();
 }
 
-QStringList Sweep::column(const QString &sql)
+void Sweep::moveAside(const QString &path)
 {
-    QStringList values;
-    Statement row(m_database, sql);
-    while (row.next())
-        values.append(row.text(0));
-    return values;
+    const QFileInfo stray(path);
+    if (!stray.exists())
+        return; // an upload has ended meanwhile
+    ++m_result.strayFiles;
+    m_result.bytes += stray.size();
+    if (m_mode == Mode::Remove)
+        m_store.moveAside(path);
 }
 
 } // namespace service

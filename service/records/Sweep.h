@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace service {
 
 class ContentStore;
@@ -13,32 +15,38 @@ struct SweepResult
 {
     int abandonedUploads = 0;
     int unusedContents = 0;
-    int strayFiles = 0;
+    int strayFiles = 0; //!< moved aside
     qint64 bytes = 0;
 };
 
-//! \brief Removes what nobody needs: uploads by chunks that stopped long ago, contents that no document and no
-//! version holds, files that no record knows. Only on a data folder that no service is using.
+//! \brief Removes what nobody needs: uploads by chunks that stopped long ago, and contents that no document and no
+//! version holds and that nobody was told of lately. Files that no record knows are not deleted but moved aside: it
+//! may be the records that are wrong.
+//!
+//! Works while a service is running on the data folder.
 class Sweep
 {
 public:
-    Sweep(Database &database, ContentStore &contents, const QString &folder);
+    enum class Mode { Remove, DryRun };
+
+    Sweep(Database &database, ContentStore &store);
 
     //! \param olderThanMs what is younger stays: a client may be about to use it
-    SweepResult run(qint64 olderThanMs, bool isDryRun);
+    SweepResult run(qint64 olderThanMs, Mode mode);
 
 private:
     void sweepUploads();
     void sweepContents();
-    void sweepStrays(const QString &subfolder, const QStringList &known);
-    void removeFile(const QString &path);
-    QStringList column(const QString &sql);
+    void sweepStrayParts();
+    void sweepStrayContents();
+    QStringList oldFiles(const QString &folder) const;
+    bool hasRow(const QString &sql, const QString &value);
+    void moveAside(const QString &path);
 
     Database &m_database;
-    ContentStore &m_contents;
-    const QString m_folder;
+    ContentStore &m_store;
     qint64 m_before = 0;
-    bool m_isDryRun = false;
+    Mode m_mode = Mode::Remove;
     SweepResult m_result;
 };
 

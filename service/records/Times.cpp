@@ -1,6 +1,6 @@
 #include <service/records/Times.h>
 
-#include <service/http/HttpMessages.h>
+#include <service/records/ServiceError.h>
 
 #include <QDateTime>
 
@@ -22,8 +22,9 @@ qint64 parseTime(const QString &text, const QString &what)
 {
     QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
     if (!time.isValid())
-        throw HttpError(400,
-                        QStringLiteral("%1 is not a date-time: \"%2\".").arg(what, text.left(60)));
+        throw ServiceError(
+            Refusal::Invalid,
+            QStringLiteral("%1 is not a date-time: \"%2\".").arg(what, text.left(60)));
     if (time.timeSpec() == Qt::LocalTime)
         time.setTimeSpec(Qt::UTC);
     return time.toMSecsSinceEpoch();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <service/records/Permissions.h>
-
 #include <QList>
 #include <QString>
 
@@ -17,39 +15,41 @@ struct User
     QString id;
     QString name;
     bool isLocal = false; //!< the built-in user of a data folder without users
+
+    //! The built-in user.
+    static User local();
 };
 
-struct Membership
-{
-    QString projectId;
-    QString projectName;
-    Role role = Role::None;
-};
-
-//! \brief Users, projects and who is what in which. Functions throw HttpError with a sentence.
+//! \brief The users and their access tokens, of which only the hashes are kept. Functions throw ServiceError with a
+//! sentence.
 class Users
 {
 public:
     explicit Users(Database &database);
 
-    //! Whether there are users, so that everybody needs a token.
+    //! Returns true once there has been a user: from then on everybody needs a token, also when the last user
+    //! was removed.
     bool haveTokens();
     std::optional<User> findByToken(const QString &token);
     QList<User> list();
+    //! The user of that name.
+    User require(const QString &name);
 
     //! \return the access token, which is told this one time and never again
     QString add(const QString &name);
 
-    void addProject(const QString &id, const QString &name);
-    //! Makes the project when it is missing, for the data folder without users.
-    void ensureProject(const QString &id);
-    bool projectExists(const QString &id);
-    void setRole(const QString &projectId, const QString &userName, const QString &role);
+    //! Gives the user a new token instead of the present one. \return it
+    QString renewToken(const User &user);
+    //! Leaves the user without a token.
+    void revokeToken(const User &user);
 
-    QList<Membership> projectsOf(const User &user);
-    Role roleIn(const QString &projectId, const User &user);
+    //! Takes the user's token, roles, marks and shares. What the user has made stays, and so does the id; the name is
+    //! free again.
+    void remove(const User &user);
 
 private:
+    void setToken(const User &user, const QString &token);
+
     Database &m_database;
 };
 

@@ -1,12 +1,14 @@
 #include <service/records/WhereClause.h>
 
-#include <service/http/HttpMessages.h>
+#include <service/records/DocumentFields.h>
+#include <service/records/ServiceError.h>
 #include <service/records/Times.h>
 #include <service/storage/RegexFunction.h>
 #include <service/storage/Statement.h>
 
 #include <QJsonArray>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -16,40 +18,7 @@ namespace {
 
 constexpr int MaxPatternLength = 1000;
 
-enum class Kind { Text, Id, Number, Time };
-
-struct Field
-{
-    const char *name;
-    const char *column;
-    Kind kind;
-};
-
-//! Every field that conditions and sorts may name. Id: null where there is none.
-constexpr std::array<Field, 22> Fields{{
-    {"_id", "d.id", Kind::Text},
-    {"documentId", "d.id", Kind::Text},
-    {"parentId", "d.parent_id", Kind::Id},
-    {"name", "d.name", Kind::Text},
-    {"type", "d.type", Kind::Text},
-    {"category", "d.category", Kind::Text},
-    {"hostId", "d.host_id", Kind::Text},
-    {"hostType", "d.host_type", Kind::Number},
-    {"order", "d.ord", Kind::Number},
-    {"remark", "d.remark", Kind::Text},
-    {"status", "d.status", Kind::Text},
-    {"fileId", "d.file_id", Kind::Id},
-    {"file.fileId", "d.file_id", Kind::Id},
-    {"fileSize", "d.size", Kind::Number},
-    {"file.fileSize", "d.size", Kind::Number},
-    {"suffix", "d.suffix", Kind::Text},
-    {"file.suffix", "d.suffix", Kind::Text},
-    {"recycle", "d.recycle", Kind::Number},
-    {"createdAt", "d.created_at", Kind::Time},
-    {"createdBy", "d.created_by", Kind::Text},
-    {"updatedAt", "d.updated_at", Kind::Time},
-    {"updatedBy", "d.updated_by", Kind::Text},
-}};
+using Kind = DocumentField::Kind;
 
 struct Comparison
 {
@@ -66,23 +35,14 @@ constexpr std::array<Comparison, 6> Comparisons{{
     {"$lte", "<="},
 }};
 
-const Field *findField(const QString &name)
+[[noreturn]] void refuseValue(const DocumentField &field)
 {
-    for (const Field &field : Fields) {
-        if (name == QLatin1String(field.name))
-            return &field;
-    }
-    return nullptr;
+    throw ServiceError(
+        Refusal::Invalid,
+        QStringLiteral("The value for %1 has the wrong type.").arg(QString::fromLatin1(field.key)));
 }
 
-[[noreturn]] void refuseValue(const Field &field)
-{
-    throw HttpError(400,
-                    QStringLiteral("The value for %1 has the wrong type.")
-                        .arg(QString::fromLatin1(field.name)));
-}
-
-QVariant sqlValue(const Field &field, const QJsonValue &value)
+QVariant sqlValue(const DocumentField &field, const QJsonValue &value)
 {
     if (field.kind == Kind::Number) {
         if (!value.isDouble() || !std::isfinite(value.toDouble()))
@@ -94,21 +54,21 @@ QVariant sqlValue(const Field &field, const QJsonValue &value)
     if (!value.isString())
         refuseValue(field);
     if (field.kind == Kind::Time)
-        return parseTime(value.toString(), QString::fromLatin1(field.name));
+        return parseTime(value.toString(), QString::fromLatin1(field.key));
     return value.toString();
 }
 
 //! Null and the empty text mean the same: no id.
-bool isNoId(const Field &field, const QJsonValue &value)
+bool isNoId(const DocumentField &field, const QJsonValue &value)
 {
     return field.kind == Kind::Id
         && (value.isNull() || (value.isString() && value.toString().isEmpty()));
 }
 
-void addComparison(const Field &field, const Comparison &comparison, const QJsonValue &value,
-                   SqlFilter &filter)
+void addComparison(const DocumentField &field, const Comparison &comparison,
+                   const QJsonValue &value, SqlFilter &filter)
 {
-    const QString column = QString::fromLatin1(field.column);
+    const QString column = field.sqlName();
     const QString sql = QString::fromLatin1(comparison.sql);
     if (isNoId(field, value)) {
         if (sql != QLatin1String("=") && sql != QLatin1String("<>"))
@@ -127,18 +87,18 @@ void addComparison(const Field &field, const Comparison &comparison, const QJson
         filter.add(QStringLiteral("%1 %2 ?").arg(column, sql), {sqlValue(field, value)});
 }
 
-void addMembership(const Field &field, const QString &word, const QJsonValue &value,
+void addMembership(const DocumentField &field, const QString &word, const QJsonValue &value,
                    SqlFilter &filter)
 {
     if (!value.isArray())
-        throw HttpError(400, QStringLiteral("%1 needs an array.").arg(word));
+        throw ServiceError(Refusal::Invalid, QStringLiteral("%1 needs an array.").arg(word));
     QVariantList values;
     const QJsonArray members = value.toArray();
     for (const QJsonValue &member : members)
         values.append(sqlValue(field, member));
     const QString column = field.kind == Kind::Id
-        ? QStringLiteral("coalesce(%1, '')").arg(QString::fromLatin1(field.column))
-        : QString::fromLatin1(field.column);
+        ? QStringLiteral("coalesce(%1, '')").arg(field.sqlName())
+        : field.sqlName();
     filter.add(
         QStringLiteral("%1 %2 (%3)")
             .arg(column,
@@ -147,7 +107,7 @@ void addMembership(const Field &field, const QString &word, const QJsonValue &va
         values);
 }
 
-void addPattern(const Field &field, const QJsonObject &operators, SqlFilter &filter)
+void addPattern(const DocumentField &field, const QJsonObject &operators, SqlFilter &filter)
 {
     const QJsonValue pattern = operators.value(QStringLiteral("$regex"));
     const QJsonValue options = operators.value(QStringLiteral("$options"));
@@ -155,18 +115,18 @@ void addPattern(const Field &field, const QJsonObject &operators, SqlFilter &fil
         || !(options.isString() || options.isUndefined()))
         refuseValue(field);
     if (pattern.toString().size() > MaxPatternLength)
-        throw HttpError(400, QStringLiteral("The regular expression is too long."));
+        throw ServiceError(Refusal::Invalid, QStringLiteral("The regular expression is too long."));
     const QRegularExpression expression = boundedExpression(pattern.toString(), options.toString());
     if (!expression.isValid()) {
-        throw HttpError(400,
-                        QStringLiteral("The regular expression cannot be read: %1.")
-                            .arg(expression.errorString()));
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("The regular expression cannot be read: %1.")
+                               .arg(expression.errorString()));
     }
-    filter.add(QStringLiteral("name_matches(?, ?, %1)").arg(QString::fromLatin1(field.column)),
+    filter.add(QStringLiteral("name_matches(?, ?, %1)").arg(field.sqlName()),
                {pattern.toString(), options.toString()});
 }
 
-void addOperators(const Field &field, const QJsonObject &operators, SqlFilter &filter)
+void addOperators(const DocumentField &field, const QJsonObject &operators, SqlFilter &filter)
 {
     for (auto it = operators.begin(); it != operators.end(); ++it) {
         const QString word = it.key();
@@ -180,7 +140,10 @@ void addOperators(const Field &field, const QJsonObject &operators, SqlFilter &f
         else if (word == QLatin1String("$regex"))
             addPattern(field, operators, filter);
         else if (word != QLatin1String("$options"))
-            throw HttpError(400, QStringLiteral("The operator %1 is unknown.").arg(word.left(60)));
+            throw ServiceError(Refusal::Invalid,
+                               QStringLiteral("The operator %1 is unknown.").arg(word.left(60)));
+        else if (!operators.contains(QStringLiteral("$regex")))
+            throw ServiceError(Refusal::Invalid, QStringLiteral("$options needs a $regex."));
     }
 }
 
@@ -195,9 +158,10 @@ void SqlFilter::add(const QString &condition, const QVariantList &conditionValue
 void addWhere(const QJsonObject &where, SqlFilter &filter)
 {
     for (auto it = where.begin(); it != where.end(); ++it) {
-        const Field *const field = findField(it.key());
+        const DocumentField *const field = findAskedField(it.key());
         if (field == nullptr)
-            throw HttpError(400, QStringLiteral("The field %1 is unknown.").arg(it.key().left(60)));
+            throw ServiceError(Refusal::Invalid,
+                               QStringLiteral("The field %1 is unknown.").arg(it.key().left(60)));
         if (it.value().isObject())
             addOperators(*field, it.value().toObject(), filter);
         else
@@ -211,19 +175,23 @@ QString orderClause(const QString &order)
     const QStringList keys =
         (order.trimmed().isEmpty() ? usual : order).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     QStringList terms;
+    QStringList columns;
     QString direction;
-    bool hasId = false;
     for (const QString &key : keys) {
         const bool isDescending = key.startsWith(QLatin1Char('-'));
-        const Field *const field = findField(isDescending ? key.mid(1) : key);
+        const DocumentField *const field = findAskedField(isDescending ? key.mid(1) : key);
         if (field == nullptr)
-            throw HttpError(400, QStringLiteral("The sort key %1 is unknown.").arg(key.left(60)));
+            throw ServiceError(Refusal::Invalid,
+                               QStringLiteral("The sort key %1 is unknown.").arg(key.left(60)));
         direction = isDescending ? QStringLiteral(" DESC") : QStringLiteral(" ASC");
-        terms.append(QString::fromLatin1(field->column) + direction);
-        hasId = hasId || QLatin1String(field->column) == QLatin1String("d.id");
+        if (columns.contains(field->sqlName()))
+            continue; // decides nothing any more, and SQLite takes 2,000 terms only
+        columns.append(field->sqlName());
+        terms.append(field->sqlName() + direction);
     }
-    if (!hasId)
-        terms.append(QStringLiteral("d.id") + direction);
+    const QString id = QStringLiteral("d.id");
+    if (!columns.contains(id))
+        terms.append(id + direction);
     return QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));
 }
 

@@ -17,12 +17,12 @@ struct SqlFilter
     QString text() const { return conditions.join(QStringLiteral(" AND ")); }
 };
 
-//! Adds what \a where asks for. \throws HttpError 400 for an unknown field or operator, a value of
+//! Adds what \a where asks for. \throws ServiceError for an unknown field or operator, a value of
 //! the wrong type, a regular expression that cannot be read
 void addWhere(const QJsonObject &where, SqlFilter &filter);
 
 //! "ORDER BY …" for sort keys parted by blanks; ties follow the id in the direction of the last key.
-//! \throws HttpError 400 for an unknown key
+//! \throws ServiceError for an unknown key
 QString orderClause(const QString &order);
 
 } // namespace service

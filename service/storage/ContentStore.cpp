@@ -1,6 +1,5 @@
 #include <service/storage/ContentStore.h>
 
-#include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QUuid>
@@ -13,29 +12,16 @@ namespace service {
 
 namespace {
 
-constexpr qint64 CopyBlock = Q_INT64_C(256) * 1024;
+constexpr qint64 ReadBlock = Q_INT64_C(256) * 1024;
 
-void makeFolder(const QString &path)
+QString uniqueName()
 {
-    if (QDir().exists(path))
-        return;
-    // Another upload may have made it meanwhile.
-    if (!QDir().mkdir(path) && !QDir().exists(path))
-        throw StorageError(QStringLiteral("making the folder %1").arg(path), errno);
-    syncFolder(QFileInfo(path).path());
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
 }
 
-void copy(const IncomingFile &from, qint64 offset, RawFile &to, Md5 &hash)
+QString folderOf(const QString &path)
 {
-    std::vector<char> block(static_cast<size_t>(CopyBlock));
-    for (qint64 done = 0; done < from.size();) {
-        const qint64 count = from.readAt(done, block.data(), CopyBlock);
-        if (count == 0)
-            throw StorageError(QStringLiteral("reading a chunk"), EIO);
-        to.writeAt(offset + done, block.data(), count);
-        hash.add(block.data(), count);
-        done += count;
-    }
+    return QFileInfo(path).path();
 }
 
 } // namespace
@@ -57,109 +43,140 @@ void IncomingFile::write(const char *data, qint64 length)
     m_store.takeRoom(length);
     m_size += length;
     m_file.writeAt(m_size - length, data, length);
-    m_md5.add(data, length);
+    m_hash.add(data, length);
 }
 
-qint64 IncomingFile::readAt(qint64 offset, char *data, qint64 length) const
-{
-    return m_file.readAt(offset, data, length);
-}
-
-ContentStore::ContentStore(const QString &folder, qint64 quotaBytes)
+ContentStore::ContentStore(const DataFolder &folder, qint64 quotaBytes)
     : m_folder(folder), m_quotaBytes(quotaBytes)
 {}
 
 void ContentStore::open()
 {
-    for (const QLatin1String name :
-         {QLatin1String("content"), QLatin1String("parts"), QLatin1String("tmp")})
-        makeFolder(m_folder + QLatin1Char('/') + name);
-    QDirIterator leftOver(m_folder + QStringLiteral("/tmp"), QDir::Files);
+    QDirIterator leftOver(m_folder.temporary(), QDir::Files);
     while (leftOver.hasNext())
         QFile::remove(leftOver.next());
     if (m_quotaBytes == 0)
         return;
-    QDirIterator files(m_folder, QDir::Files, QDirIterator::Subdirectories);
     qint64 used = 0;
-    while (files.hasNext()) {
-        const QString path = files.next();
-        if (QFileInfo(path).path() != m_folder) // the database does not count
+    for (const QString &place : {m_folder.contents(), m_folder.parts(), m_folder.aside()}) {
+        QDirIterator files(place, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            files.next();
             used += files.fileInfo().size();
+        }
     }
     m_usedBytes = used;
 }
 
 std::unique_ptr<IncomingFile> ContentStore::newFile()
 {
-    const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    return std::make_unique<IncomingFile>(*this, m_folder + QStringLiteral("/tmp/") + name);
-}
-
-QByteArray ContentStore::keep(IncomingFile &file)
-{
-    QByteArray digest = file.m_md5.result();
-    const QString md5 = QString::fromLatin1(digest);
-    const QString path = contentPath(md5);
-    if (!contains(md5)) {
-        file.m_file.sync();
-        makeContentFolder(md5);
-        renameFile(file.m_path, path);
-        file.m_isKept = true;
-    }
-    // Also where it was there already: another upload may have named it this very moment.
-    syncFolder(QFileInfo(path).path());
-    return digest;
+    return std::make_unique<IncomingFile>(*this,
+                                          m_folder.temporary() + QLatin1Char('/') + uniqueName());
 }
 
 QString ContentStore::contentPath(const QString &md5) const
 {
-    return QStringLiteral("%1/content/%2/%3/%4").arg(m_folder, md5.left(2), md5.mid(2, 2), md5);
+    return QStringLiteral("%1/%2/%3/%4").arg(m_folder.contents(), md5.left(2), md5.mid(2, 2), md5);
 }
 
-bool ContentStore::contains(const QString &md5) const
+bool ContentStore::holds(const QString &md5, qint64 size) const
 {
-    return QFile::exists(contentPath(md5));
+    const QFileInfo content(contentPath(md5));
+    return content.isFile() && content.size() == size;
 }
 
-QString ContentStore::partPath(const QString &md5) const
+ContentDigest ContentStore::digestOf(const QString &path) const
 {
-    return QStringLiteral("%1/parts/%2").arg(m_folder, md5);
+    const RawFile content(path, RawFile::Mode::ReadOnly);
+    ContentHash hash;
+    std::vector<char> block(static_cast<size_t>(ReadBlock));
+    qint64 offset = 0;
+    while (const qint64 count = content.readAt(offset, block.data(), ReadBlock)) {
+        hash.add(block.data(), count);
+        offset += count;
+    }
+    return hash.result();
 }
 
-void ContentStore::writePart(const QString &md5, qint64 offset, const IncomingFile &chunk,
-                             Md5 &hash)
+void ContentStore::keep(IncomingFile &file, const QString &md5)
 {
-    const QString path = partPath(md5);
+    file.m_file.sync();
+    nameContent(file.m_path, md5);
+    file.m_isKept = true;
+}
+
+void ContentStore::keepPart(const QString &part, const QString &md5)
+{
+    nameContent(partPath(part), md5);
+    syncFolder(m_folder.parts());
+}
+
+void ContentStore::copyIn(const QString &path, const QString &md5)
+{
+    const QString copy = m_folder.temporary() + QLatin1Char('/') + uniqueName();
+    copyFile(path, copy);
+    nameContent(copy, md5);
+}
+
+void ContentStore::nameContent(const QString &from, const QString &md5)
+{
+    const QString path = contentPath(md5);
+    const qint64 replaced = QFileInfo(path).size();
+    const bool isNewFolder = !QFileInfo::exists(folderOf(path));
+    makePrivateFolder(folderOf(folderOf(path)));
+    makePrivateFolder(folderOf(path));
+    renameFile(from, path);
+    giveRoom(replaced);
+    syncFolder(folderOf(path));
+    if (isNewFolder) {
+        syncFolder(folderOf(folderOf(path)));
+        syncFolder(m_folder.contents());
+    }
+}
+
+QString ContentStore::partPath(const QString &part) const
+{
+    return m_folder.parts() + QLatin1Char('/') + part;
+}
+
+void ContentStore::writePart(const QString &part, qint64 offset, const QByteArray &bytes)
+{
+    const QString path = partPath(part);
     const bool isNew = !QFile::exists(path);
-    RawFile part(path, RawFile::Mode::ReadWrite);
-    const qint64 before = part.size();
-    const qint64 growth = std::max<qint64>(0, offset + chunk.size() - before);
+    RawFile file(path, RawFile::Mode::ReadWrite);
+    const qint64 before = file.size();
+    const qint64 growth = std::max<qint64>(0, offset + bytes.size() - before);
     takeRoom(growth);
     try {
-        copy(chunk, offset, part, hash);
+        file.writeAt(offset, bytes.constData(), bytes.size());
+        file.sync();
     } catch (const StorageError &) {
-        giveRoom(growth - (part.size() - before));
+        giveRoom(growth - (file.size() - before));
         throw;
     }
-    part.sync();
     if (isNew)
-        syncFolder(QFileInfo(path).path());
+        syncFolder(m_folder.parts());
 }
 
-void ContentStore::keepPart(const QString &md5)
+void ContentStore::dropPart(const QString &part)
 {
-    makeContentFolder(md5);
-    const QString path = contentPath(md5);
-    renameFile(partPath(md5), path);
-    syncFolder(QFileInfo(path).path());
-    syncFolder(m_folder + QStringLiteral("/parts"));
+    remove(partPath(part));
 }
 
-void ContentStore::dropPart(const QString &md5)
+QString ContentStore::moveAside(const QString &path)
 {
-    const QFileInfo part(partPath(md5));
-    const qint64 size = part.size();
-    if (QFile::remove(part.filePath()))
+    QString target =
+        QStringLiteral("%1/%2.%3").arg(m_folder.aside(), QFileInfo(path).fileName(), uniqueName());
+    renameFile(path, target);
+    syncFolder(folderOf(path));
+    syncFolder(m_folder.aside());
+    return target;
+}
+
+void ContentStore::remove(const QString &path)
+{
+    const qint64 size = QFileInfo(path).size();
+    if (QFile::remove(path))
         giveRoom(size);
 }
 
@@ -170,13 +187,6 @@ void ContentStore::takeRoom(qint64 bytes)
         m_usedBytes -= bytes;
         throw StorageError(QStringLiteral("writing above the quota"), ENOSPC);
     }
-}
-
-void ContentStore::makeContentFolder(const QString &md5)
-{
-    const QString first = QStringLiteral("%1/content/%2").arg(m_folder, md5.left(2));
-    makeFolder(first);
-    makeFolder(first + QLatin1Char('/') + md5.mid(2, 2));
 }
 
 } // namespace service

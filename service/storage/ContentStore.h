@@ -1,9 +1,9 @@
 #pragma once
 
+#include <service/storage/ContentHash.h>
+#include <service/storage/DataFolder.h>
 #include <service/storage/FileSync.h>
-#include <service/storage/Md5.h>
 
-#include <QByteArray>
 #include <QString>
 
 #include <atomic>
@@ -24,8 +24,8 @@ public:
 
     //! Appends. \throws StorageError
     void write(const char *data, qint64 length);
-    qint64 size() const { return m_size; }
-    qint64 readAt(qint64 offset, char *data, qint64 length) const;
+    //! Of all that was written; call it once.
+    ContentDigest digest() { return m_hash.result(); }
 
 private:
     friend class ContentStore;
@@ -33,50 +33,60 @@ private:
     ContentStore &m_store;
     QString m_path;
     RawFile m_file;
-    Md5 m_md5;
+    ContentHash m_hash;
     qint64 m_size = 0;
     bool m_isKept = false;
 };
 
 //! \brief The contents of one data folder: files named by their MD5, the same content once.
 //!
-//! Below the folder: `content/` in two levels, `parts/` for uploads by chunks, `tmp/` for what is
-//! arriving. A content stands under its name only when it is whole and on the disk. All functions
-//! may be called from any thread and throw StorageError.
+//! A content has its name only when it is whole and on the disk. All functions may be called from any
+//! thread and throw StorageError; what gives a name or takes it away is called under the ContentLock of the MD5.
 class ContentStore
 {
 public:
-    //! \param quotaBytes how much the three folders may hold together; 0 for no limit but the disk's
-    ContentStore(const QString &folder, qint64 quotaBytes);
+    //! \param quotaBytes how much contents may take together; 0 for no limit but the disk's
+    ContentStore(const DataFolder &folder, qint64 quotaBytes);
 
-    //! Makes the folders and removes what a crash left in `tmp/`.
+    //! Removes what a crash left in the temporary folder.
     void open();
+
+    const DataFolder &folder() const { return m_folder; }
 
     std::unique_ptr<IncomingFile> newFile();
 
-    //! Gives a whole file its name, unless the same content is there, and returns the MD5. On return
-    //! it is safe on the disk.
-    QByteArray keep(IncomingFile &file);
-
     QString contentPath(const QString &md5) const;
-    bool contains(const QString &md5) const;
+    //! Returns true if the content is on the disk with that size. What is in it only a check can tell.
+    bool holds(const QString &md5, qint64 size) const;
+    //! Reads a whole file of the folder.
+    ContentDigest digestOf(const QString &path) const;
 
-    QString partPath(const QString &md5) const;
-    //! Writes \a chunk into the part file of \a md5 at \a offset, adding it to \a hash; on return the bytes are
-    //! on the disk.
-    void writePart(const QString &md5, qint64 offset, const IncomingFile &chunk, Md5 &hash);
-    //! Names the part file of \a md5 as content; it is whole and its MD5 has been compared.
-    void keepPart(const QString &md5);
-    void dropPart(const QString &md5);
+    //! Gives a whole file its name; on return it is safe on the disk. What had the name before is replaced.
+    void keep(IncomingFile &file, const QString &md5);
+    //! The same for a part file whose MD5 has been compared.
+    void keepPart(const QString &part, const QString &md5);
+
+    //! Gives a copy of the file at \a path its name.
+    void copyIn(const QString &path, const QString &md5);
+
+    QString partPath(const QString &part) const;
+    //! Writes \a bytes into a part file; on return they are on the disk.
+    void writePart(const QString &part, qint64 offset, const QByteArray &bytes);
+    void dropPart(const QString &part);
+
+    void removeContent(const QString &md5) { remove(contentPath(md5)); }
+    //! Moves a file of this folder to where it is out of the way, and nothing is lost. \return where that is
+    QString moveAside(const QString &path);
 
     //! \throws StorageError that says the disk is full when \a bytes more are above the quota.
     void takeRoom(qint64 bytes);
     void giveRoom(qint64 bytes) { m_usedBytes -= bytes; }
 
 private:
-    void makeContentFolder(const QString &md5);
+    void nameContent(const QString &from, const QString &md5);
+    void remove(const QString &path);
 
-    const QString m_folder;
+    const DataFolder m_folder;
     const qint64 m_quotaBytes = 0;
     std::atomic<qint64> m_usedBytes{0};
 };

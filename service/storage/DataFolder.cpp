@@ -1,36 +1,33 @@
 #include <service/storage/DataFolder.h>
 
+#include <service/storage/FileSync.h>
+
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 
 namespace service {
 
-std::unique_ptr<FolderLock> FolderLock::take(const QString &folder, QString *error)
+bool DataFolder::hasRecords() const
 {
-    if (folder.isEmpty()) {
-        *error = QStringLiteral("No data folder was given.");
-        return nullptr;
-    }
-    const bool isNew = !QDir(folder).exists();
-    if (!QDir().mkpath(folder)) {
-        *error = QStringLiteral("The data folder %1 cannot be made.").arg(folder);
-        return nullptr;
-    }
-    if (isNew) // contents and the hashes of tokens are nobody else's business
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-
-    std::unique_ptr<FolderLock> lock(new FolderLock(folder + QStringLiteral("/lock")));
-    if (lock->m_file.tryLock(0))
-        return lock;
-    *error = lock->m_file.error() == QLockFile::LockFailedError
-        ? QStringLiteral("Another service is using the data folder %1.").arg(folder)
-        : QStringLiteral("The data folder %1 cannot be written.").arg(folder);
-    return nullptr;
+    return QFileInfo(records()).size() > 0;
 }
 
-FolderLock::FolderLock(const QString &fileName) : m_file(fileName)
+void DataFolder::make() const
 {
-    m_file.setStaleLockTime(0);
+    QDir().mkpath(QFileInfo(QDir::cleanPath(m_path)).path());
+    makePrivateFolder(m_path);
+    for (const QString &folder : {contents(), parts(), temporary(), aside()}) {
+        makePrivateFolder(folder);
+        restrictToOwner(folder);
+    }
+    syncFolder(m_path);
+    // SQLite gives its other files the permissions of the database.
+    const RawFile database(records(), RawFile::Mode::ReadWrite);
+    for (const char *suffix : {"", "-wal", "-shm"}) {
+        const QString name = records() + QLatin1String(suffix);
+        if (QFile::exists(name))
+            restrictToOwner(name);
+    }
 }
 
 } // namespace service

@@ -1,5 +1,7 @@
 #include <service/storage/Database.h>
 
+#include <service/storage/DataFolder.h>
+#include <service/storage/FileSync.h>
 #include <service/storage/RegexFunction.h>
 #include <service/storage/Statement.h>
 
@@ -9,6 +11,7 @@
 #include <QSqlDriver>
 #include <QUuid>
 
+#include <cerrno>
 #include <sqlite3.h>
 
 // A static library's resources are not registered by themselves; the macro needs the global scope.
@@ -21,8 +24,7 @@ namespace service {
 
 namespace {
 
-constexpr int NewestSchema = 1;
-constexpr int BusyTimeoutMs = 20000;
+constexpr int NewestSchema = 2;
 
 //! Whether this thread's connections are closed already: objects with static lifetime outlive those of
 //! the main thread.
@@ -58,14 +60,14 @@ ThreadConnections &threadConnections()
     return connections;
 }
 
-void configure(QSqlDatabase &connection)
+void configure(QSqlDatabase &connection, int busyTimeoutMs)
 {
     auto *handle = *static_cast<sqlite3 **>(connection.driver()->handle().data());
     // synchronous=FULL: what has been acknowledged survives the loss of power, not only of the process.
     const char *const settings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
                                  "PRAGMA foreign_keys=ON; PRAGMA temp_store=MEMORY;"
-                                 "PRAGMA cache_size=-16000; PRAGMA mmap_size=268435456;";
-    sqlite3_busy_timeout(handle, BusyTimeoutMs);
+                                 "PRAGMA cache_size=-4000; PRAGMA mmap_size=268435456;";
+    sqlite3_busy_timeout(handle, busyTimeoutMs);
     if (sqlite3_exec(handle, settings, nullptr, nullptr, nullptr) != SQLITE_OK)
         throw DatabaseError(QString::fromUtf8(sqlite3_errmsg(handle)), sqlite3_errcode(handle));
     registerRegexFunction(handle);
@@ -83,20 +85,47 @@ void executeScript(QSqlDatabase &connection, const QString &fileName)
 
 } // namespace
 
-DatabaseError::DatabaseError(const QString &message, int sqliteCode)
-    : std::runtime_error(message.toStdString()), m_sqliteCode(sqliteCode)
+DatabaseError::DatabaseError(const QString &message, int sqliteCode, int systemError)
+    : std::runtime_error(message.toStdString()), m_sqliteCode(sqliteCode),
+      m_systemError(systemError)
 {}
 
 bool DatabaseError::isFull() const
 {
-    return (m_sqliteCode & 0xff) == SQLITE_FULL;
+    const int code = m_sqliteCode & 0xff;
+    // SQLite itself calls only ENOSPC full.
+    return code == SQLITE_FULL
+        || (code == SQLITE_IOERR && (m_systemError == EDQUOT || m_systemError == EFBIG));
 }
 
-Database::Database(const QString &fileName)
-    : m_fileName(fileName), m_instance(QUuid::createUuid().toString())
+bool DatabaseError::isReadOnly() const
+{
+    const int code = m_sqliteCode & 0xff;
+    return code == SQLITE_READONLY
+        || ((code == SQLITE_IOERR || code == SQLITE_CANTOPEN) && m_systemError == EROFS);
+}
+
+bool DatabaseError::isBusy() const
+{
+    return (m_sqliteCode & 0xff) == SQLITE_BUSY;
+}
+
+bool DatabaseError::isDamage() const
+{
+    const int code = m_sqliteCode & 0xff;
+    return code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
+}
+
+Database::Database(const DataFolder &folder, int busyTimeoutMs)
+    : m_folder(folder), m_busyTimeoutMs(busyTimeoutMs), m_instance(QUuid::createUuid().toString())
 {}
 
 Database::~Database()
+{
+    close();
+}
+
+void Database::close()
 {
     if (!hasEnded)
         threadConnections().remove(m_instance);
@@ -105,9 +134,29 @@ Database::~Database()
 void Database::open()
 {
     initMigrations();
+    requireSound();
     migrate();
-    // A connection reads the planner's figures when it is opened; this one was there before them.
-    threadConnections().remove(m_instance);
+    // Reads the planner's figures, which were not there yet when the connection was opened. Opening another one instead
+    // would make SQLite empty its log and begin it anew, and wait four times for the disk.
+    execute(*this, QStringLiteral("ANALYZE sqlite_master"));
+}
+
+void Database::openBesideService()
+{
+    const int found = schema();
+    if (found != NewestSchema) {
+        throw DatabaseError(QStringLiteral("the service that is running on %1 has another version")
+                                .arg(m_folder.path()),
+                            SQLITE_ERROR);
+    }
+}
+
+void Database::copyTo(const QString &fileName)
+{
+    RawFile copy(fileName, RawFile::Mode::ReadWrite);
+    copy.truncate(); // SQLite writes into an empty file, and leaves its permissions
+    execute(*this, QStringLiteral("VACUUM INTO ?"), {fileName});
+    copy.sync();
 }
 
 QSqlDatabase Database::connection()
@@ -119,43 +168,88 @@ QSqlDatabase Database::connection()
     const QString name = QUuid::createUuid().toString();
     {
         QSqlDatabase fresh = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        fresh.setDatabaseName(m_fileName);
+        fresh.setDatabaseName(m_folder.records());
         if (fresh.open()) {
-            configure(fresh);
+            configure(fresh, m_busyTimeoutMs);
             threadConnections().insert(m_instance, name);
             return fresh;
         }
     }
     QSqlDatabase::removeDatabase(name);
-    throw DatabaseError(QStringLiteral("The database %1 cannot be opened").arg(m_fileName),
+    throw DatabaseError(QStringLiteral("The database %1 cannot be opened").arg(m_folder.records()),
                         SQLITE_CANTOPEN);
+}
+
+int Database::schema()
+{
+    Statement current(*this, QStringLiteral("PRAGMA user_version"));
+    current.next();
+    return static_cast<int>(current.number(0));
+}
+
+void Database::requireSound()
+{
+    QString damage;
+    try {
+        Statement check(*this, QStringLiteral("PRAGMA quick_check(1)"));
+        damage = check.next() ? check.text(0) : QString();
+    } catch (const DatabaseError &error) {
+        if (!error.isDamage())
+            throw;
+        damage = QString::fromUtf8(error.what());
+    }
+    if (damage != QLatin1String("ok")) {
+        throw DatabaseError(
+            QStringLiteral("%1 is damaged (%2); move it away and bring a backup with "
+                           "\"vell-service restore\"")
+                .arg(m_folder.records(), damage),
+            SQLITE_CORRUPT);
+    }
 }
 
 void Database::migrate()
 {
-    QSqlDatabase link = connection();
+    const bool isNew = schema() == 0;
     for (;;) {
-        Transaction transaction(*this);
-        Statement current(*this, QStringLiteral("PRAGMA user_version"));
-        current.next();
-        const int version = static_cast<int>(current.number(0));
-        current.finish();
+        const int version = schema();
         if (version > NewestSchema) {
             throw DatabaseError(
                 QStringLiteral("%1 was written by a newer version (schema %2, known is %3)")
-                    .arg(m_fileName)
+                    .arg(m_folder.records())
                     .arg(version)
                     .arg(NewestSchema),
                 SQLITE_ERROR);
         }
         if (version == NewestSchema)
             return;
-        const int next = version + 1;
-        executeScript(link,
-                      QStringLiteral(":/vell-service/%1.sql").arg(next, 3, 10, QLatin1Char('0')));
-        execute(*this, QStringLiteral("PRAGMA user_version = %1").arg(next));
+        if (!isNew)
+            copyTo(m_folder.recordsBefore(version + 1));
+        migrateTo(version + 1);
+    }
+}
+
+void Database::migrateTo(int version)
+{
+    QSqlDatabase link = connection();
+    // A table that is rebuilt would otherwise take with it what refers to it. Has no effect inside a transaction.
+    execute(*this, QStringLiteral("PRAGMA foreign_keys = OFF"));
+    {
+        Transaction transaction(*this);
+        executeScript(
+            link, QStringLiteral(":/vell-service/%1.sql").arg(version, 3, 10, QLatin1Char('0')));
+        Statement dangling(*this, QStringLiteral("PRAGMA foreign_key_check"));
+        if (dangling.next()) {
+            throw DatabaseError(
+                QStringLiteral("the migration to schema %1 breaks a reference of %2")
+                    .arg(version)
+                    .arg(dangling.text(0)),
+                SQLITE_CONSTRAINT);
+        }
+        dangling.finish();
+        execute(*this, QStringLiteral("PRAGMA user_version = %1").arg(version));
         transaction.commit();
     }
+    execute(*this, QStringLiteral("PRAGMA foreign_keys = ON"));
 }
 
 } // namespace service

@@ -9,17 +9,27 @@ class QSqlDatabase;
 
 namespace service {
 
+class DataFolder;
+
 //! \brief A statement or the connection failed; what() names the reason as SQLite gave it.
 class DatabaseError : public std::runtime_error
 {
 public:
-    DatabaseError(const QString &message, int sqliteCode);
+    //! \param systemError the errno behind \a sqliteCode; 0 for none
+    DatabaseError(const QString &message, int sqliteCode, int systemError = 0);
 
     //! The disk or the database has no room left.
     bool isFull() const;
+    //! The disk can be read only.
+    bool isReadOnly() const;
+    //! Another program has been writing for too long.
+    bool isBusy() const;
+    //! The file is damaged, or no database.
+    bool isDamage() const;
 
 private:
     int m_sqliteCode = 0;
+    int m_systemError = 0;
 };
 
 //! \brief The SQLite database of one data folder.
@@ -29,14 +39,29 @@ private:
 class Database
 {
 public:
-    explicit Database(const QString &fileName);
+    static constexpr int UsualBusyTimeoutMs = 20000;
+
+    //! \param busyTimeoutMs how long a change waits for another program that writes
+    explicit Database(const DataFolder &folder, int busyTimeoutMs = UsualBusyTimeoutMs);
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
 
-    //! Makes the file if it is missing and brings its schema up to date, each migration in a transaction
-    //! of its own. \throws DatabaseError also for a file that a newer version has written.
+    //! Looks for damage and brings the schema up to date, each migration in a transaction of its own and with a copy
+    //! of the database made before. Only under the FolderLock. \throws DatabaseError also for a file that a newer
+    //! version has written
     void open();
+
+    //! Opens the database that another program is using. \throws DatabaseError also for another schema than this
+    //! version's
+    void openBesideService();
+
+    //! Closes the connection of the calling thread; the next use opens another.
+    void close();
+
+    //! Writes a copy that is consistent in itself, while others go on writing. \a fileName is replaced; nobody
+    //! but the owner may read it.
+    void copyTo(const QString &fileName);
 
     //! The connection of the calling thread.
     QSqlDatabase connection();
@@ -44,9 +69,13 @@ public:
     std::mutex &writeLock() { return m_writeLock; }
 
 private:
+    int schema();
+    void requireSound();
     void migrate();
+    void migrateTo(int version);
 
-    const QString m_fileName;
+    const DataFolder &m_folder;
+    const int m_busyTimeoutMs;
     const QString m_instance; //!< tells the connections of several databases in one thread apart
     std::mutex m_writeLock;
 };

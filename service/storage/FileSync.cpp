@@ -6,12 +6,22 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace service {
 
 namespace {
+
+constexpr mode_t OwnerBits = S_IRWXU;
+constexpr size_t CopyBlock = size_t(1024) * 1024;
+
+QByteArray nativeName(const QString &path)
+{
+    return QFile::encodeName(path);
+}
 
 int openFlags(RawFile::Mode mode)
 {
@@ -39,8 +49,13 @@ bool StorageError::isFull() const
     return m_errorNumber == ENOSPC || m_errorNumber == EDQUOT || m_errorNumber == EFBIG;
 }
 
+bool StorageError::isReadOnly() const
+{
+    return m_errorNumber == EROFS;
+}
+
 RawFile::RawFile(const QString &path, Mode mode)
-    : m_path(path), m_descriptor(::open(QFile::encodeName(path).constData(), openFlags(mode), 0600))
+    : m_path(path), m_descriptor(::open(nativeName(path).constData(), openFlags(mode), 0600))
 {
     if (m_descriptor < 0)
         throw StorageError(QStringLiteral("opening %1").arg(path), errno);
@@ -90,15 +105,76 @@ void RawFile::sync()
         throw StorageError(QStringLiteral("writing %1 to the disk").arg(m_path), errno);
 }
 
+void RawFile::truncate()
+{
+    if (::ftruncate(m_descriptor, 0) != 0)
+        throw StorageError(QStringLiteral("emptying %1").arg(m_path), errno);
+}
+
+bool RawFile::tryLock()
+{
+    if (::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0)
+        return true;
+    if (errno != EWOULDBLOCK)
+        throw StorageError(QStringLiteral("locking %1").arg(m_path), errno);
+    return false;
+}
+
+void RawFile::lockByte(qint64 offset)
+{
+    struct flock range = {};
+    range.l_type = F_WRLCK;
+    range.l_whence = SEEK_SET;
+    range.l_start = offset;
+    range.l_len = 1;
+    while (::fcntl(m_descriptor, F_OFD_SETLKW, &range) != 0) {
+        if (errno != EINTR)
+            throw StorageError(QStringLiteral("locking %1").arg(m_path), errno);
+    }
+}
+
+void makePrivateFolder(const QString &path)
+{
+    // Another upload may have made it meanwhile.
+    if (::mkdir(nativeName(path).constData(), OwnerBits) != 0 && errno != EEXIST)
+        throw StorageError(QStringLiteral("making the folder %1").arg(path), errno);
+}
+
+void restrictToOwner(const QString &path)
+{
+    const QByteArray name = nativeName(path);
+    struct stat status = {};
+    if (::stat(name.constData(), &status) != 0)
+        throw StorageError(QStringLiteral("looking at %1").arg(path), errno);
+    if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0
+        && ::chmod(name.constData(), status.st_mode & OwnerBits) != 0)
+        throw StorageError(QStringLiteral("restricting %1").arg(path), errno);
+}
+
 void syncFolder(const QString &folder)
 {
     RawFile entries(folder, RawFile::Mode::ReadOnly);
     entries.sync();
 }
 
+void copyFile(const QString &from, const QString &to)
+{
+    const RawFile source(from, RawFile::Mode::ReadOnly);
+    RawFile target(to, RawFile::Mode::ReadWrite);
+    target.truncate();
+    std::vector<char> block(CopyBlock);
+    qint64 offset = 0;
+    while (const qint64 count =
+               source.readAt(offset, block.data(), static_cast<qint64>(block.size()))) {
+        target.writeAt(offset, block.data(), count);
+        offset += count;
+    }
+    target.sync();
+}
+
 void renameFile(const QString &from, const QString &to)
 {
-    if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
+    if (std::rename(nativeName(from).constData(), nativeName(to).constData()) != 0)
         throw StorageError(QStringLiteral("naming %1").arg(to), errno);
 }
 

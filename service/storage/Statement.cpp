@@ -1,7 +1,10 @@
 #include <service/storage/Statement.h>
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
+
+#include <sqlite3.h>
 
 namespace service {
 
@@ -10,7 +13,9 @@ namespace {
 [[noreturn]] void fail(const QSqlQuery &query)
 {
     const QSqlError error = query.lastError();
-    throw DatabaseError(error.text(), error.nativeErrorCode().toInt());
+    auto *handle = *static_cast<sqlite3 **>(query.driver()->handle().data());
+    throw DatabaseError(error.text(), error.nativeErrorCode().toInt(),
+                        sqlite3_system_errno(handle));
 }
 
 } // namespace

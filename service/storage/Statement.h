@@ -20,6 +20,7 @@ public:
     void finish() { m_query.finish(); }
     int changedRows() const { return m_query.numRowsAffected(); }
 
+    QVariant value(int column) const { return m_query.value(column); }
     QString text(int column) const { return m_query.value(column).toString(); }
     qint64 number(int column) const { return m_query.value(column).toLongLong(); }
     QByteArray bytes(int column) const { return m_query.value(column).toByteArray(); }

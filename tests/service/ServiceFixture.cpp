@@ -1,6 +1,9 @@
 #include <service/ServiceFixture.h>
 
 #include <QJsonDocument>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTcpSocket>
 
 namespace {
@@ -8,6 +11,26 @@ namespace {
 QJsonValue idOrNull(const QString &id)
 {
     return id.isEmpty() ? QJsonValue() : QJsonValue(id);
+}
+
+//! The statement's first value; null text when it has failed.
+QVariant runOn(const QString &dataDir, const QString &statement, bool *isDone)
+{
+    const QString name = QStringLiteral("ServiceFixture");
+    QVariant result;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        database.setDatabaseName(dataDir + QStringLiteral("/records.sqlite"));
+        *isDone = database.open();
+        QSqlQuery query(database);
+        *isDone = *isDone && query.exec(statement);
+        if (!*isDone)
+            qWarning("%s", qUtf8Printable(query.lastError().text()));
+        if (query.next())
+            result = query.value(0);
+    }
+    QSqlDatabase::removeDatabase(name);
+    return result;
 }
 
 } // namespace
@@ -70,6 +93,30 @@ QString ServiceFixture::upload(const QByteArray &content, const QString &name)
         .toArray()
         .at(0)
         .toString();
+}
+
+QString ServiceFixture::addMember(const QString &name, const QString &role)
+{
+    const QString project = QStringLiteral("p1");
+    QString token = service->addUser(name);
+    QString error;
+    service->addProject(project, QString(), &error);
+    if (!service->setRole(project, name, role, &error))
+        qWarning("%s", qUtf8Printable(error));
+    return token;
+}
+
+bool ServiceFixture::runSql(const QString &statement) const
+{
+    bool isDone = false;
+    runOn(m_options.dataDir, statement, &isDone);
+    return isDone;
+}
+
+QVariant ServiceFixture::sqlValue(const QString &query) const
+{
+    bool isDone = false;
+    return runOn(m_options.dataDir, query, &isDone);
 }
 
 QJsonArray ServiceFixture::list(const QJsonObject &where, const HttpClient::Parameters &parameters)

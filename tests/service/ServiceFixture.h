@@ -4,6 +4,7 @@
 #include <support/HttpClient.h>
 
 #include <QTemporaryDir>
+#include <QVariant>
 
 #include <memory>
 
@@ -26,6 +27,16 @@ public:
                      const QString &category = QStringLiteral("c"));
     QString upload(const QByteArray &content, const QString &name = QStringLiteral("upload.bin"));
     //! @}
+
+    //! A user who is \a role in the project of the tests, which is made when it is missing. \return the token
+    QString addMember(const QString &name, const QString &role);
+
+    //! Changes the records behind the service's back, best while it is stopped.
+    bool runSql(const QString &statement) const;
+    //! The first value of the first row; invalid without one.
+    QVariant sqlValue(const QString &query) const;
+
+    QString dataDir() const { return m_options.dataDir; }
 
     //! The list for a condition and further parameters; an empty one after a refusal.
     QJsonArray list(const QJsonObject &where, const HttpClient::Parameters &parameters = {});

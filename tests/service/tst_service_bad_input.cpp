@@ -196,9 +196,9 @@ void TestServiceBadInput::unknownPathsAndVerbs_data()
     row("trailing slash", "GET", "base-service/me/", 404, "");
     row("empty project", "GET", "document-service/projects//documents", 404, "");
     row("path with dots", "GET", "base-service/files/..%2F..%2Fetc%2Fpasswd", 404, "");
-    row("PUT where GET is", "PUT", "base-service/me", 405, "GET");
+    row("PUT where GET is", "PUT", "base-service/me", 405, "GET, HEAD");
     row("DELETE where GET and POST are", "DELETE", "document-service/projects/p1/documents", 405,
-        "GET, POST");
+        "GET, HEAD, POST");
     row("PATCH", "PATCH", "document-service/documents", 405, "PUT, DELETE");
     row("OPTIONS", "OPTIONS", "base-service/files", 405, "POST");
     row("bad UTF-8", "GET", "document-service/documents/%ff%fe", 400, "");
@@ -320,24 +320,30 @@ void TestServiceBadInput::bytesThatAreNoHttp_data()
         QTest::newRow(name) << bytes << QByteArray(status);
     };
     row("nonsense", "nonsense\r\n\r\n", "HTTP/1.1 400");
-    row("unknown verb", "FETCH / HTTP/1.1\r\n\r\n", "HTTP/1.1 400");
+    row("unknown verb", "FETCH / HTTP/1.1\r\nHost: localhost\r\n\r\n", "HTTP/1.1 404");
     row("old HTTP", "GET /base-service/me HTTP/1.0\r\n\r\n", "HTTP/1.1 200");
-    row("length that is none", "PUT /base-service/me HTTP/1.1\r\nContent-Length: x\r\n\r\n",
+    row("length that is none",
+        "PUT /base-service/me HTTP/1.1\r\nHost: localhost\r\nContent-Length: x\r\n\r\n",
         "HTTP/1.1 400");
-    row("negative length", "PUT /base-service/me HTTP/1.1\r\nContent-Length: -5\r\n\r\n",
+    row("negative length",
+        "PUT /base-service/me HTTP/1.1\r\nHost: localhost\r\nContent-Length: -5\r\n\r\n",
         "HTTP/1.1 400");
     row("in pieces",
-        "POST /base-service/files HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n0\r\n\r\n",
+        "POST /base-service/files HTTP/1.1\r\nHost: localhost\r\nTransfer-Encoding: "
+        "chunked\r\n\r\n0\r\n\r\n",
         "HTTP/1.1 411");
     row("immense length",
-        "POST /base-service/files HTTP/1.1\r\nContent-Length: 99999999999999\r\n\r\n",
+        "POST /base-service/files HTTP/1.1\r\nHost: localhost\r\nContent-Length: "
+        "99999999999999\r\n\r\n",
         "HTTP/1.1 413");
     row("many ranges",
-        "GET /base-service/me HTTP/1.1\r\nRange: bytes=0-0" + QByteArray(",0-0").repeated(1900)
-            + "\r\n\r\n",
+        "GET /base-service/me HTTP/1.1\r\nHost: localhost\r\nRange: bytes=0-0"
+            + QByteArray(",0-0").repeated(1900) + "\r\n\r\n",
         "HTTP/1.1 200");
-    row("long path", "GET /" + QByteArray(8000, 'a') + " HTTP/1.1\r\n\r\n", "HTTP/1.1 404");
-    row("many segments", "GET " + QByteArray("/a").repeated(4000) + " HTTP/1.1\r\n\r\n",
+    row("long path", "GET /" + QByteArray(8000, 'a') + " HTTP/1.1\r\nHost: localhost\r\n\r\n",
+        "HTTP/1.1 404");
+    row("many segments",
+        "GET " + QByteArray("/a").repeated(4000) + " HTTP/1.1\r\nHost: localhost\r\n\r\n",
         "HTTP/1.1 404");
 }
 
@@ -363,10 +369,11 @@ void TestServiceBadInput::longAddressesAreRefusedInJson()
 void TestServiceBadInput::aRefusedUploadLeavesTheConnectionUsable()
 {
     const QByteArray body(300000, 'x');
-    const QByteArray request = "POST /base-service/me HTTP/1.1\r\nContent-Length: "
+    const QByteArray request =
+        "POST /base-service/me HTTP/1.1\r\nHost: localhost\r\nContent-Length: "
         + QByteArray::number(body.size()) + "\r\n\r\n" + body;
     const QByteArray answers =
-        m_fixture->exchange(request + "GET /base-service/me HTTP/1.1\r\n\r\n");
+        m_fixture->exchange(request + "GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n");
     QVERIFY2(answers.startsWith("HTTP/1.1 405"), answers.constData());
     QVERIFY2(answers.contains("HTTP/1.1 200"), answers.constData());
 }

@@ -2,6 +2,7 @@
 #include <service/ServiceFixture.h>
 #include <support/ServiceProcess.h>
 
+#include <QDir>
 #include <QtTest>
 
 //! The program: its output, exit codes and commands.
@@ -19,7 +20,9 @@ private Q_SLOTS:
     void helpTellsAboutFaults();
     void faultsAreTaken();
     void theSweepRemovesWhatNobodyNeeds();
-    void theSweepLeavesARunningServiceAlone();
+    void theSweepWorksBesideARunningService();
+    void aCommandMakesNoDataFolderByMistake_data();
+    void aCommandMakesNoDataFolderByMistake();
 
 private:
     int run(const QStringList &arguments)
@@ -149,17 +152,20 @@ void TestServiceCommandLine::theSweepRemovesWhatNobodyNeeds()
 
     const QStringList sweep{QStringLiteral("sweep"), QStringLiteral("--older-than")};
     QCOMPARE(run(sweep + QStringList{QStringLiteral("1")}), 0);
-    QVERIFY2(m_output.startsWith(
-                 QStringLiteral("removed 0 abandoned uploads, 0 unused contents, 0 stray")),
-             qUtf8Printable(m_output));
-    const QString counts =
-        QStringLiteral("1 abandoned uploads, 1 unused contents, 1 stray files: 4194315 bytes\n");
+    QVERIFY2(
+        m_output.startsWith(QStringLiteral("removed 0 abandoned uploads and 0 unused contents")),
+        qUtf8Printable(m_output));
     QCOMPARE(run(sweep + QStringList{QStringLiteral("0"), QStringLiteral("--dry-run")}), 0);
-    QCOMPARE(m_output, QStringLiteral("would remove ") + counts);
+    QCOMPARE(m_output,
+             QStringLiteral("would remove 1 abandoned uploads and 1 unused contents, move aside 1 "
+                            "unknown files: 4194315 bytes\n"));
     QVERIFY(stray.exists());
     QCOMPARE(run(sweep + QStringList{QStringLiteral("0")}), 0);
-    QCOMPARE(m_output, QStringLiteral("removed ") + counts);
+    QCOMPARE(m_output,
+             QStringLiteral("removed 1 abandoned uploads and 1 unused contents, moved aside 1 "
+                            "unknown files: 4194315 bytes\n"));
     QVERIFY(!stray.exists());
+    QCOMPARE(QDir(m_data + QStringLiteral("/aside")).entryList(QDir::Files).size(), 1);
 
     QVERIFY(fixture.restart());
     QCOMPARE(abandoned.record(fixture.client).status, 404);
@@ -168,15 +174,43 @@ void TestServiceCommandLine::theSweepRemovesWhatNobodyNeeds()
              QByteArray("kept"));
 }
 
-void TestServiceCommandLine::theSweepLeavesARunningServiceAlone()
+void TestServiceCommandLine::theSweepWorksBesideARunningService()
 {
     ServiceProcess process(m_data);
     QVERIFY(process.start());
-    QCOMPARE(run({QStringLiteral("sweep")}), 1);
-    QVERIFY2(m_output.contains(QStringLiteral("Another service")), qUtf8Printable(m_output));
-    process.terminate();
-    m_data += QStringLiteral("-none");
-    QCOMPARE(run({QStringLiteral("sweep")}), 1);
+    HttpClient client(process.baseApi());
+    const ChunkSender going(2 * ChunkSender::ChunkBytes);
+    QCOMPARE(going.send(client, 0).status, 200);
+    const auto upload = [&client](const QByteArray &content) {
+        return client.postForm(QStringLiteral("base-service/files"),
+                               {{QStringLiteral("file/f"), content}});
+    };
+    QVERIFY(upload("unused").isSuccess());
+    QCOMPARE(run({QStringLiteral("sweep")}), 0);
+    QVERIFY2(m_output.startsWith(QStringLiteral("removed 0")), qUtf8Printable(m_output));
+    QCOMPARE(run({QStringLiteral("sweep"), QStringLiteral("--older-than"), QStringLiteral("0")}),
+             0);
+    QVERIFY2(
+        m_output.startsWith(QStringLiteral("removed 1 abandoned uploads and 1 unused contents")),
+        qUtf8Printable(m_output));
+    // The service goes on with what is left.
+    QCOMPARE(counters(going.sendAll(client)), QStringLiteral("2/2"));
+    QVERIFY(upload("unused").isSuccess());
+}
+
+void TestServiceCommandLine::aCommandMakesNoDataFolderByMistake_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::newRow("user list") << QStringLiteral("user list");
+    QTest::newRow("role set") << QStringLiteral("role set p1 anna viewer");
+    QTest::newRow("sweep") << QStringLiteral("sweep");
+}
+
+void TestServiceCommandLine::aCommandMakesNoDataFolderByMistake()
+{
+    QFETCH(QString, line);
+    QCOMPARE(run(line.split(QLatin1Char(' '))), 1);
+    QVERIFY2(m_output.contains(QStringLiteral("is no data folder")), qUtf8Printable(m_output));
     QVERIFY(!QFile::exists(m_data));
 }
 

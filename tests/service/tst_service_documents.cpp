@@ -1,5 +1,6 @@
 #include <service/ServiceFixture.h>
 
+#include <QJsonDocument>
 #include <QtTest>
 
 //! Making, reading and changing documents.
@@ -8,6 +9,8 @@ class TestServiceDocuments : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void aFieldIsStoredSentAndAsked_data();
+    void aFieldIsStoredSentAndAsked();
     void aNewFolderHasEveryField();
     void aNewFileCarriesItsContent();
     void everyNameComesBackAsItWas_data();
@@ -135,6 +138,56 @@ void TestServiceDocuments::oneDocumentIsFoundBelowBothRoots()
     QCOMPARE(path.at(0).toObject().value(QStringLiteral("_id")).toString(), outer);
     QCOMPARE(path.at(1).toObject().value(QStringLiteral("name")).toString(),
              QStringLiteral("inner"));
+}
+
+void TestServiceDocuments::aFieldIsStoredSentAndAsked_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<bool>("isForNew");
+    QTest::addColumn<bool>("isAsked");
+    const auto row = [](const char *key, const QJsonValue &value, bool isForNew, bool isAsked) {
+        QTest::newRow(key) << QString::fromLatin1(key) << value << isForNew << isAsked;
+    };
+    const QJsonValue text = QStringLiteral("some text 图");
+    row("category", text, true, true);
+    row("hostId", text, true, true);
+    row("hostType", 7, true, true);
+    row("order", 7, false, true);
+    row("remark", text, true, true);
+    row("status", text, true, true);
+    row("previewId", text, false, false);
+}
+
+void TestServiceDocuments::aFieldIsStoredSentAndAsked()
+{
+    QFETCH(QString, key);
+    QFETCH(QJsonValue, value);
+    QFETCH(bool, isForNew);
+    QFETCH(bool, isAsked);
+    ServiceFixture fixture;
+    const HttpAnswer made =
+        fixture.client.post(ServiceFixture::projectPath(QStringLiteral("documents")),
+                            {{QStringLiteral("name"), QStringLiteral("new")},
+                             {QStringLiteral("type"), QStringLiteral("dir")},
+                             {key, value}});
+    QCOMPARE(made.status, isForNew ? 200 : 400);
+    if (isForNew)
+        QCOMPARE(made.object().value(key), value);
+
+    const QString id = fixture.makeFolder(QStringLiteral("changed"));
+    const HttpAnswer changed = fixture.client.put(ServiceFixture::documentPath(id), {{key, value}});
+    QCOMPARE(changed.status, 200);
+    QCOMPARE(changed.object().value(key), value);
+    QCOMPARE(fixture.document(id).value(key), value);
+    const HttpAnswer asked =
+        fixture.client.get(ServiceFixture::projectPath(QStringLiteral("documents")),
+                           {{QStringLiteral("where"),
+                             QString::fromUtf8(QJsonDocument(QJsonObject{{key, value}}).toJson())},
+                            {QStringLiteral("order"), QStringLiteral("-") + key}});
+    QCOMPARE(asked.status, isAsked ? 200 : 400);
+    if (isAsked)
+        QCOMPARE(asked.array().size(), isForNew ? 2 : 1);
 }
 
 QTEST_GUILESS_MAIN(TestServiceDocuments)

@@ -36,7 +36,8 @@ private:
     static QByteArray newFolderRequest()
     {
         const QByteArray body = R"({"name":"made","type":"dir"})";
-        return "POST /document-service/projects/p1/documents HTTP/1.1\r\nContent-Length: "
+        return "POST /document-service/projects/p1/documents HTTP/1.1\r\nHost: "
+               "localhost\r\nContent-Length: "
             + QByteArray::number(body.size()) + "\r\n\r\n" + body;
     }
 };
@@ -100,14 +101,15 @@ void TestServiceFaults::aStallEndsWithTheService()
     add(fixture, "stall=300");
     QElapsedTimer clock;
     clock.start();
-    QCOMPARE(fixture.exchange("GET /base-service/me HTTP/1.1\r\n\r\n"), QByteArray());
+    QCOMPARE(fixture.exchange("GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n"),
+             QByteArray());
     QVERIFY(clock.elapsed() >= 290);
 
     add(fixture, "stall");
     QTcpSocket socket;
     socket.connectToHost(QStringLiteral("127.0.0.1"), fixture.service->port());
     QVERIFY(socket.waitForConnected());
-    socket.write("GET /base-service/me HTTP/1.1\r\n\r\n");
+    socket.write("GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n");
     QVERIFY(!socket.waitForReadyRead(200));
     fixture.service->stop();
     QVERIFY(socket.state() == QTcpSocket::UnconnectedState || socket.waitForDisconnected());
@@ -130,7 +132,7 @@ void TestServiceFaults::aCutReplyIsIncomplete()
     const QString id = fixture.upload(QByteArray(100000, 'x'));
     add(fixture, "cut-reply=70000");
     const HttpAnswer answer = fixture.client.get(QStringLiteral("base-service/files/") + id);
-    QVERIFY(answer.error != QNetworkReply::NoError);
+    QVERIFY(!answer.isWhole);
     QCOMPARE(answer.body.size(), 70000);
     QCOMPARE(answer.headers.value("content-length"), QByteArray("100000"));
 }

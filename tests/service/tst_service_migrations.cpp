@@ -1,5 +1,8 @@
+#include <service/ChunkSender.h>
 #include <service/ServiceFixture.h>
+#include <service/storage/ContentHash.h>
 
+#include <QDir>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -15,8 +18,12 @@ private Q_SLOTS:
     void aFileOfANewerVersionIsRefused();
     void aFileThatIsNoDatabaseIsRefused();
     void aBrokenMigrationLeavesNothing();
+    void aFolderOfTheFirstVersionKeepsEverything();
 
 private:
+    //! A data folder as the first version left it: a document, and an upload of \a upload with one chunk.
+    static void makeFirstVersion(const QString &folder, const ChunkSender &upload);
+
     //! Runs statements on the records of a stopped service; the first value of the last one's result.
     static QVariant run(const QString &file, const QStringList &statements)
     {
@@ -53,7 +60,7 @@ void TestServiceMigrations::aNewFolderGetsTheWholeSchema()
     QString error;
     QVERIFY2(startOn(folder.path(), &error), qUtf8Printable(error));
     const QString file = folder.filePath(QStringLiteral("records.sqlite"));
-    QCOMPARE(run(file, {QStringLiteral("PRAGMA user_version")}).toInt(), 1);
+    QCOMPARE(run(file, {QStringLiteral("PRAGMA user_version")}).toInt(), 2);
     QCOMPARE(run(file, {QStringLiteral("PRAGMA journal_mode")}).toString(), QStringLiteral("wal"));
     QCOMPARE(run(file, {QStringLiteral("SELECT name FROM user")}).toString(),
              QStringLiteral("local"));
@@ -95,6 +102,80 @@ void TestServiceMigrations::aBrokenMigrationLeavesNothing()
     QCOMPARE(run(file, {QStringLiteral("SELECT count(*) FROM sqlite_master")}).toInt(), 1);
     run(file, {QStringLiteral("DROP TABLE share_document")});
     QVERIFY2(startOn(folder.path(), &error), qUtf8Printable(error));
+}
+
+void TestServiceMigrations::makeFirstVersion(const QString &folder, const ChunkSender &upload)
+{
+    QFile script(QStringLiteral(VELL_SERVICE_MIGRATIONS "/001.sql"));
+    QVERIFY(script.open(QIODevice::ReadOnly));
+    QStringList statements =
+        QString::fromUtf8(script.readAll()).split(QStringLiteral(";\n"), Qt::SkipEmptyParts);
+    // Of the SHA-256, which follows, the first version knew nothing.
+    constexpr int Md5StateBytes = 92;
+    service::ContentHash hash;
+    hash.add(upload.content().constData(), ChunkSender::ChunkBytes);
+    const QString state = QString::fromLatin1(hash.state().left(Md5StateBytes).toHex());
+    const QString md5 = QStringLiteral("b1946ac92492d2347c6235b4d2611184"); // of "hello\n"
+    statements += QStringList{
+        QStringLiteral("INSERT INTO project VALUES ('p1', 'p1', 1)"),
+        QStringLiteral("INSERT INTO file VALUES ('f1', '%1', 6, 'a.txt', 1)").arg(md5),
+        QStringLiteral("INSERT INTO file_uploader VALUES ('f1', 'local')"),
+        QStringLiteral("INSERT INTO document (id, project_id, type, name, file_id, size, "
+                       "created_at, created_by, updated_at, updated_by) "
+                       "VALUES ('d1', 'p1', 'file', 'a.txt', 'f1', 6, 1, 'local', 1, 'local')"),
+        QStringLiteral("INSERT INTO version VALUES ('v1', 'd1', 1, 'f1', 'a.txt', 'the first', 1, "
+                       "'local', 1)"),
+        QStringLiteral("INSERT INTO mark VALUES ('local', 'd1', 3, 1)"),
+        QStringLiteral("INSERT INTO large_file VALUES ('u1', '%1', 'b.bin', %2, 2, 1, x'%3', 1, "
+                       "'local', 1)")
+            .arg(upload.md5())
+            .arg(upload.content().size())
+            .arg(state),
+        QStringLiteral("PRAGMA user_version = 1")};
+    run(folder + QStringLiteral("/records.sqlite"), statements);
+    const QString content = folder + QStringLiteral("/content/b1/94");
+    QVERIFY(QDir().mkpath(content) && QDir().mkpath(folder + QStringLiteral("/parts")));
+    QFile hello(content + QLatin1Char('/') + md5);
+    QVERIFY(hello.open(QIODevice::WriteOnly));
+    hello.write("hello\n");
+    QFile part(folder + QStringLiteral("/parts/") + upload.md5());
+    QVERIFY(part.open(QIODevice::WriteOnly));
+    part.write(upload.chunk(0));
+}
+
+void TestServiceMigrations::aFolderOfTheFirstVersionKeepsEverything()
+{
+    QTemporaryDir folder;
+    const ChunkSender upload(2 * ChunkSender::ChunkBytes);
+    makeFirstVersion(folder.path(), upload);
+    if (QTest::currentTestFailed())
+        return;
+    ServiceOptions options;
+    options.dataDir = folder.path();
+    {
+        ReferenceService service(options);
+        QString error;
+        QVERIFY2(service.start(&error), qUtf8Printable(error));
+        HttpClient client(service.baseApi());
+        const QJsonObject document =
+            client.get(ServiceFixture::documentPath(QStringLiteral("d1"))).object();
+        QCOMPARE(document.value(QStringLiteral("name")).toString(), QStringLiteral("a.txt"));
+        QCOMPARE(document.value(QStringLiteral("favorite")), QJsonValue(true));
+        QCOMPARE(client.get(QStringLiteral("base-service/files/f1")).body, QByteArray("hello\n"));
+        QCOMPARE(counters(upload.record(client)), QStringLiteral("1/2"));
+        const HttpAnswer last = upload.send(client, 1);
+        QCOMPARE(counters(last), QStringLiteral("2/2"));
+        const QString fileId = last.object().value(QStringLiteral("fsFileId")).toString();
+        QVERIFY(client.get(QStringLiteral("base-service/files/") + fileId).body
+                == upload.content());
+    }
+    const QString records = folder.filePath(QStringLiteral("records.sqlite"));
+    QVERIFY(!run(records, {QStringLiteral("PRAGMA foreign_key_check")}).isValid());
+    QCOMPARE(run(records, {QStringLiteral("SELECT remark FROM version")}).toString(),
+             QStringLiteral("the first"));
+    const QString before = folder.filePath(QStringLiteral("records.before-2.sqlite"));
+    QCOMPARE(run(before, {QStringLiteral("PRAGMA user_version")}).toInt(), 1);
+    QCOMPARE(run(before, {QStringLiteral("SELECT saved_chunk FROM large_file")}).toInt(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestServiceMigrations)

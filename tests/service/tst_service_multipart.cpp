@@ -1,9 +1,6 @@
-#include <service/http/HttpMessages.h>
-#include <service/http/MultipartReader.h>
+#include <service/http/MultipartParser.h>
 
 #include <QtTest>
-
-#include <cstring>
 
 using namespace service;
 
@@ -23,31 +20,31 @@ private Q_SLOTS:
 
 namespace {
 
-//! A body whose bytes come \a step at a time.
-class PiecewiseBody
+//! Keeps the parts that come.
+class Parts final : public MultipartParser::Receiver
 {
 public:
-    PiecewiseBody(const QByteArray &bytes, int step)
-        : m_bytes(bytes), m_step(step),
-          m_reader([this](char *data, qint64 size) { return read(data, size); }, bytes.size())
-    {}
-    BodyReader &reader() { return m_reader; }
-
-private:
-    qint64 read(char *data, qint64 size)
+    void beginPart(const MultipartParser::Part &part) override { list.append({part, {}}); }
+    void partContent(const char *data, qint64 length) override
     {
-        const int count =
-            static_cast<int>(qMin<qint64>(qMin<qint64>(size, m_step), m_bytes.size() - m_at));
-        std::memcpy(data, m_bytes.constData() + m_at, static_cast<size_t>(count));
-        m_at += count;
-        return count;
+        list.last().second.append(data, static_cast<int>(length));
     }
+    void endPart() override { ++ended; }
 
-    QByteArray m_bytes;
-    int m_step = 0;
-    int m_at = 0;
-    BodyReader m_reader;
+    QList<QPair<MultipartParser::Part, QByteArray>> list;
+    int ended = 0;
 };
+
+//! The parts of a body whose bytes come \a step at a time.
+Parts parse(const QByteArray &body, int step, const QByteArray &contentType)
+{
+    Parts parts;
+    MultipartParser parser(contentType, parts);
+    for (int at = 0; at < body.size(); at += step)
+        parser.feed(body.constData() + at, qMin(step, body.size() - at));
+    parser.finish();
+    return parts;
+}
 
 QByteArray partOf(const QByteArray &name, const QByteArray &content)
 {
@@ -57,13 +54,11 @@ QByteArray partOf(const QByteArray &name, const QByteArray &content)
 
 QStringList readAll(const QByteArray &body, int step)
 {
-    PiecewiseBody pieces(body, step);
-    MultipartReader form(pieces.reader(), "multipart/form-data; boundary=B");
-    MultipartReader::Part part;
-    QStringList parts;
-    while (form.nextPart(part))
-        parts.append(part.name + QLatin1Char('=') + QString::fromLatin1(form.readField(1000000)));
-    return parts;
+    const Parts parts = parse(body, step, "multipart/form-data; boundary=B");
+    QStringList texts;
+    for (const auto &part : parts.list)
+        texts.append(part.first.name + QLatin1Char('=') + QString::fromLatin1(part.second));
+    return parts.ended == texts.size() ? texts : QStringList();
 }
 
 } // namespace
@@ -135,12 +130,11 @@ void TestServiceMultipart::headersAreReadAsTheyAreWritten()
     QFETCH(QByteArray, header);
     QFETCH(QString, name);
     QFETCH(QString, fileName);
-    PiecewiseBody body("--B\r\nContent-Type: text/plain\r\n" + header + "\r\n\r\nx\r\n--B--", 5);
-    MultipartReader form(body.reader(), "multipart/form-data; boundary=\"B\"");
-    MultipartReader::Part part;
-    QVERIFY(form.nextPart(part));
-    QCOMPARE(part.name, name);
-    QCOMPARE(part.fileName, fileName);
+    const Parts parts = parse("--B\r\nContent-Type: text/plain\r\n" + header + "\r\n\r\nx\r\n--B--",
+                              5, "multipart/form-data; boundary=\"B\"");
+    QCOMPARE(parts.list.size(), 1);
+    QCOMPARE(parts.list.first().first.name, name);
+    QCOMPARE(parts.list.first().first.fileName, fileName);
 }
 
 QTEST_GUILESS_MAIN(TestServiceMultipart)

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void spansOfTimeSelect();
     void sortsOrder_data();
     void sortsOrder();
+    void anAddressFullOfSortKeysIsServed();
     void pagesNeitherLoseNorRepeat_data();
     void pagesNeitherLoseNorRepeat();
     void selectionsLimitTheFields();
@@ -192,6 +193,8 @@ void TestServiceQuery::sortsOrder_data()
                           << QStringLiteral("beta.pdf,Alpha.txt,folder");
     QTest::newRow("two keys") << QStringLiteral("category -name")
                               << QStringLiteral("folder,Alpha.txt,beta.pdf");
+    QTest::newRow("the same key again")
+        << QStringLiteral("-name name") << QStringLiteral("folder,beta.pdf,Alpha.txt");
 }
 
 void TestServiceQuery::sortsOrder()
@@ -201,6 +204,17 @@ void TestServiceQuery::sortsOrder()
     const QStringList names =
         m_fixture->names(ServiceFixture::below(QString()), {{QStringLiteral("order"), order}});
     QCOMPARE(names.join(QLatin1Char(',')), expected);
+}
+
+void TestServiceQuery::anAddressFullOfSortKeysIsServed()
+{
+    const QString path =
+        ServiceFixture::projectPath(QStringLiteral("documents?select=name&order=-name"));
+    const HttpAnswer answer = m_fixture->client.get(path + QStringLiteral("+_id").repeated(2020));
+    QCOMPARE(answer.status, 200);
+    const HttpClient::Parameters sorted{{QStringLiteral("order"), QStringLiteral("-name")}};
+    QCOMPARE(answer.array().at(0).toObject().value(QStringLiteral("name")).toString(),
+             m_fixture->names({}, sorted).first());
 }
 
 void TestServiceQuery::pagesNeitherLoseNorRepeat_data()
@@ -271,6 +285,7 @@ void TestServiceQuery::whatTheLanguageDoesNotHaveIsRefused_data()
     row("pattern that cannot be read", "where", R"({"name":{"$regex":"("}})");
     row("pattern that is no text", "where", R"({"name":{"$regex":5}})");
     row("pattern on a size", "where", R"({"fileSize":{"$regex":"5"}})");
+    row("options without a pattern", "where", R"({"name":{"$options":"i"}})");
     row("unknown sort", "order", "colour");
     row("SQL for a sort", "order", "name;DROP");
     row("limit without a number", "limit", "many");
@@ -278,6 +293,7 @@ void TestServiceQuery::whatTheLanguageDoesNotHaveIsRefused_data()
     row("negative skip", "skip", "-1");
     row("neither true nor false", "deep", "yes");
     row("record type without a number", "recordType", "x");
+    row("huge record type", "recordType", "4294967297");
 }
 
 void TestServiceQuery::whatTheLanguageDoesNotHaveIsRefused()

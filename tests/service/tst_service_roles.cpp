@@ -1,3 +1,4 @@
+#include <service/RawClient.h>
 #include <service/ServiceFixture.h>
 
 #include <QtTest>
@@ -13,10 +14,19 @@ private Q_SLOTS:
     void unknownProjectsAreNotFound();
     void everyRoleMayWhatTheAnswerSays_data();
     void everyRoleMayWhatTheAnswerSays();
+    void bodiesAreNotReadWithoutTheRight_data();
+    void bodiesAreNotReadWithoutTheRight();
     void selfAnswersFollowTheRole_data();
     void selfAnswersFollowTheRole();
     void aContributorDeletesNoFolderWithOthersFiles();
+    void aContributorRestoresNoFolderWithOthersFiles();
+    void tokensAreRenewedAndRevoked();
+    void withoutUsersThereAreNoTokens();
+    void aRemovedUserIsGone();
+    void theServiceStaysClosedWhenTheLastUserGoes();
     void meTellsTheProjects();
+    void membersAreToldToMembers();
+    void withoutUsersThereIsOneMember();
     void administrationRefusesNonsense();
     void theAnswersNeedSense();
 
@@ -171,6 +181,53 @@ void TestServiceRoles::everyRoleMayWhatTheAnswerSays()
     QCOMPARE(isAllowed(key, id), expected);
 }
 
+void TestServiceRoles::bodiesAreNotReadWithoutTheRight_data()
+{
+    QTest::addColumn<QByteArray>("verb");
+    QTest::addColumn<QByteArray>("target");
+    QTest::addColumn<QString>("unable");
+    QTest::addColumn<QString>("able");
+    const auto row = [](const char *verb, const char *target, const char *unable,
+                        const char *able) {
+        QTest::newRow((QByteArray(verb) + QByteArray(" ") + target).constData())
+            << QByteArray(verb) << QByteArray(target) << QString::fromLatin1(unable)
+            << QString::fromLatin1(able);
+    };
+    row("POST", "/document-service/projects/p1/documents", "viewer", "contributor");
+    row("PUT", "/document-service/documents", "viewer", "contributor");
+    row("PUT", "/document-service/documents/FILE", "contributor", "editor");
+    row("PUT", "/document-service/documents/FILE/records", "none", "viewer");
+    row("PUT", "/document-service/documents/histories/VERSION", "contributor", "editor");
+    row("POST", "/document-service/documents/shares", "viewer", "contributor");
+}
+
+//! Who sends "Expect: 100-continue" is told before the body is sent.
+void TestServiceRoles::bodiesAreNotReadWithoutTheRight()
+{
+    QFETCH(QByteArray, verb);
+    QFETCH(QByteArray, target);
+    QFETCH(QString, unable);
+    QFETCH(QString, able);
+    m_fixture->client.setToken(m_owner);
+    const QString file = m_fixture->makeFile(QStringLiteral("a.txt"));
+    const QJsonArray versions =
+        m_fixture->client.get(ServiceFixture::documentPath(file, QStringLiteral("/histories")))
+            .array();
+    target.replace("FILE", file.toLatin1());
+    target.replace("VERSION",
+                   versions.at(0).toObject().value(QStringLiteral("_id")).toString().toLatin1());
+    const auto statusFor = [&](const QString &role) {
+        become(m_user, role);
+        RawClient client(m_fixture->service->port());
+        client.send(RawClient::request(verb, target,
+                                       "Authorization: Bearer " + m_user.toLatin1()
+                                           + "\r\nExpect: 100-continue\r\nContent-Length: 2\r\n"));
+        return client.next(false).status;
+    };
+    QCOMPARE(statusFor(unable), 403);
+    QCOMPARE(statusFor(able), 100);
+}
+
 void TestServiceRoles::selfAnswersFollowTheRole_data()
 {
     QTest::addColumn<QString>("role");
@@ -206,6 +263,70 @@ void TestServiceRoles::aContributorDeletesNoFolderWithOthersFiles()
     QCOMPARE(m_fixture->client.remove(ServiceFixture::documentPath(own)).status, 200);
 }
 
+void TestServiceRoles::aContributorRestoresNoFolderWithOthersFiles()
+{
+    become(m_user, QStringLiteral("contributor"));
+    const QString own = m_fixture->makeFolder(QStringLiteral("own"));
+    m_fixture->client.setToken(m_owner);
+    m_fixture->makeFolder(QStringLiteral("others"), own);
+    QCOMPARE(m_fixture->client.remove(ServiceFixture::documentPath(own)).status, 200);
+    m_fixture->client.setToken(m_user);
+    const QString restore = ServiceFixture::documentPath(own, QStringLiteral("/restore"));
+    QCOMPARE(answer(QStringLiteral("delete"), own), QStringLiteral("false"));
+    QCOMPARE(m_fixture->client.get(restore).status, 403);
+    m_fixture->client.setToken(m_owner);
+    QCOMPARE(m_fixture->client.get(restore).status, 200);
+}
+
+void TestServiceRoles::tokensAreRenewedAndRevoked()
+{
+    const QString me = QStringLiteral("base-service/me");
+    const QString token = QStringLiteral("base-service/me/token");
+    m_fixture->client.setToken(m_user);
+    const QString fresh =
+        m_fixture->client.send("POST", token).object().value(QStringLiteral("token")).toString();
+    QCOMPARE(fresh.size(), 64);
+    QCOMPARE(m_fixture->client.get(me).status, 401);
+    m_fixture->client.setToken(fresh);
+    QCOMPARE(m_fixture->client.get(me).status, 200);
+    QCOMPARE(m_fixture->client.remove(token).status, 200);
+    QCOMPARE(m_fixture->client.get(me).status, 401);
+    m_fixture->client.setToken(m_owner);
+    QCOMPARE(m_fixture->client.get(me).status, 200); // nobody else's
+}
+
+void TestServiceRoles::withoutUsersThereAreNoTokens()
+{
+    ServiceFixture open;
+    QCOMPARE(open.client.send("POST", QStringLiteral("base-service/me/token")).status, 409);
+    QCOMPARE(open.client.remove(QStringLiteral("base-service/me/token")).status, 409);
+}
+
+void TestServiceRoles::aRemovedUserIsGone()
+{
+    become(m_user, QStringLiteral("contributor"));
+    const QString id = m_fixture->makeFolder(QStringLiteral("made by user"));
+    const QString maker = m_fixture->document(id).value(QStringLiteral("createdBy")).toString();
+    QVERIFY(m_fixture->service->removeUser(QStringLiteral("user")));
+    QCOMPARE(m_fixture->client.get(QStringLiteral("base-service/me")).status, 401);
+    QVERIFY(!m_fixture->service->removeUser(QStringLiteral("user")));
+    m_fixture->client.setToken(m_owner);
+    QCOMPARE(m_fixture->document(id).value(QStringLiteral("createdBy")).toString(), maker);
+    // Another person of the same name has none of it.
+    m_fixture->client.setToken(m_fixture->service->addUser(QStringLiteral("user")));
+    const QJsonObject me = m_fixture->client.get(QStringLiteral("base-service/me")).object();
+    QVERIFY(me.value(QStringLiteral("_id")).toString() != maker);
+    QCOMPARE(me.value(QStringLiteral("projects")).toArray().size(), 0);
+}
+
+void TestServiceRoles::theServiceStaysClosedWhenTheLastUserGoes()
+{
+    QVERIFY(m_fixture->service->removeUser(QStringLiteral("user")));
+    QVERIFY(m_fixture->service->removeUser(QStringLiteral("boss")));
+    m_fixture->client.setToken(QString());
+    QCOMPARE(m_fixture->client.get(QStringLiteral("base-service/me")).status, 401);
+}
+
 void TestServiceRoles::meTellsTheProjects()
 {
     become(m_user, QStringLiteral("viewer"));
@@ -218,6 +339,41 @@ void TestServiceRoles::meTellsTheProjects()
                                {QStringLiteral("name"), QStringLiteral("First")},
                                {QStringLiteral("role"), QStringLiteral("viewer")}};
     QCOMPARE(projects.at(0).toObject(), expected);
+}
+
+void TestServiceRoles::membersAreToldToMembers()
+{
+    const QString path = ServiceFixture::projectPath(QStringLiteral("users"));
+    m_fixture->client.setToken(m_user);
+    QCOMPARE(m_fixture->client.get(path).status, 403);
+    become(m_user, QStringLiteral("viewer"));
+    const HttpAnswer answer = m_fixture->client.get(path);
+    QCOMPARE(answer.status, 200);
+    const QJsonArray members = answer.array();
+    QCOMPARE(members.size(), 2);
+    QCOMPARE(members.at(0).toObject().value(QLatin1String("name")).toString(),
+             QStringLiteral("boss"));
+    QCOMPARE(members.at(0).toObject().value(QLatin1String("role")).toString(),
+             QStringLiteral("owner"));
+    const QJsonObject user = members.at(1).toObject();
+    QCOMPARE(user.value(QLatin1String("name")).toString(), QStringLiteral("user"));
+    QCOMPARE(user.value(QLatin1String("_id")),
+             m_fixture->client.get(QStringLiteral("base-service/me"))
+                 .object()
+                 .value(QLatin1String("_id")));
+    QVERIFY(m_fixture->service->removeUser(QStringLiteral("boss")));
+    QCOMPARE(m_fixture->client.get(path).array().size(), 1);
+}
+
+void TestServiceRoles::withoutUsersThereIsOneMember()
+{
+    ServiceFixture fixture;
+    fixture.makeFolder(QStringLiteral("a"));
+    const QJsonArray members =
+        fixture.client.get(ServiceFixture::projectPath(QStringLiteral("users"))).array();
+    QCOMPARE(members.size(), 1);
+    QCOMPARE(members.at(0).toObject().value(QLatin1String("name")).toString(),
+             QStringLiteral("local"));
 }
 
 void TestServiceRoles::administrationRefusesNonsense()

@@ -1,5 +1,6 @@
 #include <service/ServiceFixture.h>
 
+#include <QJsonDocument>
 #include <QtTest>
 
 //! Shares: what everybody may see who has the code.
@@ -18,6 +19,9 @@ private Q_SLOTS:
     void deletedDocumentsAreNotShown();
     void aShareEndsWithItsMakersRole();
     void namesAreNoMarkup();
+    void anAnonymousShareEndsWithTheFirstUser();
+    void sharesAreListedAndRevoked();
+    void othersSharesAreForEditors();
     void sharesWithoutSenseAreRefused_data();
     void sharesWithoutSenseAreRefused();
 
@@ -37,6 +41,19 @@ private:
     HttpAnswer visit(const QString &rest)
     {
         return HttpClient(m_fixture->service->baseApi()).get(QStringLiteral("share/") + rest);
+    }
+
+    QJsonArray listShares()
+    {
+        return m_fixture->client
+            .get(QStringLiteral("document-service/documents/shares"),
+                 {{QStringLiteral("hostId"), QStringLiteral("p1")}})
+            .array();
+    }
+    HttpAnswer revoke(const QJsonObject &entry)
+    {
+        return m_fixture->client.remove(QStringLiteral("document-service/documents/shares/")
+                                        + entry.value(QStringLiteral("_id")).toString());
     }
 
     std::unique_ptr<ServiceFixture> m_fixture;
@@ -99,6 +116,7 @@ void TestServiceShares::downloadsNeedPermission()
 void TestServiceShares::nothingElseCanBeReached()
 {
     const QString code = share({m_folder}, true);
+    QVERIFY(!share({m_file, m_private}, true).isEmpty()); // with another code
     QCOMPARE(visit(code + QStringLiteral("/files/") + m_private).status, 404);
     QCOMPARE(visit(code + QStringLiteral("/files/") + m_file).status, 404);
     QCOMPARE(visit(code + QStringLiteral("/folders/") + m_private).status, 404);
@@ -148,6 +166,59 @@ void TestServiceShares::namesAreNoMarkup()
     QVERIFY(page.headers.value("content-security-policy").startsWith("default-src 'none'"));
 }
 
+void TestServiceShares::anAnonymousShareEndsWithTheFirstUser()
+{
+    m_fixture = std::make_unique<ServiceFixture>();
+    const QString code = share({m_fixture->makeFile(QStringLiteral("open.txt"))}, true);
+    QCOMPARE(visit(code).status, 200);
+    QVERIFY(!m_fixture->service->addUser(QStringLiteral("anna")).isEmpty());
+    QCOMPARE(visit(code).status, 410);
+}
+
+void TestServiceShares::sharesAreListedAndRevoked()
+{
+    const QDateTime end = QDateTime::currentDateTimeUtc().addDays(1);
+    const QString code = share({m_folder, m_file}, true, end);
+    const QString other = share({m_file}, false);
+    const QJsonArray shares = listShares();
+    QCOMPARE(shares.size(), 2);
+    const QJsonObject first = shares.at(1).toObject(); // the newest comes first
+    QCOMPARE(first.value(QStringLiteral("expiredAt")).toString(), end.toString(Qt::ISODateWithMs));
+    QCOMPARE(first.value(QStringLiteral("allowDownload")), QJsonValue(true));
+    QCOMPARE(first.value(QStringLiteral("hostId")).toString(), QStringLiteral("p1"));
+    QCOMPARE(first.value(QStringLiteral("documents")).toArray().size(), 2);
+    QCOMPARE(first.value(QStringLiteral("documents"))
+                 .toArray()
+                 .at(0)
+                 .toObject()
+                 .value(QStringLiteral("name"))
+                 .toString(),
+             QStringLiteral("Folder"));
+    QVERIFY(!QJsonDocument(shares).toJson().contains(code.toUtf8()));
+
+    QCOMPARE(revoke(first).status, 200);
+    QCOMPARE(visit(code).status, 404);
+    QCOMPARE(visit(other).status, 200);
+    QCOMPARE(listShares().size(), 1);
+    QCOMPARE(revoke(first).status, 404);
+}
+
+void TestServiceShares::othersSharesAreForEditors()
+{
+    QVERIFY(!share({m_file}, true).isEmpty());
+    const QJsonObject annas = listShares().at(0).toObject();
+    m_fixture->client.setToken(
+        m_fixture->addMember(QStringLiteral("carl"), QStringLiteral("contributor")));
+    QVERIFY(!share({m_file}, true).isEmpty());
+    QCOMPARE(listShares().size(), 1); // the own one
+    QCOMPARE(revoke(annas).status, 404);
+    m_fixture->client.setToken(
+        m_fixture->addMember(QStringLiteral("edith"), QStringLiteral("editor")));
+    QCOMPARE(listShares().size(), 2);
+    QCOMPARE(revoke(annas).status, 200);
+    QCOMPARE(listShares().size(), 1);
+}
+
 void TestServiceShares::sharesWithoutSenseAreRefused_data()
 {
     QTest::addColumn<QString>("key");
@@ -164,6 +235,11 @@ void TestServiceShares::sharesWithoutSenseAreRefused_data()
         << QStringLiteral("hostId") << QJsonValue(QStringLiteral("p9")) << 404;
     QTest::newRow("no date") << QStringLiteral("expiredAt") << QJsonValue(QStringLiteral("soon"))
                              << 400;
+    QTest::newRow("the first moment of 1970")
+        << QStringLiteral("expiredAt") << QJsonValue(QStringLiteral("1970-01-01T00:00:00.000Z"))
+        << 400;
+    QTest::newRow("a past date") << QStringLiteral("expiredAt")
+                                 << QJsonValue(QStringLiteral("2020-02-29T08:00:00.000Z")) << 400;
     QTest::newRow("no boolean") << QStringLiteral("allowDownload") << QJsonValue(1) << 400;
 }
 

@@ -1,7 +1,10 @@
 #include <service/ServiceFixture.h>
 
 #include <QFile>
+#include <QProcess>
 #include <QtTest>
+
+#include <csignal>
 
 //! Starting, stopping, and what the service refuses to start on.
 class TestServiceStart : public QObject
@@ -18,6 +21,7 @@ private Q_SLOTS:
     void stopEndsIdleConnectionsAtOnce();
     void anUnwritableFolderIsRefused();
     void theAccessLogTellsNoSecrets();
+    void aRotatedAccessLogIsReopened();
 };
 
 void TestServiceStart::servesOnAFreeLoopbackPort()
@@ -121,7 +125,7 @@ void TestServiceStart::anUnwritableFolderIsRefused()
     ReferenceService service(options);
     QString error;
     QVERIFY(!service.start(&error));
-    QVERIFY2(error.contains(QStringLiteral("cannot be made")), qUtf8Printable(error));
+    QVERIFY2(error.contains(QStringLiteral("cannot be used")), qUtf8Printable(error));
 }
 
 void TestServiceStart::theAccessLogTellsNoSecrets()
@@ -145,6 +149,36 @@ void TestServiceStart::theAccessLogTellsNoSecrets()
     QVERIFY2(lines.first().contains(" anna GET /base-service/me 200 "), lines.first().constData());
     QVERIFY(!text.contains(token.toUtf8()));
     QVERIFY(!text.contains("secret-code"));
+}
+
+void TestServiceStart::aRotatedAccessLogIsReopened()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("access.log"));
+    const QString rotated = folder.filePath(QStringLiteral("access.log.1"));
+    const auto linesOf = [](const QString &name) {
+        QFile log(name);
+        return log.open(QIODevice::ReadOnly) ? log.readAll().count('\n') : -1;
+    };
+    QProcess service;
+    service.start(QStringLiteral(VELL_SERVICE_PROGRAM),
+                  {QStringLiteral("--data"), folder.filePath(QStringLiteral("data")),
+                   QStringLiteral("--access-log"), path});
+    QVERIFY(service.waitForReadyRead(20000));
+    const QString line = QString::fromUtf8(service.readLine()).trimmed();
+    HttpClient client(line.section(QLatin1Char(' '), -1));
+    QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 200);
+    QVERIFY(QFile::rename(path, rotated));
+    QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 200);
+    QCOMPARE(linesOf(rotated), 2);
+    QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGHUP), 0);
+    QTRY_VERIFY(QFile::exists(path));
+    QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 200);
+    QCOMPARE(linesOf(path), 1);
+    QCOMPARE(linesOf(rotated), 2);
+    service.terminate();
+    QVERIFY(service.waitForFinished(20000));
+    QCOMPARE(service.exitCode(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestServiceStart)

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+
+namespace service {
+
+class RawFile;
+struct ServiceContext;
+
+//! \brief Keeps the body of a request, or a part of it, until it is whole.
+//!
+//! In memory as long as all bodies together are below MaxHeldBytes, otherwise in a temporary file: many clients that
+//! send half a body each cannot fill the memory.
+class BodyBuffer
+{
+public:
+    static constexpr qint64 MaxHeldBytes = Q_INT64_C(64) * 1024 * 1024;
+
+    explicit BodyBuffer(ServiceContext &context);
+    ~BodyBuffer();
+    BodyBuffer(const BodyBuffer &) = delete;
+    BodyBuffer &operator=(const BodyBuffer &) = delete;
+
+    //! \throws StorageError
+    void append(const char *data, qint64 length);
+    qint64 size() const { return m_size; }
+    //! Hands over what has come; the buffer is empty then. \throws StorageError
+    QByteArray take();
+
+private:
+    void moveToFile();
+    void clear();
+
+    ServiceContext &m_context;
+    QByteArray m_bytes;
+    std::unique_ptr<RawFile> m_file; //!< instead of m_bytes
+    qint64 m_size = 0;
+    qint64 m_held = 0;
+};
+
+} // namespace service

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <chrono>
+#include <optional>
+
+namespace service {
+
+struct HttpResponse;
+
+//! Status line and headers of \a response, with Date and, unless the status has no body, Content-Length.
+//! \param keepAlive how long the connection stays open for another request; nothing if it closes
+QByteArray responseHead(const HttpResponse &response,
+                        std::optional<std::chrono::milliseconds> keepAlive);
+
+} // namespace service

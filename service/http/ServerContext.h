@@ -1,0 +1,29 @@
+#pragma once
+
+#include <service/http/ExchangeRecorder.h>
+#include <service/http/HttpServer.h>
+#include <service/http/WorkerPool.h>
+
+#include <atomic>
+#include <utility>
+
+namespace service {
+
+//! \brief What all connections of one server share.
+struct ServerContext
+{
+    static constexpr int Workers = 16;
+
+    explicit ServerContext(HttpServer::Settings serverSettings)
+        : settings(std::move(serverSettings)), workers(Workers)
+    {}
+
+    const HttpServer::Settings settings;
+    ExchangeRecorder recorder;
+    std::atomic<bool> isStopping{false};
+    std::atomic<qint64> unreadBytes{0}; //!< of responses in memory that wait for their clients
+    std::atomic<qint64> unreadDiskBytes{0}; //!< of those in temporary files
+    WorkerPool workers; //!< last, so that its jobs have ended before the rest goes
+};
+
+} // namespace service
