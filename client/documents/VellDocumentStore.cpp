@@ -1,0 +1,85 @@
+#include <documents/VellDocumentStore.h>
+
+#include <QSet>
+
+namespace {
+
+bool isSame(const VellDocument &a, const VellDocument &b)
+{
+    return a.name == b.name && a.parentId == b.parentId && a.updatedAt == b.updatedAt
+        && a.fileId == b.fileId && a.fileSize == b.fileSize && a.remark == b.remark
+        && a.order == b.order && a.favorite == b.favorite && a.category == b.category
+        && a.recycle == b.recycle && a.status == b.status && a.auths == b.auths
+        && a.entity == b.entity && a.type == b.type && a.updatedBy == b.updatedBy
+        && a.previewId == b.previewId;
+}
+
+} // namespace
+
+VellDocumentStore::VellDocumentStore(QObject *parent) : QObject(parent) {}
+
+std::optional<VellDocument> VellDocumentStore::document(const QString &id) const
+{
+    const auto found = m_documents.constFind(id);
+    return found == m_documents.cend() ? std::nullopt : std::make_optional(*found);
+}
+
+QString VellDocumentStore::folderName(const QString &id) const
+{
+    const auto found = m_documents.constFind(id);
+    return found == m_documents.cend() ? QString() : found->name;
+}
+
+void VellDocumentStore::insert(const QList<VellDocument> &documents)
+{
+    QList<VellDocument> changed;
+    QSet<QString> folders;
+    for (const VellDocument &document : documents) {
+        if (document._id.isEmpty())
+            continue;
+        const auto known = m_documents.find(document._id);
+        if (known == m_documents.end()) {
+            m_documents.insert(document._id, document);
+            changed.append(document);
+            continue;
+        }
+        if (isSame(*known, document))
+            continue;
+        if (known->parentId != document.parentId || known->recycle != document.recycle
+            || known->order != document.order)
+            folders += {known->parentId, document.parentId};
+        *known = document;
+        changed.append(document);
+    }
+    if (!changed.isEmpty())
+        Q_EMIT documentsChanged(changed);
+    for (const QString &folder : qAsConst(folders))
+        Q_EMIT folderChanged(folder);
+}
+
+void VellDocumentStore::remove(const QStringList &ids)
+{
+    QSet<QString> folders;
+    for (const QString &id : ids) {
+        const auto known = m_documents.find(id);
+        if (known == m_documents.end())
+            continue;
+        folders += known->parentId;
+        m_documents.erase(known);
+    }
+    if (!ids.isEmpty())
+        Q_EMIT documentsRemoved(ids);
+    for (const QString &folder : qAsConst(folders))
+        Q_EMIT folderChanged(folder);
+}
+
+void VellDocumentStore::markFolderChanged(const QString &id)
+{
+    Q_EMIT folderChanged(id);
+}
+
+void VellDocumentStore::clear()
+{
+    m_documents.clear();
+    Q_EMIT cleared();
+}

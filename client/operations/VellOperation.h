@@ -1,0 +1,137 @@
+#pragma once
+
+#include <operations/VellError.h>
+#include <vellclient_export.h>
+
+#include <QFuture>
+#include <QFutureInterface>
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+class OperationRun;
+
+//! \brief Something that the session does in the background for its caller.
+//!
+//! Emits exactly one of finished() and failed(), never before the function that made it has returned, and then deletes
+//! itself. It may be deleted before: it is aborted then, and nothing is emitted. Belongs to the thread of its session.
+class VELLCLIENT_EXPORT VellOperation : public QObject
+{
+    Q_OBJECT
+
+public:
+    ~VellOperation() override;
+
+    //! Stops it: requests under way are aborted, and failed() follows with VellError::Kind::Cancelled, from the event loop.
+    //! A change may have been made by then. Does nothing once it has ended.
+    void abort();
+
+    //! Whether finished() or failed() has been or is being emitted.
+    bool isEnded() const { return m_isEnded; }
+
+    //! Why it failed; no error before the end and after success.
+    const VellError &error() const { return m_error; }
+
+Q_SIGNALS:
+    //! It has succeeded; result() of the VellResult is there.
+    void finished();
+
+    void failed(const VellError &error);
+
+    //! How many of its parts have been done. Emitted by operations on many documents, and for lists in pages.
+    void progressed(qint64 done, qint64 total);
+
+protected:
+    explicit VellOperation(QObject *parent);
+
+    //! \param work runs on another thread
+    void setWork(std::function<void(OperationRun &)> work);
+
+private:
+    friend class OperationLanes;
+    friend class OperationRun;
+
+    virtual void succeed() = 0; // called before finished()
+    virtual void reject() = 0; // called before failed()
+    void end(const VellError &error);
+
+    std::shared_ptr<OperationRun> m_run;
+    std::function<void(OperationRun &)> m_work;
+    VellError m_error;
+    bool m_isEnded = false;
+};
+
+//! \brief An operation with a result.
+//!
+//! \code
+//! documents.list(condition)->then(this, [this](const QList<VellDocument> &list) { show(list); },
+//!                                            [this](const VellError &error) { showError(error.text); });
+//! \endcode
+template <typename Result>
+class VellResult : public VellOperation
+{
+public:
+    //! The result, once finished() is emitted; a default value before and after a failure.
+    const Result &result() const { return *m_result; }
+
+    //! The same as a future. It is cancelled by a failure, and has no result then. Cancelling the future does not abort
+    //! the operation.
+    QFuture<Result> future() { return m_future.future(); }
+
+    //! Calls \a onFinished with the result or \a onFailed with the error, unless \a context has been deleted by then.
+    //! \return this operation
+    VellResult *then(QObject *context, std::function<void(const Result &)> onFinished,
+                     std::function<void(const VellError &)> onFailed = {})
+    {
+        connect(this, &VellOperation::finished, context,
+                [this, call = std::move(onFinished)] { call(result()); });
+        if (onFailed)
+            connect(this, &VellOperation::failed, context, std::move(onFailed));
+        return this;
+    }
+
+    //! Made by VellDocuments and VellSession only. \param work runs on another thread
+    VellResult(QObject *parent, std::function<Result(OperationRun &)> work)
+        : VellOperation(parent), m_result(std::make_shared<Result>())
+    {
+        m_future.reportStarted();
+        setWork([result = m_result, work = std::move(work)](OperationRun &run) {
+            *result = work(run);
+        });
+    }
+
+    ~VellResult() override
+    {
+        if (!m_future.isFinished())
+            reject();
+    }
+
+    //! \a apply is called with the result on this thread before finished() is emitted.
+    void setApply(std::function<void(const Result &)> apply) { m_apply = std::move(apply); }
+
+private:
+    void succeed() override
+    {
+        // What listens to the change may delete this operation.
+        const QPointer<VellOperation> self(this);
+        if (m_apply)
+            m_apply(*m_result);
+        if (!self)
+            return;
+        m_future.reportResult(*m_result);
+        m_future.reportFinished();
+    }
+
+    void reject() override
+    {
+        m_future.reportCanceled();
+        m_future.reportFinished();
+    }
+
+    const std::shared_ptr<Result> m_result; // written by the work, read here after its end
+    std::function<void(const Result &)> m_apply;
+    QFutureInterface<Result> m_future;
+};

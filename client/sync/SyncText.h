@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+//! \brief The sentences of problems with synchronising.
+class SyncText
+{
+    Q_DECLARE_TR_FUNCTIONS(VellSyncPlan)
+
+public:
+    static QString link() { return tr("It is a link, which is not followed."); }
+    static QString notReadable() { return tr("It cannot be read."); }
+    static QString noFolder(const QString &path) { return tr("%1 is no folder.").arg(path); }
+    static QString severalOfOneName()
+    {
+        return tr("The service has several entries of this name.");
+    }
+    static QString fileAndFolder()
+    {
+        return tr("It is a file on one side and a folder on the other.");
+    }
+    static QString otherCase(const QString &path)
+    {
+        return tr("It differs from %1 only in case, which the local disk does not regard.")
+            .arg(path);
+    }
+    static QString badLocalName(const QString &name)
+    {
+        return tr("\"%1\" cannot be the name of a local file.").arg(name);
+    }
+};

@@ -1,0 +1,58 @@
+#include <transfer/DownloadRun.h>
+
+#include <transfer/LocalNames.h>
+#include <transfer/TransferText.h>
+
+#include <async_ops/VellUploadLimits.h>
+#include <documents/DocumentLookup.h>
+
+using Kind = VellError::Kind;
+
+DownloadRun::DownloadRun(TransferTask task, TransferHub &hub)
+    : TransferRun(std::move(task), hub, VellTransferState::Receiving),
+      m_target(record().localPath()), m_part(LocalNames::partPath(record()))
+{}
+
+void DownloadRun::work()
+{
+    // The whole project has no record; a default one is a folder.
+    const VellDocument document = record().documentId.isEmpty()
+        ? VellDocument()
+        : DocumentLookup::fetch(service(), record().documentId);
+    if (document.recycle != 0)
+        fail(Kind::NotFound, TransferText::targetDeleted());
+    if (!LocalNames::isLocalName(record().localName))
+        fail(Kind::BadName, TransferText::badLocalName(record().localName));
+    outcome().kind = TransferOutcome::Kind::Done;
+    outcome().error = {};
+    if (document.type == QLatin1String("dir"))
+        downloadFolder(document);
+    else
+        downloadFile(document);
+}
+
+void DownloadRun::downloadFile(const VellDocument &document)
+{
+    setSizeBytes(document.fileSize);
+    if ((document.fileSize > VellUploadLimits::WholeFileLimit) != record().isLarge()) {
+        outcome().kind = TransferOutcome::Kind::Large;
+        return;
+    }
+    outcome().document = document;
+    if (!decide(document))
+        return;
+    makeFolder(record().localFolder);
+    receive(document);
+    setStage(VellTransferState::Saving);
+    verify(document);
+    if (!putInPlace() && !ask(document, true))
+        return;
+    outcome().entityTag.clear();
+}
+
+void DownloadRun::cleanUp()
+{
+    m_part.close();
+    QFile::remove(m_part.fileName());
+    outcome().entityTag.clear();
+}

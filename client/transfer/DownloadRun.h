@@ -1,0 +1,49 @@
+#pragma once
+
+#include <transfer/TransferRun.h>
+
+#include <QCryptographicHash>
+#include <QFile>
+
+//! \brief One attempt at downloading a content, or at downloading a folder, which makes the folder and finds its entries.
+class DownloadRun : public TransferRun
+{
+public:
+    DownloadRun(TransferTask task, TransferHub &hub);
+
+private:
+    void work() override;
+    void cleanUp() override;
+    void downloadFile(const VellDocument &document);
+
+    // The local file, DownloadTarget.cpp
+    bool decide(const VellDocument &document);
+    bool ask(const VellDocument &document, bool hasChanged);
+    void requirePlain(const QString &path);
+    void makeFolder(const QString &path);
+    QString freePath();
+    bool isConfirmed(const VellDocument &document);
+    bool putInPlace();
+
+    // Its content, DownloadReceiving.cpp
+    void receive(const VellDocument &document);
+    void openPart(qint64 wantedBytes);
+    bool receiveMore(const QString &url);
+    void take(class QNetworkReply *reply);
+    void readHead(QNetworkReply *reply);
+    void requireRoom(qint64 bytes);
+    void startOver();
+    void verify(const VellDocument &document);
+    [[noreturn]] void failWriting();
+
+    // DownloadFolder.cpp
+    void downloadFolder(const VellDocument &folder);
+    QList<VellDocument> entriesOf(const VellDocument &folder);
+
+    QString m_target;
+    ReplaceBase m_base; // what is at the target; not set if nothing is
+    QFile m_part;
+    QCryptographicHash m_hash{QCryptographicHash::Md5};
+    bool m_isHeadRead = false;
+    std::optional<VellError> m_failure; // of writing, while events run
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <mutex>
+
+//! \brief The names that running transfers are about to take, by folder, so that no two take the same. Thread-safe.
+class NameClaims
+{
+public:
+    //! A local folder has the path as its identifier, one on the service the prefix "remote:".
+    static QString remoteFolder(const QString &folderId)
+    {
+        return QStringLiteral("remote:") + folderId;
+    }
+
+    //! \return false if another transfer has claimed \a name
+    bool claim(qint64 transfer, const QString &folder, const QString &name);
+
+    QStringList namesIn(const QString &folder) const;
+
+    //! Ends the claims of \a transfer. \return their keys
+    QStringList release(qint64 transfer);
+
+    //! One text for a folder and a name in it.
+    static QString key(const QString &folder, const QString &name)
+    {
+        return folder + QLatin1Char('\n') + name;
+    }
+
+private:
+    struct Claim
+    {
+        QString folder;
+        QString name;
+    };
+
+    mutable std::mutex m_mutex;
+    QHash<QString, QHash<QString, qint64>> m_owners; // by folder and name
+    QMultiHash<qint64, Claim> m_claims;
+};

@@ -1,0 +1,223 @@
+#include <transfer/TransferQueue.h>
+
+#include <transfer/LocalNames.h>
+#include <transfer/TransferText.h>
+
+#include <documents/VellDocumentStore.h>
+#include <documents/VellDocuments.h>
+#include <session/SessionAccess.h>
+
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int MostFailuresInRow = 10;
+constexpr int MostOpenQuestions = 100;
+
+} // namespace
+
+void TransferQueue::takeOutcome(qint64 id, const TransferOutcome &outcome)
+{
+    const auto running = m_running.find(id);
+    const bool isStopped = running->second.isStopped;
+    --m_runningCounts[running->second.lane];
+    m_running.erase(running);
+    shareSpeed();
+    schedule();
+    TransferItem &item = *m_list.find(id);
+    const QPointer<VellTransferQueue> self(q);
+    learn(id, item, outcome);
+    if (!self)
+        return;
+    // What has been done is done, also if it was to be paused.
+    const bool isDone = outcome.kind == TransferOutcome::Kind::Done;
+    if (!isStopped || (isDone && item.state != VellTransferState::Cancelled))
+        judge(id, item, outcome);
+    else if (item.state == VellTransferState::Waiting)
+        enqueue(id, item); // has been resumed meanwhile
+    else
+        write(id, item);
+    if (self)
+        releaseNames(id);
+}
+
+//! Keeps what the next attempt needs.
+void TransferQueue::learn(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+{
+    m_list.setTrace(id, outcome.trace);
+    m_list.setTag(id, outcome.entityTag);
+    m_list.setBytes(item, item.doneBytes, outcome.isFolder ? -1 : outcome.sizeBytes);
+    item.isFolder = outcome.isFolder;
+    if (!outcome.localName.isEmpty())
+        item.localName = outcome.localName;
+    if (outcome.hasMoved)
+        item.failuresInRow = 0;
+    if (outcome.kind != TransferOutcome::Kind::Large)
+        noteOutcome(item, outcome.error);
+    if (outcome.kind != TransferOutcome::Kind::Done || outcome.document._id.isEmpty()
+        || !m_documents)
+        return;
+    const TransferPlace place = m_scopes.value(m_list.scope(item)).place;
+    if (place.projectId != m_documents->session()->projectId())
+        return;
+    const bool isNew = !m_documents->store()->document(outcome.document._id);
+    m_documents->store()->insert(outcome.document);
+    if (isNew && m_list.direction(item) == VellTransferDirection::Upload)
+        m_changedFolders.insert(outcome.document.parentId);
+}
+
+//! Tells the session whether its service can be reached.
+void TransferQueue::noteOutcome(const TransferItem &item, const VellError &error)
+{
+    if (!m_documents)
+        return;
+    const auto service = m_scopes.value(m_list.scope(item)).service;
+    const RequestSettings current = m_documents->session()->connection().requestSettings();
+    const bool isAboutTheService = !error || error.httpStatus != 0
+        || error.kind == VellError::Kind::Offline || error.kind == VellError::Kind::TimedOut;
+    if (isAboutTheService && service && service->settings.baseApi == current.baseApi)
+        SessionAccess::noteOutcome(m_documents->session(), error);
+}
+
+void TransferQueue::judge(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+{
+    switch (outcome.kind) {
+    case TransferOutcome::Kind::Done:
+        if (outcome.isFolder)
+            takeFolder(id, item, outcome);
+        else
+            finish(id, item, VellTransferState::Done, outcome.document);
+        return;
+    case TransferOutcome::Kind::Skipped:
+        item.isSkipped = true;
+        finish(id, item, VellTransferState::Done, outcome.document);
+        return;
+    case TransferOutcome::Kind::Large:
+        m_list.setState(item, VellTransferState::Waiting);
+        enqueue(id, item);
+        return;
+    case TransferOutcome::Kind::Asks:
+        ask(id, item, outcome);
+        return;
+    case TransferOutcome::Kind::Failed:
+        takeFailure(id, item, outcome);
+        return;
+    }
+}
+
+void TransferQueue::takeFailure(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+{
+    m_list.setError(id, outcome.error);
+    ++item.failuresInRow;
+    if (!outcome.canTryAgain || item.failuresInRow >= MostFailuresInRow) {
+        finish(id, item, VellTransferState::Failed, {});
+        return;
+    }
+    m_list.setState(item, VellTransferState::Waiting);
+    mark(id, item);
+    write(id, item);
+    enqueueLater(id, item);
+}
+
+void TransferQueue::refuse(qint64 id)
+{
+    TransferItem *const item = m_list.find(id);
+    if (!item || item->state != VellTransferState::Waiting)
+        return;
+    m_list.setError(id, VellError::of(VellError::Kind::NotSignedIn, TransferText::noProject()));
+    finish(id, *item, VellTransferState::Failed, {});
+}
+
+void TransferQueue::takeFolder(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+{
+    TransferRecord folder = m_list.record(id, item);
+    folder.documentId = outcome.document._id;
+    folder.state = VellTransferState::Done;
+    const qint64 firstId = m_nextId;
+    m_nextId += qint64(outcome.entries.size());
+    // In one piece, so that after a crash either all entries are there or the folder is looked up again.
+    if (m_journal)
+        m_journal->writeFolder(folder, firstId, outcome.entries);
+    Arrival arrival{{}, 0, item.sweep, true, [this, id, document = outcome.document] {
+                        if (TransferItem *const found = m_list.find(id))
+                            finish(id, *found, VellTransferState::Done, document);
+                    }};
+    for (const FolderEntry &entry : outcome.entries)
+        arrival.records.push_back(
+            childRecord(folder, entry, firstId + qint64(arrival.records.size())));
+    m_list.setState(item, VellTransferState::Saving);
+    mark(id, item);
+    m_arrivals.push_back(std::move(arrival));
+    m_work.start();
+}
+
+void TransferQueue::finish(qint64 id, TransferItem &item, VellTransferState state,
+                           const VellDocument &document)
+{
+    if (state == VellTransferState::Done) {
+        const qint64 size = std::max(item.sizeBytes, qint64(0));
+        if (!item.isSkipped && !item.isFolder)
+            m_meter.add(size - std::min(item.doneBytes, size));
+        m_list.setBytes(item, size, item.sizeBytes);
+        m_list.setError(id, {});
+        m_list.setTrace(id, {});
+        if (m_list.direction(item) == VellTransferDirection::Upload)
+            item.documentId = document._id.toUtf8();
+    } else {
+        m_list.setBytes(item, 0, item.sizeBytes);
+    }
+    m_list.setState(item, state);
+    mark(id, item);
+    write(id, item);
+    const QPointer<VellTransferQueue> self(q);
+    announceAdded();
+    if (self)
+        Q_EMIT q->ended(m_list.snapshot(id), document);
+}
+
+void TransferQueue::ask(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+{
+    m_list.setState(item, VellTransferState::Asking);
+    m_list.setDecision(id, std::nullopt, {});
+    mark(id, item);
+    if (m_questions.size() >= MostOpenQuestions) {
+        m_laterQuestions.push_back(id);
+        return;
+    }
+    m_questions.insert(id, {outcome.question, outcome.base});
+    const QPointer<VellTransferQueue> self(q);
+    announceAdded();
+    if (self)
+        Q_EMIT q->asked(outcome.question);
+}
+
+//! The transfer asks no more; one that has had no room to ask has its turn.
+void TransferQueue::closeQuestion(qint64 id)
+{
+    if (m_questions.remove(id) == 0)
+        return;
+    while (!m_laterQuestions.empty()) {
+        const qint64 later = m_laterQuestions.front();
+        m_laterQuestions.pop_front();
+        TransferItem *const item = m_list.find(later);
+        if (!item || item->state != VellTransferState::Asking || m_questions.contains(later))
+            continue;
+        m_list.setState(*item, VellTransferState::Waiting);
+        mark(later, *item);
+        enqueue(later, *item);
+        return;
+    }
+}
+
+//! Of a download that is cancelled and does not run.
+void TransferQueue::removePart(qint64 id, const TransferItem &item)
+{
+    const TransferRecord record = m_list.record(id, item);
+    if (record.direction == VellTransferDirection::Upload || record.entityTag.isEmpty())
+        return;
+    m_list.setTag(id, {});
+    m_pools[SmallDownloads].start([path = LocalNames::partPath(record)] { QFile::remove(path); });
+}

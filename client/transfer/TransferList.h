@@ -1,0 +1,103 @@
+#pragma once
+
+#include <transfer/TransferRecord.h>
+
+#include <QHash>
+
+#include <map>
+#include <vector>
+
+//! \brief A transfer as the queue keeps it: what many have in common, and what few have, is elsewhere.
+struct TransferItem
+{
+    qint64 order = 0;
+    qint64 sizeBytes = -1;
+    qint64 doneBytes = 0;
+    QString localName;
+    QString name;
+    QByteArray documentId; // UTF-8, half as large
+    int group = 0;
+    quint32 sweep = 0; // the latest command for all that counts for it
+    VellTransferState state = VellTransferState::Waiting;
+    quint8 failuresInRow = 0;
+    bool isFolder = false;
+    bool isSkipped = false;
+    bool isMarked = false; // as changed, until the next signal
+};
+
+//! \brief All transfers of a queue, and their totals.
+class TransferList
+{
+public:
+    //! \a record is of an identifier that is not in the list.
+    TransferItem &add(const TransferRecord &record);
+    void remove(qint64 id);
+
+    //! Null if there is none.
+    TransferItem *find(qint64 id);
+    const TransferItem *find(qint64 id) const;
+    const std::map<qint64, TransferItem> &items() const { return m_items; }
+    //! The first that is not before \a id; null at the end. \a id becomes its identifier.
+    TransferItem *next(qint64 *id);
+
+    //! The whole of \a item, which is that of \a id.
+    TransferRecord record(qint64 id, const TransferItem &item) const;
+    VellTransfer snapshot(qint64 id) const;
+
+    bool isLarge(const TransferItem &item) const;
+    VellTransferDirection direction(const TransferItem &item) const;
+    int scope(const TransferItem &item) const { return group(item).scope; }
+    int batch(const TransferItem &item) const { return group(item).batch; }
+
+    //! \name Changes
+    //! \{
+    void setState(TransferItem &item, VellTransferState state);
+    void setBytes(TransferItem &item, qint64 doneBytes, qint64 sizeBytes);
+    void setScope(TransferItem &item, int scope);
+    void setError(qint64 id, const VellError &error);
+    void setDecision(qint64 id, std::optional<VellConflictPolicy> decision,
+                     const ReplaceBase &base);
+    void setTrace(qint64 id, const UploadTrace &trace);
+    void setTag(qint64 id, const QByteArray &entityTag);
+    //! \}
+
+    const VellTransferTotals &totals() const { return m_totals; }
+
+private:
+    struct Group
+    {
+        int scope = 0;
+        int batch = 0;
+        VellTransferDirection direction = VellTransferDirection::Upload;
+        qint64 folderTransferId = 0;
+        QString localFolder;
+        QString folderId;
+
+        bool operator==(const Group &other) const;
+    };
+    friend uint qHash(const Group &group, uint seed) noexcept;
+
+    struct Extra
+    {
+        VellError error;
+        std::optional<VellConflictPolicy> decision;
+        ReplaceBase base;
+        UploadTrace trace;
+        QByteArray entityTag;
+    };
+
+    const Group &group(const TransferItem &item) const
+    {
+        return m_groups.at(std::size_t(item.group));
+    }
+    int groupNumber(const Group &group);
+    void count(const TransferItem &item, int sign);
+    template <typename Value>
+    void setExtra(qint64 id, Value Extra::*member, const Value &value);
+
+    std::map<qint64, TransferItem> m_items;
+    std::vector<Group> m_groups;
+    QHash<Group, int> m_groupNumbers;
+    QHash<qint64, Extra> m_extras;
+    VellTransferTotals m_totals;
+};

@@ -1,0 +1,191 @@
+#include <transfer/VellTransferQueue.h>
+
+#include <transfer/TransferQueue.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+//! Without looking at the disk.
+void setLocalPath(TransferRecord &record, const QString &path)
+{
+    const QString clean = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    const int slash = clean.lastIndexOf(QLatin1Char('/'));
+    record.localFolder = clean.left(slash);
+    record.localName = clean.mid(slash + 1);
+}
+
+} // namespace
+
+VellTransferQueue::VellTransferQueue(QObject *parent)
+    : QObject(parent), d(std::make_unique<TransferQueue>(this))
+{
+    qRegisterMetaType<QVector<qint64>>();
+}
+
+VellTransferQueue::~VellTransferQueue() = default;
+
+void VellTransferQueue::open(const QString &path)
+{
+    d->open(path);
+}
+
+void VellTransferQueue::attach(VellDocuments *documents)
+{
+    d->attach(documents);
+}
+
+int VellTransferQueue::addBatch(VellConflictPolicy policy, const QString &category)
+{
+    return d->addBatch(policy, category);
+}
+
+qint64 VellTransferQueue::upload(const QString &path, const QString &folderId, int batch)
+{
+    TransferRecord record;
+    record.direction = VellTransferDirection::Upload;
+    setLocalPath(record, path);
+    record.name = record.localName;
+    record.folderId = folderId;
+    record.batch = batch;
+    return d->add(std::move(record));
+}
+
+qint64 VellTransferQueue::upload(const QString &path, const QString &folderId,
+                                 VellConflictPolicy policy)
+{
+    return upload(path, folderId, addBatch(policy));
+}
+
+qint64 VellTransferQueue::uploadVersion(const QString &path, const VellDocument &document)
+{
+    TransferRecord record;
+    record.direction = VellTransferDirection::Upload;
+    setLocalPath(record, path);
+    record.name = document.name;
+    record.folderId = document.parentId;
+    record.batch = addBatch(VellConflictPolicy::Replace);
+    record.base = ReplaceBase::of(document);
+    return d->add(std::move(record));
+}
+
+qint64 VellTransferQueue::download(const VellDocument &document, const QString &folder, int batch)
+{
+    TransferRecord record;
+    record.direction = VellTransferDirection::Download;
+    record.localFolder = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    record.localName = document.name;
+    record.name = document.name;
+    record.documentId = document._id;
+    record.isFolder = document.type == QLatin1String("dir");
+    record.sizeBytes = record.isFolder ? -1 : document.fileSize;
+    record.batch = batch;
+    return d->add(std::move(record));
+}
+
+qint64 VellTransferQueue::download(const VellDocument &document, const QString &folder,
+                                   VellConflictPolicy policy)
+{
+    return download(document, folder, addBatch(policy));
+}
+
+void VellTransferQueue::pause(qint64 id)
+{
+    d->command(TransferQueue::Command::Pause, id);
+}
+
+void VellTransferQueue::resume(qint64 id)
+{
+    d->command(TransferQueue::Command::Resume, id);
+}
+
+void VellTransferQueue::cancel(qint64 id)
+{
+    d->command(TransferQueue::Command::Cancel, id);
+}
+
+void VellTransferQueue::retry(qint64 id)
+{
+    d->command(TransferQueue::Command::Retry, id);
+}
+
+void VellTransferQueue::moveToFront(qint64 id)
+{
+    d->moveToFront(id);
+}
+
+void VellTransferQueue::pauseAll()
+{
+    d->commandAll(TransferQueue::Command::Pause);
+}
+
+void VellTransferQueue::resumeAll()
+{
+    d->commandAll(TransferQueue::Command::Resume);
+}
+
+void VellTransferQueue::cancelAll()
+{
+    d->commandAll(TransferQueue::Command::Cancel);
+}
+
+void VellTransferQueue::retryAll()
+{
+    d->commandAll(TransferQueue::Command::RetryFailed);
+}
+
+bool VellTransferQueue::remove(qint64 id)
+{
+    d->command(TransferQueue::Command::Remove, id);
+    return d->list().find(id) == nullptr;
+}
+
+void VellTransferQueue::removeEnded()
+{
+    d->commandAll(TransferQueue::Command::Remove);
+}
+
+void VellTransferQueue::answer(qint64 id, VellConflictPolicy decision)
+{
+    d->answer(id, decision);
+}
+
+void VellTransferQueue::answerAll(qint64 id, VellConflictPolicy decision)
+{
+    d->answerAll(id, decision);
+}
+
+void VellTransferQueue::setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond)
+{
+    d->setSpeedLimits(sentPerSecond, receivedPerSecond);
+}
+
+VellTransfer VellTransferQueue::transfer(qint64 id) const
+{
+    return d->snapshot(id);
+}
+
+QVector<qint64> VellTransferQueue::ids() const
+{
+    QVector<qint64> ids;
+    ids.reserve(count());
+    for (const auto &item : d->list().items())
+        ids.append(item.first);
+    return ids;
+}
+
+int VellTransferQueue::count() const
+{
+    return int(d->list().items().size());
+}
+
+VellTransferTotals VellTransferQueue::totals() const
+{
+    return d->totals();
+}
+
+VellTransferQuestion VellTransferQueue::question(qint64 id) const
+{
+    return d->question(id);
+}
