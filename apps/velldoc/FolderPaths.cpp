@@ -1,6 +1,5 @@
 #include <velldoc/FolderPaths.h>
 
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Session.h>
 
 namespace velldoc {
@@ -11,9 +10,8 @@ FolderPaths::FolderPaths(Session &session)
     condition.hasParentId = false;
     condition.type = QStringLiteral("dir");
     condition.selectTree = true;
-    QList<VellDocument> folders;
-    session.ask([&] { VellDocumentData::instance()->getDocuments(condition, folders); });
-    for (const VellDocument &folder : qAsConst(folders))
+    const QList<VellDocument> folders = session.await(session.documents().list(condition));
+    for (const VellDocument &folder : folders)
         m_folders.insert(folder._id, {folder.name, folder.parentId});
 }
 

@@ -13,6 +13,14 @@ const QVector<CommandOption> &globalOptions()
         {"url", "URL", QT_TRANSLATE_NOOP("velldoc", "The base address of the service.")},
         {"project", "ID", QT_TRANSLATE_NOOP("velldoc", "The project; \"default\" unless set.")},
         {"token", "TOKEN", QT_TRANSLATE_NOOP("velldoc", "The access token.")},
+        {"cacert", "FILE",
+         QT_TRANSLATE_NOOP("velldoc", "Trust the certificate authorities in this PEM file, too.")},
+        {"cert", "FILE",
+         QT_TRANSLATE_NOOP("velldoc", "The client certificate: a PEM or a PFX file.")},
+        {"key", "FILE",
+         QT_TRANSLATE_NOOP("velldoc",
+                           "The private key of --cert, where that file does not hold it.")},
+        {"proxy", "URL", QT_TRANSLATE_NOOP("velldoc", "The proxy; \"none\" connects directly.")},
         {"json", nullptr, QT_TRANSLATE_NOOP("velldoc", "Print one JSON document.")},
         {"h,help", nullptr, QT_TRANSLATE_NOOP("velldoc", "Explain the command.")},
     };
@@ -31,12 +39,11 @@ void addOptions(QCommandLineParser &parser, const QVector<CommandOption> &option
 Settings settingsOf(const QCommandLineParser &parser)
 {
     Settings settings = Settings::load();
-    if (parser.isSet(QStringLiteral("url")))
-        settings.url = parser.value(QStringLiteral("url"));
-    if (parser.isSet(QStringLiteral("project")))
-        settings.project = parser.value(QStringLiteral("project"));
-    if (parser.isSet(QStringLiteral("token")))
-        settings.token = parser.value(QStringLiteral("token"));
+    for (const Settings::Value &value : Settings::values) {
+        const QString option = QString::fromLatin1(value.option);
+        if (value.option && parser.isSet(option))
+            settings.*value.member = parser.value(option);
+    }
     return settings;
 }
 

@@ -36,6 +36,7 @@ void installLanguage()
     if (wantedLanguage().startsWith(QLatin1String("zh"))) {
         install(QStringLiteral("qtbase_zh_CN"),
                 QLibraryInfo::location(QLibraryInfo::TranslationsPath));
+        install(QStringLiteral("VellClient_zh_CN"), own);
         install(QStringLiteral("velldoc_zh_CN"), own);
         return;
     }

@@ -11,7 +11,7 @@
 
 namespace velldoc {
 
-Table longTable(const QList<VellDocument> &documents, const Session &session)
+Table longTable(const QList<VellDocument> &documents, Session &session)
 {
     Table table;
     table.addColumn(Text::tr("Kind"));

@@ -18,7 +18,7 @@ class Session;
 //! \brief How documents look in the lists of all commands.
 
 //! Kind, size, time of the last change, who made it, name.
-Table longTable(const QList<VellDocument> &documents, const Session &session);
+Table longTable(const QList<VellDocument> &documents, Session &session);
 
 //! Shows documents from anywhere in the project by their paths, as a table with --long, and makes them the
 //! result under \a key.

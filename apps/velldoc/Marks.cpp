@@ -17,7 +17,8 @@ void setAll(Context &context, const Mark &mark, const QStringList &paths, bool i
     QJsonArray marked;
     for (const QString &path : paths) {
         const VellDocument document = context.tree().find(RemotePath::parse(path));
-        context.session().change([&] { return mark.set(document._id, isOn); });
+        Session &session = context.session();
+        session.await((session.documents().*mark.set)(document._id, isOn));
         marked.append(documentJson(document));
         context.out.setResult(
             {{QStringLiteral("documents"), marked}, {QStringLiteral("marked"), isOn}});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <document_model/VellDocument.h>
+#include <documents/VellDocuments.h>
 
 #include <QList>
 
@@ -12,7 +12,7 @@ class Context;
 struct Mark
 {
     QList<VellDocument> (*list)(Context &context);
-    bool (*set)(const QString &id, bool isOn);
+    VellResult<bool> *(VellDocuments::*set)(const QString &id, bool on);
 };
 
 //! The three commands for marks: "list" (or nothing), "add PATH..." and "remove PATH...".

@@ -1,6 +1,5 @@
 #include <velldoc/RemoteTree.h>
 
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Session.h>
 #include <velldoc/Text.h>
 
@@ -99,10 +98,7 @@ QHash<QString, VellDocument> &RemoteTree::namesIn(const QString &folderId)
 
 VellDocument RemoteTree::makeFolder(const QString &parentId, const QString &name)
 {
-    VellDocument folder;
-    folder.parentId = parentId;
-    folder.name = name;
-    m_session.change([&] { return VellDocumentData::instance()->createDocFolder(folder); });
+    const VellDocument folder = m_session.await(m_session.documents().createFolder(parentId, name));
     m_names.insert(folder._id, {});
     const auto siblings = m_names.find(parentId);
     if (siblings != m_names.end())
@@ -142,10 +138,7 @@ QString RemoteTree::pathOf(const VellDocument &document)
 QList<VellDocument> RemoteTree::list(const VellDocumentConditon &condition,
                                      const VellDocumentSort &sort)
 {
-    QList<VellDocument> documents;
-    m_session.ask(
-        [&] { VellDocumentData::instance()->getDocumentsRange(documents, 0, 0, condition, sort); });
-    return documents;
+    return m_session.await(m_session.documents().list(condition, sort));
 }
 
 VellDocument RemoteTree::start(const RemotePath &path)
@@ -184,13 +177,15 @@ VellDocument RemoteTree::byId(const QString &id)
     const auto known = m_known.constFind(id);
     if (known != m_known.constEnd())
         return known.value();
-    VellDocument document;
-    m_session.ask([&] { VellDocumentData::instance()->getDoc(id, document, false); });
-    if (document._id.isEmpty())
+    VellError error;
+    const VellDocument document = m_session.await(m_session.documents().document(id), &error);
+    if (error.kind == VellError::Kind::NotFound && error.httpStatus == 0)
         throw Failure(
             ExitNotFound,
             Text::tr("There is no document id:%1: \"velldoc info PATH\" tells identifiers.")
                 .arg(id));
+    if (error)
+        throw m_session.describe(error);
     m_known.insert(id, document);
     return document;
 }

@@ -1,8 +1,5 @@
 #include <velldoc/Renaming.h>
 
-#include <async_ops/AsyncRenameDoc.h>
-#include <document_service/VellDocumentData.h>
-#include <velldoc/AwaitJob.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 
@@ -12,21 +9,21 @@ VellDocument renameDocument(Context &context, const VellDocument &document, cons
 {
     if (document.name == name)
         return document;
-    const bool isTaken = context.session().ask([&] {
-        return VellDocumentData::instance()->isDocNameExist(document.parentId, name, QString());
-    });
-    if (isTaken) {
+    Session &session = context.session();
+    VellError error;
+    const VellDocument renamed =
+        session.await(session.documents().rename(document._id, name), &error);
+    if (error.kind == VellError::Kind::NameTaken) {
         throw Failure(
             ExitFailed,
             Text::tr("There is a \"%1\" in that folder already: choose another name.").arg(name));
     }
-    auto renamed = awaitJob<VellDocument, AsyncRenameDoc>(
-        context.session(), &AsyncRenameDoc::renameDocFinish,
-        [&](AsyncRenameDoc &job) { job.renameDoc(document._id, name); });
-    if (renamed.name != name)
+    if (error.kind == VellError::Kind::Unclear)
         throw Failure(
             ExitFailed,
             Text::tr("The service did not say that it has renamed %1.").arg(document.name));
+    if (error)
+        throw session.describe(error);
     return renamed;
 }
 

@@ -5,8 +5,10 @@
 #include <velldoc/service/EmbeddedService.h>
 
 #include <VellNetwork/NetworkFailure.h>
+#include <documents/VellDocuments.h>
+#include <session/VellSession.h>
 
-#include <QJsonObject>
+#include <QEventLoop>
 #include <QObject>
 
 #include <optional>
@@ -14,10 +16,7 @@
 
 namespace velldoc {
 
-//! \brief The connection that a command works on, and why its last request failed.
-//!
-//! The library answers a failed request with "nothing". ask() and change() tell the two apart, so that no
-//! failure is shown as an empty folder.
+//! \brief The connection that a command works on.
 class Session
 {
 public:
@@ -31,14 +30,53 @@ public:
 
     const Settings &settings() const { return m_settings; }
     QString baseApi() const;
+    VellDocuments &documents() { return m_documents; }
     //! Whether what answers ends with this process.
     bool isEmbedded() const { return m_embedded.isRunning(); }
     QString userId() const; //!< empty when the service does not tell
 
-    //! The name of the user \a id. The service tells only that of the user who asks; of others it is the identifier.
-    QString userText(const QString &id) const;
-    //! The identifier of the user called \a text, or \a text itself.
-    QString userIdOf(const QString &text) const;
+    //! The name of the user \a id, or the identifier if the service does not tell it.
+    QString userText(const QString &id);
+    //! The identifiers of the users called \a text; \a text itself if nobody is.
+    QStringList userIdsOf(const QString &text);
+
+    //! Waits for \a operation. \return its result
+    //! \throws Failure when it failed, or after Ctrl-C
+    template <typename Result>
+    Result await(VellResult<Result> *operation)
+    {
+        VellError error;
+        Result result = await(operation, &error);
+        if (error)
+            throw describe(error);
+        return result;
+    }
+
+    //! The same, with the reason of a failure in \a error. \throws Failure after Ctrl-C
+    template <typename Result>
+    Result await(VellResult<Result> *operation, VellError *error)
+    {
+        Result result{};
+        QEventLoop loop;
+        operation->then(
+            &loop,
+            [&](const Result &answer) {
+                result = answer;
+                loop.quit();
+            },
+            [&](const VellError &reason) {
+                *error = reason;
+                loop.quit();
+            });
+        wait(loop);
+        return result;
+    }
+
+    //! Waits for \a operation on many documents. \throws Failure when one of them failed, or after Ctrl-C
+    VellBulkResult awaitAll(VellResult<VellBulkResult> *operation);
+
+    //! The sentence and the exit code for \a error.
+    Failure describe(const VellError &error) const;
 
     //! Runs \a question. \return what it returns
     //! \throws Failure when a request of it failed, or after Ctrl-C
@@ -65,26 +103,29 @@ public:
             throwRefusal();
     }
 
-    //! The object that GET \a path, below the base address, answers. \throws Failure
-    QJsonObject getObject(const QString &path);
-
     //! Why the last request that failed did so; reset by forgetFailure().
     std::optional<NetworkFailure> lastFailure() const { return m_lastFailure; }
     void forgetFailure() { m_lastFailure.reset(); }
 
-    //! The sentence and the exit code for \a failure.
-    Failure describe(const NetworkFailure &failure) const;
+    Failure describe(const NetworkFailure &failure) const
+    {
+        return describe(VellError::of(failure));
+    }
 
 private:
     void throwFailure();
     [[noreturn]] void throwRefusal();
-    void readUser();
-    QString userName() const;
+    void wait(QEventLoop &loop);
+    void loadNames();
+    void setProcessSettings(const VellConnection &connection);
 
     const Settings m_settings;
+    QString m_address; // as it was given
     EmbeddedService m_embedded;
     QObject m_receiver;
-    QJsonObject m_user;
+    VellSession m_session;
+    VellDocuments m_documents;
+    bool m_hasNames = false;
     std::optional<NetworkFailure> m_lastFailure;
 };
 

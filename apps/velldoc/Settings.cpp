@@ -11,32 +11,27 @@
 
 namespace velldoc {
 
-namespace {
-
-struct Value
-{
-    QString Settings::*member;
-    const char *key;
-    const char *variable;
+const QVector<Settings::Value> Settings::values{
+    {&Settings::url, "url", "VELLDOC_URL", "url", false, true},
+    {&Settings::project, "project", "VELLDOC_PROJECT", "project", false, true},
+    {&Settings::token, "token", "VELLDOC_TOKEN", "token", false, true},
+    {&Settings::caCertificates, "cacert", "VELLDOC_CACERT", "cacert", true, true},
+    {&Settings::certificate, "cert", "VELLDOC_CERT", "cert", true, true},
+    {&Settings::key, "key", "VELLDOC_KEY", "key", true, true},
+    {&Settings::keyPassword, nullptr, "VELLDOC_KEY_PASSWORD", nullptr, false, false},
+    {&Settings::proxy, "proxy", "VELLDOC_PROXY", "proxy", false, true},
+    {&Settings::dataDir, "data", "VELLDOC_DATA", nullptr, false, false},
 };
-
-constexpr Value Values[] = {
-    {&Settings::url, "url", "VELLDOC_URL"},
-    {&Settings::project, "project", "VELLDOC_PROJECT"},
-    {&Settings::token, "token", "VELLDOC_TOKEN"},
-    {&Settings::dataDir, "data", "VELLDOC_DATA"},
-};
-
-} // namespace
 
 Settings Settings::load()
 {
     Settings settings;
     const QSettings file(configPath(), QSettings::IniFormat);
-    for (const Value &value : Values) {
-        settings.*value.member = qEnvironmentVariableIsEmpty(value.variable)
-            ? file.value(QString::fromLatin1(value.key)).toString()
-            : QString::fromUtf8(qgetenv(value.variable));
+    for (const Value &value : values) {
+        if (!qEnvironmentVariableIsEmpty(value.variable))
+            settings.*value.member = QString::fromUtf8(qgetenv(value.variable));
+        else if (value.key)
+            settings.*value.member = file.value(QString::fromLatin1(value.key)).toString();
     }
     if (settings.project.isEmpty())
         settings.project = QStringLiteral("default");
@@ -59,8 +54,18 @@ void Settings::save() const
         file.sync();
         if (!system_files::makePrivate(path))
             throw Failure(ExitFailed, Text::tr("The file %1 cannot be written.").arg(path));
-        file.setValue(QStringLiteral("project"), project);
-        file.setValue(QStringLiteral("token"), token);
+        for (const Value &value : values) {
+            const QString text = this->*value.member;
+            if (!value.isLogin)
+                continue;
+            if (text.isEmpty() && value.isFile)
+                file.remove(QString::fromLatin1(value.key));
+            else
+                file.setValue(QString::fromLatin1(value.key),
+                              value.isFile && QFileInfo::exists(text)
+                                  ? QFileInfo(text).absoluteFilePath()
+                                  : text);
+        }
         file.sync();
         if (file.status() == QSettings::NoError)
             return;
@@ -72,8 +77,10 @@ bool Settings::forget()
 {
     QSettings file(configPath(), QSettings::IniFormat);
     const bool isStored = file.contains(QStringLiteral("url"));
-    for (const char *const key : {"url", "project", "token"})
-        file.remove(QString::fromLatin1(key));
+    for (const Value &value : values) {
+        if (value.isLogin)
+            file.remove(QString::fromLatin1(value.key));
+    }
     return isStored;
 }
 

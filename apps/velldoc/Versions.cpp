@@ -1,6 +1,5 @@
 #include <velldoc/Versions.h>
 
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Session.h>
 #include <velldoc/Text.h>
 
@@ -8,10 +7,7 @@ namespace velldoc {
 
 QList<VellDocument> versionsOf(Session &session, const VellDocument &document)
 {
-    QList<VellDocument> versions;
-    session.change(
-        [&] { return VellDocumentData::instance()->getDocHistory(document._id, versions); });
-    return versions;
+    return session.await(session.documents().history(document._id));
 }
 
 VellDocument versionOf(Session &session, const VellDocument &document, int number)

@@ -62,7 +62,7 @@ bool PtyProcess::waitForText(const QByteArray &text)
     return true;
 }
 
-void PtyProcess::press(const QByteArray &keys)
+void PtyProcess::press(const QByteArray &keys) const
 {
     if (::write(m_master, keys.constData(), static_cast<std::size_t>(keys.size())) != keys.size())
         qFatal("The terminal takes no keys");

@@ -18,7 +18,7 @@ public:
     //! Waits until \a text has been printed.
     bool waitForText(const QByteArray &text);
 
-    void press(const QByteArray &keys);
+    void press(const QByteArray &keys) const;
 
     //! Waits for the end. \return the exit code, -1 when it did not end by itself
     int waitForEnd();

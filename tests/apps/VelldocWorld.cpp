@@ -131,7 +131,7 @@ QString VelldocWorld::write(const QString &name, const QByteArray &content) cons
     return filePath;
 }
 
-QString VelldocWorld::writeUnequalBlocks(const QString &name, qint64 bytes)
+QString VelldocWorld::writeUnequalBlocks(const QString &name, qint64 bytes) const
 {
     constexpr qint64 StampInterval = 65'536;
     QString filePath = write(name, {});

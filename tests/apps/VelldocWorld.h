@@ -53,7 +53,7 @@ public:
     //! Writes a file there, with the folders above it. \return its path
     QString write(const QString &name, const QByteArray &content) const;
     //! A file of \a bytes in which no two blocks are equal. \return its path
-    QString writeUnequalBlocks(const QString &name, qint64 bytes);
+    QString writeUnequalBlocks(const QString &name, qint64 bytes) const;
     static QByteArray read(const QString &path);
     //! The files below the folder \a path with their contents; folders end with "/".
     static QMap<QString, QByteArray> tree(const QString &path);

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void favouriteCanBeChecked();
     void recentListsWhatWasStoredLast();
     void shareOpensTheDocuments();
+    void sharesAreListedAndEnded();
     void historyAndRemarks();
     void sixRightsAreAsked();
     void linksAreChanged();
@@ -348,6 +349,28 @@ void TestVelldocCommands::shareOpensTheDocuments()
     const VelldocRun endless =
         world.succeed({QStringLiteral("share"), QStringLiteral("--forever"), QStringLiteral("/x")});
     QVERIFY(endless.error.contains(QLatin1String("for ever")));
+}
+
+void TestVelldocCommands::sharesAreListedAndEnded()
+{
+    VelldocWorld world;
+    const QString share = QStringLiteral("share");
+    const QString list = QStringLiteral("--list");
+    const QString json = QStringLiteral("--json");
+    putFile(world, QStringLiteral("x"), QStringLiteral("/"));
+    QVERIFY(world.succeed({share, list}).error.contains(QLatin1String("Nothing is shared")));
+    world.succeed({share, QStringLiteral("--forever"), QStringLiteral("/x")});
+    const QStringList lines = world.succeed({share, list}).lines();
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines.at(1).contains(QLatin1String("never")), qPrintable(lines.at(1)));
+    QVERIFY2(lines.at(1).endsWith(QLatin1String(" x")), qPrintable(lines.at(1)));
+    const QJsonArray shares =
+        world.succeed({share, list, json}).result().value(QLatin1String("shares")).toArray();
+    const QString id = shares.at(0).toObject().value(QLatin1String("id")).toString();
+    const VelldocRun revoked = world.succeed({share, json, QStringLiteral("--revoke"), id});
+    QCOMPARE(revoked.result().value(QLatin1String("revoked")).toArray(), QJsonArray{id});
+    QCOMPARE(world.succeed({share, list}).out, QString());
+    QVERIFY(world.run({share, QStringLiteral("--revoke"), id}).exitCode != 0);
 }
 
 void TestVelldocCommands::historyAndRemarks()

@@ -54,6 +54,7 @@ constexpr Row Rows[] = {
     {"recent", "recent", "documents"},
     {"recent add", "recent add /D/x", "documents marked"},
     {"share", "share /D", "address allowDownload code expiresAt"},
+    {"share, list", "share --list", "shares"},
     {"history", "history /D/x", "versions"},
     {"remark", "remark /D/x text", "id remark"},
     {"can", "can /D/x", "rights"},

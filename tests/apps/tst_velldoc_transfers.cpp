@@ -227,13 +227,14 @@ void TestVelldocTransfers::nothingIsSentTwiceForOneFolder()
     VelldocWorld world;
     for (int i = 0; i < 20; ++i)
         world.write(QStringLiteral("many/%1").arg(i), QByteArray::number(i));
-    // A second listing would fail: one lists the target, and what has just been made needs none.
+    // A third question would fail: one lists the target, one makes sure that the folder's name is free; what has just
+    // been made needs none.
     FaultRule fault;
     fault.kind = FaultRule::Kind::Status;
     fault.value = 500;
     fault.verb = "GET";
     fault.pathPrefix = QStringLiteral("/document-service/projects");
-    fault.nth = 2;
+    fault.nth = 3;
     world.service().addFault(fault);
     world.succeed({QStringLiteral("put"), QStringLiteral("many"), QStringLiteral("/")});
 }

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -11,34 +10,25 @@ namespace {
 struct Right
 {
     const char *name;
-    bool (VellDocumentData::*ofDocument)(const QString &id, const QString &category);
-    bool (VellDocumentData::*ofOwn)(const QString &category);
+    VellRight right;
     const char *meaning;
 };
 
 constexpr Right Rights[] = {
-    {"download", &VellDocumentData::canDownloadDocFolder, nullptr,
-     QT_TRANSLATE_NOOP("velldoc", "fetch the content")},
-    {"upload", &VellDocumentData::canUploadDocFolder, nullptr,
-     QT_TRANSLATE_NOOP("velldoc", "store something in it")},
-    {"edit", &VellDocumentData::canEditDocFolder, nullptr,
-     QT_TRANSLATE_NOOP("velldoc", "change it")},
-    {"delete", &VellDocumentData::canDeleteDocFolder, nullptr,
-     QT_TRANSLATE_NOOP("velldoc", "delete it")},
-    {"edit-self", nullptr, &VellDocumentData::canEditSelf,
+    {"download", VellRight::Download, QT_TRANSLATE_NOOP("velldoc", "fetch the content")},
+    {"upload", VellRight::Upload, QT_TRANSLATE_NOOP("velldoc", "store something in it")},
+    {"edit", VellRight::Edit, QT_TRANSLATE_NOOP("velldoc", "change it")},
+    {"delete", VellRight::Delete, QT_TRANSLATE_NOOP("velldoc", "delete it")},
+    {"edit-self", VellRight::EditOwn,
      QT_TRANSLATE_NOOP("velldoc", "change what you made yourself")},
-    {"delete-self", nullptr, &VellDocumentData::canDeleteSelf,
+    {"delete-self", VellRight::DeleteOwn,
      QT_TRANSLATE_NOOP("velldoc", "delete what you made yourself")},
 };
 
 bool ask(Context &context, const Right &right, const VellDocument &document)
 {
-    VellDocumentData *const data = VellDocumentData::instance();
-    return context.session().ask([&] {
-        return right.ofDocument != nullptr
-            ? (data->*right.ofDocument)(document._id, document.category)
-            : (data->*right.ofOwn)(document.category);
-    });
+    Session &session = context.session();
+    return session.await(session.documents().may(right.right, document._id, document.category));
 }
 
 //! For scripts: the exit code is the answer.

@@ -1,4 +1,4 @@
-#include <document_service/VellDocumentData.h>
+#include <document_model/VellRecordType.h>
 #include <velldoc/Context.h>
 #include <velldoc/Marks.h>
 #include <velldoc/Text.h>
@@ -8,36 +8,24 @@ namespace velldoc {
 
 namespace {
 
-constexpr int FavouriteRecord = 3;
-
 QList<VellDocument> list(Context &context)
 {
     VellDocumentConditon condition;
     condition.hasParentId = false;
-    condition.recordType = FavouriteRecord;
+    condition.recordType = VellRecordType::Favorite;
     VellDocumentSort sort;
     sort.sortField = QStringLiteral("name");
     sort.isAsc = true;
-    QList<VellDocument> documents;
-    context.session().change(
-        [&] { return VellDocumentData::instance()->getFavorDocs(documents, condition, sort); });
-    return documents;
-}
-
-bool set(const QString &id, bool isOn)
-{
-    QString unused;
-    return VellDocumentData::instance()->restoreFile(id, {}, FavouriteRecord, isOn, unused);
+    Session &session = context.session();
+    return session.await(session.documents().favorites(condition, sort));
 }
 
 //! Tells of one document whether it is a favourite.
 void check(Context &context, const QString &path)
 {
     const VellDocument document = context.tree().find(RemotePath::parse(path));
-    int type = 0;
-    context.session().change(
-        [&] { return VellDocumentData::instance()->getFavorDoc(type, document._id); });
-    const bool isFavourite = type == FavouriteRecord;
+    Session &session = context.session();
+    const bool isFavourite = session.await(session.documents().isFavorite(document._id));
     context.out.setResult({{QStringLiteral("favorite"), isFavourite}});
     context.out.print(isFavourite ? Text::tr("yes") : Text::tr("no"));
 }
@@ -48,7 +36,7 @@ void run(Context &context)
     if (arguments.value(0) == QLatin1String("check"))
         check(context, context.arguments(2, 2).constLast());
     else
-        runMarkCommand(context, {list, set});
+        runMarkCommand(context, {list, &VellDocuments::setFavorite});
 }
 
 } // namespace

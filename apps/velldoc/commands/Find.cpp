@@ -60,7 +60,7 @@ VellDocumentConditon readCondition(Context &context, const QString &pattern)
     condition.type = wordOf(context, "type", {QStringLiteral("dir"), QStringLiteral("file")});
     condition.category = context.value("category");
     for (const QString &user : context.values("by"))
-        condition.userIds.append(context.session().userIdOf(user));
+        condition.userIds += context.session().userIdsOf(user);
     condition.isAllUser = condition.userIds.isEmpty();
     condition.isDeep = true;
     readSpan(context, condition);

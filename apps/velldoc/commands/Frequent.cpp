@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Marks.h>
 #include <velldoc/Text.h>
@@ -13,20 +12,12 @@ QList<VellDocument> list(Context &context)
     VellDocumentConditon condition;
     condition.hasParentId = false;
     condition.isFrequent = true;
-    QList<VellDocument> documents;
-    context.session().ask(
-        [&] { VellDocumentData::instance()->getDocuments(condition, documents); });
-    return documents;
-}
-
-bool set(const QString &id, bool isOn)
-{
-    return VellDocumentData::instance()->setFrequentDocument(id, isOn);
+    return context.tree().list(condition);
 }
 
 void run(Context &context)
 {
-    runMarkCommand(context, {list, set});
+    runMarkCommand(context, {list, &VellDocuments::setFrequent});
 }
 
 } // namespace

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Listing.h>
 #include <velldoc/Text.h>
@@ -28,7 +27,7 @@ QString grantedRights(const VellDocument &document)
     return granted.join(QStringLiteral(", "));
 }
 
-Pairs describe(const VellDocument &document, const QString &path, const Session &session)
+Pairs describe(const VellDocument &document, const QString &path, Session &session)
 {
     const bool isFile = document.type == QLatin1String("file");
     Pairs pairs{
@@ -74,13 +73,12 @@ void run(Context &context)
         const VellDocument found = context.tree().find(RemotePath::parse(text));
         if (found._id.isEmpty())
             throw Failure(ExitUsage, Text::tr("The top level is no document: name one in it."));
-        VellDocument document;
-        context.session().ask(
-            [&] { VellDocumentData::instance()->getDoc(found._id, document, false); });
+        Session &session = context.session();
+        const VellDocument document = session.await(session.documents().document(found._id));
         const QString path = context.tree().pathOf(document);
         if (!described.isEmpty())
             context.out.print(QString());
-        print(describe(document, path, context.session()), context.out);
+        print(describe(document, path, session), context.out);
         described.append(documentJson(document, path));
         context.out.setResult({{QStringLiteral("documents"), described}});
     }

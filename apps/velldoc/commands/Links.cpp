@@ -1,5 +1,4 @@
 #include <document_model/DocumentConversions.h>
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -44,16 +43,14 @@ void change(Context &context, VellDocument &document, const QString &action, con
     }
     if (linked.isEmpty())
         document.entity.remove(kind);
-    document.codeList = {VellDocumentChange::EntityLinks};
-    context.session().change([&] { return VellDocumentData::instance()->updateDoc(document); });
+    document = context.session().await(context.session().documents().setLinks(document));
 }
 
 //! The other way round: the documents that are linked to one entity.
 void showLinkedTo(Context &context, const QString &entity)
 {
-    QList<VellDocumentLite> found;
-    context.session().change(
-        [&] { return VellDocumentData::instance()->getEntityDocByGuid(entity, found); });
+    const QList<VellDocumentLite> found =
+        context.session().await(context.session().documents().linkedTo(entity));
     Table table;
     table.addColumn(Text::tr("Size"), Qt::AlignRight);
     table.addColumn(Text::tr("Created"));
@@ -88,9 +85,8 @@ void run(Context &context)
     const VellDocument found = context.tree().find(RemotePath::parse(arguments.constFirst()));
     if (found._id.isEmpty())
         throw Failure(ExitUsage, Text::tr("The top level has no links."));
-    VellDocument document;
-    context.session().ask(
-        [&] { VellDocumentData::instance()->getDoc(found._id, document, false); });
+    VellDocument document =
+        context.session().await(context.session().documents().document(found._id));
     if (arguments.size() > 1) {
         context.arguments(4, 0);
         change(context, document, arguments.at(1), arguments.at(2), arguments.mid(3));

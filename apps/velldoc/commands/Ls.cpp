@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Listing.h>
 #include <velldoc/Text.h>
@@ -94,12 +93,8 @@ private:
     {
         VellDocumentConditon condition;
         condition.parentId = id;
-        QList<VellDocument> entries;
-        m_context.session().ask([&] {
-            VellDocumentData::instance()->getDocumentsRange(entries, skip, limit, condition,
-                                                            m_page.sort);
-        });
-        return entries;
+        Session &session = m_context.session();
+        return session.await(session.documents().list(condition, m_page.sort, skip, limit));
     }
 
     QList<VellDocument> showEntries(const RemotePath &path, const QString &id)
@@ -135,8 +130,7 @@ private:
     {
         VellDocumentConditon condition;
         condition.parentId = id;
-        return m_context.session().ask(
-            [&] { return VellDocumentData::instance()->getDocumentsRangeCount(condition); });
+        return m_context.session().await(m_context.session().documents().count(condition));
     }
 
     void show(const RemotePath &path, const QList<VellDocument> &entries, int total)

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Renaming.h>
 #include <velldoc/Text.h>
@@ -25,8 +24,7 @@ void move(Context &context, const QList<VellDocument> &documents, const QString 
             ids.append(document._id);
     }
     if (!ids.isEmpty())
-        context.session().change(
-            [&] { return VellDocumentData::instance()->moveToFolder(ids, folderId); });
+        context.session().awaitAll(context.session().documents().move(ids, folderId));
 }
 
 void moveInto(Context &context, const QStringList &sources, const VellDocument &folder,

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -58,8 +57,7 @@ void run(Context &context)
         names.append(document.name);
     }
     if (!positions.isEmpty())
-        context.session().change(
-            [&] { return VellDocumentData::instance()->changeDocOrder(positions); });
+        context.session().await(context.session().documents().setOrder(positions));
     context.out.setResult({{QStringLiteral("order"), names}});
 }
 

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -14,8 +13,8 @@ void run(Context &context)
     const VellDocument document = context.tree().find(path);
     if (document._id.isEmpty())
         throw Failure(ExitUsage, Text::tr("The top level has no password."));
-    QString pwd;
-    context.session().ask([&] { VellDocumentData::instance()->getDocPwd(document._id, pwd); });
+    const QString pwd =
+        context.session().await(context.session().documents().password(document._id));
     context.out.setResult(
         {{QStringLiteral("password"), pwd.isEmpty() ? QJsonValue() : QJsonValue(pwd)}});
     if (pwd.isEmpty())

@@ -1,6 +1,4 @@
-#include <async_ops/AsyncGetRecent.h>
-#include <document_service/VellDocumentData.h>
-#include <velldoc/AwaitJob.h>
+#include <document_model/VellRecordType.h>
 #include <velldoc/Context.h>
 #include <velldoc/FolderPaths.h>
 #include <velldoc/Listing.h>
@@ -12,22 +10,12 @@ namespace velldoc {
 
 namespace {
 
-constexpr int RecentRecord = 2;
-
 QList<VellDocument> listUsed(Context &context)
 {
     VellDocumentConditon condition;
     condition.hasParentId = false;
-    condition.recordType = RecentRecord;
-    QList<VellDocument> documents;
-    context.session().ask(
-        [&] { VellDocumentData::instance()->getDocuments(condition, documents); });
-    return documents;
-}
-
-bool setUsed(const QString &id, bool isOn)
-{
-    return VellDocumentData::instance()->setRectentDocument(id, isOn);
+    condition.recordType = VellRecordType::Recent;
+    return context.tree().list(condition);
 }
 
 //! The files that the user has stored last.
@@ -39,9 +27,8 @@ void listStored(Context &context)
         throw Failure(
             ExitFailed,
             Text::tr("The service does not say who you are, so it cannot say what you stored."));
-    const auto documents = awaitJob<VellDocumentList, AsyncGetRecent>(
-        session, &AsyncGetRecent::getRecentDocsFinish,
-        [&](AsyncGetRecent &job) { job.getRecentDocs(QString(), context.value("category")); });
+    const QList<VellDocument> documents =
+        session.await(session.documents().recent(context.value("category")));
     showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(session));
     if (documents.isEmpty())
         context.out.note(Text::tr("You have stored no files here."));
@@ -52,7 +39,7 @@ void run(Context &context)
     if (context.arguments().isEmpty())
         listStored(context);
     else
-        runMarkCommand(context, {listUsed, setUsed});
+        runMarkCommand(context, {listUsed, &VellDocuments::setRecent});
 }
 
 } // namespace

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/Versions.h>
@@ -35,10 +34,9 @@ void run(Context &context)
     Place place = findPlace(context, arguments.constFirst());
     if (arguments.size() == 2) {
         place.remark = arguments.constLast();
-        context.session().change([&] {
-            return VellDocumentData::instance()->updateDocRemake(place.isVersion, place.id,
-                                                                 place.remark);
-        });
+        Session &session = context.session();
+        session.await(place.isVersion ? session.documents().setVersionRemark(place.id, place.remark)
+                                      : session.documents().setRemark(place.id, place.remark));
     } else if (!place.remark.isEmpty()) {
         context.out.print(printable(place.remark));
     }

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -32,8 +31,8 @@ void run(Context &context)
     const QList<VellDocument> documents = findAll(context);
     QJsonArray deleted;
     for (const VellDocument &document : documents) {
-        context.session().change(
-            [&] { return VellDocumentData::instance()->deleteDoc(document._id); });
+        Session &session = context.session();
+        session.awaitAll(session.documents().remove({document._id}));
         deleted.append(documentJson(document));
         context.out.setResult({{QStringLiteral("deleted"), deleted}});
     }

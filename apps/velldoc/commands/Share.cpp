@@ -1,9 +1,9 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
+#include <velldoc/output/Table.h>
 
 #include <VellPublicFun/VellPub.h>
 
@@ -58,8 +58,80 @@ void show(Context &context, const QString &code, const QDateTime &end)
             : Text::tr("Whoever has this address can look at it, for ever."));
 }
 
+QString namesOf(const VellShare &share)
+{
+    QStringList names;
+    for (const VellDocument &document : share.documents)
+        names.append(document.name);
+    return names.join(QStringLiteral(", "));
+}
+
+QJsonObject shareJson(const VellShare &share)
+{
+    const auto dateJson = [](const QDateTime &date) {
+        return date.isValid() ? QJsonValue(VellPub::getQStringByDateTime(date)) : QJsonValue();
+    };
+    QJsonArray documents;
+    for (const VellDocument &document : share.documents) {
+        documents.append(QJsonObject{{QStringLiteral("_id"), document._id},
+                                     {QStringLiteral("name"), document.name},
+                                     {QStringLiteral("type"), document.type}});
+    }
+    return {{QStringLiteral("id"), share.id},
+            {QStringLiteral("documents"), documents},
+            {QStringLiteral("allowDownload"), share.isDownloadAllowed},
+            {QStringLiteral("expiresAt"), dateJson(share.expiresAt)},
+            {QStringLiteral("createdAt"), dateJson(share.createdAt)},
+            {QStringLiteral("createdBy"), share.createdBy}};
+}
+
+void list(Context &context)
+{
+    context.arguments(0, 0);
+    Session &session = context.session();
+    const QList<VellShare> shares = session.await(session.documents().shares());
+    Table table;
+    table.addColumn(Text::tr("Identifier"));
+    table.addColumn(Text::tr("Ends"));
+    table.addColumn(Text::tr("Download"));
+    table.addColumn(Text::tr("Documents"), Qt::AlignLeft, Table::Fit::Shrinks);
+    QJsonArray entries;
+    for (const VellShare &share : shares) {
+        table.addRow({share.id,
+                      share.expiresAt.isValid() ? timeText(share.expiresAt) : Text::tr("never"),
+                      share.isDownloadAllowed ? Text::tr("yes") : Text::tr("no"), namesOf(share)});
+        entries.append(shareJson(share));
+    }
+    context.out.setResult({{QStringLiteral("shares"), entries}});
+    if (shares.isEmpty())
+        context.out.note(Text::tr("Nothing is shared."));
+    else
+        context.out.print(table);
+}
+
+void revoke(Context &context)
+{
+    context.arguments(0, 0);
+    QJsonArray revoked;
+    const QStringList ids = context.values("revoke");
+    for (const QString &id : ids) {
+        context.session().await(context.session().documents().revokeShare(id));
+        revoked.append(id);
+        context.out.setResult({{QStringLiteral("revoked"), revoked}});
+    }
+    context.out.note(Text::tr("%n share(s) ended.", nullptr, ids.size()));
+}
+
 void run(Context &context)
 {
+    if (context.isSet("list")) {
+        list(context);
+        return;
+    }
+    if (context.isSet("revoke")) {
+        revoke(context);
+        return;
+    }
     const QDateTime end = readEnd(context);
     if (end.isValid() && end <= QDateTime::currentDateTime())
         throw Failure(ExitUsage, Text::tr("The share would have ended already."));
@@ -72,12 +144,15 @@ void run(Context &context)
         ids.append(document._id);
     }
     const bool allowsDownload = !context.isSet("no-download");
-    QString code;
-    context.session().change([&] {
-        return VellDocumentData::instance()->shareDocument(ids, end, code, allowsDownload);
-    });
-    if (code.isEmpty())
+    VellError error;
+    const QString code =
+        context.session()
+            .await(context.session().documents().share(ids, end, allowsDownload), &error)
+            .code;
+    if (error.kind == VellError::Kind::Unclear)
         throw Failure(ExitFailed, Text::tr("The service made the share, but gave no code for it."));
+    if (error)
+        throw context.session().describe(error);
     show(context, code, end);
 }
 
@@ -87,13 +162,14 @@ const Command &shareCommand()
 {
     static const Command command{
         "share",
-        "PATH...",
+        "PATH... | --list | --revoke ID",
         QT_TRANSLATE_NOOP("velldoc", "give others an address to look at documents"),
         QT_TRANSLATE_NOOP(
             "velldoc",
             "Prints an address at which everybody who has it can see the documents and folders "
             "PATH. It is shown "
-            "once: the service keeps no copy. Without an option it works for seven days."),
+            "once: the service keeps no copy. Without an option it works for seven days. "
+            "--list shows what is shared, --revoke ends a share."),
         {
             {"days", "N", QT_TRANSLATE_NOOP("velldoc", "Ends after N days.")},
             {"until", "DATE",
@@ -101,9 +177,16 @@ const Command &shareCommand()
             {"forever", nullptr, QT_TRANSLATE_NOOP("velldoc", "Does not end.")},
             {"no-download", nullptr,
              QT_TRANSLATE_NOOP("velldoc", "Names only; contents cannot be fetched.")},
+            {"list", nullptr,
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Lists your shares; those of others too when you may edit their "
+                               "documents.")},
+            {"revoke", "ID",
+             QT_TRANSLATE_NOOP("velldoc", "Ends the share with that identifier; may be repeated.")},
         },
         {{"velldoc share --days 3 /Drawings",
-          QT_TRANSLATE_NOOP("velldoc", "a folder for three days")}},
+          QT_TRANSLATE_NOOP("velldoc", "a folder for three days")},
+         {"velldoc share --list", QT_TRANSLATE_NOOP("velldoc", "what is shared at present")}},
         run,
     };
     return command;

@@ -1,4 +1,3 @@
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/FolderPaths.h>
 #include <velldoc/Listing.h>
@@ -23,20 +22,15 @@ VellDocumentConditon binCondition()
 //! What was deleted itself, the latest first.
 QList<VellDocument> readBin(Context &context)
 {
-    VellDocumentData &data = *VellDocumentData::instance();
+    Session &session = context.session();
     QList<VellDocument> documents;
-    const int total =
-        context.session().ask([&] { return data.getDocumentsRecycledRangeCount(binCondition()); });
-    while (documents.size() < total) {
-        const int before = documents.size();
-        context.session().ask([&] {
-            data.getRecycledDocumentsRange(documents, before, PageSize, binCondition(),
-                                           VellDocumentSort());
-        });
-        if (documents.size() == before)
-            break;
+    for (;;) {
+        const VellPage page = session.await(session.documents().page(
+            binCondition(), VellDocumentSort(), documents.size(), PageSize));
+        documents += page.documents;
+        if (page.documents.isEmpty() || documents.size() >= page.total)
+            return documents;
     }
-    return documents;
 }
 
 void list(Context &context)
@@ -80,8 +74,9 @@ void restore(Context &context, const QStringList &names)
         throw Failure(ExitUsage, Text::tr("Name what is to be restored, or pass --all."));
     QJsonArray restored;
     for (const VellDocument &document : qAsConst(documents)) {
-        const bool hasTwin = context.session().ask(
-            [&] { return VellDocumentData::instance()->uploadRecycleDoc(document._id); });
+        Session &session = context.session();
+        const bool hasTwin = session.awaitAll(session.documents().restore({document._id}))
+                                 .sameNamed.contains(document._id);
         restored.append(QJsonObject{{QStringLiteral("document"), documentJson(document)},
                                     {QStringLiteral("nameTaken"), hasTwin}});
         context.out.setResult({{QStringLiteral("restored"), restored}});
@@ -98,9 +93,8 @@ void restore(Context &context, const QStringList &names)
 
 void empty(Context &context)
 {
-    const int total = context.session().ask([&] {
-        return VellDocumentData::instance()->getDocumentsRecycledRangeCount(binCondition());
-    });
+    Session &session = context.session();
+    const int total = session.await(session.documents().count(binCondition()));
     if (!context.isSet("yes")) {
         if (!canAsk())
             throw Failure(ExitUsage,
@@ -108,8 +102,7 @@ void empty(Context &context)
         if (!confirm(Text::tr("Delete %n document(s) for good?", nullptr, total)))
             throw Failure(ExitFailed, Text::tr("Nothing was deleted."));
     }
-    context.session().change(
-        [&] { return VellDocumentData::instance()->emptyRecycled(QStringLiteral("recycle")); });
+    session.await(session.documents().emptyRecycleBin(QStringLiteral("recycle")));
     context.out.setResult({{QStringLiteral("deleted"), total}});
     context.out.note(Text::tr("%n document(s) deleted for good.", nullptr, total));
 }

@@ -1,5 +1,4 @@
 #include <document_model/DocumentConversions.h>
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Listing.h>
 #include <velldoc/Text.h>
@@ -21,9 +20,7 @@ QList<VellDocument> readTree(Context &context, const VellDocument &folder)
     VellDocumentConditon condition;
     condition.parentId = folder._id;
     condition.selectTree = true;
-    QList<VellDocument> documents;
-    context.session().ask(
-        [&] { VellDocumentData::instance()->getDocuments(condition, documents); });
+    QList<VellDocument> documents = context.tree().list(condition);
     for (VellDocument &document : documents) {
         if (document.parentId == folder._id)
             document.parentId.clear();

@@ -27,11 +27,13 @@ _velldoc() {
         taken=$(_velldoc_plain "${BASH_REMATCH[0]}")
     fi
     cur=$(_velldoc_plain "$cur")
-    # The service, the project and the token of this line are those to ask.
+    # The service of this line is the one to ask, in the way that the line says.
     for ((i = 0; i < ${#line[@]}; i++)); do
         case ${line[i]} in
-            --url | --project | --token) settings+=("${line[i]}" "${line[i + 1]-}") ;;
-            --url=* | --project=* | --token=*) settings+=("${line[i]}") ;;
+            --url | --project | --token | --cacert | --cert | --key | --proxy)
+                settings+=("${line[i]}" "${line[i + 1]-}") ;;
+            --url=* | --project=* | --token=* | --cacert=* | --cert=* | --key=* | --proxy=*)
+                settings+=("${line[i]}") ;;
         esac
     done
     COMPREPLY=()

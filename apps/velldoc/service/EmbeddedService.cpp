@@ -30,28 +30,6 @@ QString servedAddress(const QString &dataDir)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
 }
 
-bool isInUse(const QString &dataDir)
-{
-    return QFileInfo::exists(dataDir + QStringLiteral("/lock"));
-}
-
-//! "127.0.0.1:8080", "[::1]:8080"; port 0 is any free one.
-void readAddress(const QString &text, ServiceOptions &options)
-{
-    const int colon = text.lastIndexOf(QLatin1Char(':'));
-    bool isNumber = false;
-    const uint port = text.mid(colon + 1).toUInt(&isNumber);
-    constexpr uint LargestPort = 65535;
-    if (colon <= 0 || !isNumber || port > LargestPort) {
-        throw Failure(ExitUsage,
-                      Text::tr("\"%1\" is no address: write it like 127.0.0.1:8080.").arg(text));
-    }
-    options.listenAddress = text.left(colon);
-    if (options.listenAddress.startsWith(QLatin1Char('[')))
-        options.listenAddress = options.listenAddress.mid(1, options.listenAddress.size() - 2);
-    options.port = static_cast<quint16>(port);
-}
-
 } // namespace
 
 class EmbeddedService::Private
@@ -74,7 +52,7 @@ QString EmbeddedService::start(const QString &dataDir)
     clock.start();
     QString error;
     while (!d->service.start(&error)) {
-        if (!isInUse(dataDir))
+        if (!ReferenceService::isInUse(dataDir))
             throw Failure(ExitFailed, error);
         QString address = servedAddress(dataDir);
         if (!address.isEmpty())
@@ -102,7 +80,10 @@ void EmbeddedService::serve(const QString &dataDir, const QString &address,
 {
     ServiceOptions options;
     options.dataDir = dataDir;
-    readAddress(address, options);
+    if (!options.setListen(address)) {
+        throw Failure(ExitUsage,
+                      Text::tr("\"%1\" is no address: write it like 127.0.0.1:8080.").arg(address));
+    }
     d = std::make_unique<Private>(options);
     QString error;
     if (!d->service.start(&error))

@@ -1,6 +1,7 @@
 #include <velldoc/transfer/UploadAttempt.h>
 
 #include <async_ops/AsyncCreateDocument.h>
+#include <async_ops/VellUploadLimits.h>
 #include <document_model/DocumentConversions.h>
 #include <velldoc/Session.h>
 #include <velldoc/output/Terminal.h>
@@ -16,7 +17,6 @@ using namespace std::chrono_literals;
 // The transport has its own time-out; only when even that has said nothing the job is given up.
 constexpr std::chrono::milliseconds Patience = 5s;
 constexpr std::chrono::milliseconds HashInterval = 100ms;
-constexpr qint64 ChunkBytes = 4'194'304;
 constexpr int MostRepeats = 8;
 
 } // namespace
@@ -94,10 +94,10 @@ void UploadAttempt::noteProgress(qint64 sentBytes, qint64 totalBytes)
 
 void UploadAttempt::countRepeats(qint64 sentBytes)
 {
-    const qint64 chunk = sentBytes / ChunkBytes;
+    const qint64 chunk = sentBytes / VellUploadLimits::ChunkBytes;
     if (chunk < m_lastChunk)
         ++m_repeats;
-    else if (sentBytes > m_sentBytes + ChunkBytes / 2)
+    else if (sentBytes > m_sentBytes + VellUploadLimits::ChunkBytes / 2)
         m_repeats = 0;
     m_lastChunk = chunk;
     if (m_repeats > MostRepeats)

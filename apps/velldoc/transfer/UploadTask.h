@@ -1,5 +1,6 @@
 #pragma once
 
+#include <async_ops/VellUploadLimits.h>
 #include <document_model/VellDocument.h>
 
 #include <QDateTime>
@@ -21,9 +22,7 @@ struct UploadTask
     qint64 sizeBytes = 0;
     QDateTime modifiedAt; //!< of the local file, when its size was taken
 
-    //! Above this size files go up in chunks.
-    static constexpr qint64 WholeFileLimit = 10'485'760;
-    bool isChunked() const { return sizeBytes > WholeFileLimit; }
+    bool isChunked() const { return sizeBytes > VellUploadLimits::WholeFileLimit; }
 
     //! Whether the file can be opened now: a file that is there may be open elsewhere.
     bool isReadable() const;

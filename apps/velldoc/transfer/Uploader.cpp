@@ -1,5 +1,6 @@
 #include <velldoc/transfer/Uploader.h>
 
+#include <async_ops/VellUploadLimits.h>
 #include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
@@ -19,7 +20,6 @@ constexpr std::size_t SmallFilesAtOnce = 4;
 constexpr int MostFailuresInRow = 6;
 constexpr int FirstPauseMs = 250;
 constexpr int LongestPauseMs = 8000;
-constexpr qint64 ChunkBytes = 4'194'304;
 
 //! Whether the same request can succeed when it is sent again.
 bool isWorthAnotherTry(const Failure &reason)
@@ -155,7 +155,7 @@ void Uploader::judge(Entry entry)
         return;
     }
     const Failure reason = reasonOf(attempt);
-    const qint64 chunk = attempt.sentBytes() / ChunkBytes;
+    const qint64 chunk = attempt.sentBytes() / VellUploadLimits::ChunkBytes;
     if (chunk > entry.farthestChunk) {
         entry.farthestChunk = chunk;
         entry.failuresInRow = 0;

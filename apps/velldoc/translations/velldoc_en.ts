@@ -101,5 +101,12 @@
             <numerusform>%1 of %n files are fetched.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n share(s) ended.</source>
+        <translation>
+            <numerusform>%n share ended.</numerusform>
+            <numerusform>%n shares ended.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>
