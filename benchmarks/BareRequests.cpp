@@ -144,3 +144,9 @@ void fillFolder(const QString &name, int count)
         postEntry(folderId, QStringLiteral("drawing %1.dwg").arg(i, 5, 10, QLatin1Char('0')),
                   fileId);
 }
+
+void makeFolders(int count)
+{
+    for (int i = 0; i < count; ++i)
+        postFolder(QStringLiteral("level %1").arg(i, 5, 10, QLatin1Char('0')));
+}

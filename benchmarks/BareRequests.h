@@ -18,3 +18,6 @@ QJsonObject listFolder(const QString &name);
 
 //! Makes a folder \a name with \a count documents of one content.
 void fillFolder(const QString &name, int count);
+
+//! Makes \a count folders at the top level.
+void makeFolders(int count);

@@ -1,9 +1,13 @@
 #include "UploadRun.h"
 
+#include "CurlClient.h"
+
 #include <async_ops/AsyncCreateDocument.h>
+#include <async_ops/VellUploadLimits.h>
 #include <document_model/DocumentConversions.h>
 
 #include <VellNetwork/NetworkManager.h>
+#include <VellNetwork/NetworkSettings.h>
 #include <VellNetwork/VellBaseApi.h>
 #include <VellPublicFun/VellPub.h>
 #include <VellSoftBase/VellSoftCache.h>
@@ -11,14 +15,14 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
-constexpr qint64 ChunkBytes = 4'194'304;
+using VellUploadLimits::ChunkBytes;
+
 const char Boundary[] = "boundary_.oOo._of_the_same_length_as_those_of_Qt=";
 
 using Clock = std::chrono::steady_clock;
@@ -55,16 +59,6 @@ QByteArray bodyOfChunk(QFile &file, const QByteArray &md5, int index)
     return body + "\r\n--" + Boundary + "--\r\n";
 }
 
-//! False for a request that failed.
-bool waitFor(QNetworkReply *reply)
-{
-    QEventLoop loop;
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
-    reply->deleteLater();
-    return reply->error() == QNetworkReply::NoError && !reply->readAll().isEmpty();
-}
-
 } // namespace
 
 void TickWatch::start()
@@ -73,6 +67,11 @@ void TickWatch::start()
     connect(&m_timer, &QTimer::timeout, this, &TickWatch::tick);
     m_last = Clock::now();
     m_timer.start(std::chrono::milliseconds(1));
+}
+
+void TickWatch::stop()
+{
+    m_timer.stop();
 }
 
 void TickWatch::tick()
@@ -92,6 +91,27 @@ QJsonObject TickWatch::take()
         {QStringLiteral("p999_ms"), m_gapsMs.at(std::min(behind, m_gapsMs.size() - 1))},
         {QStringLiteral("max_ms"), m_gapsMs.back()}};
     m_gapsMs.clear();
+    return seen;
+}
+
+ControlWatch::ControlWatch()
+{
+    m_ticks.moveToThread(&m_thread);
+    m_thread.start();
+    QMetaObject::invokeMethod(&m_ticks, &TickWatch::start, Qt::BlockingQueuedConnection);
+}
+
+ControlWatch::~ControlWatch()
+{
+    QMetaObject::invokeMethod(&m_ticks, &TickWatch::stop, Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+}
+
+QJsonObject ControlWatch::take()
+{
+    QJsonObject seen;
+    QMetaObject::invokeMethod(&m_ticks, &TickWatch::take, Qt::BlockingQueuedConnection, &seen);
     return seen;
 }
 
@@ -115,11 +135,17 @@ QJsonObject runJob(const QString &filePath, bool isWatched)
     AsyncCreateDocument job;
     QJsonObject result;
     TickWatch ticks;
+    std::optional<ControlWatch> control;
+    const auto note = [&](const QString &phase) {
+        result.insert(phase, ticks.take());
+        result.insert(phase + QLatin1String("_control"), control->take());
+    };
     if (isWatched) {
+        control.emplace();
         ticks.start();
         // The store has no record, and says so between hashing and the first chunk.
         QObject::connect(NetworkManager::instance(), &NetworkManager::requestFailed, &ticks,
-                         [&] { result.insert(QStringLiteral("hashing"), ticks.take()); });
+                         [&] { note(QStringLiteral("hashing")); });
     }
     QEventLoop loop;
     bool isDone = false;
@@ -137,7 +163,7 @@ QJsonObject runJob(const QString &filePath, bool isWatched)
         return {};
     result.insert(QStringLiteral("seconds"), secondsSince(start));
     if (isWatched)
-        result.insert(QStringLiteral("sending"), ticks.take());
+        note(QStringLiteral("sending"));
     result.insert(QStringLiteral("growth_kib"), peakMemoryKiB() - memoryBefore);
     return result;
 }
@@ -148,36 +174,14 @@ QJsonObject runBare(const QString &filePath)
     const Clock::time_point start = Clock::now();
     const QByteArray md5 = VellPub::getFileMd5(filePath).toLatin1();
     const double md5Seconds = secondsSince(start);
-    QNetworkAccessManager manager;
-    QNetworkRequest request(
-        QUrl(VellBaseApi::GetInstance().getBaseApi() + QStringLiteral("base-service/largefiles")));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, bodyContentType());
+    CurlClient client(VellBaseApi::GetInstance().getBaseApi(),
+                      NetworkSettings::instance().caCertificates());
+    const QByteArray contentType = QByteArray("multipart/form-data; boundary=\"") + Boundary + '"';
     QFile file(filePath);
     file.open(QIODevice::ReadOnly);
-    for (int index = 0; index * ChunkBytes < file.size(); ++index) {
-        if (!waitFor(manager.post(request, bodyOfChunk(file, md5, index))))
-            return {};
-    }
+    for (int index = 0; index * ChunkBytes < file.size(); ++index)
+        client.post("base-service/largefiles", contentType, bodyOfChunk(file, md5, index));
     return {{QStringLiteral("seconds"), secondsSince(start)},
             {QStringLiteral("md5_seconds"), md5Seconds},
             {QStringLiteral("growth_kib"), peakMemoryKiB() - memoryBefore}};
-}
-
-int writeBodies(const QString &filePath, const QString &folder)
-{
-    const QByteArray md5 = VellPub::getFileMd5(filePath).toLatin1();
-    QFile file(filePath);
-    file.open(QIODevice::ReadOnly);
-    int index = 0;
-    for (; index * ChunkBytes < file.size(); ++index) {
-        QFile body(folder + QLatin1Char('/') + QString::number(index));
-        body.open(QIODevice::WriteOnly);
-        body.write(bodyOfChunk(file, md5, index));
-    }
-    return index;
-}
-
-QByteArray bodyContentType()
-{
-    return QByteArray("multipart/form-data; boundary=\"") + Boundary + '"';
 }

@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QObject>
+#include <QThread>
 #include <QTimer>
 
 #include <chrono>
@@ -12,6 +13,7 @@ class TickWatch : public QObject
 {
 public:
     void start();
+    void stop();
 
     //! What was seen since the start or the last call: "ticks", "p999_ms", "max_ms" of the time between two ticks.
     QJsonObject take();
@@ -20,9 +22,24 @@ private:
     using Clock = std::chrono::steady_clock;
     void tick();
 
-    QTimer m_timer;
+    QTimer m_timer{this};
     Clock::time_point m_last;
     std::vector<double> m_gapsMs;
+};
+
+//! \brief A TickWatch on a thread that does nothing else: what the machine itself takes away.
+class ControlWatch
+{
+public:
+    ControlWatch();
+    ~ControlWatch();
+    Q_DISABLE_COPY(ControlWatch)
+
+    QJsonObject take();
+
+private:
+    QThread m_thread;
+    TickWatch m_ticks;
 };
 
 //! \brief The largest memory that this process has had so far, in KiB.
@@ -32,15 +49,9 @@ qint64 peakMemoryKiB();
 QJsonObject runJob(const QString &filePath, bool isWatched);
 
 //! \brief Computes the MD5 and then sends the bodies that the job would send, one after the other, by nothing
-//! but a QNetworkAccessManager. \return how it went; empty when it failed
+//! but libcurl on one connection. \return how it went; empty when it failed
 //!
 //! Both give "seconds" of wall time and "growth_kib", by how much the peak of the memory has grown; the
-//! watched job also what TickWatch has seen as "hashing" and "sending".
+//! watched job also what TickWatch has seen as "hashing" and "sending", and what ControlWatch has seen meanwhile as
+//! "hashing_control" and "sending_control".
 QJsonObject runBare(const QString &filePath);
-
-//! \brief Writes the bodies into \a folder as files "0", "1", …, for other programs to send.
-//! \return how many there are
-int writeBodies(const QString &filePath, const QString &folder);
-
-//! The type of the bodies, with their boundary.
-QByteArray bodyContentType();

@@ -9,7 +9,7 @@
 #include <cstdio>
 
 // velldoc's requests without velldoc, for a benchmark:
-// bare_requests URL put LOCAL NAME | list NAME | fill NAME COUNT
+// bare_requests URL put LOCAL NAME | list NAME | fill NAME COUNT | folders COUNT
 
 int main(int argc, char *argv[])
 {
@@ -24,9 +24,12 @@ int main(int argc, char *argv[])
         std::printf("%s\n", result.toJson(QJsonDocument::Compact).constData());
     } else if (action == QLatin1String("fill") && arguments.size() == 5) {
         fillFolder(arguments.at(3), arguments.at(4).toInt());
+    } else if (action == QLatin1String("folders") && arguments.size() == 4) {
+        makeFolders(arguments.at(3).toInt());
     } else {
         std::fprintf(stderr,
-                     "Usage: bare_requests URL put LOCAL NAME | list NAME | fill NAME COUNT\n");
+                     "Usage: bare_requests URL put LOCAL NAME | list NAME | fill NAME COUNT | "
+                     "folders COUNT\n");
         return 2;
     }
     return 0;

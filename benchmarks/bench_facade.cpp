@@ -1,17 +1,18 @@
+#include "DocumentTexts.h"
+
 #include <document_service/VellDocService.h>
 #include <document_service/VellDocumentData.h>
 #include <support/ScriptedServer.h>
 
+#include <VellNetwork/NetworkEventLoop.h>
+#include <VellNetwork/NetworkManager.h>
 #include <VellNetwork/VellBaseApi.h>
 
 #include <QCoreApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <benchmark/benchmark.h>
 
-// What the facade costs on top of the request functions, and what its cache answers cost.
+// What the facade costs on top of the request functions, those on top of a bare request, and answers from the cache.
 namespace {
 
 QString id(int number)
@@ -19,37 +20,12 @@ QString id(int number)
     return QStringLiteral("%1").arg(number, 24, 16, QLatin1Char('0'));
 }
 
-QByteArray listOf(int documents)
-{
-    QJsonArray list;
-    for (int i = 0; i < documents; ++i) {
-        list.append(QJsonObject{
-            {QStringLiteral("_id"), id(i)},
-            {QStringLiteral("name"), QStringLiteral("Level %1, plan.dwg").arg(i)},
-            {QStringLiteral("parentId"), id(documents)},
-            {QStringLiteral("projectId"), QStringLiteral("bridge")},
-            {QStringLiteral("category"), QStringLiteral("model")},
-            {QStringLiteral("type"), QStringLiteral("file")},
-            {QStringLiteral("order"), i},
-            {QStringLiteral("createdAt"), QStringLiteral("2020-05-31T08:00:00.000Z")},
-            {QStringLiteral("updatedAt"), QStringLiteral("2020-05-31T08:00:00.000Z")},
-            {QStringLiteral("createdBy"), id(1)},
-            {QStringLiteral("file"),
-             QJsonObject{{QStringLiteral("fileId"), id(i)},
-                         {QStringLiteral("fileSize"), 1000000 + i},
-                         {QStringLiteral("suffix"), QStringLiteral("dwg")}}},
-        });
-    }
-    return QJsonDocument(list).toJson(QJsonDocument::Compact);
-}
-
-//! Answers every request with the same list.
-class ListServer
+//! Answers every request with the same body.
+class OneAnswer
 {
 public:
-    explicit ListServer(int documents)
+    explicit OneAnswer(const QByteArray &body)
     {
-        const QByteArray body = listOf(documents);
         m_server.setHandler([body](const ScriptedRequest &) { return ScriptedReply::json(body); });
         VellBaseApi::GetInstance().setBaseApi(m_server.baseApi());
     }
@@ -61,7 +37,7 @@ private:
 
 void requestFunction(benchmark::State &state)
 {
-    ListServer server(int(state.range(0)));
+    OneAnswer server(documentList(int(state.range(0)), RecordShape::Short));
     for (auto unused : state) {
         QList<VellDocument> list;
         VellDocService::getDocuments(VellDocumentConditon(), list);
@@ -73,7 +49,7 @@ void requestFunction(benchmark::State &state)
 // Every second one finds an empty cache, every other one replaces what it holds.
 void facade(benchmark::State &state)
 {
-    ListServer server(int(state.range(0)));
+    OneAnswer server(documentList(int(state.range(0)), RecordShape::Short));
     VellDocumentData data;
     bool isFilled = false;
     for (auto unused : state) {
@@ -83,6 +59,37 @@ void facade(benchmark::State &state)
         isFilled = !isFilled;
         if (!isFilled)
             data.clear();
+        server.forget();
+    }
+}
+
+QByteArray oneDocument()
+{
+    const QByteArray list = documentList(1, RecordShape::Short);
+    return list.mid(1, list.size() - 2);
+}
+
+void bareRequest(benchmark::State &state)
+{
+    OneAnswer server(oneDocument());
+    const QString url = VellBaseApi::GetInstance().getBaseApi()
+        + QStringLiteral("document-service/documents/d1?expand=true");
+    for (auto unused : state) {
+        NetworkEventLoop loop(NetworkManager::instance()->get(url));
+        loop.exec();
+        benchmark::DoNotOptimize(loop.isSuccessful());
+        server.forget();
+    }
+}
+
+void getDoc(benchmark::State &state)
+{
+    OneAnswer server(oneDocument());
+    VellDocumentData data;
+    VellDocument document;
+    for (auto unused : state) {
+        data.getDoc(QStringLiteral("d1"), document, false);
+        benchmark::DoNotOptimize(document);
         server.forget();
     }
 }
@@ -110,9 +117,11 @@ void cachedDocument(benchmark::State &state)
 
 } // namespace
 
-BENCHMARK(requestFunction)->Arg(10000)->Unit(benchmark::kMillisecond)->MinTime(3);
-BENCHMARK(facade)->Arg(10000)->Unit(benchmark::kMillisecond)->MinTime(3);
-BENCHMARK(cachedDocument)->Arg(1000)->Arg(10000)->Arg(100000);
+BENCHMARK(requestFunction)->Name("list/plain")->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(facade)->Name("list/facade")->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(bareRequest)->Name("document/plain")->Unit(benchmark::kMicrosecond);
+BENCHMARK(getDoc)->Name("document/getDoc")->Unit(benchmark::kMicrosecond);
+BENCHMARK(cachedDocument)->Name("document/cached")->Arg(1000)->Arg(10000)->Arg(100000);
 
 int main(int argc, char *argv[])
 {

@@ -4,6 +4,7 @@
 #include <service/records/DocumentQuery.h>
 #include <service/records/Documents.h>
 #include <service/records/Files.h>
+#include <service/storage/DataFolder.h>
 #include <service/storage/Statement.h>
 
 #include <QCoreApplication>
@@ -25,11 +26,11 @@ const QString project = QStringLiteral("p1");
 class LargeFolder
 {
 public:
-    LargeFolder() : m_database(m_folder.filePath(QStringLiteral("records.sqlite")))
+    LargeFolder() : m_data(m_folder.path()), m_database(m_data)
     {
         m_database.open();
         Transaction transaction(m_database);
-        Users(m_database).ensureProject(project);
+        Projects(m_database).ensure(project);
         Documents documents(m_database, user);
         Document folder;
         folder.projectId = project;
@@ -38,7 +39,7 @@ public:
         documents.insert(folder);
         m_folderId = folder.id;
         const StoredFile file =
-            Files(m_database).insert({QString(), QStringLiteral("md5"), 1, {}}, user);
+            Files(m_database).insert({QString(), QStringLiteral("md5"), QString(), 1, {}}, user);
         for (int i = 0; i < Entries; ++i) {
             Document entry = folder;
             entry.type = i % 10 == 0 ? QStringLiteral("dir") : QStringLiteral("file");
@@ -63,6 +64,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
+    const DataFolder m_data;
     Database m_database;
     QString m_folderId;
 };
@@ -84,11 +86,13 @@ void page(benchmark::State &state, const char *order)
     query.skip = state.range(0);
     for (auto _ : state) {
         Access access(folder.database(), {user, user, true});
-        const QList<Document> documents = lister.list(query);
-        if (documents.size() != 50)
-            state.SkipWithError("the page is not full");
-        for (const Document &document : documents)
+        int count = 0;
+        lister.list(query, [&](const Document &document) {
             benchmark::DoNotOptimize(documentToJson(document, {}, access));
+            ++count;
+        });
+        if (count != 50)
+            state.SkipWithError("the page is not full");
     }
 }
 
@@ -112,7 +116,9 @@ void find(benchmark::State &state, const QJsonValue &name, int expected)
     query.where.insert(QStringLiteral("name"), name);
     query.limit = 50;
     for (auto _ : state) {
-        if (lister.list(query).size() != expected)
+        int count = 0;
+        lister.list(query, [&count](const Document &) { ++count; });
+        if (count != expected)
             state.SkipWithError("the result is wrong");
     }
 }

@@ -72,16 +72,19 @@ void measureTree(benchmark::State &state)
 } // namespace
 
 BENCHMARK_TEMPLATE(measureTree, VellPubDoc::makeDocListTree, Order::ByFolder)
+    ->Name("tree/by-folder")
     ->Arg(10000)
     ->Arg(100000)
     ->Arg(200000)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(measureTree, VellPubDoc::makeDocListTree, Order::Spread)
+    ->Name("tree/spread")
     ->Arg(10000)
     ->Arg(100000)
     ->Arg(200000)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(measureTree, makeTreeByScan, Order::ByFolder)
+    ->Name("tree/plain")
     ->Arg(10000)
     ->Unit(benchmark::kMillisecond);
 

@@ -8,9 +8,6 @@
 
 #include <cstdio>
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-
 // The file store's side of an upload that takes every chunk and forgets it at once, so that a benchmark
 // measures the client. GET /stats tells what has come since the last time it was asked.
 
@@ -31,7 +28,6 @@ public:
     Connection(QTcpSocket *socket, Stats *stats);
 
 private:
-    void acknowledgeAtOnce();
     void read();
     bool readHead();
     void answer();
@@ -56,19 +52,8 @@ Connection::Connection(QTcpSocket *socket, Stats *stats)
     connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
 }
 
-// Qt's client leaves Nagle's algorithm on, so that the end of a body waits for the acknowledgement of what
-// went before, up to 40 ms with each chunk. This is the server's delay and not what is measured; the kernel
-// falls back after a while, hence at each piece.
-void Connection::acknowledgeAtOnce()
-{
-    const int on = 1;
-    setsockopt(static_cast<int>(m_socket->socketDescriptor()), IPPROTO_TCP, TCP_QUICKACK, &on,
-               sizeof on);
-}
-
 void Connection::read()
 {
-    acknowledgeAtOnce();
     while (m_socket->bytesAvailable() > 0) {
         if (m_missing < 0 && !readHead())
             continue;
