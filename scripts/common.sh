@@ -35,23 +35,29 @@ configure_and_build() {
     step "Building ($preset)" cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
-qt_windows_cache=${XDG_CACHE_HOME:-~/.cache}/vell/qt-windows
+windows_cache=${XDG_CACHE_HOME:-~/.cache}/vell
 
-# find_qt_windows: VELL_QT_WINDOWS is then the folder of a Qt for Windows: the given one, a given archive
-# unpacked, or our own, which is built when there is none.
-find_qt_windows() {
-    local given=${VELL_QT_WINDOWS:-$qt_windows_cache}
+# find_for_windows VARIABLE NAME FILE SCRIPT: the variable is then the folder of that library for Windows: the folder
+# that it names, the archive that it names unpacked, or our own, which the script builds when there is none.
+find_for_windows() {
+    local variable=$1 name=$2 file=$3 script=$4
+    local given=${!variable:-$windows_cache/$name}
     [[ $given = /* ]] || given=$OLDPWD/$given # as the caller means it
     if [ -f "$given" ]; then
         logs=build/logs
-        rm -rf build/qt-windows
-        mkdir -p build/qt-windows
-        step "Unpacking Qt for Windows" tar -xf "$given" -C build/qt-windows --strip-components=1
-        given=$PWD/build/qt-windows
-    elif [ -z "${VELL_QT_WINDOWS:-}" ] && [ ! -e "$given" ]; then
-        scripts/build-qt-windows
+        rm -rf "build/$name"
+        mkdir -p "build/$name"
+        step "Unpacking $name" tar -xf "$given" -C "build/$name" --strip-components=1
+        given=$PWD/build/$name
+    elif [ -z "${!variable:-}" ] && [ ! -e "$given" ]; then
+        "$script"
     fi
-    [ -e "$given/lib/cmake/Qt5/Qt5Config.cmake" ] \
-        || fail "$given is neither the folder of a Qt 5 for Windows nor an archive of one"
-    export VELL_QT_WINDOWS=$given
+    [ -e "$given/$file" ] || fail "$given is neither a folder with $file nor an archive of one"
+    export "$variable=$given"
+}
+
+# find_windows_libraries: Qt and libcurl for Windows.
+find_windows_libraries() {
+    find_for_windows VELL_QT_WINDOWS qt-windows lib/cmake/Qt5/Qt5Config.cmake scripts/build-qt-windows
+    find_for_windows VELL_CURL_WINDOWS curl-windows lib/cmake/CURL/CURLConfig.cmake scripts/build-curl-windows
 }
