@@ -240,6 +240,15 @@ double median(std::vector<double> values)
     return values.at(values.size() / 2);
 }
 
+//! Who comes first in a round has another machine than who comes next, so they take turns at that, too.
+std::vector<size_t> order(size_t count, int round)
+{
+    std::vector<size_t> numbers;
+    for (size_t i = 0; i < count; ++i)
+        numbers.push_back((i + size_t(round)) % count);
+    return numbers;
+}
+
 void compareLoad(const std::vector<std::unique_ptr<Service>> &services, int rounds,
                  const char *title, const QByteArray &target, int connections)
 {
@@ -248,7 +257,7 @@ void compareLoad(const std::vector<std::unique_ptr<Service>> &services, int roun
     std::vector<std::vector<double>> tails(services.size());
     std::vector<std::vector<double>> costs(services.size());
     for (int round = 0; round < rounds; ++round) {
-        for (size_t i = 0; i < services.size(); ++i) {
+        for (const size_t i : order(services.size(), round)) {
             const double before = services[i]->processorTime();
             const Load load = measureLoad(services[i]->port(), connections, request);
             const double used = services[i]->processorTime() - before;
@@ -274,7 +283,7 @@ void compareTransfers(const std::vector<std::unique_ptr<Service>> &services, int
     Figures down(services.size());
     Figures downCosts(services.size());
     for (int round = 0; round < rounds; ++round) {
-        for (size_t i = 0; i < services.size(); ++i) {
+        for (const size_t i : order(services.size(), round)) {
             const double start = services[i]->processorTime();
             QByteArray id;
             up[i].push_back(services[i]->upload(round, &id));

@@ -53,7 +53,7 @@ public:
     void add(const char *key, const QJsonValue &value)
     {
         if (wants(key))
-            m_object.insert(QString::fromLatin1(key), value);
+            m_object.insert(QLatin1String(key), value);
     }
     QJsonObject take() { return std::move(m_object); }
 

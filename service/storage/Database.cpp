@@ -5,13 +5,17 @@
 #include <service/storage/RegexFunction.h>
 #include <service/storage/Statement.h>
 
+#include <QCache>
 #include <QFile>
-#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QUuid>
 
 #include <cerrno>
+#include <map>
+#include <memory>
 #include <sqlite3.h>
 
 // A static library's resources are not registered by themselves; the macro needs the global scope.
@@ -25,10 +29,28 @@ namespace service {
 namespace {
 
 constexpr int NewestSchema = 2;
+constexpr int KeptStatements = 64; // of a connection
+constexpr int LongestKeptStatement = 4000; // characters
 
 //! Whether this thread's connections are closed already: objects with static lifetime outlive those of
 //! the main thread.
 thread_local bool hasEnded = false;
+
+//! One thread's connection to one database, and the statements that are prepared on it.
+struct ThreadConnection
+{
+    explicit ThreadConnection(const QString &connectionName) : name(connectionName) {}
+    ~ThreadConnection()
+    {
+        statements.clear();
+        QSqlDatabase::removeDatabase(name);
+    }
+    ThreadConnection(const ThreadConnection &) = delete;
+    ThreadConnection &operator=(const ThreadConnection &) = delete;
+
+    const QString name;
+    QCache<QString, QSqlQuery> statements{KeptStatements};
+};
 
 //! The connections of one thread, by instance; closes them when the thread ends.
 class ThreadConnections
@@ -36,22 +58,24 @@ class ThreadConnections
 public:
     ~ThreadConnections()
     {
-        for (const QString &name : qAsConst(m_names))
-            QSqlDatabase::removeDatabase(name);
+        m_connections.clear();
         hasEnded = true;
     }
 
-    QString find(const QString &instance) const { return m_names.value(instance); }
-    void insert(const QString &instance, const QString &name) { m_names.insert(instance, name); }
-    void remove(const QString &instance)
+    //! Null if there is none.
+    ThreadConnection *find(const QString &instance) const
     {
-        const QString name = m_names.take(instance);
-        if (!name.isEmpty())
-            QSqlDatabase::removeDatabase(name);
+        const auto found = m_connections.find(instance);
+        return found == m_connections.end() ? nullptr : found->second.get();
     }
+    void insert(const QString &instance, const QString &name)
+    {
+        m_connections[instance] = std::make_unique<ThreadConnection>(name);
+    }
+    void remove(const QString &instance) { m_connections.erase(instance); }
 
 private:
-    QHash<QString, QString> m_names;
+    std::map<QString, std::unique_ptr<ThreadConnection>> m_connections;
 };
 
 ThreadConnections &threadConnections()
@@ -88,6 +112,11 @@ void executeScript(QSqlDatabase &connection, const QString &fileName)
 DatabaseError::DatabaseError(const QString &message, int sqliteCode, int systemError)
     : std::runtime_error(message.toStdString()), m_sqliteCode(sqliteCode),
       m_systemError(systemError)
+{}
+
+DatabaseError::DatabaseError(const QSqlQuery &query)
+    : DatabaseError(query.lastError().text(), query.lastError().nativeErrorCode().toInt(),
+                    sqlite3_system_errno(*static_cast<sqlite3 **>(query.driver()->handle().data())))
 {}
 
 bool DatabaseError::isFull() const
@@ -161,9 +190,8 @@ void Database::copyTo(const QString &fileName)
 
 QSqlDatabase Database::connection()
 {
-    const QString known = threadConnections().find(m_instance);
-    if (!known.isEmpty())
-        return QSqlDatabase::database(known, false);
+    if (const ThreadConnection *const known = threadConnections().find(m_instance))
+        return QSqlDatabase::database(known->name, false);
 
     const QString name = QUuid::createUuid().toString();
     {
@@ -178,6 +206,29 @@ QSqlDatabase Database::connection()
     QSqlDatabase::removeDatabase(name);
     throw DatabaseError(QStringLiteral("The database %1 cannot be opened").arg(m_folder.records()),
                         SQLITE_CANTOPEN);
+}
+
+QSqlQuery Database::prepared(const QString &sql)
+{
+    QSqlDatabase link = connection();
+    const std::unique_ptr<QSqlQuery> kept(
+        threadConnections().find(m_instance)->statements.take(sql));
+    if (kept)
+        return *kept;
+    QSqlQuery query(link);
+    query.setForwardOnly(true);
+    if (!query.prepare(sql))
+        throw DatabaseError(query);
+    return query;
+}
+
+void Database::keep(const QString &sql, QSqlQuery query)
+{
+    query.finish();
+    if (hasEnded || sql.size() > LongestKeptStatement)
+        return;
+    if (ThreadConnection *const known = threadConnections().find(m_instance))
+        known->statements.insert(sql, new QSqlQuery(std::move(query)));
 }
 
 int Database::schema()

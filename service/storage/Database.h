@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 class QSqlDatabase;
+class QSqlQuery;
 
 namespace service {
 
@@ -17,6 +18,8 @@ class DatabaseError : public std::runtime_error
 public:
     //! \param systemError the errno behind \a sqliteCode; 0 for none
     DatabaseError(const QString &message, int sqliteCode, int systemError = 0);
+    //! Why \a query failed.
+    explicit DatabaseError(const QSqlQuery &query);
 
     //! The disk or the database has no room left.
     bool isFull() const;
@@ -65,6 +68,13 @@ public:
 
     //! The connection of the calling thread.
     QSqlDatabase connection();
+
+    //! A query with \a sql prepared on the calling thread's connection, from those that were kept if there is one.
+    //! \throws DatabaseError
+    QSqlQuery prepared(const QString &sql);
+    //! Keeps \a query, which prepared() has returned for \a sql, for the next time. Parsing takes longer than most
+    //! statements do.
+    void keep(const QString &sql, QSqlQuery query);
 
     std::mutex &writeLock() { return m_writeLock; }
 

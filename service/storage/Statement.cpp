@@ -1,44 +1,32 @@
 #include <service/storage/Statement.h>
 
-#include <QSqlDatabase>
-#include <QSqlDriver>
 #include <QSqlError>
 
-#include <sqlite3.h>
+#include <utility>
 
 namespace service {
 
-namespace {
-
-[[noreturn]] void fail(const QSqlQuery &query)
-{
-    const QSqlError error = query.lastError();
-    auto *handle = *static_cast<sqlite3 **>(query.driver()->handle().data());
-    throw DatabaseError(error.text(), error.nativeErrorCode().toInt(),
-                        sqlite3_system_errno(handle));
-}
-
-} // namespace
-
 Statement::Statement(Database &database, const QString &sql, const QVariantList &values)
-    : m_query(database.connection())
+    : m_database(database), m_sql(sql), m_query(database.prepared(sql))
 {
-    m_query.setForwardOnly(true);
-    if (!m_query.prepare(sql))
-        fail(m_query);
     for (const QVariant &value : values) {
         const bool isNullText = value.type() == QVariant::String && value.isNull();
         m_query.addBindValue(isNullText ? QVariant(QStringLiteral("")) : value);
     }
     if (!m_query.exec())
-        fail(m_query);
+        throw DatabaseError(m_query);
+}
+
+Statement::~Statement()
+{
+    m_database.keep(m_sql, std::move(m_query));
 }
 
 bool Statement::next()
 {
     const bool hasRow = m_query.next();
     if (!hasRow && m_query.lastError().isValid())
-        fail(m_query);
+        throw DatabaseError(m_query);
     return hasRow;
 }
 

@@ -15,6 +15,9 @@ class Statement
 {
 public:
     Statement(Database &database, const QString &sql, const QVariantList &values = {});
+    ~Statement();
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
 
     bool next();
     void finish() { m_query.finish(); }
@@ -27,6 +30,8 @@ public:
     bool isNull(int column) const { return m_query.isNull(column); }
 
 private:
+    Database &m_database;
+    const QString m_sql;
     QSqlQuery m_query;
 };
 
