@@ -222,13 +222,13 @@ QSqlQuery Database::prepared(const QString &sql)
     return query;
 }
 
-void Database::keep(const QString &sql, QSqlQuery query)
+void Database::keep(const QString &sql, QSqlQuery &query)
 {
     query.finish();
     if (hasEnded || sql.size() > LongestKeptStatement)
         return;
     if (ThreadConnection *const known = threadConnections().find(m_instance))
-        known->statements.insert(sql, new QSqlQuery(std::move(query)));
+        known->statements.insert(sql, new QSqlQuery(query));
 }
 
 int Database::schema()

@@ -74,7 +74,7 @@ public:
     QSqlQuery prepared(const QString &sql);
     //! Keeps \a query, which prepared() has returned for \a sql, for the next time. Parsing takes longer than most
     //! statements do.
-    void keep(const QString &sql, QSqlQuery query);
+    void keep(const QString &sql, QSqlQuery &query);
 
     std::mutex &writeLock() { return m_writeLock; }
 

@@ -2,8 +2,6 @@
 
 #include <QSqlError>
 
-#include <utility>
-
 namespace service {
 
 Statement::Statement(Database &database, const QString &sql, const QVariantList &values)
@@ -19,7 +17,7 @@ Statement::Statement(Database &database, const QString &sql, const QVariantList 
 
 Statement::~Statement()
 {
-    m_database.keep(m_sql, std::move(m_query));
+    m_database.keep(m_sql, m_query);
 }
 
 bool Statement::next()
