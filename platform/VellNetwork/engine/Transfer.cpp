@@ -39,6 +39,9 @@ Transfer::News Transfer::take(qint64 maxDataBytes)
         news.hasMoreData = !m_news.data.isEmpty();
         if (!news.hasMoreData)
             news.end = std::exchange(m_news.end, std::nullopt);
+        // The receiver may be gone before the end is announced.
+        if (news.end)
+            m_receiver = nullptr;
         if (!news.data.isEmpty())
             isResumed = std::exchange(m_isHeldBack, false);
     }

@@ -94,6 +94,7 @@ public:
     //! \name For the caller's thread
     //! \{
 
+    //! No event is posted once the end has been taken.
     //! \param maxDataBytes how much data is wanted; what is left stays here and holds the connection back
     News take(qint64 maxDataBytes);
 
