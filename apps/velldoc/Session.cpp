@@ -3,11 +3,6 @@
 #include <velldoc/Text.h>
 #include <velldoc/output/Interrupt.h>
 
-#include <VellNetwork/NetworkManager.h>
-#include <VellNetwork/NetworkSettings.h>
-#include <VellNetwork/VellBaseApi.h>
-#include <VellSoftBase/VellSoftCache.h>
-
 namespace velldoc {
 
 namespace {
@@ -79,11 +74,7 @@ Failure failureOf(ExitCode code, QString text, const QString &advice, int httpSt
 
 } // namespace
 
-Session::Session(const Settings &settings) : m_settings(settings), m_documents(&m_session)
-{
-    QObject::connect(NetworkManager::instance(), &NetworkManager::requestFailed, &m_receiver,
-                     [this](const NetworkFailure &failure) { m_lastFailure = failure; });
-}
+Session::Session(const Settings &settings) : m_settings(settings), m_documents(&m_session) {}
 
 void Session::open()
 {
@@ -107,19 +98,6 @@ void Session::open()
     if (error)
         throw describe(error);
     m_session.openProject(m_settings.project);
-    setProcessSettings(connection);
-}
-
-void Session::setProcessSettings(const VellConnection &connection)
-{
-    VellBaseApi::GetInstance().setBaseApi(connection.address);
-    NetworkSettings &network = NetworkSettings::instance();
-    network.setAccessToken(connection.accessToken);
-    network.setCaCertificates(connection.caCertificates);
-    network.setClientCertificate(connection.clientCertificate);
-    network.setProxy(connection.proxy);
-    GetSoftCache()->setCurrentProjectId(m_settings.project);
-    GetSoftCache()->setCurrentUserId(userId());
 }
 
 QString Session::baseApi() const
@@ -210,19 +188,6 @@ Failure Session::describe(const VellError &error) const
         break;
     }
     return failureOf(code, words, advice, error.httpStatus);
-}
-
-void Session::throwFailure()
-{
-    Interrupt::check();
-    if (m_lastFailure)
-        throw describe(*m_lastFailure);
-}
-
-void Session::throwRefusal()
-{
-    throwFailure();
-    throw Failure(ExitFailed, Text::tr("The service did not do it and did not say why."));
 }
 
 } // namespace velldoc

@@ -4,15 +4,10 @@
 #include <velldoc/Settings.h>
 #include <velldoc/service/EmbeddedService.h>
 
-#include <VellNetwork/NetworkFailure.h>
 #include <documents/VellDocuments.h>
 #include <session/VellSession.h>
 
 #include <QEventLoop>
-#include <QObject>
-
-#include <optional>
-#include <type_traits>
 
 namespace velldoc {
 
@@ -78,55 +73,16 @@ public:
     //! The sentence and the exit code for \a error.
     Failure describe(const VellError &error) const;
 
-    //! Runs \a question. \return what it returns
-    //! \throws Failure when a request of it failed, or after Ctrl-C
-    template <typename Question>
-    auto ask(Question question)
-    {
-        forgetFailure();
-        if constexpr (std::is_void_v<std::invoke_result_t<Question>>) {
-            question();
-            throwFailure();
-        } else {
-            auto answer = question();
-            throwFailure();
-            return answer;
-        }
-    }
-
-    //! Runs \a change, which says whether it succeeded. \throws Failure when it did not, or after Ctrl-C
-    template <typename Change>
-    void change(Change change)
-    {
-        forgetFailure();
-        if (!change())
-            throwRefusal();
-    }
-
-    //! Why the last request that failed did so; reset by forgetFailure().
-    std::optional<NetworkFailure> lastFailure() const { return m_lastFailure; }
-    void forgetFailure() { m_lastFailure.reset(); }
-
-    Failure describe(const NetworkFailure &failure) const
-    {
-        return describe(VellError::of(failure));
-    }
-
 private:
-    void throwFailure();
-    [[noreturn]] void throwRefusal();
     void wait(QEventLoop &loop);
     void loadNames();
-    void setProcessSettings(const VellConnection &connection);
 
     const Settings m_settings;
     QString m_address; // as it was given
     EmbeddedService m_embedded;
-    QObject m_receiver;
     VellSession m_session;
     VellDocuments m_documents;
     bool m_hasNames = false;
-    std::optional<NetworkFailure> m_lastFailure;
 };
 
 } // namespace velldoc

@@ -55,7 +55,7 @@ void DownloadRun::openPart(qint64 wantedBytes)
         QFile::remove(m_part.fileName());
     if (!m_part.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         failWriting();
-    if (m_part.size() > wantedBytes)
+    if (wantedBytes >= 0 && m_part.size() > wantedBytes)
         startOver();
     m_hash.reset();
     for (;;) {
@@ -79,7 +79,8 @@ bool DownloadRun::receiveMore(const QString &url)
     NetworkManager *const manager = NetworkManager::instance();
     // Of an empty content there is no part.
     const std::unique_ptr<QNetworkReply, ReplyEnd> reply(
-        sizeBytes() > 0 ? manager->getFrom(url, offset, outcome().entityTag) : manager->get(url));
+        sizeBytes() > 0 || offset > 0 ? manager->getFrom(url, offset, outcome().entityTag)
+                                      : manager->get(url));
     reply->setReadBufferSize(BufferBytes);
     QElapsedTimer age;
     age.start();
@@ -174,8 +175,11 @@ void DownloadRun::verify(const VellDocument &document)
     md5.replace('"', "");
     const qint64 arrived = QFileInfo(m_part.fileName()).size();
     const bool isOther = md5.size() == Md5Digits && m_hash.result().toHex() != md5.toLower();
-    if (arrived == document.fileSize && !isOther)
+    const bool isOtherSize = document.fileSize >= 0 && arrived != document.fileSize;
+    if (!isOtherSize && !isOther) {
+        setSizeBytes(arrived);
         return;
+    }
     QFile::remove(m_part.fileName());
     outcome().entityTag.clear();
     // What was received is of no use.

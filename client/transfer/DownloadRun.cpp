@@ -15,10 +15,7 @@ DownloadRun::DownloadRun(TransferTask task, TransferHub &hub)
 
 void DownloadRun::work()
 {
-    // The whole project has no record; a default one is a folder.
-    const VellDocument document = record().documentId.isEmpty()
-        ? VellDocument()
-        : DocumentLookup::fetch(service(), record().documentId);
+    const VellDocument document = source();
     if (document.recycle != 0)
         fail(Kind::NotFound, TransferText::targetDeleted());
     if (!LocalNames::isLocalName(record().localName))
@@ -29,6 +26,22 @@ void DownloadRun::work()
         downloadFolder(document);
     else
         downloadFile(document);
+}
+
+VellDocument DownloadRun::source()
+{
+    VellDocument document; // a folder
+    if (!record().contentId.isEmpty()) {
+        document._id = record().documentId;
+        document.name = record().name;
+        document.type = QStringLiteral("file");
+        document.fileId = record().contentId;
+        document.fileSize = record().sizeBytes;
+        return document;
+    }
+    // The whole project has no record.
+    return record().documentId.isEmpty() ? document
+                                         : DocumentLookup::fetch(service(), record().documentId);
 }
 
 void DownloadRun::downloadFile(const VellDocument &document)

@@ -14,6 +14,7 @@ public:
 private:
     void work() override;
     void cleanUp() override;
+    VellDocument source();
     void downloadFile(const VellDocument &document);
 
     // The local file, DownloadTarget.cpp

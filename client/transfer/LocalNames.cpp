@@ -143,7 +143,8 @@ QString LocalNames::numbered(const QString &name, int number)
 QString LocalNames::partPath(const TransferRecord &record)
 {
     constexpr int Digits = 16;
-    const QByteArray key = (record.documentId + QLatin1Char('/') + record.localName).toUtf8();
+    const QByteArray key =
+        (record.documentId + record.contentId + QLatin1Char('/') + record.localName).toUtf8();
     const QByteArray digest = QCryptographicHash::hash(key, QCryptographicHash::Md5).toHex();
     return record.localFolder + QLatin1String("/.vell-") + QString::fromLatin1(digest.left(Digits))
         + QLatin1String(".part");

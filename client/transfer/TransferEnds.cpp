@@ -14,7 +14,6 @@
 
 namespace {
 
-constexpr int MostFailuresInRow = 10;
 constexpr int MostOpenQuestions = 100;
 
 } // namespace
@@ -112,7 +111,7 @@ void TransferQueue::takeFailure(qint64 id, TransferItem &item, const TransferOut
 {
     m_list.setError(id, outcome.error);
     ++item.failuresInRow;
-    if (!outcome.canTryAgain || item.failuresInRow >= MostFailuresInRow) {
+    if (!outcome.canTryAgain || item.failuresInRow >= m_attemptLimit) {
         finish(id, item, VellTransferState::Failed, {});
         return;
     }

@@ -40,10 +40,10 @@ TransferItem &TransferList::add(const TransferRecord &record)
     if (item.state == VellTransferState::Done)
         item.doneBytes = std::max(item.sizeBytes, qint64(0));
     if (record.error || record.decision || record.base.isSet() || record.trace.isSet()
-        || !record.entityTag.isEmpty()) {
-        m_extras.insert(
-            record.id,
-            {record.error, record.decision, record.base, record.trace, record.entityTag});
+        || !record.entityTag.isEmpty() || !record.contentId.isEmpty()) {
+        m_extras.insert(record.id,
+                        {record.error, record.decision, record.base, record.trace, record.entityTag,
+                         record.contentId});
     }
     count(item, 1);
     return m_items.emplace(record.id, std::move(item)).first->second;
@@ -107,6 +107,7 @@ TransferRecord TransferList::record(qint64 id, const TransferItem &item) const
     record.base = extra->base;
     record.trace = extra->trace;
     record.entityTag = extra->entityTag;
+    record.contentId = extra->contentId;
     return record;
 }
 

@@ -84,6 +84,7 @@ private:
         ReplaceBase base;
         UploadTrace trace;
         QByteArray entityTag;
+        QString contentId;
     };
 
     const Group &group(const TransferItem &item) const

@@ -55,6 +55,7 @@ public:
     void answer(qint64 id, VellConflictPolicy decision);
     void answerAll(qint64 id, VellConflictPolicy decision);
     void setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond);
+    void setAttemptLimit(int attempts) { m_attemptLimit = attempts; }
 
     const TransferList &list() const { return m_list; }
     VellTransfer snapshot(qint64 id) const;
@@ -165,6 +166,7 @@ private:
     int m_nextBatch = TransferJournal::FirstOwnNumber;
     qint64 m_nextId = TransferJournal::FirstOwnId;
     qint64 m_frontOrder = 0;
+    int m_attemptLimit = 10;
 
     std::map<std::pair<qint64, qint64>, qint64> m_ready[LaneCount]; // by order and identifier
     std::set<std::pair<qint64, qint64>>

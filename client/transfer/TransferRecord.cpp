@@ -104,13 +104,13 @@ QDataStream &operator<<(QDataStream &stream, const TransferRecord &record)
     stream << record.isFolder << record.isSkipped << record.localFolder << record.localName
            << record.name << record.folderId << record.documentId;
     const bool isSpecial = record.error || record.decision || record.base.isSet()
-        || record.trace.isSet() || !record.entityTag.isEmpty();
+        || record.trace.isSet() || !record.entityTag.isEmpty() || !record.contentId.isEmpty();
     stream << isSpecial;
     if (!isSpecial)
         return stream;
     stream << record.error << record.decision.has_value();
     writeEnum(stream, record.decision.value_or(VellConflictPolicy::Ask));
-    return stream << record.base << record.trace << record.entityTag;
+    return stream << record.base << record.trace << record.entityTag << record.contentId;
 }
 
 QDataStream &operator>>(QDataStream &stream, TransferRecord &record)
@@ -131,7 +131,7 @@ QDataStream &operator>>(QDataStream &stream, TransferRecord &record)
     readEnum(stream, decision, VellConflictPolicy::NewerOnly);
     if (hasDecision)
         record.decision = decision;
-    return stream >> record.base >> record.trace >> record.entityTag;
+    return stream >> record.base >> record.trace >> record.entityTag >> record.contentId;
 }
 
 QDataStream &operator<<(QDataStream &stream, const UploadTrace &trace)

@@ -67,6 +67,7 @@ struct TransferRecord
     ReplaceBase base; // what the decision or the caller wants to be replaced
     UploadTrace trace;
     QByteArray entityTag; // of the part of a download that is on the disk
+    QString contentId; // of a download that is not of the current version
 };
 
 //! \brief An entry of a folder that is transferred.

@@ -204,8 +204,10 @@ bool UploadRun::sendLarge(const Target &target)
         return false;
     }
     orFindStored([&] {
-        if (failure)
+        if (failure) {
+            requireUnchanged(); // else the service has refused a mixture of two states
             throw OperationFailure{*failure};
+        }
         if (!stored)
             fail(Kind::Unclear, TransferText::noEnd());
         finish(*stored);

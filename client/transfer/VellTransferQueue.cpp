@@ -16,6 +16,30 @@ void setLocalPath(TransferRecord &record, const QString &path)
     record.localName = clean.mid(slash + 1);
 }
 
+TransferRecord uploadRecord(const QString &path, const QString &folderId, int batch)
+{
+    TransferRecord record;
+    record.direction = VellTransferDirection::Upload;
+    setLocalPath(record, path);
+    record.name = record.localName;
+    record.folderId = folderId;
+    record.batch = batch;
+    return record;
+}
+
+//! Its local path is the caller's to set.
+TransferRecord downloadRecord(const VellDocument &document, int batch)
+{
+    TransferRecord record;
+    record.direction = VellTransferDirection::Download;
+    record.name = document.name;
+    record.documentId = document._id;
+    record.isFolder = document.type == QLatin1String("dir");
+    record.sizeBytes = record.isFolder ? -1 : document.fileSize;
+    record.batch = batch;
+    return record;
+}
+
 } // namespace
 
 VellTransferQueue::VellTransferQueue(QObject *parent)
@@ -43,13 +67,7 @@ int VellTransferQueue::addBatch(VellConflictPolicy policy, const QString &catego
 
 qint64 VellTransferQueue::upload(const QString &path, const QString &folderId, int batch)
 {
-    TransferRecord record;
-    record.direction = VellTransferDirection::Upload;
-    setLocalPath(record, path);
-    record.name = record.localName;
-    record.folderId = folderId;
-    record.batch = batch;
-    return d->add(std::move(record));
+    return d->add(uploadRecord(path, folderId, batch));
 }
 
 qint64 VellTransferQueue::upload(const QString &path, const QString &folderId,
@@ -58,29 +76,28 @@ qint64 VellTransferQueue::upload(const QString &path, const QString &folderId,
     return upload(path, folderId, addBatch(policy));
 }
 
+qint64 VellTransferQueue::uploadAs(const QString &path, const QString &folderId,
+                                   const QString &name, int batch)
+{
+    TransferRecord record = uploadRecord(path, folderId, batch);
+    record.name = name;
+    return d->add(std::move(record));
+}
+
 qint64 VellTransferQueue::uploadVersion(const QString &path, const VellDocument &document)
 {
-    TransferRecord record;
-    record.direction = VellTransferDirection::Upload;
-    setLocalPath(record, path);
+    TransferRecord record =
+        uploadRecord(path, document.parentId, addBatch(VellConflictPolicy::Replace));
     record.name = document.name;
-    record.folderId = document.parentId;
-    record.batch = addBatch(VellConflictPolicy::Replace);
     record.base = ReplaceBase::of(document);
     return d->add(std::move(record));
 }
 
 qint64 VellTransferQueue::download(const VellDocument &document, const QString &folder, int batch)
 {
-    TransferRecord record;
-    record.direction = VellTransferDirection::Download;
+    TransferRecord record = downloadRecord(document, batch);
     record.localFolder = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     record.localName = document.name;
-    record.name = document.name;
-    record.documentId = document._id;
-    record.isFolder = document.type == QLatin1String("dir");
-    record.sizeBytes = record.isFolder ? -1 : document.fileSize;
-    record.batch = batch;
     return d->add(std::move(record));
 }
 
@@ -88,6 +105,25 @@ qint64 VellTransferQueue::download(const VellDocument &document, const QString &
                                    VellConflictPolicy policy)
 {
     return download(document, folder, addBatch(policy));
+}
+
+qint64 VellTransferQueue::downloadAs(const VellDocument &document, const QString &path, int batch)
+{
+    TransferRecord record = downloadRecord(document, batch);
+    setLocalPath(record, path);
+    return d->add(std::move(record));
+}
+
+qint64 VellTransferQueue::downloadVersion(const VellDocument &version, const QString &path,
+                                          int batch)
+{
+    TransferRecord record = downloadRecord(version, batch);
+    setLocalPath(record, path);
+    record.isFolder = false;
+    record.contentId = version.fileId;
+    // Histories do not tell the sizes of large contents.
+    record.sizeBytes = version.fileSize > 0 ? version.fileSize : -1;
+    return d->add(std::move(record));
 }
 
 void VellTransferQueue::pause(qint64 id)
@@ -159,6 +195,11 @@ void VellTransferQueue::answerAll(qint64 id, VellConflictPolicy decision)
 void VellTransferQueue::setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond)
 {
     d->setSpeedLimits(sentPerSecond, receivedPerSecond);
+}
+
+void VellTransferQueue::setAttemptLimit(int attempts)
+{
+    d->setAttemptLimit(attempts);
 }
 
 VellTransfer VellTransferQueue::transfer(qint64 id) const

@@ -27,7 +27,7 @@ class VellDocuments;
 //!
 //! \par Service
 //! Each transfer keeps the connection, the project and the user that the session had when it was added. After a failure that can
-//! pass (VellError::isTemporary()) it is tried again, after growing pauses, until ten attempts in a row have moved
+//! pass (VellError::isTemporary()) it is tried again, after growing pauses, until ten attempts in a row (setAttemptLimit()) have moved
 //! nothing. While the session is offline the transfers wait, and go on by themselves when it is back.
 //!
 //! \par One document for each upload
@@ -82,6 +82,9 @@ public:
     qint64 upload(const QString &path, const QString &folderId,
                   VellConflictPolicy policy = VellConflictPolicy::Ask);
 
+    //! The same under the name \a name.
+    qint64 uploadAs(const QString &path, const QString &folderId, const QString &name, int batch);
+
     //! Makes the file at \a path a new version of \a document, unless that has been changed since it was as \a document
     //! says: the transfer fails with VellError::Kind::ChangedMeanwhile then.
     qint64 uploadVersion(const QString &path, const VellDocument &document);
@@ -94,6 +97,12 @@ public:
     qint64 download(const VellDocument &document, const QString &folder, int batch);
     qint64 download(const VellDocument &document, const QString &folder,
                     VellConflictPolicy policy = VellConflictPolicy::Ask);
+
+    //! The same, as the local file or folder \a path.
+    qint64 downloadAs(const VellDocument &document, const QString &path, int batch);
+
+    //! Fetches the content of \a version, as VellDocuments::history() has it, as the local file \a path.
+    qint64 downloadVersion(const VellDocument &version, const QString &path, int batch);
     //! \}
 
     //! \name Commands
@@ -135,6 +144,10 @@ public:
     //! How much is sent and received in all, in bytes per second; 0 for no limit. The running transfers share it; a request that
     //! is under way keeps its share.
     void setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond);
+
+    //! How many attempts in a row that move nothing a transfer has, from now on; at least 1, at most 255, ten at first. While
+    //! the session is offline no attempts are made.
+    void setAttemptLimit(int attempts);
 
     //! \name Looking
     //! \{

@@ -37,7 +37,7 @@ constexpr Row Rows[] = {
     {"find", "find x", "documents"},
     {"info", "info /D/x", "documents"},
     {"put", "put x /", "failed skipped stored"},
-    {"get", "get /D/x back", "fetched skipped"},
+    {"get", "get /D/x back", "failed fetched skipped"},
     {"mkdir", "mkdir /new", "folders"},
     {"mv", "mv /D/x /", "documents"},
     {"rename", "rename /D/x y", "document"},

@@ -6,6 +6,10 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 class TestVelldocTransfers : public QObject
 {
     Q_OBJECT
@@ -24,6 +28,11 @@ private Q_SLOTS:
     void folderInTheWayIsNotReplaced();
     void fetchDoesNotReplaceUnasked();
     void fetchLeavesNothingHalfDone();
+    void whatCannotBeFetchedIsNamedAndTheRestComes();
+#ifdef Q_OS_UNIX
+    void pipeIsWrittenTo();
+    void linkStays();
+#endif
     void contentGoesToTheStandardOutput();
     void nothingIsSentTwiceForOneFolder();
     void unreadableFileIsNamedAndTheRestIsStored();
@@ -191,7 +200,7 @@ void TestVelldocTransfers::fetchLeavesNothingHalfDone()
                    QStringLiteral("/")});
     FaultRule fault;
     fault.kind = FaultRule::Kind::CutReply;
-    fault.value = 50'000;
+    fault.value = 0;
     fault.pathPrefix = QStringLiteral("/base-service/files");
     fault.times = 0;
     world.service().addFault(fault);
@@ -202,11 +211,65 @@ void TestVelldocTransfers::fetchLeavesNothingHalfDone()
     QVERIFY(QDir(world.path(QStringLiteral("down"))).isEmpty());
 
     world.service().clearFaults();
+    fault.value = 50'000;
     fault.times = 1;
     world.service().addFault(fault);
     world.succeed({QStringLiteral("get"), QStringLiteral("/a"), QStringLiteral("down")});
     QCOMPARE(VelldocWorld::read(world.path(QStringLiteral("down/a"))), QByteArray(100'000, 'x'));
 }
+
+void TestVelldocTransfers::whatCannotBeFetchedIsNamedAndTheRestComes()
+{
+    VelldocWorld world;
+    for (const QString &name :
+         {QStringLiteral("d/a"), QStringLiteral("d/b"), QStringLiteral("d/c")})
+        world.write(name, name.toUtf8());
+    world.succeed({QStringLiteral("put"), QStringLiteral("d"), QStringLiteral("/")});
+    QVERIFY(QDir().mkpath(world.path(QStringLiteral("back/b"))));
+    const VelldocRun run = world.run({QStringLiteral("get"), QStringLiteral("-r"),
+                                      QStringLiteral("/d"), QStringLiteral("back/d")});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(QFile::remove(world.path(QStringLiteral("back/d/b"))));
+    QVERIFY(QDir().mkpath(world.path(QStringLiteral("back/d/b"))));
+    const VelldocRun again =
+        world.run({QStringLiteral("get"), QStringLiteral("-rf"), QStringLiteral("/d/a"),
+                   QStringLiteral("/d/b"), QStringLiteral("/d/c"), QStringLiteral("back/d")});
+    QCOMPARE(again.exitCode, 1);
+    QVERIFY2(again.error.contains(QLatin1String("back/d/b was not fetched: it is a local folder.")),
+             qPrintable(again.error));
+    QVERIFY2(again.error.contains(QLatin1String("2 files fetched")), qPrintable(again.error));
+}
+
+#ifdef Q_OS_UNIX
+void TestVelldocTransfers::pipeIsWrittenTo()
+{
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("put"), world.write(QStringLiteral("a"), "content"), QStringLiteral("/")});
+    const QString pipe = world.path(QStringLiteral("pipe"));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QProcess reader;
+    reader.start(QStringLiteral("cat"), {pipe});
+    QVERIFY(reader.waitForStarted());
+    world.succeed({QStringLiteral("get"), QStringLiteral("-f"), QStringLiteral("/a"), pipe});
+    QVERIFY(reader.waitForFinished());
+    QCOMPARE(reader.readAllStandardOutput(), QByteArray("content"));
+    QVERIFY(!QFileInfo(pipe).isFile());
+}
+
+void TestVelldocTransfers::linkStays()
+{
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("put"), world.write(QStringLiteral("a"), "remote"), QStringLiteral("/")});
+    const QString target = world.write(QStringLiteral("target"), "local");
+    const QString link = world.path(QStringLiteral("link"));
+    QVERIFY(QFile::link(target, link));
+    world.succeed({QStringLiteral("get"), QStringLiteral("-f"), QStringLiteral("/a"), link});
+    QCOMPARE(VelldocWorld::read(target), QByteArray("remote"));
+    QCOMPARE(QFile::symLinkTarget(link), target);
+}
+#endif
 
 void TestVelldocTransfers::contentGoesToTheStandardOutput()
 {

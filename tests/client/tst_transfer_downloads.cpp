@@ -74,6 +74,9 @@ class TestTransferDownloads : public QObject
 private Q_SLOTS:
     void aDocumentBecomesAFile_data();
     void aDocumentBecomesAFile();
+    void aDocumentComesUnderAnotherName();
+    void anOlderVersionComes_data();
+    void anOlderVersionComes();
     void aFolderComesWithEverythingBelow();
     void documentsOfOneNameGetDistinctNames();
     void aConflictIsSettledByThePolicy_data();
@@ -86,6 +89,7 @@ private Q_SLOTS:
     void aNameThatNoFileCanHaveFails();
     void theRestIsFetchedAfterAPause();
     void aConnectionThatBreaksOffGoesOnWhereItWas();
+    void theAttemptsAreLimited();
     void otherBytesThanTheEntityTagSaysAreRefused();
     void withoutRoomNothingIsLeft();
     void aLimitHoldsBackWhatIsReceived();
@@ -121,6 +125,46 @@ void TestTransferDownloads::aDocumentBecomesAFile()
     QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{name});
     QCOMPARE(world.endCounts.value(id), 1);
+}
+
+void TestTransferDownloads::aDocumentComesUnderAnotherName()
+{
+    TransferWorld world;
+    const VellDocument stored =
+        await(world.documents.document(world.store(QStringLiteral("remote"), "content")._id));
+    const QString path = world.path(QStringLiteral("new/local"));
+    const qint64 id = world.queue.downloadAs(stored, path, world.queue.addBatch(Policy::Skip));
+    QCOMPARE(world.waitFor(id).localPath, path);
+    QCOMPARE(TransferWorld::contentOf(path), QByteArray("content"));
+}
+
+void TestTransferDownloads::anOlderVersionComes_data()
+{
+    QTest::addColumn<bool>("isSizeKnown");
+    QTest::newRow("with its size") << true;
+    QTest::newRow("without its size, as of large ones") << false;
+}
+
+void TestTransferDownloads::anOlderVersionComes()
+{
+    QFETCH(const bool, isSizeKnown);
+    TransferWorld world;
+    const VellDocument first = world.store(QStringLiteral("a"), "the first");
+    TransferWorld::write(world.path(QStringLiteral("a")), "another one");
+    const VellDocument current = await(world.documents.document(first._id));
+    QCOMPARE(
+        world.waitFor(world.queue.uploadVersion(world.path(QStringLiteral("a")), current)).state,
+        State::Done);
+    VellDocument version = await(world.documents.history(first._id)).last();
+    if (!isSizeKnown)
+        version.fileSize = 0;
+    const QString path = world.path(QStringLiteral("older"));
+    const qint64 id =
+        world.queue.downloadVersion(version, path, world.queue.addBatch(Policy::Skip));
+    const VellTransfer transfer = world.waitFor(id);
+    QCOMPARE(transfer.error.text, QString());
+    QCOMPARE(transfer.sizeBytes, 9);
+    QCOMPARE(TransferWorld::contentOf(path), QByteArray("the first"));
 }
 
 void TestTransferDownloads::aFolderComesWithEverythingBelow()
@@ -303,6 +347,24 @@ void TestTransferDownloads::aConnectionThatBreaksOffGoesOnWhereItWas()
     const qint64 id = world.queue.download(stored, world.path(QStringLiteral("here")));
     QCOMPARE(world.waitFor(id).state, State::Done);
     QVERIFY(TransferWorld::contentOf(world.path(QStringLiteral("here/large"))) == content);
+}
+
+void TestTransferDownloads::theAttemptsAreLimited()
+{
+    ScriptedWorld world;
+    int attempts = 0;
+    world.server.setHandler([&](const ScriptedRequest &request) {
+        if (!request.target.contains("base-service/files"))
+            return world.answer(request);
+        ++attempts;
+        ScriptedReply busy = ScriptedReply::json("{}");
+        busy.status = 503;
+        return busy;
+    });
+    world.queue.setAttemptLimit(2);
+    const qint64 id = world.queue.download(world.document, world.folder.path());
+    QTRY_COMPARE_WITH_TIMEOUT(world.queue.transfer(id).state, State::Failed, WaitMs);
+    QCOMPARE(attempts, 2);
 }
 
 void TestTransferDownloads::otherBytesThanTheEntityTagSaysAreRefused()

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void aFileBecomesADocument_data();
     void aFileBecomesADocument();
     void theStoreLearnsOfIt();
+    void aFileGoesUpUnderAnotherName();
     void aFolderGoesUpWithEverythingBelow();
 #ifndef Q_OS_WIN // which has neither such links nor such names
     void whatCannotGoUpFailsWithAReason();
@@ -85,6 +86,18 @@ void TestTransferUploads::theStoreLearnsOfIt()
     QCOMPARE(known->name, QStringLiteral("a"));
     QCOMPARE(known->fileSize, SmallBytes);
     QTRY_COMPARE_WITH_TIMEOUT(folders.size(), 1, WaitMs);
+}
+
+void TestTransferUploads::aFileGoesUpUnderAnotherName()
+{
+    TransferWorld world;
+    const QString path = world.makeFile(QStringLiteral("local.dwg"), SmallBytes);
+    const int batch = world.queue.addBatch(Policy::KeepBoth);
+    const qint64 first = world.queue.uploadAs(path, {}, QStringLiteral("remote.dwg"), batch);
+    QCOMPARE(world.waitFor(first).name, QStringLiteral("remote.dwg"));
+    world.waitFor(world.queue.uploadAs(path, {}, QStringLiteral("remote.dwg"), batch));
+    QCOMPARE(world.names(),
+             (QStringList{QStringLiteral("remote(2).dwg"), QStringLiteral("remote.dwg")}));
 }
 
 void TestTransferUploads::aFolderGoesUpWithEverythingBelow()

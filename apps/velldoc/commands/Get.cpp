@@ -4,30 +4,59 @@
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
+#include <velldoc/transfer/ContentStream.h>
 #include <velldoc/transfer/DownloadPlan.h>
-#include <velldoc/transfer/Downloader.h>
+#include <velldoc/transfer/Transfers.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
+#include <QScopeGuard>
 
 #include <cstdio>
+#include <optional>
 
 namespace velldoc {
 
 namespace {
 
-void toStandardOutput(Context &context, const VellDocument &document)
+void toStandardOutput(Context &context, const DownloadTask &task)
 {
     if (context.out.isJson())
         throw Failure(ExitUsage,
                       Text::tr("The standard output holds either the content or --json."));
-    Downloader downloader(context, 1, document.fileSize);
     QFile output;
     if (!output.open(stdout, QIODevice::WriteOnly))
         throw Failure(ExitFailed, Text::tr("The output could not be written."));
-    downloader.fetch({document.fileId, document.fileSize, document.name}, output);
+    streamContent(context, task, output);
 }
+
+//! \brief What became of the files of one command.
+struct Report
+{
+    QJsonArray fetched;
+    QJsonArray failed;
+    std::optional<Failure> firstFailure;
+    qint64 bytes = 0;
+
+    void addFetched(Context &context, const DownloadTask &task, const VellDocument &document)
+    {
+        fetched.append(QJsonObject{{QStringLiteral("local"), task.localPath},
+                                   {QStringLiteral("document"), documentJson(document)}});
+        bytes += qMax(qint64(0), document.fileSize);
+        if (context.isSet("verbose"))
+            context.out.print(task.localPath);
+    }
+
+    void addFailed(const QString &path, const Failure &failure)
+    {
+        failed.append(QJsonObject{{QStringLiteral("local"), path},
+                                  {QStringLiteral("message"), failure.sentence()}});
+        if (!firstFailure)
+            firstFailure = failure;
+    }
+};
 
 //! \a failure with what was done and how to go on.
 Failure unfinished(const Failure &failure, int doneCount, int count)
@@ -44,33 +73,64 @@ Failure unfinished(const Failure &failure, int doneCount, int count)
             failure.httpStatus()};
 }
 
-void fetchAll(Context &context, const DownloadPlan &plan)
+void throwFirstFailure(Context &context, const DownloadPlan &plan, const Report &report)
 {
-    Downloader downloader(context, plan.tasks().size(), plan.totalBytes());
-    QJsonArray fetched;
-    const auto setResult = [&] {
-        context.out.setResult(
-            {{QStringLiteral("fetched"), fetched},
-             {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())}});
-    };
-    setResult();
-    for (const DownloadTask &task : plan.tasks()) {
-        const VellDocument &document = task.document;
-        try {
-            downloader.fetch({document.fileId, task.sizeBytes, document.name}, task.localPath);
-        } catch (const Failure &failure) {
-            throw unfinished(failure, fetched.size(), plan.tasks().size());
-        }
-        fetched.append(QJsonObject{{QStringLiteral("local"), task.localPath},
-                                   {QStringLiteral("document"), documentJson(document)}});
-        setResult();
-        if (context.isSet("verbose"))
-            context.out.print(task.localPath);
+    if (!report.firstFailure)
+        return;
+    if (plan.tasks().size() == 1 && plan.unwritable().isEmpty())
+        throw Failure(*report.firstFailure);
+    for (const QJsonValue &value : report.failed) {
+        const QJsonObject entry = value.toObject();
+        context.out.error(Text::tr("%1 was not fetched: %2")
+                              .arg(entry.value(QLatin1String("local")).toString(),
+                                   entry.value(QLatin1String("message")).toString()));
     }
-    context.out.note(Text::tr("%n file(s) fetched, %1.", nullptr, plan.tasks().size())
-                         .arg(sizeText(downloader.doneBytes())));
-    if (!plan.skipped().isEmpty())
-        context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
+    throw Failure(report.firstFailure->code(),
+                  Text::tr("%n file(s) could not be fetched.", nullptr, report.failed.size()));
+}
+
+//! Into devices and pipes, one after the other.
+void streamAll(Context &context, const DownloadPlan &plan, Report &report)
+{
+    for (const DownloadTask &task : plan.tasks()) {
+        if (!task.isStream)
+            continue;
+        QFile device(task.localPath);
+        if (!device.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+            report.addFailed(
+                task.localPath,
+                {ExitFailed,
+                 Text::tr("The content cannot be written: %1.").arg(device.errorString())});
+            continue;
+        }
+        streamContent(context, task, device);
+        report.addFetched(context, task, task.document);
+    }
+}
+
+//! Into files.
+void fetchAll(Context &context, const DownloadPlan &plan, Report &report)
+{
+    Transfers transfers(context, plan.totalBytes());
+    const int batch = context.isSet("force")
+        ? transfers.queue().addBatch(VellConflictPolicy::Replace)
+        : transfers.batch();
+    QHash<qint64, DownloadTask> tasks;
+    for (const DownloadTask &task : plan.tasks()) {
+        if (task.isStream)
+            continue;
+        const qint64 id = task.isVersion
+            ? transfers.queue().downloadVersion(task.document, task.localPath, batch)
+            : transfers.queue().downloadAs(task.document, task.localPath, batch);
+        tasks.insert(id, task);
+    }
+    const auto reportEnds = qScopeGuard([&] {
+        for (const Transfers::Done &entry : transfers.done())
+            report.addFetched(context, tasks.value(entry.id), entry.document);
+        for (const Transfers::Failed &entry : transfers.failed())
+            report.addFailed(tasks.value(entry.id).localPath, entry.reason);
+    });
+    transfers.run(plan.tasks().isEmpty() ? QString() : plan.tasks().constFirst().document.name);
 }
 
 void run(Context &context)
@@ -84,23 +144,42 @@ void run(Context &context)
 
     DownloadPlan plan(context);
     for (const QString &source : qAsConst(sources)) {
-        const RemotePath path = RemotePath::parse(source);
-        VellDocument document = context.tree().find(path);
-        qint64 size = document.fileSize;
-        if (version > 0) {
-            const VellDocument content = versionOf(context.session(), document, version);
-            document.fileId = content.fileId;
-            size =
-                content.fileSize > 0 ? content.fileSize : -1; // histories tell no size above 2 GiB
-            document.fileSize = content.fileSize;
+        DownloadTask task;
+        task.document = context.tree().find(RemotePath::parse(source));
+        task.isVersion = version > 0;
+        if (task.isVersion) {
+            const VellDocument content = versionOf(context.session(), task.document, version);
+            task.document.fileId = content.fileId;
+            task.document.fileSize = content.fileSize;
         }
-        if (target == QLatin1String("-") && document.type == QLatin1String("file")) {
-            toStandardOutput(context, document);
+        if (target == QLatin1String("-") && task.document.type == QLatin1String("file")) {
+            toStandardOutput(context, task);
             return;
         }
-        plan.add(document, target, sources.size(), size);
+        plan.add(task.document, target, sources.size(), task.isVersion);
     }
-    fetchAll(context, plan);
+
+    Report report;
+    const auto setResult = qScopeGuard([&] {
+        context.out.setResult(
+            {{QStringLiteral("fetched"), report.fetched},
+             {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
+             {QStringLiteral("failed"), report.failed}});
+    });
+    for (const auto &entry : plan.unwritable())
+        report.addFailed(entry.first, {ExitFailed, Text::tr("%1.").arg(entry.second)});
+    try {
+        streamAll(context, plan, report);
+        fetchAll(context, plan, report);
+    } catch (const Failure &failure) {
+        throw unfinished(failure, report.fetched.size(), plan.tasks().size());
+    }
+    if (!report.firstFailure || plan.tasks().size() > 1)
+        context.out.note(Text::tr("%n file(s) fetched, %1.", nullptr, report.fetched.size())
+                             .arg(sizeText(report.bytes)));
+    if (!plan.skipped().isEmpty())
+        context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
+    throwFirstFailure(context, plan, report);
 }
 
 } // namespace

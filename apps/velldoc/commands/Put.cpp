@@ -3,11 +3,12 @@
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
+#include <velldoc/transfer/Transfers.h>
 #include <velldoc/transfer/UploadPlan.h>
-#include <velldoc/transfer/Uploader.h>
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 
 namespace velldoc {
 
@@ -43,13 +44,14 @@ QString nameOf(const QFileInfo &local)
     return QFileInfo(path).fileName();
 }
 
-void report(Context &context, const UploadPlan &plan, const Uploader &uploader)
+using Tasks = QHash<qint64, UploadTask>; // by transfer
+
+void report(Context &context, const UploadPlan &plan, const Transfers &transfers,
+            const Tasks &tasks)
 {
     QJsonArray stored;
-    qint64 bytes = 0;
-    for (const Uploader::Stored &entry : uploader.stored()) {
-        const UploadTask &task = entry.task;
-        bytes += task.sizeBytes;
+    for (const Transfers::Done &entry : transfers.done()) {
+        const UploadTask task = tasks.value(entry.id);
         const char *const action = task.replaced ? "replaced"
             : task.isRenamed                     ? "renamed"
                                                  : "created";
@@ -63,50 +65,53 @@ void report(Context &context, const UploadPlan &plan, const Uploader &uploader)
             context.out.print(task.remotePath);
     }
     QJsonArray failed;
+    const auto addFailed = [&failed](const QString &path, const QString &message) {
+        failed.append(
+            QJsonObject{{QStringLiteral("local"), path}, {QStringLiteral("message"), message}});
+    };
     for (const auto &entry : plan.unreadable()) {
         context.out.error(Text::tr("%1 was left out: %2.").arg(entry.first, entry.second));
-        failed.append(QJsonObject{{QStringLiteral("local"), entry.first},
-                                  {QStringLiteral("message"), entry.second}});
+        addFailed(entry.first, entry.second);
     }
-    for (const auto &entry : uploader.failed()) {
-        context.out.error(
-            Text::tr("%1 was not stored: %2").arg(entry.first.localPath, entry.second.sentence()));
-        failed.append(QJsonObject{{QStringLiteral("local"), entry.first.localPath},
-                                  {QStringLiteral("message"), entry.second.sentence()}});
+    for (const auto &entry : transfers.failed()) {
+        const QString path = tasks.value(entry.id).localPath;
+        const QString sentence = entry.reason.sentence();
+        context.out.error(Text::tr("%1 was not stored: %2").arg(path, sentence));
+        addFailed(path, sentence);
     }
     context.out.setResult({{QStringLiteral("stored"), stored},
                            {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
                            {QStringLiteral("failed"), failed}});
-    context.out.note(
-        Text::tr("%n file(s) stored, %1.", nullptr, uploader.stored().size()).arg(sizeText(bytes)));
+    context.out.note(Text::tr("%n file(s) stored, %1.", nullptr, transfers.done().size())
+                         .arg(sizeText(transfers.doneBytes())));
     if (!plan.skipped().isEmpty())
         context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
 }
 
 //! \a failure with what was done, and how to go on where that is of use.
-Failure unfinished(const Failure &failure, const UploadPlan &plan, const Uploader &uploader)
+Failure unfinished(const Failure &failure, const UploadPlan &plan, const Transfers &transfers)
 {
     QStringList sentences{failure.sentence()};
     if (plan.tasks().size() > 1) {
         sentences.append(Text::tr("%1 of %n file(s) are stored.", nullptr, plan.tasks().size())
-                             .arg(uploader.stored().size()));
+                             .arg(transfers.done().size()));
     }
     if (failure.code() != ExitNotAllowed) {
         sentences.append(
-            uploader.stored().isEmpty()
+            transfers.done().isEmpty()
                 ? Text::tr("The same command continues where the service has stopped.")
                 : Text::tr("The same command with --on-conflict skip stores the rest."));
     }
     return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
 }
 
-void throwFirstFailure(const UploadPlan &plan, const Uploader &uploader)
+void throwFirstFailure(const UploadPlan &plan, const Transfers &transfers)
 {
-    const int count = plan.unreadable().size() + uploader.failed().size();
+    const int count = plan.unreadable().size() + transfers.failed().size();
     if (count == 0)
         return;
     const ExitCode code =
-        plan.unreadable().isEmpty() ? uploader.failed().constFirst().second.code() : ExitFailed;
+        plan.unreadable().isEmpty() ? transfers.failed().constFirst().reason.code() : ExitFailed;
     throw Failure(code, Text::tr("%n file(s) could not be stored.", nullptr, count));
 }
 
@@ -143,15 +148,23 @@ void run(Context &context)
     }
     const Target target = findTarget(context, targetText, sources.size());
     const UploadPlan plan = makePlan(context, policy, sources, target);
-    Uploader uploader(context, plan.totalBytes());
-    try {
-        uploader.run(plan.tasks());
-    } catch (const Failure &failure) {
-        report(context, plan, uploader);
-        throw unfinished(failure, plan, uploader);
+    Transfers transfers(context, plan.totalBytes());
+    Tasks tasks;
+    for (const UploadTask &task : plan.tasks()) {
+        const qint64 id = task.replaced
+            ? transfers.queue().uploadVersion(task.localPath, *task.replaced)
+            : transfers.queue().uploadAs(task.localPath, task.parentId, task.name,
+                                         transfers.batch());
+        tasks.insert(id, task);
     }
-    report(context, plan, uploader);
-    throwFirstFailure(plan, uploader);
+    try {
+        transfers.run(plan.tasks().isEmpty() ? QString() : plan.tasks().constFirst().name);
+    } catch (const Failure &failure) {
+        report(context, plan, transfers, tasks);
+        throw unfinished(failure, plan, transfers);
+    }
+    report(context, plan, transfers, tasks);
+    throwFirstFailure(plan, transfers);
 }
 
 } // namespace

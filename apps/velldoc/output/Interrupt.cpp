@@ -23,7 +23,6 @@ namespace velldoc {
 namespace {
 
 std::atomic<bool> requested{false};
-std::function<void()> replacement;
 
 } // namespace
 
@@ -126,18 +125,9 @@ void Interrupt::pause(std::chrono::milliseconds duration)
     check();
 }
 
-std::shared_ptr<void> Interrupt::replaceUnwinding(std::function<void()> leave)
-{
-    replacement = std::move(leave);
-    return {nullptr, [](void *) { replacement = nullptr; }};
-}
-
 void Interrupt::unwind()
 {
-    if (replacement)
-        replacement();
-    else
-        QCoreApplication::exit(ExitInterrupted);
+    QCoreApplication::exit(ExitInterrupted);
 }
 
 } // namespace velldoc

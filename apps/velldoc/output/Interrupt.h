@@ -3,7 +3,6 @@
 #include <QObject>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 
 namespace velldoc {
@@ -30,10 +29,6 @@ public:
 
     //! Lets the events run for a while. \throws Failure after Ctrl-C
     static void pause(std::chrono::milliseconds duration);
-
-    //! Runs \a leave, on the main thread, instead of unwinding, while the returned object lives: for work that
-    //! does not return to the event loop by itself.
-    static std::shared_ptr<void> replaceUnwinding(std::function<void()> leave);
 
 private:
     void unwind();

@@ -64,10 +64,6 @@ namespace system_files {
 //! Makes \a path readable and writable for its owner alone.
 bool makePrivate(const QString &path);
 
-//! How far this process has read the file \a path through any of its open handles; -1 when the system does
-//! not tell.
-qint64 readPosition(const QString &path);
-
 //! Whether a file can have this name here.
 bool isFileName(const QString &name);
 

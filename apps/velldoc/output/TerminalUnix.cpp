@@ -74,24 +74,6 @@ bool system_files::makePrivate(const QString &path)
     return QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
 }
 
-qint64 system_files::readPosition(const QString &path)
-{
-    const QString wanted = QFileInfo(path).canonicalFilePath();
-    qint64 position = -1;
-    const QDir handles(QStringLiteral("/proc/self/fd"));
-    const QStringList names = handles.entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot);
-    for (const QString &name : names) {
-        if (QFile::symLinkTarget(handles.filePath(name)) != wanted)
-            continue;
-        QFile info(QStringLiteral("/proc/self/fdinfo/") + name);
-        if (!info.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArray line = info.readLine(); // "pos:\t1234\n"
-        position = qMax(position, line.mid(line.indexOf(':') + 1).trimmed().toLongLong());
-    }
-    return position;
-}
-
 bool system_files::isFileName(const QString &name)
 {
     return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..")

@@ -99,11 +99,6 @@ bool system_files::makePrivate(const QString &)
     return true; // the folder of a user's settings is the user's own
 }
 
-qint64 system_files::readPosition(const QString &)
-{
-    return -1;
-}
-
 bool system_files::isFileName(const QString &name)
 {
     return isWindowsFileName(name);

@@ -1,11 +1,11 @@
 #include <velldoc/transfer/UploadPlan.h>
 
-#include <document_service/VellDocumentData.h>
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/output/Interrupt.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace velldoc {
@@ -58,16 +58,18 @@ void UploadPlan::addFile(const QFileInfo &local, const VellDocument &folder, con
                local.exists() ? Text::tr("it is no plain file") : Text::tr("it is not there"));
         return;
     }
-    UploadTask task;
-    task.localPath = local.filePath();
-    if (!task.isReadable()) {
+    // The size that QFileInfo has of a shortcut of Windows is that of the file behind it.
+    QFile file(local.filePath());
+    if (!file.open(QIODevice::ReadOnly)) {
         refuse(local, Text::tr("it cannot be read"));
         return;
     }
+    UploadTask task;
+    task.localPath = local.filePath();
     task.remotePath = path.child(name).text();
     task.parentId = folder._id;
     task.name = name;
-    task.refresh();
+    task.sizeBytes = file.size();
     auto &names = m_context.tree().namesIn(folder._id);
     const auto taken = names.constFind(name);
     if (taken != names.constEnd() && !settleConflict(task, taken.value(), path)) {
@@ -87,11 +89,8 @@ bool UploadPlan::settleConflict(UploadTask &task, const VellDocument &taken,
                                 const RemotePath &folderPath)
 {
     const QStringList reserved = m_context.tree().namesIn(task.parentId).keys();
-    QString blocking;
-    const QString freeName = m_context.session().ask([&] {
-        return VellDocumentData::instance()->getValidDocName(task.parentId, task.name, blocking,
-                                                             QString(), reserved);
-    });
+    const QString freeName = m_context.session().await(
+        m_context.session().documents().freeName(task.parentId, task.name, QString(), reserved));
     // What this batch is about to store has no version yet that could be followed by another.
     const bool canReplace = !isFolder(taken) && !taken._id.isEmpty();
     switch (m_policy.decide(task.remotePath, freeName, canReplace)) {

@@ -1,19 +1,33 @@
 #pragma once
 
+#include <document_model/VellDocument.h>
 #include <velldoc/RemotePath.h>
 #include <velldoc/transfer/ConflictPolicy.h>
-#include <velldoc/transfer/UploadTask.h>
 
 #include <QList>
 #include <QPair>
 #include <QSet>
 #include <QStringList>
 
+#include <optional>
+
 class QFileInfo;
 
 namespace velldoc {
 
 class Context;
+
+//! \brief One local file on its way to a place in the project.
+struct UploadTask
+{
+    QString localPath;
+    QString remotePath; //!< for people and for --json
+    QString parentId;
+    QString name; //!< there
+    std::optional<VellDocument> replaced; //!< the document that gets a new version
+    bool isRenamed = false; //!< the wanted name was taken
+    qint64 sizeBytes = 0;
+};
 
 //! \brief Which files are to go where, settled before the first byte is sent: folders made, conflicts
 //! decided.

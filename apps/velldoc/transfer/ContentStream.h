@@ -1,0 +1,14 @@
+#pragma once
+
+class QIODevice;
+
+namespace velldoc {
+
+class Context;
+struct DownloadTask;
+
+//! Writes the content of \a task to \a device, which is open, as it arrives, with progress. \throws Failure; what has been
+//! written by then is a part of the content
+void streamContent(Context &context, const DownloadTask &task, QIODevice &device);
+
+} // namespace velldoc
