@@ -17,6 +17,7 @@ namespace {
 using Kind = VellError::Kind;
 
 constexpr int MostDecisions = 5;
+constexpr qint64 MostBytesAhead = 262144; // sent before the target is decided
 constexpr int LongestSettleMs = 2100;
 
 //! When the times of a file tell a change that is made from then on.
@@ -83,6 +84,9 @@ void UploadRun::uploadFile()
         }
         outcome().trace = {};
     }
+    // Then one look at the name is enough, immediately before the document is made.
+    if (sizeBytes() <= MostBytesAhead)
+        m_contentId = sendContent();
     for (int i = 0; i < MostDecisions; ++i) {
         const std::optional<Target> target = decide();
         if (!target || (isLarge ? sendLarge(*target) : sendSmall(*target)))

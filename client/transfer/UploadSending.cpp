@@ -60,13 +60,15 @@ void UploadRun::orFindStored(Request request)
 
 bool UploadRun::sendSmall(const Target &target)
 {
-    if (m_contentId.isEmpty())
+    const bool isDecidedAhead = m_contentId.isEmpty();
+    if (isDecidedAhead)
         m_contentId = sendContent();
     setStage(VellTransferState::Saving);
-    if (!isConfirmed(target)) {
+    if (isDecidedAhead && !isConfirmed(target)) {
         setStage(VellTransferState::Sending);
         return false;
     }
+    requireUnchanged();
     noteTrace(target);
     orFindStored([&] { finish(makeDocument(target, m_contentId)); });
     return true;
