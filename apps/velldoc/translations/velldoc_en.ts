@@ -108,5 +108,12 @@
             <numerusform>%n shares ended.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n file(s) could not be fetched.</source>
+        <translation>
+            <numerusform>%n file could not be fetched.</numerusform>
+            <numerusform>%n files could not be fetched.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

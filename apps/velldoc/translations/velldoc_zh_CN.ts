@@ -246,10 +246,6 @@
         <translation>请先在服务端腾出空间，再运行同一命令。</translation>
     </message>
     <message>
-        <source>The service did not do it and did not say why.</source>
-        <translation>服务没有执行该操作，也没有说明原因。</translation>
-    </message>
-    <message>
         <source>Kind</source>
         <translation>类型</translation>
     </message>
@@ -354,14 +350,6 @@
         <translation>文件 %1 无法写入。</translation>
     </message>
     <message>
-        <source>Interrupted. Run the same command again to go on.</source>
-        <translation>已中断。再次运行同一命令即可继续。</translation>
-    </message>
-    <message>
-        <source>%1 changed while it was being sent.</source>
-        <translation>%1 在发送过程中发生了变化。</translation>
-    </message>
-    <message>
         <source>%1.</source>
         <translation>%1。</translation>
     </message>
@@ -372,10 +360,6 @@
     <message>
         <source>%1: %2 Trying again.</source>
         <translation>%1：%2 正在重试。</translation>
-    </message>
-    <message>
-        <source>The service did not say that it has the file.</source>
-        <translation>服务没有确认已收到文件。</translation>
     </message>
     <message>
         <source>Checking %1</source>
@@ -390,10 +374,6 @@
     <message>
         <source>it is a link to a folder</source>
         <translation>它是指向文件夹的链接</translation>
-    </message>
-    <message>
-        <source>It can no longer be read.</source>
-        <translation>文件已无法读取。</translation>
     </message>
     <message>
         <source>it cannot be read</source>
@@ -412,20 +392,8 @@
         <translation>它不存在</translation>
     </message>
     <message>
-        <source>What arrived is not what the service has: try again.</source>
-        <translation>收到的内容与服务端不一致：请重试。</translation>
-    </message>
-    <message>
         <source>The content cannot be written: %1.</source>
         <translation>内容无法写入：%1。</translation>
-    </message>
-    <message>
-        <source>%1 cannot be written: %2.</source>
-        <translation>%1 无法写入：%2。</translation>
-    </message>
-    <message>
-        <source>%1 arrived with %2 bytes instead of %3: try again.</source>
-        <translation>%1 收到 %2 字节，应为 %3 字节：请重试。</translation>
     </message>
     <message>
         <source>--on-conflict takes ask, replace, rename, skip or cancel, not &quot;%1&quot;.</source>
@@ -456,10 +424,6 @@
         <translation>大写字母对之后的所有文件同样有效：</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; cannot be the name of a local file: fetch it alone, under another name.</source>
-        <translation>“%1”不能作为本地文件名：请单独下载并另取名称。</translation>
-    </message>
-    <message>
         <source>--force and --no-clobber exclude each other.</source>
         <translation>--force 与 --no-clobber 不能同时使用。</translation>
     </message>
@@ -470,18 +434,6 @@
     <message>
         <source>There is no local folder %1.</source>
         <translation>没有本地文件夹 %1。</translation>
-    </message>
-    <message>
-        <source>The folder %1 cannot be made.</source>
-        <translation>无法建立文件夹 %1。</translation>
-    </message>
-    <message>
-        <source>There are several documents for %1: fetch them one by one, by their identifiers.</source>
-        <translation>有多个文档对应 %1：请按标识逐个下载。</translation>
-    </message>
-    <message>
-        <source>%1 is a local folder.</source>
-        <translation>%1 是本地文件夹。</translation>
     </message>
     <message>
         <source>%1 is there already: pass --force to replace it, or --no-clobber to skip it.</source>
@@ -1543,6 +1495,40 @@
     <message>
         <source>what is shared at present</source>
         <translation>目前分享的内容</translation>
+    </message>
+    <message>
+        <source>Something of this name has been made meanwhile: run the same command again.</source>
+        <translation>其间出现了同名的内容：请重新运行同一命令。</translation>
+    </message>
+    <message>
+        <source>no local file can have this name: fetch it alone, under another name</source>
+        <translation>本地文件不能使用此名称：请单独以其他名称获取</translation>
+    </message>
+    <message>
+        <source>the folder cannot be made</source>
+        <translation>无法创建该文件夹</translation>
+    </message>
+    <message>
+        <source>there are several documents of this name: fetch them one by one, by their identifiers</source>
+        <translation>有多个同名文档：请按标识逐个获取</translation>
+    </message>
+    <message>
+        <source>it is a local folder</source>
+        <translation>它是本地文件夹</translation>
+    </message>
+    <message>
+        <source>it is a link to something that is not there</source>
+        <translation>它是一个链接，但所指的内容不存在</translation>
+    </message>
+    <message>
+        <source>%1 was not fetched: %2</source>
+        <translation>未获取 %1：%2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) could not be fetched.</source>
+        <translation>
+            <numerusform>%n 个文件未能获取。</numerusform>
+        </translation>
     </message>
 </context>
 </TS>
