@@ -142,7 +142,7 @@ void Session::wait(QEventLoop &loop)
 
 VellBulkResult Session::awaitAll(VellResult<VellBulkResult> *operation)
 {
-    const VellBulkResult result = await(operation);
+    VellBulkResult result = await(operation);
     if (!result.failed.isEmpty())
         throw describe(*result.failed.cbegin());
     return result;

@@ -29,7 +29,7 @@ public:
 
     struct Failed
     {
-        qint64 id;
+        qint64 id = 0;
         Failure reason;
     };
 
