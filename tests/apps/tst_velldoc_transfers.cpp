@@ -8,6 +8,7 @@
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 class TestVelldocTransfers : public QObject
@@ -30,6 +31,7 @@ private Q_SLOTS:
     void fetchLeavesNothingHalfDone();
     void whatCannotBeFetchedIsNamedAndTheRestComes();
 #ifdef Q_OS_UNIX
+    void everyEntryIsStoredOrNamed();
     void pipeIsWrittenTo();
     void linkStays();
 #endif
@@ -241,6 +243,35 @@ void TestVelldocTransfers::whatCannotBeFetchedIsNamedAndTheRestComes()
 }
 
 #ifdef Q_OS_UNIX
+void TestVelldocTransfers::everyEntryIsStoredOrNamed()
+{
+    VelldocWorld world;
+    world.write(QStringLiteral("d/good"), "1");
+    const QByteArray folder = QFile::encodeName(world.path(QStringLiteral("d")));
+    QFile file;
+    QVERIFY(file.open(fopen((folder + "/bad\xff").constData(), "w"), QIODevice::WriteOnly,
+                      QFileDevice::AutoCloseHandle));
+    file.close();
+    QCOMPARE(mkdir((folder + "/folder\xfe").constData(), 0700), 0);
+    QCOMPARE(mkfifo((folder + "/pipe").constData(), 0600), 0);
+    const VelldocRun run = world.run({QStringLiteral("put"), QStringLiteral("--json"),
+                                      QStringLiteral("d"), QStringLiteral("/")});
+    // QTemporaryDir does not find them.
+    QCOMPARE(unlink((folder + "/bad\xff").constData()), 0);
+    QCOMPARE(rmdir((folder + "/folder\xfe").constData()), 0);
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.result().value(QLatin1String("stored")).toArray().size(), 1);
+    QStringList reasons;
+    const QJsonArray failed = run.result().value(QLatin1String("failed")).toArray();
+    for (const QJsonValue &entry : failed)
+        reasons.append(entry.toObject().value(QLatin1String("message")).toString());
+    reasons.sort();
+    QCOMPARE(reasons,
+             (QStringList{QStringLiteral("it is no plain file"),
+                          QStringLiteral("its name is not UTF-8 text"),
+                          QStringLiteral("its name is not UTF-8 text")}));
+}
+
 void TestVelldocTransfers::pipeIsWrittenTo()
 {
     VelldocWorld world;

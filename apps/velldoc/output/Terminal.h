@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 #include <cstdio>
@@ -66,6 +67,10 @@ bool makePrivate(const QString &path);
 
 //! Whether a file can have this name here.
 bool isFileName(const QString &name);
+
+//! The names of everything in the folder \a path, sorted.
+//! \param notText those that are no text, and so cannot be sent, as far as they can be shown
+QStringList entriesOf(const QString &path, QStringList *notText);
 
 //! The same text for paths that name the same file, as those do that differ in case on Windows.
 QString uniqueKey(const QString &path);

@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QTextCodec>
 
+#include <dirent.h>
+#include <memory>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -78,6 +80,22 @@ bool system_files::isFileName(const QString &name)
 {
     return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..")
         && !name.contains(QLatin1Char('/')) && !name.contains(QChar::Null);
+}
+
+QStringList system_files::entriesOf(const QString &path, QStringList *notText)
+{
+    QStringList names;
+    const std::unique_ptr<DIR, int (*)(DIR *)> folder(opendir(QFile::encodeName(path).constData()),
+                                                      &closedir);
+    while (const dirent *const entry = folder ? readdir(folder.get()) : nullptr) {
+        const QByteArray bytes(entry->d_name);
+        if (bytes == "." || bytes == "..")
+            continue;
+        const QString name = QFile::decodeName(bytes);
+        (QFile::encodeName(name) == bytes ? names : *notText).append(name);
+    }
+    names.sort();
+    return names;
 }
 
 QString system_files::uniqueKey(const QString &path)

@@ -104,6 +104,12 @@ bool system_files::isFileName(const QString &name)
     return isWindowsFileName(name);
 }
 
+QStringList system_files::entriesOf(const QString &path, QStringList *)
+{
+    return QDir(path).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
 QString system_files::uniqueKey(const QString &path)
 {
     return path.toCaseFolded();

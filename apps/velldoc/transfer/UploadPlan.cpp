@@ -3,6 +3,7 @@
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
 #include <velldoc/output/Interrupt.h>
+#include <velldoc/output/Terminal.h>
 
 #include <QDir>
 #include <QFile>
@@ -43,11 +44,13 @@ void UploadPlan::addFolder(const QFileInfo &local, const VellDocument &folder,
     }
     const VellDocument target =
         taken == names.constEnd() ? m_context.tree().makeFolder(folder._id, name) : taken.value();
-    const QDir::Filters everything =
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    const QFileInfoList entries = QDir(local.filePath()).entryInfoList(everything, QDir::Name);
-    for (const QFileInfo &entry : entries)
-        add(entry, target, path.child(name), entry.fileName());
+    const QDir folderOnDisk(local.filePath());
+    QStringList notText;
+    const QStringList entries = system_files::entriesOf(local.filePath(), &notText);
+    for (const QString &entry : entries)
+        add(QFileInfo(folderOnDisk.filePath(entry)), target, path.child(name), entry);
+    for (const QString &entry : qAsConst(notText))
+        refuse(QFileInfo(folderOnDisk.filePath(entry)), Text::tr("its name is not UTF-8 text"));
 }
 
 void UploadPlan::addFile(const QFileInfo &local, const VellDocument &folder, const RemotePath &path,

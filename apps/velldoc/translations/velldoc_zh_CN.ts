@@ -1505,6 +1505,10 @@
         <translation>本地文件不能使用此名称：请单独以其他名称获取</translation>
     </message>
     <message>
+        <source>its name is not UTF-8 text</source>
+        <translation>其名称不是 UTF-8 文本</translation>
+    </message>
+    <message>
         <source>the folder cannot be made</source>
         <translation>无法创建该文件夹</translation>
     </message>
