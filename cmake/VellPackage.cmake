@@ -52,3 +52,8 @@ vell_install_pkg_config(VellClient "Sessions, operations, models and transfers o
 vell_install_pkg_config(VellNetwork "HTTP requests and uploads for VellDocumentData")
 vell_install_pkg_config(VellPublicFun "Dates, MD5 and entity links for VellDocumentData")
 vell_install_pkg_config(VellSoftBase "The open project, the user and the settings for VellDocumentData")
+
+if(TARGET vell-service)
+    install(FILES "${PROJECT_SOURCE_DIR}/packaging/service/vell-service.8"
+        DESTINATION "${CMAKE_INSTALL_MANDIR}/man8" COMPONENT Runtime)
+endif()
