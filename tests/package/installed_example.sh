@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Installs the build, moves the installed tree elsewhere, builds examples/minimal and examples/console_upload against it from outside, with
 # CMake and with pkg-config, and runs all programs with no variable set that would help them to find their libraries.
-#   installed_example.sh SOURCE BUILD CXX_FLAGS
+#   installed_example.sh SOURCE BUILD [CXX_FLAGS]
 set -euo pipefail
-source=$1 build=$2 flags=$3
+source=$1 build=$2 flags=${3:-}
 unset LD_LIBRARY_PATH LD_PRELOAD
 source "$source/tests/support/with_service.sh"
 
