@@ -20,6 +20,16 @@ if(NOT WIN32)
     set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/${VELL_LIBRARIES_FROM_PROGRAMS}")
 endif()
 
+# The interface of a library is compared by what its debug information tells of it (scripts/abi).
+set(VELL_INTERFACE_DEBUG_INFORMATION $<$<CONFIG:RelWithDebInfo>:-g2>)
+
+# Programs that were linked with another interface do not start with this one. Until 1.0 a minor version may change it.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(VELL_SOVERSION "0.${PROJECT_VERSION_MINOR}")
+else()
+    set(VELL_SOVERSION "${PROJECT_VERSION_MAJOR}")
+endif()
+
 # Settings every target of this project gets. Warnings are errors only where a preset sets
 # CMAKE_COMPILE_WARNING_AS_ERROR, so that a packager with another compiler is never stopped.
 function(vell_set_common_options target)
@@ -85,6 +95,7 @@ function(vell_add_platform_library name)
     add_library(${name} SHARED ${arg_SOURCES} ${arg_PUBLIC_HEADERS})
     add_library(Vell::${arg_EXPORT_NAME} ALIAS ${name})
     vell_set_common_options(${name})
+    target_compile_options(${name} PRIVATE ${VELL_INTERFACE_DEBUG_INFORMATION})
     vell_add_version_resource(${name})
     string(TOLOWER ${name} lower)
     set(exportHeader "${PROJECT_BINARY_DIR}/platform/${name}/${lower}_export.h")
@@ -92,7 +103,7 @@ function(vell_add_platform_library name)
     set_target_properties(${name} PROPERTIES
         EXPORT_NAME ${arg_EXPORT_NAME}
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR})
+        SOVERSION ${VELL_SOVERSION})
     target_include_directories(${name} PUBLIC
         "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform>"
         "$<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/platform>"
@@ -118,6 +129,7 @@ function(vell_add_module name)
     endif()
     add_library(${name} OBJECT ${arg_SOURCES} ${arg_PUBLIC_HEADERS})
     vell_set_common_options(${name})
+    target_compile_options(${name} PRIVATE ${VELL_INTERFACE_DEBUG_INFORMATION})
     # Also for the tests that link the objects themselves.
     target_compile_definitions(${name} PUBLIC ${arg_LIBRARY}_EXPORTS)
     get_filename_component(root "${CMAKE_CURRENT_SOURCE_DIR}" DIRECTORY)

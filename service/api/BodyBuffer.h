@@ -1,9 +1,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 
-#include <atomic>
 #include <memory>
 
 namespace service {

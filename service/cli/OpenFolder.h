@@ -21,15 +21,12 @@ public:
     //! \throws std::exception with a sentence: no data folder at \a path and none to be made, one of another version
     OpenFolder(const QString &path, Missing missing);
 
-    //! Returns true if a service is running on the folder.
-    bool isServed() const { return !m_lock; }
-
     const DataFolder folder;
     Database database;
     ContentStore store;
 
 private:
-    std::unique_ptr<FolderLock> m_lock;
+    std::unique_ptr<FolderLock> m_lock; //!< none while a service is running on the folder
 };
 
 QCommandLineOption dataOption();

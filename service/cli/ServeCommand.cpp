@@ -2,8 +2,6 @@
 #include <service/cli/Commands.h>
 #include <service/cli/Output.h>
 
-#include <QCoreApplication>
-
 #include <csignal>
 #include <pthread.h>
 #include <sys/resource.h>

@@ -14,7 +14,6 @@
 #include <malloc.h>
 #include <sys/resource.h>
 #include <utility>
-#include <vector>
 
 namespace service {
 

@@ -3,8 +3,6 @@
 #include <QByteArray>
 #include <QtGlobal>
 
-#include <atomic>
-
 namespace service {
 
 struct FileBody;

@@ -3,7 +3,7 @@
 #include <service/records/Document.h>
 
 #include <QJsonValue>
-#include <QStringList>
+#include <QString>
 #include <QVariant>
 
 #include <array>

@@ -5,7 +5,6 @@
 #include <QJsonObject>
 #include <QList>
 #include <QString>
-#include <QStringList>
 #include <QVariantList>
 
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include <service/records/Document.h>
 
-#include <QStringList>
+#include <QString>
 
 #include <optional>
 

@@ -81,7 +81,7 @@ public:
     };
 
     //! What may wait here for the receiver before the connection is held back.
-    static constexpr qint64 InboxBytes = 4 * 1048576;
+    static constexpr qint64 InboxBytes = qint64(4) * 1048576;
     //! How many blocks of a streamed body may wait here for the connection.
     static constexpr int OutboxBlocks = 3;
 

@@ -23,7 +23,7 @@ namespace {
 constexpr int TicksOfTimeout = 4;
 
 // What a client that reads while the response arrives leaves unread before the connection is held back.
-constexpr qint64 ReadAheadBytes = 4 * 1048576;
+constexpr qint64 ReadAheadBytes = qint64(4) * 1048576;
 // What is kept for a client that reads nothing before the end.
 constexpr qint64 MostKeptBytes = qint64(1024) * 1048576;
 

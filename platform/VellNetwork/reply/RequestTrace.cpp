@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 #include <QMetaEnum>
 #include <QStringList>
+#include <QUrl>
 
 namespace {
 

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QNetworkReply>
-#include <QString>
-#include <QUrl>
 
 //! \brief The line that the logging category `vell.network` prints for a request that has ended.
 struct RequestTrace
