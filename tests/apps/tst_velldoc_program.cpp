@@ -26,6 +26,13 @@ void TestVelldocProgram::loginRemembersAndLogoutForgets()
     QCOMPARE(world.runBare({QStringLiteral("login"), world.baseApi()}, "wrong\n").exitCode, 4);
     const QString file = world.configPath();
     QVERIFY(!QFileInfo::exists(file));
+    QCOMPARE(world
+                 .runBare({QStringLiteral("login"), QStringLiteral("--project"),
+                           QStringLiteral("nowhere"), world.baseApi()},
+                          token.toLatin1() + '\n')
+                 .exitCode,
+             3);
+    QVERIFY(!QFileInfo::exists(file));
 
     const VelldocRun login = world.runBare({QStringLiteral("login"), QStringLiteral("--project"),
                                             QStringLiteral("p"), world.baseApi()},
@@ -43,6 +50,14 @@ void TestVelldocProgram::loginRemembersAndLogoutForgets()
     world.runBare({QStringLiteral("logout")});
     QVERIFY(!VelldocWorld::read(file).contains(token.toLatin1()));
     QCOMPARE(world.runBare({QStringLiteral("ls")}).out, QString());
+
+    world.environment.insert(QStringLiteral("VELLDOC_TOKEN"), token);
+    QCOMPARE(world
+                 .runBare({QStringLiteral("login"), QStringLiteral("--project"),
+                           QStringLiteral("p"), world.baseApi()},
+                          "wrong\n")
+                 .exitCode,
+             0);
 }
 
 void TestVelldocProgram::settingsHaveAnOrder()

@@ -29,11 +29,12 @@ void run(Context &context)
     if (settings.url.isEmpty())
         throw Failure(ExitUsage,
                       Text::tr("Say where: velldoc login https://documents.example.com/."));
-    if (!context.isSet("token"))
+    if (!context.isSet("token") && qEnvironmentVariableIsEmpty("VELLDOC_TOKEN"))
         settings.token = readToken();
-    // What does not work is not kept.
+    // What does not work is not kept: neither is a project that is not there.
     Session session(settings);
     session.open();
+    session.await(session.documents().count({}));
     settings.save();
     const QString user = session.userText(session.userId());
     context.out.setResult({{QStringLiteral("url"), session.baseApi()},
