@@ -1,0 +1,43 @@
+#pragma once
+
+#include <transfer/VellTransferQueue.h>
+
+#include <QHash>
+#include <QObject>
+#include <QSet>
+
+namespace desktop {
+
+//! \brief Tells when all transfers of a batch have ended.
+class BatchWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    //! \param queue must outlive this
+    explicit BatchWatch(VellTransferQueue *queue, QObject *parent = nullptr);
+
+Q_SIGNALS:
+    //! \param text what became of the transfers, for the user
+    //! \param failedCount how many have failed
+    void batchEnded(const QString &text, int failedCount);
+
+private:
+    struct Batch
+    {
+        QSet<qint64> open;
+        int uploadCount = 0;
+        int downloadCount = 0;
+        int skippedCount = 0;
+        int failedCount = 0;
+    };
+
+    void add(const QVector<qint64> &ids);
+    void end(const VellTransfer &transfer);
+    static QString text(const Batch &batch);
+
+    VellTransferQueue *const m_queue;
+    QHash<int, Batch> m_batches;
+};
+
+} // namespace desktop
