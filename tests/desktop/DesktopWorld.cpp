@@ -66,7 +66,7 @@ QAction *DesktopWorld::action(desktop::ActionId id)
     return window()->actionTable()->at(id);
 }
 
-QString DesktopWorld::makeFile(const QString &name, const QByteArray &content)
+QString DesktopWorld::makeFile(const QString &name, const QByteArray &content) const
 {
     QFile file(path(name));
     QDir().mkpath(QFileInfo(file).path());

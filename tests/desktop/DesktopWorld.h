@@ -65,7 +65,7 @@ public:
     QAction *action(desktop::ActionId id);
 
     //! The path of a file with \a content below the folder of the test.
-    QString makeFile(const QString &name, const QByteArray &content = "content");
+    QString makeFile(const QString &name, const QByteArray &content = "content") const;
     QString path(const QString &name) const { return m_local.filePath(name); }
 
 private:

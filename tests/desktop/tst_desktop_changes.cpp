@@ -70,7 +70,10 @@ struct SmallWorld : DesktopWorld
     QTreeView *table = nullptr;
 };
 
-const QStringList AllNames = list("Drawings", "a.txt", "b.txt");
+QStringList allNames()
+{
+    return list("Drawings", "a.txt", "b.txt");
+}
 
 } // namespace
 
@@ -90,12 +93,13 @@ void TestDesktopChanges::nameIsEditedInPlace()
     QTest::keyClick(world.table, Qt::Key_F2);
     auto *const editor = world.table->viewport()->findChild<QLineEdit *>();
     QVERIFY(editor);
-    QTRY_COMPARE_WITH_TIMEOUT(editor->selectedText(), QStringLiteral("a")); // without the suffix
-    world.typeName(QStringLiteral("c.txt"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(editor->selectedText(), QStringLiteral("a"),
+                              WaitMs); // without the suffix
+    world.typeName(QStringLiteral("c.txt"));
     QTRY_COMPARE_WITH_TIMEOUT(world.names(), list("Drawings", "b.txt", "c.txt"), WaitMs);
     QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), list("Drawings", "b.txt", "c.txt"), WaitMs);
     QTest::keyClick(world.window(), Qt::Key_Z, Qt::ControlModifier);
-    QTRY_COMPARE_WITH_TIMEOUT(world.names(), AllNames, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.names(), allNames(), WaitMs);
 }
 
 void TestDesktopChanges::takenNameIsSaid()
@@ -107,7 +111,7 @@ void TestDesktopChanges::takenNameIsSaid()
     auto *const bar = world.window()->findChild<MessageBar *>(QStringLiteral("messageBar"));
     QTRY_VERIFY_WITH_TIMEOUT(bar->text().contains(QStringLiteral("“a.txt” could not be renamed.")),
                              WaitMs);
-    QCOMPARE(world.names(), AllNames);
+    QCOMPARE(world.names(), allNames());
     QVERIFY(!world.action(ActionId::Undo)->isEnabled());
 }
 
@@ -120,8 +124,8 @@ void TestDesktopChanges::deleteAndUndo()
     QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), list("b.txt"), WaitMs);
     QTRY_VERIFY_WITH_TIMEOUT(world.action(ActionId::Undo)->isEnabled(), WaitMs);
     QTest::keyClick(world.window(), Qt::Key_Z, Qt::ControlModifier);
-    QTRY_COMPARE_WITH_TIMEOUT(world.names(), AllNames, WaitMs);
-    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), AllNames, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.names(), allNames(), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), allNames(), WaitMs);
 }
 
 void TestDesktopChanges::cutAndPasteAndUndo()
@@ -138,7 +142,7 @@ void TestDesktopChanges::cutAndPasteAndUndo()
     QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), list("a.txt", "b.txt"), WaitMs);
     QTRY_VERIFY_WITH_TIMEOUT(world.action(ActionId::Undo)->isEnabled(), WaitMs);
     world.action(ActionId::Undo)->trigger();
-    QTRY_COMPARE_WITH_TIMEOUT(world.names(), AllNames, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.names(), allNames(), WaitMs);
 }
 
 void TestDesktopChanges::dropMovesIntoAFolder()
@@ -163,9 +167,9 @@ void TestDesktopChanges::dropOnItselfIsRefused()
     // Onto a file is into the folder that is open; what is there already is not moved.
     model->dropMimeData(dragged.get(), Qt::MoveAction, -1, -1, model->indexOf(world.b._id));
     const std::unique_ptr<QMimeData> foreign(
-        DocumentMime::make(QStringLiteral("another project"), {world.a._id}));
+        document_mime::make(QStringLiteral("another project"), {world.a._id}));
     QVERIFY(!model->canDropMimeData(foreign.get(), Qt::MoveAction, -1, -1, folder));
-    QCOMPARE(world.names(), AllNames);
+    QCOMPARE(world.names(), allNames());
     QVERIFY(!world.workspace()->changes.canUndo());
 }
 
@@ -211,7 +215,7 @@ void TestDesktopChanges::viewerMayChangeNothing()
     DesktopWorld &world = setUp;
     world.setToken(token);
     world.start();
-    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), AllNames, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), allNames(), WaitMs);
     world.select({QStringLiteral("a.txt")});
     for (const ActionId id : {ActionId::Rename, ActionId::Delete, ActionId::Cut})
         QVERIFY2(!world.action(id)->isEnabled(), qPrintable(world.action(id)->text()));
@@ -220,7 +224,7 @@ void TestDesktopChanges::viewerMayChangeNothing()
         world.action(ActionId::NewFolder)->toolTip().contains(QLatin1String("You may not add")));
     QVERIFY(world.action(ActionId::Download)->isEnabled());
     QTest::keyClick(world.find<QTreeView>(QStringLiteral("table")), Qt::Key_Delete);
-    QCOMPARE(world.shownNames(), AllNames);
+    QCOMPARE(world.shownNames(), allNames());
 }
 
 void TestDesktopChanges::revokedRightIsSaid()
@@ -232,7 +236,7 @@ void TestDesktopChanges::revokedRightIsSaid()
     DesktopWorld &world = setUp;
     world.setToken(token);
     world.start();
-    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), AllNames, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), allNames(), WaitMs);
     QVERIFY(setUp.service.setRole(QStringLiteral("p1"), QStringLiteral("vera"),
                                   QStringLiteral("viewer")));
     world.select({QStringLiteral("a.txt")});
@@ -240,7 +244,7 @@ void TestDesktopChanges::revokedRightIsSaid()
     auto *const bar = world.window()->findChild<MessageBar *>(QStringLiteral("messageBar"));
     QTRY_VERIFY_WITH_TIMEOUT(bar->text().contains(QStringLiteral("“a.txt” could not be deleted.")),
                              WaitMs);
-    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), AllNames, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), allNames(), WaitMs);
 }
 
 void TestDesktopChanges::lostReplyChangesOnce()

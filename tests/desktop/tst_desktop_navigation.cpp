@@ -208,6 +208,8 @@ void TestDesktopNavigation::lostServiceIsABar()
     QVERIFY(
         world.action(ActionId::NewFolder)->toolTip().contains(QLatin1String("cannot be reached")));
     QVERIFY(!QApplication::activeModalWidget());
+    // It is said once.
+    QVERIFY(!world.window()->findChild<MessageBar *>(QStringLiteral("staleBar"))->isVisible());
 }
 
 void TestDesktopNavigation::otherUsersChangesAreShown()

@@ -130,7 +130,7 @@ void TestDesktopRules::actionsArePossibleByRights()
     QFETCH(ActionId, action);
     QFETCH(ActionState, state);
     QFETCH(QString, refusal);
-    const QString given = ActionRules::refusal(action, state);
+    const QString given = action_rules::refusal(action, state);
     if (refusal.isEmpty())
         QCOMPARE(given, QString());
     else

@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void droppedFilesAreUploaded();
     void pastedFilesAreUploaded();
     void chosenFolderIsDownloaded();
+    void chosenFileIsUploaded();
     void singleFileIsPromptedFor_data();
     void singleFileIsPromptedFor();
     void batchIsListed();
@@ -48,6 +50,14 @@ struct SmallWorld : DesktopWorld
             urls.append(QUrl::fromLocalFile(file));
         data.setUrls(urls);
         window()->pane()->model()->dropMimeData(&data, Qt::CopyAction, -1, -1, target);
+    }
+
+    //! Enters the local file or folder \a name into the file dialog.
+    void choose(const QString &name)
+    {
+        auto *const line = find<QLineEdit>(QStringLiteral("fileNameEdit"));
+        line->setText(path(name));
+        QMetaObject::invokeMethod(line->window(), "accept");
     }
 
     QTreeView *transfers() { return find<QTreeView>(QStringLiteral("transfers")); }
@@ -109,12 +119,24 @@ void TestDesktopTransfers::chosenFolderIsDownloaded()
     world.store(QStringLiteral("a.txt"), "content of a", folder._id);
     world.window()->pane()->reload();
     QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), list("Drawings"), WaitMs);
-    world.workspace()->queue.download(folder, world.path(QStringLiteral("down")));
+    world.select({QStringLiteral("Drawings")});
+    QVERIFY(QDir().mkpath(world.path(QStringLiteral("down"))));
+    QTest::keyClick(world.window(), Qt::Key_D, Qt::ControlModifier);
+    world.choose(QStringLiteral("down"));
     QFile file(world.path(QStringLiteral("down/Drawings/a.txt")));
     QTRY_VERIFY_WITH_TIMEOUT(file.exists(), WaitMs);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("content of a"));
     QTRY_VERIFY_WITH_TIMEOUT(world.status().contains(QLatin1String("1 file downloaded")), WaitMs);
+}
+
+void TestDesktopTransfers::chosenFileIsUploaded()
+{
+    SmallWorld world;
+    world.makeFile(QStringLiteral("a.txt"));
+    QTest::keyClick(world.window(), Qt::Key_U, Qt::ControlModifier);
+    world.choose(QStringLiteral("a.txt"));
+    QTRY_COMPARE_WITH_TIMEOUT(world.names(), list("a.txt"), WaitMs);
 }
 
 void TestDesktopTransfers::singleFileIsPromptedFor_data()
@@ -159,9 +181,8 @@ void TestDesktopTransfers::batchIsListed()
                 world.makeFile(QStringLiteral("c.txt"), "mine")});
     auto *const conflicts = world.find<QTreeWidget>(QStringLiteral("conflicts"));
     QTRY_COMPARE_WITH_TIMEOUT(conflicts->topLevelItemCount(), 2, WaitMs);
-    QTRY_COMPARE_WITH_TIMEOUT(world.names().size(), 3); // the third goes on meanwhile
-    QTest::mouseClick(world.find<QPushButton>(QStringLiteral("replaceAll")), Qt::LeftButton,
-                      WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.names().size(), 3, WaitMs); // the third goes on meanwhile
+    QTest::mouseClick(world.find<QPushButton>(QStringLiteral("replaceAll")), Qt::LeftButton);
     QTest::keyClick(conflicts->window(), Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(world.content(QStringLiteral("a.txt")), QStringLiteral("mine"),
                               WaitMs);

@@ -71,7 +71,7 @@ QString needRight(const ActionState &state, const QString &right,
         return RuleText::notInBin();
     const auto lacking = std::find_if(
         state.selection.begin(), state.selection.end(),
-        [&right](const VellDocument &document) { return !Rights::may(document, right); });
+        [&right](const VellDocument &document) { return !rights::may(document, right); });
     return lacking == state.selection.end() ? QString() : sentence(lacking->name);
 }
 
@@ -144,19 +144,19 @@ QString ownRefusal(ActionId action, const ActionState &state)
     case ActionId::Paste:
         return firstOf({needUpload(state), unless(state.canPaste, RuleText::nothingToPaste())});
     case ActionId::Open:
-        if (isOne && Rights::isFolder(state.selection.constFirst()))
+        if (isOne && rights::isFolder(state.selection.constFirst()))
             return {};
-        return firstOf({needRight(state, Rights::download(), RuleText::mayNotDownload),
+        return firstOf({needRight(state, rights::download(), RuleText::mayNotDownload),
                         unless(isOne, RuleText::onlyOne())});
     case ActionId::Download:
-        return needRight(state, Rights::download(), RuleText::mayNotDownload);
+        return needRight(state, rights::download(), RuleText::mayNotDownload);
     case ActionId::Rename:
-        return firstOf({needRight(state, Rights::edit(), RuleText::mayNotEdit),
+        return firstOf({needRight(state, rights::edit(), RuleText::mayNotEdit),
                         unless(isOne, RuleText::onlyOne())});
     case ActionId::Cut:
-        return needRight(state, Rights::edit(), RuleText::mayNotEdit);
+        return needRight(state, rights::edit(), RuleText::mayNotEdit);
     case ActionId::Delete:
-        return needRight(state, Rights::remove(), RuleText::mayNotDelete);
+        return needRight(state, rights::remove(), RuleText::mayNotDelete);
     case ActionId::Restore:
         return firstOf({needBin(state), needSelection(state)});
     case ActionId::EmptyRecycleBin:
@@ -169,11 +169,11 @@ QString ownRefusal(ActionId action, const ActionState &state)
             {needSelection(state),
              unless(state.location.kind != Location::Kind::RecycleBin, RuleText::notInBin())});
     case ActionId::Versions:
-        return unless(isOne && !Rights::isFolder(state.selection.constFirst())
+        return unless(isOne && !rights::isFolder(state.selection.constFirst())
                           && state.location.kind != Location::Kind::RecycleBin,
                       RuleText::onlyFile());
     case ActionId::Share:
-        return firstOf({needRight(state, Rights::download(), RuleText::mayNotDownload),
+        return firstOf({needRight(state, rights::download(), RuleText::mayNotDownload),
                         unless(state.mayShare, RuleText::mayNotShare())});
     case ActionId::Back:
         return unless(state.canGoBack, RuleText::noPlace());
@@ -188,7 +188,7 @@ QString ownRefusal(ActionId action, const ActionState &state)
 
 } // namespace
 
-QString ActionRules::refusal(ActionId action, const ActionState &state)
+QString action_rules::refusal(ActionId action, const ActionState &state)
 {
     if (isAlwaysPossible(action))
         return {};

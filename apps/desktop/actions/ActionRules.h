@@ -28,11 +28,11 @@ struct ActionState
 };
 
 //! Why an action is not possible.
-namespace ActionRules {
+namespace action_rules {
 
 //! \return a sentence for the user; empty if the action is possible
 QString refusal(ActionId action, const ActionState &state);
 
-} // namespace ActionRules
+} // namespace action_rules
 
 } // namespace desktop

@@ -252,11 +252,11 @@ Actions::Actions(QWidget *window, QWidget *pane) : QObject(window)
     update({});
 }
 
-void Actions::update(const ActionState &state)
+void Actions::update(const ActionState &state) const
 {
     for (const Row &row : rows()) {
         QAction *const action = at(row.id);
-        const QString refusal = ActionRules::refusal(row.id, state);
+        const QString refusal = action_rules::refusal(row.id, state);
         action->setEnabled(refusal.isEmpty());
         action->setToolTip(refusal.isEmpty() ? action->statusTip() : refusal);
     }

@@ -24,7 +24,7 @@ public:
     QAction *at(ActionId id) const { return m_actions[std::size_t(id)]; }
 
     //! Enables what is possible. The tool tip of what is not says why.
-    void update(const ActionState &state);
+    void update(const ActionState &state) const;
 
 Q_SIGNALS:
     void triggered(desktop::ActionId id);

@@ -10,7 +10,7 @@ namespace desktop {
 Desktop::Desktop(const StartOptions &options) : m_options(options), m_workspace(options.paths)
 {
     m_language.install(m_workspace.settings.language());
-    Appearance::apply(m_workspace.settings.colorScheme());
+    appearance::apply(m_workspace.settings.colorScheme());
     connect(&m_workspace.connector, &Connector::opened, this,
             [this](const SavedConnection &connection) {
                 // The dialog keeps what it has opened itself, if the user wants that.
@@ -65,7 +65,7 @@ void Desktop::showWindow()
 
 void Desktop::applySettings()
 {
-    Appearance::apply(m_workspace.settings.colorScheme());
+    appearance::apply(m_workspace.settings.colorScheme());
     m_language.install(m_workspace.settings.language());
     // All texts of the window are made when it is built.
     const Location location = m_window->location();

@@ -7,12 +7,12 @@
 
 namespace desktop {
 
-QString DocumentMime::type()
+QString document_mime::type()
 {
     return QStringLiteral("application/x-vell-documents");
 }
 
-QMimeData *DocumentMime::make(const QString &projectId, const QStringList &ids)
+QMimeData *document_mime::make(const QString &projectId, const QStringList &ids)
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
@@ -22,7 +22,7 @@ QMimeData *DocumentMime::make(const QString &projectId, const QStringList &ids)
     return data;
 }
 
-QStringList DocumentMime::ids(const QMimeData *data, const QString &projectId)
+QStringList document_mime::ids(const QMimeData *data, const QString &projectId)
 {
     if (!data || !data->hasFormat(type()))
         return {};
@@ -33,7 +33,7 @@ QStringList DocumentMime::ids(const QMimeData *data, const QString &projectId)
     return project == projectId ? ids : QStringList();
 }
 
-QStringList DocumentMime::localPaths(const QMimeData *data)
+QStringList document_mime::localPaths(const QMimeData *data)
 {
     QStringList paths;
     if (!data)

@@ -8,7 +8,7 @@ class QMimeData;
 namespace desktop {
 
 //! Documents and local files on the clipboard and in drags.
-namespace DocumentMime {
+namespace document_mime {
 
 //! The type of documents of this program.
 QString type();
@@ -22,6 +22,6 @@ QStringList ids(const QMimeData *data, const QString &projectId);
 //! The paths of local files and folders in \a data.
 QStringList localPaths(const QMimeData *data);
 
-} // namespace DocumentMime
+} // namespace document_mime
 
 } // namespace desktop

@@ -73,7 +73,7 @@ void EditedFile::noteLocalState()
     localTime = now.lastModified();
 }
 
-QList<EditedFile> EditedFileList::read(const QString &path)
+QList<EditedFile> edited_file_list::read(const QString &path)
 {
     QFile file(path);
     QList<EditedFile> files;
@@ -85,7 +85,7 @@ QList<EditedFile> EditedFileList::read(const QString &path)
     return files;
 }
 
-bool EditedFileList::write(const QString &path, const QList<EditedFile> &files)
+bool edited_file_list::write(const QString &path, const QList<EditedFile> &files)
 {
     QJsonArray array;
     for (const EditedFile &file : files)

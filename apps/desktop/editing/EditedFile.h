@@ -26,11 +26,11 @@ struct EditedFile
 };
 
 //! The list of these files, in a file beside them, so that no change is lost when the program ends.
-namespace EditedFileList {
+namespace edited_file_list {
 
 QList<EditedFile> read(const QString &path);
 bool write(const QString &path, const QList<EditedFile> &files);
 
-} // namespace EditedFileList
+} // namespace edited_file_list
 
 } // namespace desktop

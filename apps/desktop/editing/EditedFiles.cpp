@@ -23,7 +23,7 @@ constexpr int KeptDays = 7; // of files without changes
 EditedFiles::EditedFiles(VellDocuments *documents, VellTransferQueue *queue, const QString &folder,
                          QObject *parent)
     : QObject(parent), m_documents(documents), m_queue(queue), m_folder(folder),
-      m_files(EditedFileList::read(listPath()))
+      m_files(edited_file_list::read(listPath()))
 {
     connect(queue, &VellTransferQueue::ended, this,
             [this](const VellTransfer &transfer, const VellDocument &document) {
@@ -73,7 +73,7 @@ void EditedFiles::load()
 
 void EditedFiles::save()
 {
-    if (!EditedFileList::write(listPath(), m_files)) {
+    if (!edited_file_list::write(listPath(), m_files)) {
         Q_EMIT failed(tr("The list of opened files cannot be written. Changes of opened files are "
                          "found only while "
                          "the program runs."),

@@ -27,10 +27,10 @@ constexpr int RemarkLines = 4;
 QString rightsText(const VellDocument &document)
 {
     const std::pair<QString, QString> names[] = {
-        {Rights::download(), InformationPanel::tr("download")},
-        {Rights::upload(), InformationPanel::tr("upload")},
-        {Rights::edit(), InformationPanel::tr("change")},
-        {Rights::remove(), InformationPanel::tr("delete")},
+        {rights::download(), InformationPanel::tr("download")},
+        {rights::upload(), InformationPanel::tr("upload")},
+        {rights::edit(), InformationPanel::tr("change")},
+        {rights::remove(), InformationPanel::tr("delete")},
     };
     QStringList granted;
     for (const auto &[right, name] : names) {
@@ -129,7 +129,7 @@ void InformationPanel::buildFields()
     layout->addStretch();
     connect(m_remark, &QPlainTextEdit::textChanged, this, [this] {
         m_keepRemark->setEnabled(m_remark->toPlainText() != m_document.remark
-                                 && Rights::may(m_document, Rights::edit()));
+                                 && rights::may(m_document, rights::edit()));
     });
     connect(m_keepRemark, &QPushButton::clicked, this,
             [this] { Q_EMIT remarkChanged(m_document, m_remark->toPlainText()); });
@@ -166,7 +166,7 @@ void InformationPanel::showDocuments(const QList<VellDocument> &documents)
 void InformationPanel::fill()
 {
     const QLocale locale;
-    const bool isFolder = Rights::isFolder(m_document);
+    const bool isFolder = rights::isFolder(m_document);
     const auto event = [&](const QDateTime &time, const QString &user) {
         const QString when = locale.toString(time.toLocalTime(), QLocale::ShortFormat);
         return user.isEmpty() ? when
@@ -185,7 +185,7 @@ void InformationPanel::fill()
         linkCount += ids.size();
     m_links->setText(linkCount == 0 ? tr("none") : tr("%n links", nullptr, linkCount));
     m_versions->setVisible(!isFolder);
-    m_remark->setReadOnly(!Rights::may(m_document, Rights::edit()));
+    m_remark->setReadOnly(!rights::may(m_document, rights::edit()));
     m_keepRemark->setEnabled(m_remark->toPlainText() != m_document.remark);
 }
 

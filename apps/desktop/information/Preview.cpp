@@ -53,9 +53,9 @@ void Preview::showDocument(const VellDocument &document)
         m_request->abort();
     m_fileId = document.fileId;
     showIcon(document);
-    const bool isPicture = !Rights::isFolder(document)
+    const bool isPicture = !rights::isFolder(document)
         && QImageReader::supportedImageFormats().contains(document.suffix.toLower().toLatin1());
-    if (!isPicture || document.fileSize > MostBytes || !Rights::may(document, Rights::download()))
+    if (!isPicture || document.fileSize > MostBytes || !rights::may(document, rights::download()))
         return;
     if (const QImage *const picture = m_pictures.object(document.fileId)) {
         setPixmap(QPixmap::fromImage(*picture));

@@ -41,9 +41,9 @@ Qt::ItemFlags DocumentListModel::flags(const QModelIndex &index) const
     if (!entry || isBin)
         return flags;
     flags |= Qt::ItemIsDragEnabled;
-    if (index.column() == NameColumn && Rights::may(*entry, Rights::edit()))
+    if (index.column() == NameColumn && rights::may(*entry, rights::edit()))
         flags |= Qt::ItemIsEditable;
-    if (Rights::isFolder(*entry))
+    if (rights::isFolder(*entry))
         flags |= Qt::ItemIsDropEnabled;
     return flags;
 }
@@ -74,7 +74,7 @@ bool DocumentListModel::setData(const QModelIndex &index, const QVariant &value,
 
 QStringList DocumentListModel::mimeTypes() const
 {
-    return {DocumentMime::type(), QStringLiteral("text/uri-list")};
+    return {document_mime::type(), QStringLiteral("text/uri-list")};
 }
 
 QMimeData *DocumentListModel::mimeData(const QModelIndexList &indexes) const
@@ -84,14 +84,14 @@ QMimeData *DocumentListModel::mimeData(const QModelIndexList &indexes) const
         if (index.column() == NameColumn)
             ids.append(data(index, VellModelRole::Id).toString());
     }
-    return DocumentMime::make(m_documents->session()->projectId(), ids);
+    return document_mime::make(m_documents->session()->projectId(), ids);
 }
 
 std::optional<QString> DocumentListModel::dropTarget(const QModelIndex &index) const
 {
     const std::optional<VellDocument> entry = index.isValid() ? document(index) : std::nullopt;
     const bool isBin = source().kind() == VellDocumentSource::Kind::RecycleBin;
-    if (entry && Rights::isFolder(*entry) && !isBin)
+    if (entry && rights::isFolder(*entry) && !isBin)
         return entry->_id;
     if (source().kind() == VellDocumentSource::Kind::Folder)
         return source().condition().parentId;
@@ -104,9 +104,9 @@ bool DocumentListModel::canDropMimeData(const QMimeData *data, Qt::DropAction, i
     const std::optional<QString> target = dropTarget(parent);
     if (!target)
         return false;
-    const QStringList ids = DocumentMime::ids(data, m_documents->session()->projectId());
+    const QStringList ids = document_mime::ids(data, m_documents->session()->projectId());
     if (ids.isEmpty())
-        return !DocumentMime::localPaths(data).isEmpty();
+        return !document_mime::localPaths(data).isEmpty();
     return !ids.contains(*target);
 }
 
@@ -116,9 +116,9 @@ bool DocumentListModel::dropMimeData(const QMimeData *data, Qt::DropAction actio
     if (!canDropMimeData(data, action, row, column, parent))
         return false;
     const QString target = *dropTarget(parent);
-    const QStringList ids = DocumentMime::ids(data, m_documents->session()->projectId());
+    const QStringList ids = document_mime::ids(data, m_documents->session()->projectId());
     if (ids.isEmpty())
-        Q_EMIT uploadRequested(DocumentMime::localPaths(data), target);
+        Q_EMIT uploadRequested(document_mime::localPaths(data), target);
     else
         Q_EMIT moveRequested(ids, target);
     return false; // the view must not remove what is moved

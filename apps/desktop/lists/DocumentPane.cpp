@@ -15,7 +15,7 @@ namespace desktop {
 namespace {
 
 constexpr int IconSide = 64;
-const QSize CellSize(120, 112);
+constexpr QSize CellSize(120, 112);
 
 } // namespace
 
@@ -136,7 +136,10 @@ void DocumentPane::updatePage()
 {
     const VellError &error = m_model->error();
     const bool hasRows = m_model->rowCount() > 0;
-    if (error && hasRows) {
+    // The bar of the window says it then, and the model asks again by itself.
+    const bool isLost =
+        error.kind == VellError::Kind::Offline || error.kind == VellError::Kind::TimedOut;
+    if (error && hasRows && !isLost) {
         m_stale->say(MessageBar::Kind::Warning,
                      tr("The list may be out of date. %1").arg(error.text), tr("&Try Again"));
     } else {

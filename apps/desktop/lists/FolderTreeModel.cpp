@@ -26,7 +26,7 @@ Qt::ItemFlags FolderTreeModel::flags(const QModelIndex &index) const
 
 QStringList FolderTreeModel::mimeTypes() const
 {
-    return {DocumentMime::type(), QStringLiteral("text/uri-list")};
+    return {document_mime::type(), QStringLiteral("text/uri-list")};
 }
 
 QMimeData *FolderTreeModel::mimeData(const QModelIndexList &indexes) const
@@ -34,15 +34,15 @@ QMimeData *FolderTreeModel::mimeData(const QModelIndexList &indexes) const
     QStringList ids;
     for (const QModelIndex &index : indexes)
         ids.append(data(index, VellModelRole::Id).toString());
-    return DocumentMime::make(projectId(), ids);
+    return document_mime::make(projectId(), ids);
 }
 
 bool FolderTreeModel::canDropMimeData(const QMimeData *data, Qt::DropAction, int, int,
                                       const QModelIndex &parent) const
 {
-    const QStringList ids = DocumentMime::ids(data, projectId());
+    const QStringList ids = document_mime::ids(data, projectId());
     if (ids.isEmpty())
-        return !DocumentMime::localPaths(data).isEmpty();
+        return !document_mime::localPaths(data).isEmpty();
     for (QModelIndex above = parent; above.isValid(); above = above.parent()) {
         if (ids.contains(this->data(above, VellModelRole::Id).toString()))
             return false; // a folder cannot go below itself
@@ -56,9 +56,9 @@ bool FolderTreeModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
     if (!canDropMimeData(data, action, row, column, parent))
         return false;
     const QString target = this->data(parent, VellModelRole::Id).toString();
-    const QStringList ids = DocumentMime::ids(data, projectId());
+    const QStringList ids = document_mime::ids(data, projectId());
     if (ids.isEmpty())
-        Q_EMIT uploadRequested(DocumentMime::localPaths(data), target);
+        Q_EMIT uploadRequested(document_mime::localPaths(data), target);
     else
         Q_EMIT moveRequested(ids, target);
     return false; // the tree follows the store

@@ -168,7 +168,7 @@ void PathBar::openNext(const QString &folderId, QStringList names)
                             m_request = nullptr;
                             if (!found) {
                                 refuse(tr("There is no “%1”.").arg(name));
-                            } else if (Rights::isFolder(*found)) {
+                            } else if (rights::isFolder(*found)) {
                                 openNext(found->_id, names);
                             } else if (names.isEmpty()) {
                                 endEditing();

@@ -4,10 +4,10 @@ namespace desktop {
 
 namespace {
 
-const QString LanguageKey = QStringLiteral("language");
-const QString SchemeKey = QStringLiteral("colorScheme");
-const QString SaveKey = QStringLiteral("saveWithoutAsking");
-const QString FirstStepsKey = QStringLiteral("firstStepsDone");
+constexpr QLatin1String LanguageKey("language");
+constexpr QLatin1String SchemeKey("colorScheme");
+constexpr QLatin1String SaveKey("saveWithoutAsking");
+constexpr QLatin1String FirstStepsKey("firstStepsDone");
 
 QString stateKey(const QString &key)
 {

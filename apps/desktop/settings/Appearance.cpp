@@ -55,7 +55,7 @@ QPalette paletteOf(bool isDark)
 
 } // namespace
 
-void Appearance::apply(AppSettings::ColorScheme scheme)
+void appearance::apply(AppSettings::ColorScheme scheme)
 {
     static const QPalette systemPalette = QApplication::palette();
     static const QString systemStyle = QApplication::style()->objectName();

@@ -5,11 +5,11 @@
 namespace desktop {
 
 //! The colours of the whole program. Needs a QApplication.
-namespace Appearance {
+namespace appearance {
 
 //! Applies \a scheme to all windows, also to those that are open.
 void apply(AppSettings::ColorScheme scheme);
 
-} // namespace Appearance
+} // namespace appearance
 
 } // namespace desktop

@@ -20,23 +20,22 @@ void BatchWatch::add(const QVector<qint64> &ids)
 
 void BatchWatch::end(const VellTransfer &transfer)
 {
-    const auto found = m_batches.find(transfer.batch);
-    if (found == m_batches.end() || !found->open.remove(transfer.id))
-        return;
+    // One that fails at once has ended before it is announced.
+    Batch &batch = m_batches[transfer.batch];
+    batch.open.remove(transfer.id);
     if (transfer.state == VellTransferState::Failed)
-        ++found->failedCount;
+        ++batch.failedCount;
     else if (transfer.isSkipped)
-        ++found->skippedCount;
+        ++batch.skippedCount;
     else if (transfer.state == VellTransferState::Done && !transfer.isFolder)
-        ++(transfer.direction == VellTransferDirection::Upload ? found->uploadCount
-                                                               : found->downloadCount);
-    if (!found->open.isEmpty())
+        ++(transfer.direction == VellTransferDirection::Upload ? batch.uploadCount
+                                                               : batch.downloadCount);
+    if (!batch.open.isEmpty())
         return;
-    const Batch batch = *found;
-    m_batches.erase(found);
-    const QString words = text(batch);
+    const Batch ended = m_batches.take(transfer.batch);
+    const QString words = text(ended);
     if (!words.isEmpty())
-        Q_EMIT batchEnded(words, batch.failedCount);
+        Q_EMIT batchEnded(words, ended.failedCount);
 }
 
 QString BatchWatch::text(const Batch &batch)

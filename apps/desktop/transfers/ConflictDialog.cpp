@@ -39,7 +39,7 @@ ConflictDialog::ConflictDialog(VellTransferQueue *queue, VellSession *session, Q
       m_later(new QCheckBox(tr("Do the same for &later ones of these transfers")))
 {
     setWindowTitle(tr("Names That Are Taken"));
-    resize(820, 380);
+    resize(920, 380);
     auto *const layout = new QVBoxLayout(this);
     auto *const intro =
         new QLabel(tr("There are entries of these names at the target already. Other "
@@ -50,9 +50,9 @@ ConflictDialog::ConflictDialog(VellTransferQueue *queue, VellSession *session, Q
     m_list->setAccessibleName(tr("Names that are taken"));
     m_list->setHeaderLabels({tr("Name"), tr("New"), tr("Already there"), tr("Do this")});
     m_list->setRootIsDecorated(false);
-    m_list->setColumnWidth(NameColumn, 200);
-    m_list->setColumnWidth(SourceColumn, 190);
-    m_list->setColumnWidth(TargetColumn, 210);
+    m_list->setColumnWidth(NameColumn, 180);
+    m_list->setColumnWidth(SourceColumn, 215);
+    m_list->setColumnWidth(TargetColumn, 265);
     layout->addWidget(m_list, 1);
     auto *const row = new QHBoxLayout;
     row->addWidget(new QLabel(tr("For all:")));

@@ -135,10 +135,14 @@ QString TransferPanel::summary() const
     parts.append(tr("%1 of %2")
                      .arg(locale.formattedDataSize(totals.doneBytes),
                           locale.formattedDataSize(totals.totalBytes)));
-    if (totals.bytesPerSecond > 0)
+    const int moving = open - totals.count(VellTransferState::Waiting)
+        - totals.count(VellTransferState::Asking) - totals.count(VellTransferState::Paused);
+    if (moving > 0 && totals.bytesPerSecond > 0)
         parts.append(tr("%1/s").arg(locale.formattedDataSize(totals.bytesPerSecond)));
-    if (totals.timeLeft)
+    if (moving > 0 && totals.timeLeft)
         parts.append(timeText(*totals.timeLeft));
+    if (totals.count(VellTransferState::Asking) > 0)
+        parts.append(tr("%n need your answer", nullptr, totals.count(VellTransferState::Asking)));
     return parts.join(QStringLiteral(" · "));
 }
 

@@ -185,5 +185,12 @@
             <numerusform>%n transfers</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n need your answer</source>
+        <translation>
+            <numerusform>%n needs your answer</numerusform>
+            <numerusform>%n need your answer</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

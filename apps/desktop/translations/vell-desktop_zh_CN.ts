@@ -1780,6 +1780,12 @@
         <source>%1/s</source>
         <translation>%1/秒</translation>
     </message>
+    <message numerus="yes">
+        <source>%n need your answer</source>
+        <translation>
+            <numerusform>%n 个需要您决定</numerusform>
+        </translation>
+    </message>
     <message>
         <source>Pause the selected transfers</source>
         <translation>暂停选中的传输</translation>

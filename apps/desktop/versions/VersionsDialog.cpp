@@ -96,10 +96,10 @@ void VersionsDialog::updateButtons()
 {
     const bool isAny = !version()._id.isEmpty();
     const bool isCurrent = m_list->indexOfTopLevelItem(m_list->currentItem()) == 0;
-    const bool mayEdit = Rights::may(m_document, Rights::edit());
+    const bool mayEdit = rights::may(m_document, rights::edit());
     const QString refusal =
         mayEdit ? QString() : tr("You may not change “%1”.").arg(m_document.name);
-    m_fetch->setEnabled(isAny && Rights::may(m_document, Rights::download()));
+    m_fetch->setEnabled(isAny && rights::may(m_document, rights::download()));
     m_current->setEnabled(isAny && !isCurrent && mayEdit);
     m_remark->setEnabled(isAny && mayEdit);
     m_current->setToolTip(refusal);

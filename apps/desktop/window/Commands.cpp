@@ -145,16 +145,16 @@ void Commands::cut()
     for (const VellDocument &document : documents)
         ids.append(document._id);
     QGuiApplication::clipboard()->setMimeData(
-        DocumentMime::make(m_workspace->session.projectId(), ids));
+        document_mime::make(m_workspace->session.projectId(), ids));
 }
 
 void Commands::paste()
 {
     QClipboard *const clipboard = QGuiApplication::clipboard();
     const QStringList ids =
-        DocumentMime::ids(clipboard->mimeData(), m_workspace->session.projectId());
+        document_mime::ids(clipboard->mimeData(), m_workspace->session.projectId());
     if (ids.isEmpty()) {
-        upload(DocumentMime::localPaths(clipboard->mimeData()), m_folderId);
+        upload(document_mime::localPaths(clipboard->mimeData()), m_folderId);
         return;
     }
     move(ids, m_folderId);

@@ -31,10 +31,10 @@ namespace desktop {
 
 namespace {
 
-const QString WindowKey = QStringLiteral("window");
-const QString DocksKey = QStringLiteral("docks");
-const QString SplitterKey = QStringLiteral("splitter");
-const QString HeaderKey = QStringLiteral("columns");
+constexpr QLatin1String WindowKey("window");
+constexpr QLatin1String DocksKey("docks");
+constexpr QLatin1String SplitterKey("splitter");
+constexpr QLatin1String HeaderKey("columns");
 
 constexpr int StatusMs = 8000;
 
@@ -97,15 +97,16 @@ void MainWindow::buildCenter()
         m_pane->setListFocus();
     });
     connect(m_offline, &MessageBar::accepted, &m_workspace->session, &VellSession::refreshUser);
-    statusBar()->addPermanentWidget(m_transferState);
-    statusBar()->addPermanentWidget(m_counts);
-    statusBar()->addPermanentWidget(m_who);
+    for (QLabel *const label : {m_transferState, m_counts, m_who}) {
+        label->setContentsMargins(6, 0, 6, 0);
+        statusBar()->addPermanentWidget(label);
+    }
 }
 
 void MainWindow::buildMenus()
 {
-    Menus::addMenuBar(this, *m_actions, m_panels->informationAction(), m_panels->transfersAction());
-    Menus::addToolBars(this, *m_actions, m_path, m_search->line());
+    menus::addMenuBar(this, *m_actions, m_panels->informationAction(), m_panels->transfersAction());
+    menus::addToolBars(this, *m_actions, m_path, m_search->line());
     connect(m_actions->at(ActionId::Quit), &QAction::triggered, this, &QWidget::close);
     connect(m_actions->at(ActionId::Connect), &QAction::triggered, this,
             &MainWindow::connectRequested);
@@ -290,10 +291,10 @@ void MainWindow::updateActions()
     state.isConnected = !session.projectId().isEmpty();
     state.isOnline = session.state() == VellSession::State::Online;
     state.mayUpload = m_mayUpload;
-    state.mayPurge = Rights::mayPurge(session);
-    state.mayShare = Rights::mayShare(session);
-    state.canPaste = !DocumentMime::ids(clipboard, session.projectId()).isEmpty()
-        || !DocumentMime::localPaths(clipboard).isEmpty();
+    state.mayPurge = rights::mayPurge(session);
+    state.mayShare = rights::mayShare(session);
+    state.canPaste = !document_mime::ids(clipboard, session.projectId()).isEmpty()
+        || !document_mime::localPaths(clipboard).isEmpty();
     state.canUndo = m_workspace->changes.canUndo();
     state.canGoBack = m_history.canGoBack();
     state.canGoForward = m_history.canGoForward();
@@ -411,7 +412,7 @@ void MainWindow::open(const VellDocument &document)
 {
     const QAction *const action = m_actions->at(ActionId::Open);
     const bool isBin = m_location.kind == Location::Kind::RecycleBin;
-    if (Rights::isFolder(document)) {
+    if (rights::isFolder(document)) {
         navigate({isBin ? Location::Kind::RecycleBin : Location::Kind::Folder, document._id, {}});
         m_pane->setListFocus();
     } else if (action->isEnabled()) {
@@ -425,7 +426,7 @@ void MainWindow::open(const VellDocument &document)
 void MainWindow::showContextMenu(const QPoint &globalPosition)
 {
     QMenu menu(this);
-    Menus::fillContextMenu(&menu, *m_actions, m_location, !m_pane->selection().isEmpty());
+    menus::fillContextMenu(&menu, *m_actions, m_location, !m_pane->selection().isEmpty());
     menu.exec(globalPosition);
 }
 
@@ -438,7 +439,7 @@ void MainWindow::showFolderMenu(const QString &id, const QPoint &globalPosition)
         const auto folder = m_workspace->documents.store()->document(id);
         QAction *const remove = menu.addAction(
             tr("De&lete"), this, [this, folder] { m_workspace->changes.remove({*folder}); });
-        remove->setEnabled(folder && Rights::may(*folder, Rights::remove()));
+        remove->setEnabled(folder && rights::may(*folder, rights::remove()));
     }
     menu.exec(globalPosition);
 }

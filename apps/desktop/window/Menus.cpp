@@ -45,7 +45,7 @@ void fill(QMenu *menu, const Actions &actions, const Groups &groups)
 
 } // namespace
 
-void Menus::addMenuBar(QMainWindow *window, const Actions &actions, QAction *information,
+void menus::addMenuBar(QMainWindow *window, const Actions &actions, QAction *information,
                        QAction *transfers)
 {
     const auto add = [&](const QString &title, const Groups &groups) {
@@ -71,7 +71,7 @@ void Menus::addMenuBar(QMainWindow *window, const Actions &actions, QAction *inf
     add(MenuText::help(), {{Id::FirstSteps}});
 }
 
-void Menus::addToolBars(QMainWindow *window, const Actions &actions, QWidget *path, QWidget *search)
+void menus::addToolBars(QMainWindow *window, const Actions &actions, QWidget *path, QWidget *search)
 {
     QToolBar *const navigation = window->addToolBar(MenuText::navigation());
     navigation->setObjectName(QStringLiteral("navigationBar"));
@@ -93,7 +93,7 @@ void Menus::addToolBars(QMainWindow *window, const Actions &actions, QWidget *pa
     window->setContextMenuPolicy(Qt::NoContextMenu);
 }
 
-void Menus::fillContextMenu(QMenu *menu, const Actions &actions, const Location &location,
+void menus::fillContextMenu(QMenu *menu, const Actions &actions, const Location &location,
                             bool hasSelection)
 {
     if (location.kind == Location::Kind::RecycleBin) {

@@ -13,7 +13,7 @@ class Actions;
 struct Location;
 
 //! Where the actions are: in the menus and the tool bars.
-namespace Menus {
+namespace menus {
 
 //! \param information and \a transfers show the panels
 void addMenuBar(QMainWindow *window, const Actions &actions, QAction *information,
@@ -26,6 +26,6 @@ void addToolBars(QMainWindow *window, const Actions &actions, QWidget *path, QWi
 void fillContextMenu(QMenu *menu, const Actions &actions, const Location &location,
                      bool hasSelection);
 
-} // namespace Menus
+} // namespace menus
 
 } // namespace desktop

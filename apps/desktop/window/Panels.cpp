@@ -20,6 +20,9 @@ namespace desktop {
 
 namespace {
 
+constexpr int TransferHeight = 170;
+constexpr int InformationWidth = 260;
+
 void openDialog(QDialog *dialog)
 {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -39,6 +42,9 @@ Panels::Panels(Workspace *workspace, MessageBar *editBar, QMainWindow *window)
                                 Qt::RightDockWidgetArea))
 {
     m_transferDock->hide();
+    window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    window->resizeDocks({m_transferDock}, {TransferHeight}, Qt::Vertical);
+    window->resizeDocks({m_informationDock}, {InformationWidth}, Qt::Horizontal);
     informationAction()->setShortcut(Qt::ALT + Qt::Key_Return);
     transfersAction()->setShortcut(Qt::CTRL + Qt::Key_J);
     connect(m_transfers, &TransferPanel::answerRequested, m_conflicts, &ConflictDesk::showList);

@@ -5,37 +5,37 @@
 
 namespace desktop {
 
-QString Rights::download()
+QString rights::download()
 {
     return QStringLiteral("download");
 }
 
-QString Rights::edit()
+QString rights::edit()
 {
     return QStringLiteral("edit");
 }
 
-QString Rights::remove()
+QString rights::remove()
 {
     return QStringLiteral("delete");
 }
 
-QString Rights::upload()
+QString rights::upload()
 {
     return QStringLiteral("upload");
 }
 
-bool Rights::may(const VellDocument &document, const QString &right)
+bool rights::may(const VellDocument &document, const QString &right)
 {
     return document.auths.value(right, true);
 }
 
-bool Rights::isFolder(const VellDocument &document)
+bool rights::isFolder(const VellDocument &document)
 {
     return document.type == QLatin1String("dir");
 }
 
-QString Rights::role(const VellSession &session)
+QString rights::role(const VellSession &session)
 {
     for (const VellProject &project : session.user().projects) {
         if (project.id == session.projectId())
@@ -44,13 +44,13 @@ QString Rights::role(const VellSession &session)
     return {};
 }
 
-bool Rights::mayPurge(const VellSession &session)
+bool rights::mayPurge(const VellSession &session)
 {
     const QString own = role(session);
     return own.isEmpty() || own == QLatin1String("owner");
 }
 
-bool Rights::mayShare(const VellSession &session)
+bool rights::mayShare(const VellSession &session)
 {
     return role(session) != QLatin1String("viewer");
 }

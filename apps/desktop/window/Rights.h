@@ -8,7 +8,7 @@ class VellSession;
 namespace desktop {
 
 //! \brief What the user may do, as far as the client knows it. The service decides.
-namespace Rights {
+namespace rights {
 
 //! \name The names of the rights in VellDocument::auths
 //! \{
@@ -30,6 +30,6 @@ QString role(const VellSession &session);
 bool mayPurge(const VellSession &session);
 bool mayShare(const VellSession &session);
 
-} // namespace Rights
+} // namespace rights
 
 } // namespace desktop
