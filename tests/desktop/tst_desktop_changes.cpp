@@ -48,7 +48,7 @@ struct SmallWorld : DesktopWorld
     }
 
     //! Types \a name into the editor of the list and ends it with \a end.
-    void typeName(const QString &name, Qt::Key end = Qt::Key_Return)
+    void typeName(const QString &name, Qt::Key end = Qt::Key_Return) const
     {
         QLineEdit *editor = nullptr;
         const bool isThere = QTest::qWaitFor(

@@ -1,4 +1,5 @@
 #include <desktop/actions/ActionRules.h>
+#include <desktop/actions/ButtonText.h>
 #include <desktop/search/SearchTerms.h>
 #include <desktop/window/NavigationHistory.h>
 
@@ -16,6 +17,8 @@ private Q_SLOTS:
     void searchesBecomeConditions_data();
     void searchesBecomeConditions();
     void historyGoesBackAndForward();
+    void buttonsHaveNoKeys_data();
+    void buttonsHaveNoKeys();
 };
 
 namespace {
@@ -198,6 +201,21 @@ void TestDesktopRules::historyGoesBackAndForward()
     history.visit(xy);
     QVERIFY(!history.canGoForward());
     QCOMPARE(history.goBack() == a, true);
+}
+
+void TestDesktopRules::buttonsHaveNoKeys_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("English") << QStringLiteral("&Upload Files…") << QStringLiteral("Upload Files");
+    QTest::newRow("Chinese") << QStringLiteral("上传文件(&U)…") << QStringLiteral("上传文件");
+    QTest::newRow("none") << QStringLiteral("Undo (1)") << QStringLiteral("Undo (1)");
+}
+
+void TestDesktopRules::buttonsHaveNoKeys()
+{
+    QFETCH(QString, text);
+    QTEST(buttonText(text), "shown");
 }
 
 QTEST_GUILESS_MAIN(TestDesktopRules)

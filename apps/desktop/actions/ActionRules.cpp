@@ -64,7 +64,7 @@ QString needSelection(const ActionState &state)
 QString needRight(const ActionState &state, const QString &right,
                   QString (*sentence)(const QString &name))
 {
-    const QString refusal = needSelection(state);
+    QString refusal = needSelection(state);
     if (!refusal.isEmpty())
         return refusal;
     if (state.location.kind == Location::Kind::RecycleBin)
@@ -194,7 +194,7 @@ QString action_rules::refusal(ActionId action, const ActionState &state)
         return {};
     if (!state.isConnected)
         return RuleText::notConnected();
-    const QString own = ownRefusal(action, state);
+    QString own = ownRefusal(action, state);
     if (!own.isEmpty())
         return own;
     return unless(state.isOnline || worksOffline(action), RuleText::offline());

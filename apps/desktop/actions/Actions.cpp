@@ -1,5 +1,7 @@
 #include <desktop/actions/Actions.h>
 
+#include <desktop/actions/ButtonText.h>
+
 #include <QApplication>
 #include <QKeySequence>
 #include <QStyle>
@@ -236,6 +238,7 @@ Actions::Actions(QWidget *window, QWidget *pane) : QObject(window)
     for (const Row &row : rows()) {
         auto *const action =
             new QAction(QCoreApplication::translate("desktop::Actions", row.text), window);
+        action->setIconText(buttonText(action->text()));
         action->setObjectName(QString::fromLatin1(row.name));
         action->setShortcuts(row.keys);
         action->setStatusTip(QCoreApplication::translate("desktop::Actions", row.tip));

@@ -4,6 +4,7 @@
 #include <session/VellSession.h>
 #include <transfer/VellTransferQueue.h>
 
+#include <QCryptographicHash>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -90,8 +91,11 @@ EditedFile *EditedFiles::find(const QString &path)
 
 EditedFile *EditedFiles::findDocument(const QString &id)
 {
-    const auto found = std::find_if(m_files.begin(), m_files.end(),
-                                    [&id](const EditedFile &f) { return f.document._id == id; });
+    const VellSession *const session = m_documents->session();
+    const auto found = std::find_if(m_files.begin(), m_files.end(), [&](const EditedFile &file) {
+        return file.document._id == id && file.document.projectId == session->projectId()
+            && file.address == session->connection().address;
+    });
     return found == m_files.end() ? nullptr : &*found;
 }
 
@@ -119,10 +123,21 @@ void EditedFiles::open(const VellDocument &document)
         fetch(document);
 }
 
+//! A folder for the file of the document \a id. What a service calls its documents does not become a path.
+QString EditedFiles::folderOf(const QString &id) const
+{
+    const VellSession *const session = m_documents->session();
+    const QString key = session->connection().address + QLatin1Char(' ') + session->projectId()
+        + QLatin1Char(' ') + id;
+    const QByteArray name =
+        QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha256).toHex().left(32);
+    return m_folder + QLatin1Char('/') + QString::fromLatin1(name);
+}
+
 void EditedFiles::fetch(const VellDocument &document)
 {
-    const QString folder = m_folder + QLatin1Char('/') + document._id;
-    const qint64 id = m_queue->download(document, folder, VellConflictPolicy::Replace);
+    const qint64 id =
+        m_queue->download(document, folderOf(document._id), VellConflictPolicy::Replace);
     whenEnded(id, [this](const VellTransfer &transfer, const VellDocument &fetched) {
         if (transfer.state != VellTransferState::Done) {
             if (transfer.state == VellTransferState::Failed)
@@ -147,7 +162,8 @@ void EditedFiles::fetch(const VellDocument &document)
 void EditedFiles::follow(const EditedFile &file)
 {
     const auto isSame = [&file](const EditedFile &other) {
-        return other.path == file.path || other.document._id == file.document._id;
+        return other.path == file.path
+            || (other.document._id == file.document._id && other.address == file.address);
     };
     for (const EditedFile &other : qAsConst(m_files)) {
         if (isSame(other))

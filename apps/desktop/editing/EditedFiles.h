@@ -74,6 +74,7 @@ private:
     using Ended = std::function<void(const VellTransfer &transfer, const VellDocument &document)>;
 
     QString listPath() const;
+    QString folderOf(const QString &id) const;
     EditedFile *find(const QString &path);
     EditedFile *findDocument(const QString &id);
     void fetch(const VellDocument &document);

@@ -57,8 +57,10 @@ void DocumentPane::buildTable()
     m_table->setSortingEnabled(true);
     m_table->header()->setStretchLastSection(true);
     m_table->header()->setFirstSectionMovable(false);
-    m_table->setColumnWidth(VellDocumentModel::NameColumn, 300);
-    m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 150);
+    m_table->setColumnWidth(VellDocumentModel::NameColumn, 260);
+    m_table->setColumnWidth(VellDocumentModel::SizeColumn, 80);
+    m_table->setColumnWidth(VellDocumentModel::TypeColumn, 90);
+    m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 160);
     watchView(m_table);
 }
 
@@ -145,17 +147,10 @@ void DocumentPane::updatePage()
     } else {
         m_stale->hide();
     }
-    if (error && !hasRows) {
-        const QString why =
-            error.detail.isEmpty() ? error.text : error.text + QLatin1Char('\n') + error.detail;
-        m_notice->say(tr("The list could not be fetched"), why, tr("&Try Again"));
-        showPage(m_notice);
-    } else if (!hasRows && !m_model->isLoading()) {
-        sayEmpty();
-        showPage(m_notice);
-    } else {
-        showPage(currentView());
-    }
+    const bool isEmpty = !hasRows && (error || !m_model->isLoading());
+    if (isEmpty)
+        sayWhyEmpty();
+    showPage(isEmpty ? static_cast<QWidget *>(m_notice) : currentView());
     Q_EMIT changed();
 }
 
@@ -167,8 +162,14 @@ void DocumentPane::showPage(QWidget *page)
         page->setFocus();
 }
 
-void DocumentPane::sayEmpty()
+void DocumentPane::sayWhyEmpty()
 {
+    if (const VellError &error = m_model->error()) {
+        const QString why =
+            error.detail.isEmpty() ? error.text : error.text + QLatin1Char('\n') + error.detail;
+        m_notice->say(tr("The list could not be fetched"), why, tr("&Try Again"));
+        return;
+    }
     if (m_model->source().kind() == VellDocumentSource::Kind::None) {
         m_notice->say(tr("No project is open"), tr("Connect to a service to see its documents."));
         return;

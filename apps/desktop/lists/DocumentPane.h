@@ -68,7 +68,7 @@ private:
     void watchView(QAbstractItemView *view);
     void updatePage();
     void showPage(QWidget *page);
-    void sayEmpty();
+    void sayWhyEmpty();
     void takeLoaded();
     QAbstractItemView *currentView() const;
 

@@ -4,10 +4,10 @@ namespace desktop {
 
 namespace {
 
-constexpr QLatin1String LanguageKey("language");
-constexpr QLatin1String SchemeKey("colorScheme");
-constexpr QLatin1String SaveKey("saveWithoutAsking");
-constexpr QLatin1String FirstStepsKey("firstStepsDone");
+constexpr char LanguageKey[] = "language";
+constexpr char SchemeKey[] = "colorScheme";
+constexpr char SaveKey[] = "saveWithoutAsking";
+constexpr char FirstStepsKey[] = "firstStepsDone";
 
 QString stateKey(const QString &key)
 {
@@ -20,17 +20,17 @@ AppSettings::AppSettings(const QString &path) : m_file(path, QSettings::IniForma
 
 QString AppSettings::language() const
 {
-    return m_file.value(LanguageKey).toString();
+    return m_file.value(QLatin1String(LanguageKey)).toString();
 }
 
 void AppSettings::setLanguage(const QString &language)
 {
-    m_file.setValue(LanguageKey, language);
+    m_file.setValue(QLatin1String(LanguageKey), language);
 }
 
 AppSettings::ColorScheme AppSettings::colorScheme() const
 {
-    const QString name = m_file.value(SchemeKey).toString();
+    const QString name = m_file.value(QLatin1String(SchemeKey)).toString();
     if (name == QLatin1String("light"))
         return ColorScheme::Light;
     return name == QLatin1String("dark") ? ColorScheme::Dark : ColorScheme::System;
@@ -40,35 +40,35 @@ void AppSettings::setColorScheme(ColorScheme scheme)
 {
     switch (scheme) {
     case ColorScheme::System:
-        m_file.remove(SchemeKey);
+        m_file.remove(QLatin1String(SchemeKey));
         return;
     case ColorScheme::Light:
-        m_file.setValue(SchemeKey, QStringLiteral("light"));
+        m_file.setValue(QLatin1String(SchemeKey), QStringLiteral("light"));
         return;
     case ColorScheme::Dark:
-        m_file.setValue(SchemeKey, QStringLiteral("dark"));
+        m_file.setValue(QLatin1String(SchemeKey), QStringLiteral("dark"));
         return;
     }
 }
 
 bool AppSettings::isSavedWithoutAsking() const
 {
-    return m_file.value(SaveKey, false).toBool();
+    return m_file.value(QLatin1String(SaveKey), false).toBool();
 }
 
 void AppSettings::setSavedWithoutAsking(bool on)
 {
-    m_file.setValue(SaveKey, on);
+    m_file.setValue(QLatin1String(SaveKey), on);
 }
 
 bool AppSettings::isFirstStepsDone() const
 {
-    return m_file.value(FirstStepsKey, false).toBool();
+    return m_file.value(QLatin1String(FirstStepsKey), false).toBool();
 }
 
 void AppSettings::setFirstStepsDone(bool on)
 {
-    m_file.setValue(FirstStepsKey, on);
+    m_file.setValue(QLatin1String(FirstStepsKey), on);
 }
 
 QByteArray AppSettings::state(const QString &key) const

@@ -6,6 +6,17 @@
 
 namespace desktop {
 
+namespace {
+
+//! Texts of Qt's dialogs, whose own translations are not on every computer.
+[[maybe_unused]] constexpr const char *QtTexts[] = {
+    QT_TRANSLATE_NOOP("QPlatformTheme", "OK"),    QT_TRANSLATE_NOOP("QPlatformTheme", "Cancel"),
+    QT_TRANSLATE_NOOP("QPlatformTheme", "Close"), QT_TRANSLATE_NOOP("QGnomeTheme", "&OK"),
+    QT_TRANSLATE_NOOP("QGnomeTheme", "&Cancel"),  QT_TRANSLATE_NOOP("QGnomeTheme", "&Close"),
+};
+
+} // namespace
+
 QString Language::systemCode()
 {
     const QString wanted = QLocale::system().uiLanguages().value(0);

@@ -33,6 +33,7 @@ SharesDialog::SharesDialog(VellDocuments *documents, QWidget *parent)
     m_revoke = buttons->addButton(tr("&Revoke"), QDialogButtonBox::ActionRole);
     m_revoke->setObjectName(QStringLiteral("revoke"));
     connect(m_revoke, &QPushButton::clicked, this, &SharesDialog::revoke);
+    buttons->button(QDialogButtonBox::Close)->setDefault(true);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
     connect(m_list, &QTreeWidget::currentItemChanged, this,

@@ -1,5 +1,6 @@
 #include <desktop/transfers/TransferPanel.h>
 
+#include <desktop/actions/ButtonText.h>
 #include <desktop/transfers/ProgressDelegate.h>
 #include <desktop/transfers/TransferModel.h>
 
@@ -9,7 +10,6 @@
 #include <QLocale>
 #include <QMenu>
 #include <QProgressBar>
-#include <QStyle>
 #include <QToolBar>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -39,8 +39,11 @@ TransferPanel::TransferPanel(VellTransferQueue *queue, QWidget *parent)
     layout->setSpacing(0);
     auto *const row = new QHBoxLayout;
     auto *const bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
     buildBar(bar);
     row->addWidget(bar);
+    m_summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_summary->setIndent(6);
     row->addWidget(m_summary, 1);
     m_progress->setMaximumWidth(180);
     m_progress->setAccessibleName(tr("Progress of all transfers"));
@@ -74,26 +77,21 @@ TransferPanel::TransferPanel(VellTransferQueue *queue, QWidget *parent)
 
 void TransferPanel::buildBar(QToolBar *bar)
 {
-    const auto add = [&](const QString &text, const QString &name, QStyle::StandardPixmap icon,
-                         const QKeySequence &key) {
-        QAction *const action = bar->addAction(style()->standardIcon(icon), text);
+    const auto add = [&](const QString &text, const QString &name, const QKeySequence &key) {
+        QAction *const action = bar->addAction(text);
+        action->setIconText(buttonText(text));
         action->setObjectName(name);
         action->setShortcut(key);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         addAction(action);
         return action;
     };
-    m_answer = add(tr("&Answer…"), QStringLiteral("answer"), QStyle::SP_MessageBoxQuestion,
-                   Qt::Key_Return);
-    m_pause =
-        add(tr("&Pause"), QStringLiteral("pause"), QStyle::SP_MediaPause, Qt::CTRL + Qt::Key_P);
-    m_resume =
-        add(tr("&Resume"), QStringLiteral("resume"), QStyle::SP_MediaPlay, Qt::CTRL + Qt::Key_G);
-    m_retry = add(tr("&Try Again"), QStringLiteral("retry"), QStyle::SP_BrowserReload,
-                  Qt::CTRL + Qt::Key_T);
-    m_cancel = add(tr("&Cancel"), QStringLiteral("cancel"), QStyle::SP_MediaStop, Qt::Key_Delete);
-    m_clear = add(tr("C&lear Ended"), QStringLiteral("clear"), QStyle::SP_DialogResetButton,
-                  Qt::CTRL + Qt::Key_Delete);
+    m_answer = add(tr("&Answer…"), QStringLiteral("answer"), Qt::Key_Return);
+    m_pause = add(tr("&Pause"), QStringLiteral("pause"), Qt::CTRL + Qt::Key_P);
+    m_resume = add(tr("&Resume"), QStringLiteral("resume"), Qt::CTRL + Qt::Key_G);
+    m_retry = add(tr("&Try Again"), QStringLiteral("retry"), Qt::CTRL + Qt::Key_T);
+    m_cancel = add(tr("&Cancel"), QStringLiteral("cancel"), Qt::Key_Delete);
+    m_clear = add(tr("C&lear Ended"), QStringLiteral("clear"), Qt::CTRL + Qt::Key_Delete);
     connect(m_answer, &QAction::triggered, this, &TransferPanel::answerRequested);
     connect(m_pause, &QAction::triggered, this,
             [this] { forSelected(&VellTransferQueue::pause, &VellTransferQueue::pauseAll); });

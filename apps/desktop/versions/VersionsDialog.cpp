@@ -46,6 +46,7 @@ VersionsDialog::VersionsDialog(VellDocuments *documents, const VellDocument &doc
     m_current =
         add(tr("&Make Current Again"), QStringLiteral("makeCurrent"), &VersionsDialog::makeCurrent);
     m_remark = add(tr("&Remark…"), QStringLiteral("remark"), &VersionsDialog::editRemark);
+    buttons->button(QDialogButtonBox::Close)->setDefault(true);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
     connect(m_list, &QTreeWidget::currentItemChanged, this, &VersionsDialog::updateButtons);

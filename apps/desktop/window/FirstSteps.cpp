@@ -24,25 +24,27 @@ FirstSteps::FirstSteps(Actions *actions, QWidget *parent) : QFrame(parent)
     auto *const close = new QPushButton(tr("&Close"));
     layout->addWidget(close, 0, 2);
     connect(close, &QPushButton::clicked, this, &FirstSteps::closed);
-    const auto addStep = [&](int row, const QString &text, ActionId action) {
+    const auto addStep = [&](int row, const QString &text) {
         layout->addWidget(new QLabel(QStringLiteral("%1.").arg(row)), row, 0);
         auto *const label = new QLabel(text);
         label->setWordWrap(true);
         layout->addWidget(label, row, 1);
-        auto *const button = new QPushButton(actions->at(action)->text());
-        connect(button, &QPushButton::clicked, actions->at(action), &QAction::trigger);
+    };
+    const auto addButton = [&](int row, const QAction *action) {
+        auto *const button = new QPushButton(action->iconText());
+        connect(button, &QPushButton::clicked, action, &QAction::trigger);
         layout->addWidget(button, row, 2);
     };
     addStep(
         1,
-        tr("Connect to the service of your project, or stay with the documents of this computer."),
-        ActionId::Connect);
-    addStep(2, tr("Upload files and folders, or drop them into the list."), ActionId::UploadFiles);
+        tr("Connect to the service of your project, or stay with the documents of this computer."));
+    addButton(1, actions->at(ActionId::Connect));
+    addStep(2, tr("Upload files and folders, or drop them into the list."));
+    addButton(2, actions->at(ActionId::UploadFiles));
     addStep(
         3,
         tr("Open a document with a double click. When you save it in its program, it becomes a new "
-           "version here."),
-        ActionId::Open);
+           "version here."));
 }
 
 } // namespace desktop

@@ -31,10 +31,10 @@ namespace desktop {
 
 namespace {
 
-constexpr QLatin1String WindowKey("window");
-constexpr QLatin1String DocksKey("docks");
-constexpr QLatin1String SplitterKey("splitter");
-constexpr QLatin1String HeaderKey("columns");
+constexpr char WindowKey[] = "window";
+constexpr char DocksKey[] = "docks";
+constexpr char SplitterKey[] = "splitter";
+constexpr char HeaderKey[] = "columns";
 
 constexpr int StatusMs = 8000;
 
@@ -83,7 +83,7 @@ void MainWindow::buildCenter()
     layout->addWidget(m_search);
     layout->addWidget(m_pane, 1);
     auto *const splitter = new QSplitter;
-    splitter->setObjectName(SplitterKey);
+    splitter->setObjectName(QLatin1String(SplitterKey));
     splitter->addWidget(m_places);
     splitter->addWidget(center);
     splitter->setStretchFactor(1, 1);
@@ -205,19 +205,21 @@ void MainWindow::restoreLooks()
 {
     AppSettings &settings = m_workspace->settings;
     resize(1100, 720);
-    restoreGeometry(settings.state(WindowKey));
-    restoreState(settings.state(DocksKey));
-    m_pane->restoreHeaderState(settings.state(HeaderKey));
-    static_cast<QSplitter *>(centralWidget())->restoreState(settings.state(SplitterKey));
+    restoreGeometry(settings.state(QLatin1String(WindowKey)));
+    restoreState(settings.state(QLatin1String(DocksKey)));
+    m_pane->restoreHeaderState(settings.state(QLatin1String(HeaderKey)));
+    static_cast<QSplitter *>(centralWidget())
+        ->restoreState(settings.state(QLatin1String(SplitterKey)));
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     AppSettings &settings = m_workspace->settings;
-    settings.setState(WindowKey, saveGeometry());
-    settings.setState(DocksKey, saveState());
-    settings.setState(HeaderKey, m_pane->headerState());
-    settings.setState(SplitterKey, static_cast<QSplitter *>(centralWidget())->saveState());
+    settings.setState(QLatin1String(WindowKey), saveGeometry());
+    settings.setState(QLatin1String(DocksKey), saveState());
+    settings.setState(QLatin1String(HeaderKey), m_pane->headerState());
+    settings.setState(QLatin1String(SplitterKey),
+                      static_cast<QSplitter *>(centralWidget())->saveState());
     QMainWindow::closeEvent(event);
 }
 
