@@ -110,6 +110,7 @@ void TestDesktopEditing::doubleClickOpensTheFile()
     SmallWorld world;
     const QString path = world.open(m_opened);
     QVERIFY(path.endsWith(QLatin1String("/plan.txt")));
+    QVERIFY(!path.contains(world.document._id)); // what a service calls it is no path
     QCOMPARE(SmallWorld::read(path), QByteArray("first"));
     // The same file, without fetching it again.
     world.open(m_opened);

@@ -108,6 +108,7 @@ QStringList EditedFiles::changedPaths() const
 
 void EditedFiles::whenEnded(qint64 transfer, const Ended &then)
 {
+    m_ownTransfers.insert(transfer);
     m_waiting.insert(transfer, then);
 }
 

@@ -55,6 +55,9 @@ public:
 
     VellFileWatch *watch() { return &m_watch; }
 
+    //! Returns whether the transfer \a id was made here, so that its end is told by the signals of this class.
+    bool isOwnTransfer(qint64 id) const { return m_ownTransfers.contains(id); }
+
 Q_SIGNALS:
     void opened(const QString &path);
 
@@ -93,6 +96,7 @@ private:
     VellFileWatch m_watch;
     QList<EditedFile> m_files;
     QSet<QString> m_changed;
+    QSet<qint64> m_ownTransfers;
     QHash<qint64, Ended> m_waiting; // for the ends of transfers
 };
 

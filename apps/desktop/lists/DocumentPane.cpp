@@ -217,12 +217,25 @@ void DocumentPane::takeLoaded()
 QList<VellDocument> DocumentPane::selection() const
 {
     QList<VellDocument> documents;
-    const QModelIndexList rows = m_table->selectionModel()->selectedRows();
-    for (const QModelIndex &row : rows) {
-        if (const std::optional<VellDocument> document = m_model->document(row))
-            documents.append(*document);
+    // By ranges: a list of 100,000 indexes would hold the window up.
+    const QItemSelection selected = m_table->selectionModel()->selection();
+    for (const QItemSelectionRange &range : selected) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            if (const std::optional<VellDocument> document =
+                    m_model->document(m_model->index(row, 0)))
+                documents.append(*document);
+        }
     }
     return documents;
+}
+
+int DocumentPane::selectedCount() const
+{
+    int count = 0;
+    const QItemSelection selected = m_table->selectionModel()->selection();
+    for (const QItemSelectionRange &range : selected)
+        count += range.height();
+    return count;
 }
 
 bool DocumentPane::isSelectionFetched() const

@@ -41,6 +41,8 @@ public:
 
     //! The selected documents, without those that have not been fetched.
     QList<VellDocument> selection() const;
+    //! How many entries are selected, fetched or not.
+    int selectedCount() const;
     //! Returns whether selection() is all that is selected.
     bool isSelectionFetched() const;
     void select(const QString &id);

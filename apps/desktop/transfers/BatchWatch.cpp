@@ -1,8 +1,12 @@
 #include <desktop/transfers/BatchWatch.h>
 
+#include <utility>
+
 namespace desktop {
 
-BatchWatch::BatchWatch(VellTransferQueue *queue, QObject *parent) : QObject(parent), m_queue(queue)
+BatchWatch::BatchWatch(VellTransferQueue *queue, std::function<bool(qint64)> isToldElsewhere,
+                       QObject *parent)
+    : QObject(parent), m_queue(queue), m_isToldElsewhere(std::move(isToldElsewhere))
 {
     connect(queue, &VellTransferQueue::added, this, &BatchWatch::add);
     connect(queue, &VellTransferQueue::changed, this, &BatchWatch::add); // started again
@@ -13,13 +17,15 @@ void BatchWatch::add(const QVector<qint64> &ids)
 {
     for (const qint64 id : ids) {
         const VellTransfer transfer = m_queue->transfer(id);
-        if (transfer.id != 0 && !transfer.isEnded())
+        if (transfer.id != 0 && !transfer.isEnded() && !m_isToldElsewhere(id))
             m_batches[transfer.batch].open.insert(id);
     }
 }
 
 void BatchWatch::end(const VellTransfer &transfer)
 {
+    if (m_isToldElsewhere(transfer.id))
+        return;
     // One that fails at once has ended before it is announced.
     Batch &batch = m_batches[transfer.batch];
     batch.open.remove(transfer.id);

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QSet>
 
+#include <functional>
+
 namespace desktop {
 
 //! \brief Tells when all transfers of a batch have ended.
@@ -15,7 +17,9 @@ class BatchWatch : public QObject
 
 public:
     //! \param queue must outlive this
-    explicit BatchWatch(VellTransferQueue *queue, QObject *parent = nullptr);
+    //! \param isToldElsewhere returns whether somebody else tells the end of the transfer with the given identifier
+    BatchWatch(VellTransferQueue *queue, std::function<bool(qint64)> isToldElsewhere,
+               QObject *parent = nullptr);
 
 Q_SIGNALS:
     //! \param text what became of the transfers, for the user
@@ -37,6 +41,7 @@ private:
     static QString text(const Batch &batch);
 
     VellTransferQueue *const m_queue;
+    const std::function<bool(qint64)> m_isToldElsewhere;
     QHash<int, Batch> m_batches;
 };
 

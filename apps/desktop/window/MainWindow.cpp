@@ -319,7 +319,7 @@ void MainWindow::updateStatus()
         qint64 bytes = 0;
         for (const VellDocument &document : selection)
             bytes += document.fileSize;
-        text = tr("%n selected", nullptr, selection.size()) + QStringLiteral(" · ")
+        text = tr("%n selected", nullptr, m_pane->selectedCount()) + QStringLiteral(" · ")
             + QLocale().formattedDataSize(bytes) + QStringLiteral(" · ") + text;
     }
     m_counts->setText(text);

@@ -53,7 +53,9 @@ Panels::Panels(Workspace *workspace, MessageBar *editBar, QMainWindow *window)
     connect(m_information, &InformationPanel::versionsRequested, this, &Panels::showVersions);
     connect(m_information, &InformationPanel::remarkChanged, &workspace->changes,
             &DocumentChanges::setRemark);
-    auto *const batches = new BatchWatch(&workspace->queue, this);
+    auto *const batches = new BatchWatch(
+        &workspace->queue, [workspace](qint64 id) { return workspace->edited.isOwnTransfer(id); },
+        this);
     connect(batches, &BatchWatch::batchEnded, this, &Panels::tellEnd);
     auto *const edits = new EditDesk(&workspace->edited, &workspace->settings, &workspace->session,
                                      editBar, window);
