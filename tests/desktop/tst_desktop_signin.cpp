@@ -81,14 +81,16 @@ public:
     {
         const QString key = folder.filePath(QStringLiteral("key.pem"));
         const QString certificate = folder.filePath(QStringLiteral("certificate.pem"));
-        const int code = QProcess::execute(
-            QStringLiteral("openssl"),
-            {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
-             QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-keyout"), key,
-             QStringLiteral("-out"), certificate, QStringLiteral("-days"), QStringLiteral("2"),
-             QStringLiteral("-subj"), QStringLiteral("/CN=localhost/O=Bridge Office"),
-             QStringLiteral("-addext"), QStringLiteral("subjectAltName=DNS:localhost")});
-        if (code != 0)
+        QProcess openssl;
+        openssl.start(QStringLiteral("openssl"),
+                      {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                       QStringLiteral("rsa:2048"), QStringLiteral("-nodes"),
+                       QStringLiteral("-keyout"), key, QStringLiteral("-out"), certificate,
+                       QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
+                       QStringLiteral("/CN=localhost/O=Bridge Office"), QStringLiteral("-addext"),
+                       QStringLiteral("subjectAltName=DNS:localhost")});
+        openssl.waitForFinished();
+        if (openssl.exitStatus() != QProcess::NormalExit || openssl.exitCode() != 0)
             qFatal("openssl makes no certificate");
         QFile keyFile(key);
         if (!keyFile.open(QIODevice::ReadOnly))

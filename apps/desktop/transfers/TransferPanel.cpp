@@ -45,7 +45,7 @@ TransferPanel::TransferPanel(VellTransferQueue *queue, QWidget *parent)
     m_summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_summary->setIndent(6);
     row->addWidget(m_summary, 1);
-    m_progress->setMaximumWidth(180);
+    m_progress->setMaximumWidth(110);
     m_progress->setAccessibleName(tr("Progress of all transfers"));
     row->addWidget(m_progress);
     layout->addLayout(row);
@@ -166,6 +166,7 @@ void TransferPanel::updateState()
                               : tr("Try all failed again"));
     const QString text = summary();
     m_summary->setText(text.isEmpty() ? tr("No transfers are under way.") : text);
+    m_summary->setToolTip(m_summary->text());
     m_progress->setVisible(!text.isEmpty());
     m_progress->setValue(percent());
     Q_EMIT summaryChanged();
