@@ -3,6 +3,7 @@
 #include <desktop/window/MessageBar.h>
 
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QPushButton>
 #include <QTreeView>
 
@@ -111,6 +112,11 @@ void TestDesktopEditing::doubleClickOpensTheFile()
     const QString path = world.open(m_opened);
     QVERIFY(path.endsWith(QLatin1String("/plan.txt")));
     QVERIFY(!path.contains(world.document._id)); // what a service calls it is no path
+#ifndef Q_OS_WIN
+    const QFile::Permissions others = QFileInfo(world.workspace()->paths.opened).permissions()
+        & (QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther);
+    QCOMPARE(int(others), 0);
+#endif
     QCOMPARE(SmallWorld::read(path), QByteArray("first"));
     // The same file, without fetching it again.
     world.open(m_opened);

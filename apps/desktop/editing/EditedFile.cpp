@@ -90,7 +90,11 @@ bool edited_file_list::write(const QString &path, const QList<EditedFile> &files
     QJsonArray array;
     for (const EditedFile &file : files)
         array.append(toJson(file));
-    QDir().mkpath(QFileInfo(path).path());
+    const QString folder = QFileInfo(path).path();
+    QDir().mkpath(folder);
+    // The documents are for the user only.
+    QFile::setPermissions(folder,
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
