@@ -107,6 +107,10 @@ public:
     VellResult<QList<VellDocument>> *foldersAbove(const QString &id);
     //! Newest first, the current version included.
     VellResult<QList<VellDocument>> *history(const QString &id);
+    //! Fetches the content \a fileId, the `fileId` of a document or of one of its versions, into the local file \a path, which is
+    //! replaced. VellOperation::progressed() tells the bytes. Fails with VellError::Kind::TooLarge, before anything is fetched, if the
+    //! service announces more than \a mostBytes; 0 for no limit.
+    VellResult<QString> *content(const QString &fileId, const QString &path, qint64 mostBytes = 0);
     VellResult<QString> *password(const QString &id);
     VellResult<bool> *isFavorite(const QString &id);
     VellResult<bool> *may(VellRight right, const QString &id, const QString &category);
@@ -132,6 +136,8 @@ public:
     VellResult<bool> *setOrder(const QMap<QString, int> &positions);
     //! Sends `entity` of \a document.
     VellResult<VellDocument> *setLinks(const VellDocument &document);
+    //! Makes the content \a fileId of an earlier version the current one of the document \a id, as a new version. Nothing is transferred.
+    VellResult<VellDocument> *makeCurrent(const QString &id, const QString &fileId);
     VellResult<bool> *setRemark(const QString &id, const QString &remark);
     VellResult<bool> *setVersionRemark(const QString &versionId, const QString &remark);
     VellResult<bool> *setFavorite(const QString &id, bool on);

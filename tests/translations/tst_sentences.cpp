@@ -28,6 +28,13 @@ void TestSentences::everyTextIsTranslated_data()
     QTest::newRow("velldoc, English plurals")
         << QStringLiteral("apps/velldoc/translations/velldoc_en.ts") << QStringList{velldoc}
         << QStringList{QStringLiteral("-pluralonly")};
+    const QString desktop = QStringLiteral("apps/desktop");
+    QTest::newRow("vell-desktop, Chinese")
+        << QStringLiteral("apps/desktop/translations/vell-desktop_zh_CN.ts")
+        << QStringList{desktop, QStringLiteral("platform/VellNetwork/reply")} << QStringList();
+    QTest::newRow("vell-desktop, English plurals")
+        << QStringLiteral("apps/desktop/translations/vell-desktop_en.ts") << QStringList{desktop}
+        << QStringList{QStringLiteral("-pluralonly")};
     QTest::newRow("client layer, Chinese")
         << QStringLiteral("client/translations/VellClient_zh_CN.ts")
         << QStringList{QStringLiteral("client")} << QStringList();

@@ -1,62 +1,43 @@
 #include <velldoc/service/EmbeddedService.h>
 
-#include <service/ReferenceService.h>
 #include <velldoc/Failure.h>
 #include <velldoc/Text.h>
 #include <velldoc/output/Interrupt.h>
 
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 namespace velldoc {
 
 namespace {
 
+using Outcome = ::EmbeddedService::Outcome;
+
 constexpr int WaitForFolderMs = 5000;
 constexpr std::chrono::milliseconds RetryInterval(100);
 
-//! Where "velldoc serve" leaves its address, so that commands on the same folder find it.
-QString addressFile(const QString &dataDir)
+[[noreturn]] void refuseMissing()
 {
-    return dataDir + QStringLiteral("/velldoc-serve.url");
-}
-
-QString servedAddress(const QString &dataDir)
-{
-    QFile file(addressFile(dataDir));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+    throw Failure(
+        ExitUsage,
+        Text::tr("This velldoc was built without a service of its own: name one with --url, "
+                 "for example one started with \"vell-service --data DIR\"."));
 }
 
 } // namespace
 
-class EmbeddedService::Private
-{
-public:
-    explicit Private(const ServiceOptions &options) : service(options) {}
-
-    ReferenceService service;
-};
-
-EmbeddedService::EmbeddedService() = default;
-EmbeddedService::~EmbeddedService() = default;
-
 QString EmbeddedService::start(const QString &dataDir)
 {
-    ServiceOptions options;
-    options.dataDir = dataDir;
-    d = std::make_unique<Private>(options);
     QElapsedTimer clock;
     clock.start();
-    QString error;
-    while (!d->service.start(&error)) {
-        if (!ReferenceService::isInUse(dataDir))
-            throw Failure(ExitFailed, error);
-        QString address = servedAddress(dataDir);
-        if (!address.isEmpty())
-            return address;
+    for (;;) {
+        const Outcome outcome = m_service.start(dataDir);
+        if (outcome == Outcome::Started || outcome == Outcome::Shared)
+            return m_service.address();
+        if (outcome == Outcome::Missing)
+            refuseMissing();
+        if (outcome == Outcome::Failed)
+            throw Failure(ExitFailed, m_service.error());
         if (clock.hasExpired(WaitForFolderMs)) {
             throw Failure(
                 ExitFailed,
@@ -66,37 +47,26 @@ QString EmbeddedService::start(const QString &dataDir)
         }
         Interrupt::pause(RetryInterval);
     }
-    QFile::remove(addressFile(dataDir)); // of a server that was killed
-    return d->service.baseApi();
-}
-
-bool EmbeddedService::isRunning() const
-{
-    return d && d->service.port() != 0;
 }
 
 void EmbeddedService::serve(const QString &dataDir, const QString &address,
                             const std::function<void(const QString &)> &announce)
 {
-    ServiceOptions options;
-    options.dataDir = dataDir;
-    if (!options.setListen(address)) {
+    switch (m_service.start(dataDir, address)) {
+    case Outcome::Started:
+        break;
+    case Outcome::BadAddress:
         throw Failure(ExitUsage,
                       Text::tr("\"%1\" is no address: write it like 127.0.0.1:8080.").arg(address));
+    case Outcome::Missing:
+        refuseMissing();
+    default:
+        throw Failure(ExitFailed, m_service.error());
     }
-    d = std::make_unique<Private>(options);
-    QString error;
-    if (!d->service.start(&error))
-        throw Failure(ExitFailed, error);
-    QSaveFile file(addressFile(dataDir));
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(d->service.baseApi().toUtf8());
-        file.commit();
-    }
-    announce(d->service.baseApi());
+    m_service.announce();
+    announce(m_service.address());
     QEventLoop().exec(); // until Interrupt ends it
-    QFile::remove(addressFile(dataDir));
-    d->service.stop();
+    m_service.stop();
 }
 
 } // namespace velldoc

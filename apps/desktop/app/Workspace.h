@@ -1,0 +1,41 @@
+#pragma once
+
+#include <desktop/app/AppPaths.h>
+#include <desktop/changes/DocumentChanges.h>
+#include <desktop/editing/EditedFiles.h>
+#include <desktop/settings/AppSettings.h>
+#include <desktop/signin/ConnectionStore.h>
+#include <desktop/signin/Connector.h>
+
+#include <documents/VellDocuments.h>
+#include <session/VellSession.h>
+#include <transfer/VellTransferQueue.h>
+
+#include <QObject>
+
+namespace desktop {
+
+//! \brief What all windows and panels of the program work on. Lives as long as the program.
+class Workspace : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Workspace(const AppPaths &paths, QObject *parent = nullptr);
+
+    const AppPaths paths;
+    AppSettings settings;
+    ConnectionStore connections;
+    VellSession session;
+    VellDocuments documents;
+    VellTransferQueue queue;
+    Connector connector;
+    DocumentChanges changes;
+    EditedFiles edited;
+
+Q_SIGNALS:
+    //! The list of transfers is not kept on the disk.
+    void transfersNotKept(const VellError &error);
+};
+
+} // namespace desktop

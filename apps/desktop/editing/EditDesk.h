@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+
+class QWidget;
+class VellSession;
+struct VellDocument;
+
+namespace desktop {
+
+class AppSettings;
+class EditedFiles;
+class MessageBar;
+
+//! \brief Asks the user what is to become of the changes of opened files.
+class EditDesk : public QObject
+{
+    Q_OBJECT
+
+public:
+    //! \param bar for the question; it, \a files, \a settings, \a session and \a window must outlive this
+    EditDesk(EditedFiles *files, AppSettings *settings, VellSession *session, MessageBar *bar,
+             QWidget *window);
+
+Q_SIGNALS:
+    //! \param text a sentence about something that has been done
+    void done(const QString &text);
+    //! \param text a sentence about something that has failed
+    void failed(const QString &text);
+
+private:
+    void takeChange(const QString &path);
+    void ask();
+    void storeAll();
+    void showConflict(const QString &path, const VellDocument &current);
+
+    EditedFiles *const m_files;
+    AppSettings *const m_settings;
+    VellSession *const m_session;
+    MessageBar *const m_bar;
+    QWidget *const m_window;
+};
+
+} // namespace desktop

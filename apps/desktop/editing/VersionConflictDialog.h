@@ -1,0 +1,28 @@
+#pragma once
+
+#include <desktop/editing/EditedFiles.h>
+
+#include <QDialog>
+
+namespace desktop {
+
+//! \brief Shows the local file and the document that somebody else has changed side by side, and asks which way out to take.
+//!
+//! Accepted with way(); rejected if the user decides later.
+class VersionConflictDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    //! \param current the document on the service; without `_id` if it has been deleted
+    //! \param changedBy who has changed it
+    VersionConflictDialog(const QString &path, const VellDocument &current,
+                          const QString &changedBy, QWidget *parent = nullptr);
+
+    EditedFiles::Way way() const { return m_way; }
+
+private:
+    EditedFiles::Way m_way = EditedFiles::Way::KeepBoth;
+};
+
+} // namespace desktop

@@ -1,0 +1,298 @@
+#include <desktop/lists/DocumentPane.h>
+
+#include <desktop/lists/NameDelegate.h>
+#include <desktop/lists/NoticePage.h>
+#include <desktop/window/MessageBar.h>
+
+#include <QHeaderView>
+#include <QListView>
+#include <QStackedWidget>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+namespace desktop {
+
+namespace {
+
+constexpr int IconSide = 64;
+constexpr QSize CellSize(120, 112);
+
+} // namespace
+
+DocumentPane::DocumentPane(VellDocuments *documents, QWidget *parent)
+    : QWidget(parent), m_model(new DocumentListModel(documents, this)), m_table(new QTreeView),
+      m_icons(new QListView), m_notice(new NoticePage(m_model)),
+      m_stale(new MessageBar(QStringLiteral("staleBar"))), m_pages(new QStackedWidget)
+{
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->setSpacing(0);
+    layout->addWidget(m_stale);
+    layout->addWidget(m_pages, 1);
+    buildTable();
+    buildIcons();
+    m_pages->addWidget(m_table);
+    m_pages->addWidget(m_icons);
+    m_pages->addWidget(m_notice);
+    connect(m_stale, &MessageBar::accepted, this, &DocumentPane::reload);
+    connect(m_notice, &NoticePage::accepted, this, &DocumentPane::reload);
+    connect(m_model, &VellDocumentModel::loadingChanged, this, &DocumentPane::updatePage);
+    connect(m_model, &VellDocumentModel::loaded, this, &DocumentPane::takeLoaded);
+    connect(m_model, &VellDocumentModel::loadFailed, this, &DocumentPane::updatePage);
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(m_model, signal, this, &DocumentPane::updatePage);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &DocumentPane::updatePage);
+}
+
+void DocumentPane::buildTable()
+{
+    m_table->setObjectName(QStringLiteral("table"));
+    m_table->setAccessibleName(tr("Entries"));
+    m_table->setModel(m_model);
+    m_table->setRootIsDecorated(false);
+    m_table->setUniformRowHeights(true); // or each of 100,000 rows is measured
+    m_table->setAllColumnsShowFocus(true);
+    m_table->setTextElideMode(Qt::ElideMiddle); // the suffix matters
+    m_table->header()->setSortIndicator(VellDocumentModel::NameColumn, Qt::AscendingOrder);
+    m_table->setSortingEnabled(true);
+    m_table->header()->setStretchLastSection(true);
+    m_table->header()->setFirstSectionMovable(false);
+    m_table->setColumnWidth(VellDocumentModel::NameColumn, 260);
+    m_table->setColumnWidth(VellDocumentModel::SizeColumn, 80);
+    m_table->setColumnWidth(VellDocumentModel::TypeColumn, 90);
+    m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 160);
+    watchView(m_table);
+}
+
+void DocumentPane::buildIcons()
+{
+    m_icons->setObjectName(QStringLiteral("icons"));
+    m_icons->setAccessibleName(tr("Entries"));
+    m_icons->setModel(m_model);
+    m_icons->setViewMode(QListView::IconMode);
+    m_icons->setMovement(QListView::Snap);
+    m_icons->setResizeMode(QListView::Adjust);
+    m_icons->setUniformItemSizes(true);
+    m_icons->setIconSize({IconSide, IconSide});
+    m_icons->setGridSize(CellSize);
+    m_icons->setWordWrap(true);
+    m_icons->setTextElideMode(Qt::ElideMiddle);
+    m_icons->setSelectionModel(m_table->selectionModel());
+    watchView(m_icons);
+}
+
+void DocumentPane::watchView(QAbstractItemView *view)
+{
+    view->setItemDelegate(new NameDelegate(view));
+    view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers); // F2 and the menu, when it is allowed
+    view->setDragDropMode(QAbstractItemView::DragDrop);
+    view->setDropIndicatorShown(true);
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(view, &QWidget::customContextMenuRequested, this, [=](const QPoint &position) {
+        Q_EMIT contextMenuRequested(view->viewport()->mapToGlobal(position));
+    });
+    connect(view, &QAbstractItemView::activated, this, [this](const QModelIndex &index) {
+        if (const std::optional<VellDocument> document = m_model->document(index))
+            Q_EMIT openRequested(*document);
+    });
+    connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &DocumentPane::selectionChanged, Qt::UniqueConnection);
+}
+
+void DocumentPane::setLocation(const Location &location, const QString &selectedId)
+{
+    m_location = location;
+    m_wantedId = selectedId;
+    m_editedId.clear();
+    m_model->setSource(location.source());
+    m_table->scrollToTop();
+    Q_EMIT selectionChanged();
+    updatePage();
+}
+
+void DocumentPane::reload()
+{
+    m_model->reload();
+    updatePage();
+}
+
+void DocumentPane::setView(View view)
+{
+    m_view = view;
+    updatePage();
+}
+
+DocumentPane::View DocumentPane::view() const
+{
+    return m_view;
+}
+
+QAbstractItemView *DocumentPane::currentView() const
+{
+    return m_view == View::Details ? static_cast<QAbstractItemView *>(m_table) : m_icons;
+}
+
+void DocumentPane::updatePage()
+{
+    const VellError &error = m_model->error();
+    const bool hasRows = m_model->rowCount() > 0;
+    // The bar of the window says it then, and the model asks again by itself.
+    const bool isLost =
+        error.kind == VellError::Kind::Offline || error.kind == VellError::Kind::TimedOut;
+    if (error && hasRows && !isLost) {
+        m_stale->say(MessageBar::Kind::Warning,
+                     tr("The list may be out of date. %1").arg(error.text), tr("&Try Again"));
+    } else {
+        m_stale->hide();
+    }
+    const bool isEmpty = !hasRows && (error || !m_model->isLoading());
+    if (isEmpty)
+        sayWhyEmpty();
+    showPage(isEmpty ? static_cast<QWidget *>(m_notice) : currentView());
+    Q_EMIT changed();
+}
+
+void DocumentPane::showPage(QWidget *page)
+{
+    const bool hasFocus = m_pages->currentWidget()->hasFocus();
+    m_pages->setCurrentWidget(page);
+    if (hasFocus)
+        page->setFocus();
+}
+
+void DocumentPane::sayWhyEmpty()
+{
+    if (const VellError &error = m_model->error()) {
+        const QString why =
+            error.detail.isEmpty() ? error.text : error.text + QLatin1Char('\n') + error.detail;
+        m_notice->say(tr("The list could not be fetched"), why, tr("&Try Again"));
+        return;
+    }
+    if (m_model->source().kind() == VellDocumentSource::Kind::None) {
+        m_notice->say(tr("No project is open"), tr("Connect to a service to see its documents."));
+        return;
+    }
+    switch (m_location.kind) {
+    case Location::Kind::Folder:
+        m_notice->say(tr("This folder is empty"), tr("Drop files here, or upload them."));
+        return;
+    case Location::Kind::Favorites:
+        m_notice->say(tr("There are no favourites"),
+                      tr("Mark a document as a favourite with Ctrl+B."));
+        return;
+    case Location::Kind::Frequent:
+        m_notice->say(tr("Nothing is marked as frequently used"),
+                      tr("Mark a document in its context menu."));
+        return;
+    case Location::Kind::Recent:
+        m_notice->say(tr("There are no recent files"),
+                      tr("Files that you change or open are listed here."));
+        return;
+    case Location::Kind::RecycleBin:
+        m_notice->say(tr("The recycle bin is empty"),
+                      tr("What you delete can be restored from here."));
+        return;
+    case Location::Kind::Search:
+        m_notice->say(tr("Nothing was found"), tr("Try fewer letters, or another place or time."));
+        return;
+    }
+}
+
+void DocumentPane::takeLoaded()
+{
+    updatePage();
+    if (!m_wantedId.isEmpty())
+        select(std::exchange(m_wantedId, QString()));
+    if (!m_editedId.isEmpty())
+        editName(m_editedId);
+    if (!currentView()->currentIndex().isValid() && m_model->rowCount() > 0) {
+        // So that the keys have a place to begin at.
+        currentView()->selectionModel()->setCurrentIndex(m_model->index(0, 0),
+                                                         QItemSelectionModel::NoUpdate);
+    }
+}
+
+QList<VellDocument> DocumentPane::selection() const
+{
+    QList<VellDocument> documents;
+    // By ranges: a list of 100,000 indexes would hold the window up.
+    const QItemSelection selected = m_table->selectionModel()->selection();
+    for (const QItemSelectionRange &range : selected) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            if (const std::optional<VellDocument> document =
+                    m_model->document(m_model->index(row, 0)))
+                documents.append(*document);
+        }
+    }
+    return documents;
+}
+
+int DocumentPane::selectedCount() const
+{
+    int count = 0;
+    const QItemSelection selected = m_table->selectionModel()->selection();
+    for (const QItemSelectionRange &range : selected)
+        count += range.height();
+    return count;
+}
+
+bool DocumentPane::isSelectionFetched() const
+{
+    const QItemSelection selected = m_table->selectionModel()->selection();
+    for (const QItemSelectionRange &range : selected) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            if (!m_model->document(m_model->index(row, 0)))
+                return false;
+        }
+    }
+    return true;
+}
+
+void DocumentPane::select(const QString &id)
+{
+    const QModelIndex index = m_model->indexOf(id);
+    if (!index.isValid())
+        return;
+    m_table->selectionModel()->setCurrentIndex(
+        index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    currentView()->scrollTo(index);
+}
+
+void DocumentPane::selectAll()
+{
+    currentView()->selectAll();
+}
+
+void DocumentPane::editName(const QString &id)
+{
+    const QModelIndex index = m_model->indexOf(id);
+    if (!index.isValid()) {
+        m_editedId = id;
+        return;
+    }
+    m_editedId.clear();
+    select(id);
+    currentView()->setFocus();
+    currentView()->edit(index);
+}
+
+void DocumentPane::setListFocus()
+{
+    m_pages->currentWidget()->setFocus();
+}
+
+QByteArray DocumentPane::headerState() const
+{
+    return m_table->header()->saveState();
+}
+
+void DocumentPane::restoreHeaderState(const QByteArray &state)
+{
+    if (m_table->header()->restoreState(state))
+        m_model->sort(m_table->header()->sortIndicatorSection(),
+                      m_table->header()->sortIndicatorOrder());
+}
+
+} // namespace desktop

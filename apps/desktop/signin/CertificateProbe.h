@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QSslCertificate>
+#include <QSslSocket>
+#include <QTimer>
+#include <QUrl>
+
+namespace desktop {
+
+//! \brief Fetches the certificates that a server shows, without trusting them and without sending anything else.
+class CertificateProbe : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CertificateProbe(QObject *parent = nullptr);
+
+    //! Asks the server of \a address. fetched() follows once.
+    void start(const QUrl &address);
+
+Q_SIGNALS:
+    //! \param chain the server's own certificate first; empty if it shows none
+    void fetched(const QList<QSslCertificate> &chain);
+
+private:
+    void finish();
+
+    QSslSocket m_socket;
+    QTimer m_limit;
+};
+
+} // namespace desktop

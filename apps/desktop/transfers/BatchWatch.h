@@ -1,0 +1,48 @@
+#pragma once
+
+#include <transfer/VellTransferQueue.h>
+
+#include <QHash>
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+
+namespace desktop {
+
+//! \brief Tells when all transfers of a batch have ended.
+class BatchWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    //! \param queue must outlive this
+    //! \param isToldElsewhere returns whether somebody else tells the end of the transfer with the given identifier
+    BatchWatch(VellTransferQueue *queue, std::function<bool(qint64)> isToldElsewhere,
+               QObject *parent = nullptr);
+
+Q_SIGNALS:
+    //! \param text what became of the transfers, for the user
+    //! \param failedCount how many have failed
+    void batchEnded(const QString &text, int failedCount);
+
+private:
+    struct Batch
+    {
+        QSet<qint64> open;
+        int uploadCount = 0;
+        int downloadCount = 0;
+        int skippedCount = 0;
+        int failedCount = 0;
+    };
+
+    void add(const QVector<qint64> &ids);
+    void end(const VellTransfer &transfer);
+    static QString text(const Batch &batch);
+
+    VellTransferQueue *const m_queue;
+    const std::function<bool(qint64)> m_isToldElsewhere;
+    QHash<int, Batch> m_batches;
+};
+
+} // namespace desktop

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <document_model/VellDocument.h>
+
+#include <QDialog>
+#include <QList>
+
+class QLabel;
+class QPushButton;
+class QTreeWidget;
+class VellDocuments;
+struct VellError;
+
+namespace desktop {
+
+//! \brief The versions of a file: fetching one, making one current again, its remark.
+class VersionsDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    //! \param documents must outlive the dialog
+    VersionsDialog(VellDocuments *documents, const VellDocument &document,
+                   QWidget *parent = nullptr);
+
+private:
+    void reload();
+    void fill();
+    void fetch();
+    void makeCurrent();
+    void editRemark();
+    void updateButtons();
+    void say(const QString &text, const VellError &error);
+    //! The version of the current row; one without `_id` if there is none.
+    VellDocument version() const;
+
+    VellDocuments *const m_documents;
+    VellDocument m_document;
+    QList<VellDocument> m_versions; // newest first
+    QTreeWidget *m_list;
+    QLabel *m_message;
+    QPushButton *m_fetch = nullptr;
+    QPushButton *m_current = nullptr;
+    QPushButton *m_remark = nullptr;
+};
+
+} // namespace desktop

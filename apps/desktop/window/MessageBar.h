@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QFrame>
+#include <QString>
+
+class QLabel;
+class QPushButton;
+
+namespace desktop {
+
+//! \brief A bar with a sentence and one button, above what it is about. Hidden until it has something to say.
+class MessageBar : public QFrame
+{
+    Q_OBJECT
+
+public:
+    enum class Kind {
+        Note,
+        Warning,
+    };
+
+    //! \param name of the object, for tests and screen readers' tools
+    explicit MessageBar(const QString &name, QWidget *parent = nullptr);
+
+    //! Shows \a text. What was shown before is replaced.
+    //! \param button the text of the button; empty for none
+    void say(Kind kind, const QString &text, const QString &button = {});
+
+    QString text() const;
+
+Q_SIGNALS:
+    //! The button has been pressed.
+    void accepted();
+    void closed();
+
+private:
+    QLabel *m_icon;
+    QLabel *m_text;
+    QPushButton *m_button;
+};
+
+} // namespace desktop
