@@ -179,6 +179,15 @@ void TransferQueue::finish(qint64 id, TransferItem &item, VellTransferState stat
 
 void TransferQueue::ask(qint64 id, TransferItem &item, const TransferOutcome &outcome)
 {
+    const VellConflictPolicy policy = m_batches.value(m_list.batch(item)).policy;
+    if (policy != VellConflictPolicy::Ask) { // has been answered for all while the attempt ran
+        m_list.setDecision(id, policy, outcome.base);
+        m_list.setState(item, VellTransferState::Waiting);
+        mark(id, item);
+        write(id, item);
+        enqueue(id, item);
+        return;
+    }
     m_list.setState(item, VellTransferState::Asking);
     m_list.setDecision(id, std::nullopt, {});
     mark(id, item);

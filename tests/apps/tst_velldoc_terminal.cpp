@@ -269,8 +269,12 @@ void TestVelldocTerminal::tokenIsNotShown()
 {
     VelldocWorld world;
     const QString token = world.service().addUser(QStringLiteral("vera"));
+    QVERIFY(world.service().addProject(QStringLiteral("p"), QStringLiteral("P")));
+    QVERIFY(world.service().setRole(QStringLiteral("p"), QStringLiteral("vera"),
+                                    QStringLiteral("viewer")));
     PtyProcess process;
-    start(process, world, {QStringLiteral("login")});
+    start(process, world,
+          {QStringLiteral("login"), QStringLiteral("--project"), QStringLiteral("p")});
     QVERIFY(process.waitForText("Access token"));
     process.press(token.toLatin1() + '\n');
     QCOMPARE(process.waitForEnd(), 0);

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void aFolderInTheWayIsNotReplaced();
     void askingIsAnsweredLaterAndOthersGoOn();
     void anAnswerForAllCountsForTheBatch();
+    void anAnswerForAllCountsForThoseUnderWay();
     void whatHasChangedSinceTheQuestionIsAskedAgain();
     void aVersionOfAnOlderStateIsRefused_data();
     void aVersionOfAnOlderStateIsRefused();
@@ -254,6 +255,29 @@ void TestTransferUploads::anAnswerForAllCountsForTheBatch()
         QVERIFY(world.queue.transfer(id).isSkipped);
     }
     QVERIFY(world.waitForState(alone, State::Asking));
+}
+
+void TestTransferUploads::anAnswerForAllCountsForThoseUnderWay()
+{
+    TransferWorld world;
+    const int batch = world.queue.addBatch(Policy::Ask);
+    for (const char *const name : {"a", "b"}) {
+        world.store(QString::fromLatin1(name), "remote");
+        TransferWorld::write(world.path(QString::fromLatin1(name)), "local");
+    }
+    const qint64 first = world.queue.upload(world.path(QStringLiteral("a")), {}, batch);
+    QVERIFY(world.waitForState(first, State::Asking));
+    FaultRule slow;
+    slow.kind = FaultRule::Kind::Slow;
+    slow.value = 1000;
+    slow.verb = "GET";
+    world.service.addFault(slow);
+    const qint64 underWay = world.queue.upload(world.path(QStringLiteral("b")), {}, batch);
+    QVERIFY(world.waitForState(underWay, State::Sending));
+    world.queue.answerAll(first, Policy::Skip);
+    QCOMPARE(world.waitFor(underWay).state, State::Done);
+    QVERIFY(world.queue.transfer(underWay).isSkipped);
+    QCOMPARE(world.questions.size(), 1);
 }
 
 void TestTransferUploads::whatHasChangedSinceTheQuestionIsAskedAgain()

@@ -2,6 +2,7 @@
 
 #include <velldoc/output/WindowsFileName.h>
 
+#include <QDir>
 #include <QTextCodec>
 
 #include <fcntl.h>
