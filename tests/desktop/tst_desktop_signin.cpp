@@ -29,7 +29,9 @@ private Q_SLOTS:
     void wrongInputIsExplained();
     void projectIsChosen();
     void tokenFileIsPrivate();
+#ifndef Q_OS_WIN // the certificates are made by OpenSSL's program
     void authorityIsTrustedAfterComparing();
+#endif
 };
 
 namespace {
@@ -255,6 +257,7 @@ void TestDesktopSignin::tokenFileIsPrivate()
                 .isEmpty());
 }
 
+#ifndef Q_OS_WIN
 void TestDesktopSignin::authorityIsTrustedAfterComparing()
 {
     Program program;
@@ -283,6 +286,7 @@ void TestDesktopSignin::authorityIsTrustedAfterComparing()
                              WaitMs);
     QVERIFY(!show->isVisible());
 }
+#endif
 
 QTEST_MAIN(TestDesktopSignin)
 #include "tst_desktop_signin.moc"
