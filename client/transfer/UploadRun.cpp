@@ -85,8 +85,10 @@ void UploadRun::uploadFile()
         outcome().trace = {};
     }
     // Then one look at the name is enough, immediately before the document is made.
-    if (sizeBytes() <= MostBytesAhead)
+    if (sizeBytes() <= MostBytesAhead) {
         m_contentId = sendContent();
+        setStage(VellTransferState::Saving);
+    }
     for (int i = 0; i < MostDecisions; ++i) {
         const std::optional<Target> target = decide();
         if (!target || (isLarge ? sendLarge(*target) : sendSmall(*target)))
