@@ -3,6 +3,7 @@
 #include <async_ops/VellUploadLimits.h>
 
 #include <QDataStream>
+#include <QFile>
 #include <QFileInfo>
 
 namespace {
@@ -58,7 +59,12 @@ ReplaceBase ReplaceBase::ofFile(const QString &path)
     const QFileInfo info(path);
     if (!info.exists())
         return {};
-    return {path, info.fileName(), {}, QString::number(info.size()), info.lastModified()};
+    qint64 size = info.size();
+    // Of a shortcut of Windows that is the size of the file behind it, and the shortcut itself is what is read.
+    QFile file(path);
+    if (info.isSymLink() && file.open(QIODevice::ReadOnly))
+        size = file.size();
+    return {path, info.fileName(), {}, QString::number(size), info.lastModified()};
 }
 
 bool ReplaceBase::operator==(const ReplaceBase &other) const

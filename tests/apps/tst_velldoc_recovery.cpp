@@ -37,7 +37,9 @@ private Q_SLOTS:
     void chunkThatIsNeverKeptEndsTheUpload();
     void fileThatChangesMeanwhileIsSentAgain_data();
     void fileThatChangesMeanwhileIsSentAgain();
+#ifndef Q_OS_WIN // where a file that is open stays
     void fileThatVanishesMeanwhileIsNamed();
+#endif
     void manySmallFilesComeBack();
     void largeFolderComesBack();
 
@@ -188,6 +190,7 @@ void TestVelldocRecovery::fileThatChangesMeanwhileIsSentAgain()
     QVERIFY(VelldocWorld::read(world.path(QStringLiteral("back"))) == VelldocWorld::read(local));
 }
 
+#ifndef Q_OS_WIN
 void TestVelldocRecovery::fileThatVanishesMeanwhileIsNamed()
 {
     VelldocWorld world;
@@ -208,6 +211,7 @@ void TestVelldocRecovery::fileThatVanishesMeanwhileIsNamed()
              error.constData());
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("first\n"));
 }
+#endif
 
 void TestVelldocRecovery::manySmallFilesComeBack()
 {
