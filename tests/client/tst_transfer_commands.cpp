@@ -109,7 +109,7 @@ qint64 TestTransferCommands::start(TransferWorld &world)
     const qint64 id = isUpload ? world.queue.upload(path, {}, Policy::Ask)
                                : world.queue.download(source, world.path(QString()), Policy::Ask);
     if (!world.waitForState(id, state))
-        qWarning("the transfer does not get there");
+        QTest::qFail("the transfer does not get there", __FILE__, __LINE__);
     return id;
 }
 
