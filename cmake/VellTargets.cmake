@@ -4,6 +4,10 @@ include(GenerateExportHeader)
 find_program(VELL_CCACHE ccache)
 if(VELL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER "${VELL_CCACHE}")
+    if(VELL_PRECOMPILED_HEADERS)
+        list(PREPEND CMAKE_CXX_COMPILER_LAUNCHER
+            "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros)
+    endif()
 endif()
 
 # One folder for all programs and DLLs, so that Windows finds the libraries beside the programs.
@@ -48,6 +52,39 @@ function(vell_set_common_options target)
         QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
         QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS
         QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
+    get_target_property(type ${target} TYPE)
+    if(TARGET vell_library_headers AND NOT type STREQUAL "EXECUTABLE" AND NOT target STREQUAL "vell_library_headers")
+        target_precompile_headers(${target} REUSE_FROM vell_library_headers)
+    endif()
+endfunction()
+
+# Reading Qt's headers takes most of the time of a build. With VELL_PRECOMPILED_HEADERS the compiler reads them once for all
+# libraries and once for all tests, whose options differ. Presets without it show a source that lacks an include.
+function(vell_add_precompiled_headers)
+    set(headers
+        <QByteArray> <QDateTime> <QDir> <QElapsedTimer> <QFile> <QFileInfo> <QHash> <QJsonArray> <QJsonDocument>
+        <QJsonObject> <QList> <QMap> <QNetworkReply> <QNetworkRequest> <QObject> <QPointer> <QSet> <QString> <QThread>
+        <QTimer> <QUrl> <QUrlQuery> <QVariant> <QVector>
+        <algorithm> <atomic> <functional> <map> <memory> <mutex> <optional> <string> <vector>)
+    set(source "${PROJECT_BINARY_DIR}/precompiled_headers.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "int main() {}\n")
+    add_executable(vell_test_headers EXCLUDE_FROM_ALL "${source}")
+    vell_set_common_options(vell_test_headers)
+    vell_set_test_options(vell_test_headers)
+    add_library(vell_library_headers OBJECT EXCLUDE_FROM_ALL "${source}")
+    vell_set_common_options(vell_library_headers)
+    foreach(target IN ITEMS vell_test_headers vell_library_headers)
+        set_target_properties(${target} PROPERTIES AUTOMOC OFF)
+        # Without the definitions of Qt5::Network, which not every target has.
+        target_link_libraries(${target} PRIVATE Qt5::Core)
+        target_include_directories(${target} SYSTEM PRIVATE ${Qt5Network_INCLUDE_DIRS})
+        target_precompile_headers(${target} PRIVATE ${headers})
+    endforeach()
+endfunction()
+
+# Tests are compiled more often than they are run: what they test is optimised.
+function(vell_set_test_options target)
+    target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O0>)
 endfunction()
 
 # vell_add_version_resource(<target>)
@@ -152,8 +189,10 @@ function(vell_add_test name)
     get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
     vell_set_common_options(${name})
-    # Compiled more often than it is run: what it tests is optimised.
-    target_compile_options(${name} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O0>)
+    vell_set_test_options(${name})
+    if(TARGET vell_test_headers)
+        target_precompile_headers(${name} REUSE_FROM vell_test_headers)
+    endif()
     if(VELL_FAST_LINKER)
         target_link_options(${name} PRIVATE -fuse-ld=gold)
     endif()
