@@ -45,7 +45,7 @@ void TestServiceContract::initTestCase()
     const Dispatcher dispatcher(context);
     for (const Router::Route &route : dispatcher.router().routes()) {
         const QString tail = QLatin1Char(' ') + route.segments.join(QLatin1Char('/'));
-        m_routes.append(QString::fromLatin1(route.verb) + tail);
+        m_routes.append(QString::fromLatin1(route.method) + tail);
         if (route.hasHead)
             m_routes.append(QStringLiteral("HEAD") + tail);
     }
