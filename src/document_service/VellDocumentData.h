@@ -11,7 +11,7 @@
 #include <QString>
 #include <QStringList>
 
-//! \brief The one object through which a client reads and changes documents and waits for the answer.
+//! \brief Reads and changes documents with blocking functions, and caches them.
 //!
 //! \code
 //! VellBaseApi::GetInstance().setBaseApi("https://documents.example.com/");
