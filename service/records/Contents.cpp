@@ -89,8 +89,8 @@ void Contents::requireSame(const StoredFile &known, const ContentDigest &digest)
     }
     if (known.size != digest.size || (!sha256.isEmpty() && sha256 != digest.sha256)) {
         throw ServiceError(Refusal::Conflict,
-                           QStringLiteral("The service holds another file with the same MD5 and "
-                                          "cannot keep this one beside it."));
+                           QStringLiteral("The service has another file with the same MD5 and "
+                                          "cannot store this one."));
     }
 }
 

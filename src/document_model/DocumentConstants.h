@@ -56,8 +56,7 @@ VELLDOCUMENTDATA_EXPORT extern const QString SUFFIX_ZIP;
 //! @}
 
 //! \name Suffixes of one kind
-//! The classification of VellPubDoc::getFileType() has tables of its own beside these: "xls" and "txt" are in
-//! no list here.
+//! VellPubDoc::getFileType() uses tables of its own: "xls" and "txt" are in no list here.
 //! @{
 VELLDOCUMENTDATA_EXPORT extern const QStringList DRAWING_SUFFIXES;
 VELLDOCUMENTDATA_EXPORT extern const QStringList SHEET_SUFFIXES;
