@@ -18,7 +18,7 @@
 #include <memory>
 #include <sqlite3.h>
 
-// A static library's resources are not registered by themselves; the macro needs the global scope.
+// The resources of a static library must be registered; the macro needs the global scope.
 static void initMigrations()
 {
     Q_INIT_RESOURCE(migrations);
@@ -29,14 +29,13 @@ namespace service {
 namespace {
 
 constexpr int NewestSchema = 2;
-constexpr int KeptStatements = 64; // of a connection
+constexpr int KeptStatements = 64; // for each connection
 constexpr int LongestKeptStatement = 4000; // characters
 
-//! Whether this thread's connections are closed already: objects with static lifetime outlive those of
-//! the main thread.
+//! True if the connections of this thread have been closed: static objects outlive those of the main thread.
 thread_local bool hasEnded = false;
 
-//! One thread's connection to one database, and the statements that are prepared on it.
+//! The connection of a thread to a database, with its prepared statements.
 struct ThreadConnection
 {
     explicit ThreadConnection(const QString &connectionName) : name(connectionName) {}
@@ -52,7 +51,7 @@ struct ThreadConnection
     QCache<QString, QSqlQuery> statements{KeptStatements};
 };
 
-//! The connections of one thread, by instance; closes them when the thread ends.
+//! The connections of a thread, by instance. Closes them when the thread ends.
 class ThreadConnections
 {
 public:
@@ -87,7 +86,7 @@ ThreadConnections &threadConnections()
 void configure(QSqlDatabase &connection, int busyTimeoutMs)
 {
     auto *handle = *static_cast<sqlite3 **>(connection.driver()->handle().data());
-    // synchronous=FULL: what has been acknowledged survives the loss of power, not only of the process.
+    // synchronous=FULL: acknowledged changes survive a power failure, not only a crash of the process.
     const char *const settings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
                                  "PRAGMA foreign_keys=ON; PRAGMA temp_store=MEMORY;"
                                  "PRAGMA cache_size=-4000; PRAGMA mmap_size=268435456;";
@@ -122,7 +121,7 @@ DatabaseError::DatabaseError(const QSqlQuery &query)
 bool DatabaseError::isFull() const
 {
     const int code = m_sqliteCode & 0xff;
-    // SQLite itself calls only ENOSPC full.
+    // SQLite itself reports only ENOSPC as full.
     return code == SQLITE_FULL
         || (code == SQLITE_IOERR && (m_systemError == EDQUOT || m_systemError == EFBIG));
 }
@@ -165,8 +164,8 @@ void Database::open()
     initMigrations();
     requireSound();
     migrate();
-    // Reads the planner's figures, which were not there yet when the connection was opened. Opening another one instead
-    // would make SQLite empty its log and begin it anew, and wait four times for the disk.
+    // Reads the planner's statistics, which did not exist when the connection was opened. Opening another connection instead
+    // would make SQLite empty and restart its log, and wait for the disk four times.
     execute(*this, QStringLiteral("ANALYZE sqlite_master"));
 }
 
@@ -183,7 +182,7 @@ void Database::openBesideService()
 void Database::copyTo(const QString &fileName)
 {
     RawFile copy(fileName, RawFile::Mode::ReadWrite);
-    copy.truncate(); // SQLite writes into an empty file, and leaves its permissions
+    copy.truncate(); // SQLite writes to an empty file and keeps its permissions
     execute(*this, QStringLiteral("VACUUM INTO ?"), {fileName});
     copy.sync();
 }
@@ -282,7 +281,7 @@ void Database::migrate()
 void Database::migrateTo(int version)
 {
     QSqlDatabase link = connection();
-    // A table that is rebuilt would otherwise take with it what refers to it. Has no effect inside a transaction.
+    // Rebuilding a table would otherwise delete the rows that refer to it. Has no effect inside a transaction.
     execute(*this, QStringLiteral("PRAGMA foreign_keys = OFF"));
     {
         Transaction transaction(*this);

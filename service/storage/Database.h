@@ -12,22 +12,22 @@ namespace service {
 
 class DataFolder;
 
-//! \brief A statement or the connection failed; what() names the reason as SQLite gave it.
+//! \brief A statement or the connection has failed; what() is the message of SQLite.
 class DatabaseError : public std::runtime_error
 {
 public:
-    //! \param systemError the errno behind \a sqliteCode; 0 for none
+    //! \param systemError the errno that caused \a sqliteCode; 0 for none
     DatabaseError(const QString &message, int sqliteCode, int systemError = 0);
-    //! Why \a query failed.
+    //! The error of \a query.
     explicit DatabaseError(const QSqlQuery &query);
 
-    //! The disk or the database has no room left.
+    //! Returns true if the disk or the database is full.
     bool isFull() const;
-    //! The disk can be read only.
+    //! Returns true if the disk is read-only.
     bool isReadOnly() const;
-    //! Another program has been writing for too long.
+    //! Returns true if another program has been writing for too long.
     bool isBusy() const;
-    //! The file is damaged, or no database.
+    //! Returns true if the file is damaged or not a database.
     bool isDamage() const;
 
 private:
@@ -37,8 +37,8 @@ private:
 
 //! \brief The SQLite database of one data folder.
 //!
-//! Every thread gets a connection of its own on first use, closed when the thread ends. Readers never
-//! wait for writers (WAL); writers queue up (see Transaction). What is committed is on the disk.
+//! Each thread has its own connection, which is opened on first use and closed when the thread ends. Readers never wait for writers
+//! (WAL); writers wait for each other (see Transaction). A commit returns when it has been written to the disk.
 class Database
 {
 public:
@@ -50,30 +50,26 @@ public:
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
 
-    //! Looks for damage and brings the schema up to date, each migration in a transaction of its own and with a copy
-    //! of the database made before. Only under the FolderLock. \throws DatabaseError also for a file that a newer
-    //! version has written
+    //! Checks the database for damage and updates the schema, each migration in a separate transaction and after the database has been
+    //! copied. Requires the FolderLock. \throws DatabaseError also for a file of a newer version
     void open();
 
-    //! Opens the database that another program is using. \throws DatabaseError also for another schema than this
-    //! version's
+    //! Opens a database that another program is using. \throws DatabaseError also for the schema of another version
     void openBesideService();
 
-    //! Closes the connection of the calling thread; the next use opens another.
+    //! Closes the connection of the calling thread; the next use opens a new one.
     void close();
 
-    //! Writes a copy that is consistent in itself, while others go on writing. \a fileName is replaced; nobody
-    //! but the owner may read it.
+    //! Writes a consistent copy, while other threads and programs may write. Replaces \a fileName, which is readable by its owner only.
     void copyTo(const QString &fileName);
 
-    //! The connection of the calling thread.
+    //! Returns the connection of the calling thread.
     QSqlDatabase connection();
 
-    //! A query with \a sql prepared on the calling thread's connection, from those that were kept if there is one.
+    //! Returns a query with \a sql prepared on the connection of the calling thread, a kept one if there is any.
     //! \throws DatabaseError
     QSqlQuery prepared(const QString &sql);
-    //! Keeps \a query, which prepared() has returned for \a sql, for the next time. Parsing takes longer than most
-    //! statements do.
+    //! Keeps \a query, which prepared() has returned for \a sql, for reuse. Parsing takes longer than most statements.
     void keep(const QString &sql, QSqlQuery &query);
 
     std::mutex &writeLock() { return m_writeLock; }
@@ -86,7 +82,7 @@ private:
 
     const DataFolder &m_folder;
     const int m_busyTimeoutMs;
-    const QString m_instance; //!< tells the connections of several databases in one thread apart
+    const QString m_instance; //!< distinguishes the connections of several databases in a thread
     std::mutex m_writeLock;
 };
 

@@ -47,7 +47,7 @@ Transaction::~Transaction()
     try {
         execute(m_database, QStringLiteral("ROLLBACK"));
     } catch (const std::exception &) {
-        // SQLite has rolled back by itself, as it does when the disk is full.
+        // SQLite has already rolled back, for example because the disk is full.
         m_isOpen = false;
     }
 }

@@ -17,7 +17,7 @@ namespace {
 ServiceOptions optionsIn(const QTemporaryDir &folder)
 {
     ServiceOptions options;
-    options.dataDir = folder.filePath(QStringLiteral("data"));
+    options.dataDir = folder.filePath("data");
     return options;
 }
 
@@ -29,7 +29,7 @@ World::World() : service(optionsIn(m_folder))
     if (!service.start(&error))
         qFatal("the service does not start: %s", qPrintable(error));
     VellBaseApi::GetInstance().setBaseApi(service.baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
     becomeUser(QString());
     connect(NetworkManager::instance(), &NetworkManager::requestFailed, this,
             [this](const NetworkFailure &failure) { lastFailure = failure; });
@@ -67,7 +67,7 @@ VellDocument World::uploadVersion(const VellDocument &document, const QByteArray
 
 VellDocument World::runUpload(VellDocument record, const QByteArray &content, bool isNew)
 {
-    QFile file(m_folder.filePath(QStringLiteral("local")));
+    QFile file(m_folder.filePath("local"));
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write %s", qPrintable(file.fileName()));
     file.close();
@@ -109,7 +109,7 @@ QStringList World::names(const VellDocumentConditon &condition, const VellDocume
 
 QStringList World::names(const QString &parentId)
 {
-    return names(inFolder(parentId), sortedBy(QStringLiteral("name")));
+    return names(inFolder(parentId), sortedBy("name"));
 }
 
 VellDocument World::fetch(const QString &id)
@@ -122,7 +122,7 @@ VellDocument World::fetch(const QString &id)
 QByteArray World::download(const VellDocument &document) const
 {
     NetworkEventLoop loop(NetworkManager::instance()->get(
-        service.baseApi() + QStringLiteral("base-service/files/") + document.fileId));
+        service.baseApi() + QString("base-service/files/") + document.fileId));
     loop.exec();
     return loop.isSuccessful() ? loop.content() : QByteArray();
 }
@@ -137,7 +137,7 @@ VellDocumentConditon inFolder(const QString &parentId)
 VellDocumentConditon recycleBin()
 {
     VellDocumentConditon condition;
-    condition.category = QStringLiteral("recycle");
+    condition.category = "recycle";
     return condition;
 }
 
