@@ -62,11 +62,14 @@ void TestServiceQuery::makeThousand()
     m_thousand = std::make_unique<ServiceFixture>();
     const QString fileId = m_thousand->upload("same");
     for (int i = 0; i < 1000; ++i) {
+        const bool isFolder = i % 7 == 0; // the pages meet the border between both
+        QJsonObject entry{
+            {QStringLiteral("name"), QStringLiteral("name %1").arg(i % 10)},
+            {QStringLiteral("type"), isFolder ? QStringLiteral("dir") : QStringLiteral("file")}};
+        if (!isFolder)
+            entry.insert(QStringLiteral("file"), fileId);
         const HttpAnswer made = m_thousand->client.post(
-            ServiceFixture::projectPath(QStringLiteral("documents")),
-            {{QStringLiteral("name"), QStringLiteral("name %1").arg(i % 10)},
-             {QStringLiteral("type"), QStringLiteral("file")},
-             {QStringLiteral("file"), fileId}});
+            ServiceFixture::projectPath(QStringLiteral("documents")), entry);
         m_ids.append(made.object().value(QStringLiteral("_id")).toString());
     }
 }
@@ -186,6 +189,10 @@ void TestServiceQuery::sortsOrder_data()
         << QStringLiteral("-name") << QStringLiteral("folder,beta.pdf,Alpha.txt");
     QTest::newRow("folders first, then the newest")
         << QStringLiteral("type order -updatedAt") << QStringLiteral("folder,beta.pdf,Alpha.txt");
+    QTest::newRow("folders first, then the names")
+        << QStringLiteral("type name") << QStringLiteral("folder,Alpha.txt,beta.pdf");
+    QTest::newRow("folders last, then the names")
+        << QStringLiteral("-type name") << QStringLiteral("Alpha.txt,beta.pdf,folder");
     QTest::newRow("without an order") << QString() << QStringLiteral("folder,beta.pdf,Alpha.txt");
     QTest::newRow("newest first") << QStringLiteral("-createdAt")
                                   << QStringLiteral("beta.pdf,Alpha.txt,folder");
@@ -221,7 +228,8 @@ void TestServiceQuery::pagesNeitherLoseNorRepeat_data()
 {
     QTest::addColumn<QString>("order");
     for (const char *order : {"type order -updatedAt", "name", "-name", "updatedAt", "-updatedAt",
-                              "-createdAt", "fileSize", "category", "remark -category"})
+                              "-createdAt", "fileSize", "category", "remark -category", "type name",
+                              "type -name", "-type name", "type -fileSize", "type category name"})
         QTest::newRow(order) << QString::fromLatin1(order);
 }
 
