@@ -21,4 +21,9 @@ void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
         line, [line, dot] { line->setSelection(0, dot); }, Qt::QueuedConnection);
 }
 
+QSize NameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    return m_size.isValid() ? m_size : QStyledItemDelegate::sizeHint(option, index);
+}
+
 } // namespace desktop

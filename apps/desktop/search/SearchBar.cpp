@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -77,7 +78,11 @@ void SearchBar::buildFilters()
         connect(box, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &SearchBar::search);
     }
     layout->addWidget(m_below);
+    auto *const save = new QPushButton(tr("&Save Search…"));
+    save->setObjectName(QStringLiteral("saveSearch"));
+    layout->addWidget(save);
     layout->addStretch();
+    connect(save, &QPushButton::clicked, this, [this] { Q_EMIT saveRequested(terms()); });
     connect(m_below, &QCheckBox::toggled, this, &SearchBar::search);
 }
 
