@@ -196,8 +196,11 @@ void FaultyProxy::Link::endAnswer()
 //! A service may answer before it has the whole body; the rest still belongs to that request.
 void FaultyProxy::Link::settle()
 {
-    if (m_isAnswered && m_passedBytes >= m_bodyBytes)
-        m_number = -1;
+    if (!m_isAnswered || m_passedBytes < m_bodyBytes)
+        return;
+    if (!m_proxy->m_isKeepingAnswers)
+        request().answer.clear();
+    m_number = -1;
 }
 
 bool FaultyProxy::Link::isStruck(Point point)
