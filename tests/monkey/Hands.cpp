@@ -162,7 +162,7 @@ QString Hands::useFileDialog(QFileDialog *dialog, Dice *dice) const
     const bool isFolder = dialog->fileMode() == QFileDialog::Directory;
     QString path = isFolder ? m_world->newFolder() : m_world->newFile(dice->name(), dice->size());
     if (isFolder && dice->chance(30)) // as a download meets what is there
-        path = QFileInfo(path).path();
+        path = m_world->commonFolder();
     if (dialog->acceptMode() == QFileDialog::AcceptSave)
         path = m_world->newFolder() + QStringLiteral("/version");
     // As if it had been typed and accepted; the dialog asks nothing about such a path.

@@ -106,6 +106,13 @@ QString MonkeyWorld::newFolder()
     return path;
 }
 
+QString MonkeyWorld::commonFolder() const
+{
+    const QString path = m_folder.filePath(QStringLiteral("common"));
+    QDir().mkpath(path);
+    return path;
+}
+
 void MonkeyWorld::change(const QString &path, int fillBytes)
 {
     QFile file(path);

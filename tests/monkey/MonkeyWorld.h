@@ -35,6 +35,8 @@ public:
     void change(const QString &path, int fillBytes);
     //! A new folder for downloads.
     QString newFolder();
+    //! A folder that is there already.
+    QString commonFolder() const;
 
     //! Leaves all files there in the end. \return the folder
     QString keepFiles();
