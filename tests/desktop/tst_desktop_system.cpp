@@ -2,11 +2,11 @@
 
 #include <desktop/signin/ConnectionStore.h>
 
+#include <QAbstractButton>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
-#include <QPushButton>
 #include <QTimer>
 #include <QTreeView>
 
@@ -210,7 +210,7 @@ void TestDesktopSystem::searchIsSavedAmongThePlaces()
     auto *const line = world.find<QLineEdit>(QStringLiteral("search"));
     QTest::keyClicks(line, QStringLiteral("*.dwg"));
     QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), list("plan.dwg"), WaitMs);
-    QTest::mouseClick(world.find<QPushButton>(QStringLiteral("saveSearch")), Qt::LeftButton);
+    QTest::mouseClick(world.find<QAbstractButton>(QStringLiteral("saveSearch")), Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(QApplication::activeModalWidget(), WaitMs);
     auto *const name = QApplication::activeModalWidget()->findChild<QLineEdit *>();
     QCOMPARE(name->text(), QStringLiteral("*.dwg"));

@@ -19,6 +19,9 @@ public:
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
 private:
     const QSize m_size; // invalid for that of the content
 };

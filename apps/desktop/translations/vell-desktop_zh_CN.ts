@@ -1421,8 +1421,8 @@
         <translation>我</translation>
     </message>
     <message>
-        <source>&amp;Save Search…</source>
-        <translation>保存搜索(&amp;S)…</translation>
+        <source>Save Search…</source>
+        <translation>保存搜索…</translation>
     </message>
 </context>
 <context>
