@@ -17,7 +17,8 @@ namespace desktop {
 namespace {
 
 constexpr int IconSide = 64;
-constexpr QSize CellSize(120, 112);
+constexpr int CellWidth = 120;
+constexpr int CellLines = 3; // of a name
 
 } // namespace
 
@@ -74,6 +75,8 @@ void DocumentPane::buildTable()
     m_table->setColumnWidth(VellDocumentModel::TypeColumn, 90);
     m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 160);
     m_table->setItemDelegate(new NameDelegate(m_table));
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &DocumentPane::takeSelection);
     watchView(m_table);
 }
 
@@ -81,18 +84,18 @@ void DocumentPane::buildIcons()
 {
     m_icons->setObjectName(QStringLiteral("icons"));
     m_icons->setAccessibleName(tr("Entries"));
-    m_icons->setModel(m_model);
     m_icons->setViewMode(QListView::IconMode);
     m_icons->setMovement(QListView::Snap);
     m_icons->setResizeMode(QListView::Adjust);
     m_icons->setUniformItemSizes(true);
     m_icons->setIconSize({IconSide, IconSide});
-    m_icons->setGridSize(CellSize);
+    const int textHeight = CellLines * m_icons->fontMetrics().lineSpacing();
+    const QSize cell(CellWidth, IconSide + textHeight + 12);
+    m_icons->setGridSize(cell);
     m_icons->setWordWrap(true);
     m_icons->setTextElideMode(Qt::ElideMiddle);
-    m_icons->setSelectionModel(m_table->selectionModel());
     // The view takes the size of one entry for all, and that one may not have been fetched.
-    m_icons->setItemDelegate(new NameDelegate(CellSize, m_icons));
+    m_icons->setItemDelegate(new NameDelegate(cell, m_icons));
     watchView(m_icons);
 }
 
@@ -112,8 +115,6 @@ void DocumentPane::watchView(QAbstractItemView *view)
         if (const std::optional<VellDocument> document = m_model->document(index))
             Q_EMIT openRequested(*document);
     });
-    connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &DocumentPane::takeSelection, Qt::UniqueConnection);
 }
 
 void DocumentPane::setLocation(const Location &location, const QString &selectedId)
@@ -136,7 +137,17 @@ void DocumentPane::reload()
 
 void DocumentPane::setView(View view)
 {
+    if (view == m_view)
+        return;
     m_view = view;
+    if (view == View::Icons) {
+        m_icons->setModel(m_model);
+        const std::unique_ptr<QItemSelectionModel> unused(m_icons->selectionModel());
+        m_icons->setSelectionModel(m_table->selectionModel());
+    } else {
+        m_icons->setModel(
+            nullptr); // out of sight it would take time for each change of a long list
+    }
     updatePage();
 }
 
