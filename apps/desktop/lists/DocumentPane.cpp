@@ -328,7 +328,12 @@ void DocumentPane::select(const QString &id)
 
 void DocumentPane::selectAll()
 {
-    currentView()->selectAll();
+    if (m_model->rowCount() == 0)
+        return;
+    // As one range: the views look at each row.
+    const QItemSelection all(m_model->index(0, 0),
+                             m_model->index(m_model->rowCount() - 1, m_model->columnCount() - 1));
+    m_table->selectionModel()->select(all, QItemSelectionModel::ClearAndSelect);
 }
 
 void DocumentPane::editName(const QString &id)
