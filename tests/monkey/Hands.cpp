@@ -2,6 +2,7 @@
 
 #include <desktop/actions/Actions.h>
 #include <desktop/lists/DocumentPane.h>
+#include <desktop/lists/FolderTreeModel.h>
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -112,6 +113,9 @@ void Hands::watchWindow()
                              ids.append(document._id);
                          ledger->noteDeleting(ids);
                      });
+    QObject::connect(pane->model(), &DocumentListModel::moveRequested, ledger, &Ledger::noteMoving);
+    QObject::connect(window->findChild<FolderTreeModel *>(), &FolderTreeModel::moveRequested,
+                     ledger, &Ledger::noteMoving);
     QObject::connect(pane->model(), &DocumentListModel::renameRequested, ledger,
                      [ledger](const VellDocument &document, const QString &name) {
                          ledger->noteName(document._id, name);

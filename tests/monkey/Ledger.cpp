@@ -44,6 +44,12 @@ void Ledger::noteDeleting(const QStringList &ids)
         m_deleting.insert(id);
 }
 
+void Ledger::noteMoving(const QStringList &ids, const QString &folderId)
+{
+    for (const QString &id : ids)
+        m_documents[id].parents.insert(folderId);
+}
+
 void Ledger::noteName(const QString &id, const QString &name)
 {
     m_documents[id].names.insert(base(name));

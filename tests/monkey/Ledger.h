@@ -22,6 +22,8 @@ public:
 
     //! Somebody deletes \a ids, with everything below.
     void noteDeleting(const QStringList &ids);
+    //! Somebody moves \a ids into \a folderId; whether it was done may not be known.
+    void noteMoving(const QStringList &ids, const QString &folderId);
     void noteName(const QString &id, const QString &name);
 
     //! Learns of the documents that a program sees, and of the uploads that it was told are done.

@@ -59,6 +59,7 @@ QString OtherHand::act(Dice *dice)
         return QStringLiteral("renames %1 to %2").arg(entry.name, name);
     }
     case 4:
+        m_world->ledger.noteMoving({entry._id}, folderId);
         m_documents.move({entry._id}, folderId);
         return QStringLiteral("moves ") + entry.name;
     case 5:
