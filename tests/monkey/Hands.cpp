@@ -165,7 +165,8 @@ QString Hands::useFileDialog(QFileDialog *dialog, Dice *dice) const
     }
     const bool isFolder = dialog->fileMode() == QFileDialog::Directory;
     QString path = isFolder ? m_world->newFolder() : m_world->newFile(dice->name(), dice->size());
-    if (isFolder && dice->chance(30)) // as a download meets what is there
+    // A download meets what is there. What was fetched is not stored again: it may have got another name.
+    if (dialog->objectName() == QLatin1String("downloadInto") && dice->chance(30))
         path = m_world->commonFolder();
     if (dialog->acceptMode() == QFileDialog::AcceptSave)
         path = m_world->newFolder() + QStringLiteral("/version");
