@@ -1,19 +1,15 @@
+#include "LargeFolder.h"
+#include "Ticks.h"
+
 #include <documents/VellDocumentStore.h>
 #include <documents/VellDocuments.h>
 #include <models/VellDocumentModel.h>
 #include <service/ReferenceService.h>
-#include <service/records/Documents.h>
-#include <service/records/Files.h>
-#include <service/records/Projects.h>
-#include <service/storage/DataFolder.h>
-#include <service/storage/Database.h>
-#include <service/storage/Statement.h>
 #include <session/VellSession.h>
 
 #include <VellNetwork/NetworkSettings.h>
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QItemSelectionModel>
 #include <QScrollBar>
@@ -22,8 +18,6 @@
 #include <QTextStream>
 #include <QTimer>
 
-#include <algorithm>
-#include <ctime>
 #include <functional>
 
 // How long the user-interface thread is not free while a table shows a folder of many entries, the service working on
@@ -35,77 +29,6 @@ namespace {
 
 const QString project = QStringLiteral("p1");
 constexpr int ScrollSteps = 400;
-
-void fill(const QString &dataDir, int entries)
-{
-    using namespace service;
-    const DataFolder folder(dataDir);
-    Database database(folder);
-    database.open();
-    Transaction transaction(database);
-    Projects(database).ensure(project);
-    const QString user = QStringLiteral("local");
-    Documents documents(database, user);
-    const StoredFile file =
-        Files(database).insert({QString(), QStringLiteral("md5"), QString(), 1, {}}, user);
-    for (int i = 0; i < entries; ++i) {
-        Document entry;
-        entry.projectId = project;
-        entry.type = i % 10 == 0 ? QStringLiteral("dir") : QStringLiteral("file");
-        entry.fileId = i % 10 == 0 ? QString() : file.id;
-        entry.name = QStringLiteral("drawing %1.dwg").arg(i, 6, 10, QLatin1Char('0'));
-        documents.insert(entry);
-    }
-    transaction.commit();
-}
-
-qint64 cpuNs()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return qint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
-}
-
-//! The longest time between two ticks, and the most that the thread has computed between two.
-class Ticks
-{
-public:
-    Ticks()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { tick(); });
-    }
-    void start()
-    {
-        m_longestNs = 0;
-        m_mostCpuNs = 0;
-        m_clock.start();
-        m_cpuNs = cpuNs();
-        m_timer.start(1);
-    }
-    QString stop()
-    {
-        m_timer.stop();
-        tick();
-        return QStringLiteral("%1 ms computing %2 ms in all")
-            .arg(double(m_mostCpuNs) / 1e6, 7, 'f', 1)
-            .arg(double(m_longestNs) / 1e6, 7, 'f', 1);
-    }
-
-private:
-    void tick()
-    {
-        m_longestNs = std::max(m_longestNs, m_clock.nsecsElapsed());
-        m_mostCpuNs = std::max(m_mostCpuNs, cpuNs() - m_cpuNs);
-        m_clock.start();
-        m_cpuNs = cpuNs();
-    }
-
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    qint64 m_cpuNs = 0;
-    qint64 m_longestNs = 0;
-    qint64 m_mostCpuNs = 0;
-};
 
 class Bench
 {
@@ -169,7 +92,12 @@ private:
     {
         m_ticks.start();
         work();
-        m_out << QString::fromLatin1(what).leftJustified(28) << m_ticks.stop() << Qt::endl;
+        const Ticks::Gap gap = m_ticks.stop();
+        m_out << QString::fromLatin1(what).leftJustified(28)
+              << QStringLiteral("%1 ms computing %2 ms in all")
+                     .arg(gap.computingMs, 7, 'f', 1)
+                     .arg(gap.ms, 7, 'f', 1)
+              << Qt::endl;
     }
 
     void loaded(const char *what, const std::function<void()> &work)
@@ -214,7 +142,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     const int entries = argc > 1 ? QByteArray(argv[1]).toInt() : 100'000;
     const QTemporaryDir folder;
-    fill(folder.path(), entries);
+    storeEntries(folder.path(), entries);
     ServiceOptions options;
     options.dataDir = folder.path();
     ReferenceService service(options);

@@ -7,7 +7,11 @@
 #include <async_ops/AsyncRenameDoc.h>
 #include <document_model/VellRecordType.h>
 
+#include <VellNetwork/NetworkEventLoop.h>
+#include <VellNetwork/NetworkManager.h>
+
 #include <QEventLoop>
+#include <QJsonObject>
 
 #include <mutex>
 #include <optional>
@@ -207,6 +211,23 @@ VellResult<VellDocument> *VellDocuments::setLinks(const VellDocument &document)
             return changed;
         },
         [this](const VellDocument &changed) { m_store->insert(changed); });
+}
+
+VellResult<VellDocument> *VellDocuments::makeCurrent(const QString &id, const QString &fileId)
+{
+    return SessionAccess::start<VellDocument>(
+        m_session, Lane::Short,
+        [=](OperationRun &run) {
+            run.change([&] {
+                NetworkEventLoop loop(NetworkManager::instance()->putJson(
+                    run.address(QStringLiteral("document-service/documents/") + id),
+                    QJsonObject{{QStringLiteral("file"), fileId}}));
+                loop.exec();
+                return loop.isSuccessful();
+            });
+            return DocumentLookup::fetch(run, id);
+        },
+        [this](const VellDocument &document) { m_store->insert(document); });
 }
 
 VellResult<bool> *VellDocuments::setRemark(const QString &id, const QString &remark)

@@ -107,10 +107,6 @@ public:
     VellResult<QList<VellDocument>> *foldersAbove(const QString &id);
     //! Newest first, the current version included.
     VellResult<QList<VellDocument>> *history(const QString &id);
-    //! Fetches the content \a fileId, the `fileId` of a document or of one of its versions, into the local file \a path, which is
-    //! replaced. VellOperation::progressed() tells the bytes. Fails with VellError::Kind::TooLarge, before anything is fetched, if the
-    //! service announces more than \a mostBytes; 0 for no limit.
-    VellResult<QString> *content(const QString &fileId, const QString &path, qint64 mostBytes = 0);
     VellResult<QString> *password(const QString &id);
     VellResult<bool> *isFavorite(const QString &id);
     VellResult<bool> *may(VellRight right, const QString &id, const QString &category);

@@ -103,7 +103,11 @@ VellDocumentSort DocumentColumns::sortBy(int column, Qt::SortOrder order)
     const QString sign = order == Qt::DescendingOrder ? QStringLiteral("-") : QString();
     sort.sortField =
         QStringLiteral("type ") + sign + QString::fromLatin1(Columns[column].sortField);
-    if (column != VellDocumentModel::NameColumn)
+    // Equal sizes and times are rare, and without a further key the service has an index for these.
+    const bool isOftenEqual = column == VellDocumentModel::TypeColumn
+        || column == VellDocumentModel::ChangedByColumn
+        || column == VellDocumentModel::RemarkColumn;
+    if (isOftenEqual)
         sort.sortField += QStringLiteral(" name");
     return sort;
 }

@@ -6,6 +6,8 @@
 #include <service/storage/RegexFunction.h>
 #include <service/storage/Statement.h>
 
+#include <optional>
+
 namespace service {
 
 namespace {
@@ -71,6 +73,52 @@ SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
     return filter;
 }
 
+struct TypeOrder
+{
+    bool isFolderFirst = true;
+    QString rest; // the order among those of one type
+};
+
+//! Nothing unless \a query lists one folder by type and then by something else. What sorts so by itself has an index.
+std::optional<TypeOrder> typeOrder(const DocumentQuery &query)
+{
+    const QJsonValue parent = query.where.value(QString::fromLatin1(parentKey));
+    const bool isOneFolder = !query.isDeep && (parent.isString() || parent.isNull());
+    QStringList keys = query.order.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (!isOneFolder || query.category == QLatin1String("recycle") || keys.size() < 2)
+        return std::nullopt;
+    const QString first = keys.takeFirst();
+    if (first != QLatin1String("type") && first != QLatin1String("-type"))
+        return std::nullopt;
+    if (keys.constFirst() == QLatin1String("order"))
+        return std::nullopt;
+    return TypeOrder{first == QLatin1String("type"), keys.join(QLatin1Char(' '))};
+}
+
+//! The query for the rows that fit, in their order. \param values gets its values
+QString rowsInOrder(const DocumentQuery &query, const SqlFilter &filter, QVariantList &values)
+{
+    const std::optional<TypeOrder> byType = typeOrder(query);
+    if (!byType) {
+        values += filter.values;
+        return QStringLiteral("SELECT d.rowid AS r FROM document d WHERE %1%2")
+            .arg(filter.text(), orderClause(query.order));
+    }
+    // One walk along an index for the folders and one for the files: sorted together, all entries would be read for
+    // each page. The inner LIMIT keeps SQLite from dropping the inner order.
+    const QString part =
+        QStringLiteral("SELECT r FROM (SELECT d.rowid AS r FROM document d WHERE %1 "
+                       "AND d.type = ?%2 LIMIT -1)")
+            .arg(filter.text(), orderClause(byType->rest));
+    const QString folders = QStringLiteral("dir");
+    const QString files = QStringLiteral("file");
+    values += filter.values;
+    values += byType->isFolderFirst ? folders : files;
+    values += filter.values;
+    values += byType->isFolderFirst ? files : folders;
+    return QStringLiteral("SELECT r FROM (%1 UNION ALL %1)").arg(part);
+}
+
 [[noreturn]] void rethrow(const DatabaseError &error)
 {
     if (QString::fromUtf8(error.what()).contains(regexLimitMessage()))
@@ -89,18 +137,18 @@ void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
     const SqlFilter filter = filterOf(query, m_userId);
     const QString order = orderClause(query.order);
     QVariantList values{m_userId, m_userId};
-    values += filter.values;
     if (query.limit <= 0 && query.skip <= 0) {
         run(QStringLiteral("SELECT %1 FROM document d WHERE %2%3")
                 .arg(Documents::columns(), filter.text(), order),
-            values, visit);
+            values + filter.values, visit);
         return;
     }
     // The page is found with the index alone; only its own rows are read completely.
+    const QString rows = rowsInOrder(query, filter, values);
     values += {query.limit > 0 ? query.limit : -1, query.skip};
-    run(QStringLiteral("SELECT %1 FROM (SELECT d.rowid AS r FROM document d WHERE %2%3 "
-                       "LIMIT ? OFFSET ?) page JOIN document d ON d.rowid = page.r%3")
-            .arg(Documents::columns(), filter.text(), order),
+    run(QStringLiteral("SELECT %1 FROM (%2 LIMIT ? OFFSET ?) page "
+                       "JOIN document d ON d.rowid = page.r%3")
+            .arg(Documents::columns(), rows, order),
         values, visit);
 }
 

@@ -85,6 +85,15 @@ VellDocument ClientWorld::store(const QString &name, const QByteArray &content,
     return document;
 }
 
+QByteArray ClientWorld::content(const QString &fileId) const
+{
+    const HttpAnswer answer =
+        HttpClient(service.baseApi()).get(QStringLiteral("base-service/files/") + fileId);
+    if (!answer.isSuccess())
+        qFatal("there is no content %s: %s", qPrintable(fileId), answer.body.constData());
+    return answer.body;
+}
+
 void ClientWorld::renameElsewhere(const VellDocument &document, const QString &name)
 {
     HttpClient http(service.baseApi());

@@ -40,6 +40,9 @@ public:
     VellDocument store(const QString &name, const QByteArray &content = "content",
                        const QString &parentId = {});
 
+    //! The content \a fileId as the service has it.
+    QByteArray content(const QString &fileId) const;
+
     //! Renames \a document behind the session's back.
     void renameElsewhere(const VellDocument &document, const QString &name);
 

@@ -23,9 +23,6 @@ private Q_SLOTS:
     void freeNamesAreFreeOnTheService();
     void marksAreSetAndSeen();
     void remarksAndLinksChangeWhatIsKnown();
-    void contentIsFetched();
-    void contentThatCannotBeFetchedLeavesTheFile_data();
-    void contentThatCannotBeFetchedLeavesTheFile();
     void anEarlierVersionIsMadeCurrent();
     void positionsAreKept();
     void sharesAreMadeListedAndEnded();
@@ -210,54 +207,6 @@ void TestClientDocuments::remarksAndLinksChangeWhatIsKnown()
     QVERIFY(
         await(m_world->documents.setVersionRemark(versions.at(0)._id, QStringLiteral("first"))));
     QCOMPARE(await(m_world->documents.history(document._id)).at(0).remark, QStringLiteral("first"));
-}
-
-void TestClientDocuments::contentIsFetched()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("copy"));
-    const QByteArray content(3'000'000, 'x'); // more than one buffer
-    const VellDocument document = m_world->store(QStringLiteral("a"), content);
-    QCOMPARE(await(m_world->documents.content(document.fileId, path)), path);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), content);
-}
-
-void TestClientDocuments::contentThatCannotBeFetchedLeavesTheFile_data()
-{
-    QTest::addColumn<bool>("isKnown");
-    QTest::addColumn<qint64>("mostBytes");
-    QTest::addColumn<bool>("isCut");
-    QTest::addColumn<int>("kind");
-    QTest::newRow("too large") << true << qint64(6) << false << int(VellError::Kind::TooLarge);
-    QTest::newRow("unknown") << false << qint64(0) << false << int(VellError::Kind::NotFound);
-    QTest::newRow("cut short") << true << qint64(0) << true << int(VellError::Kind::Offline);
-}
-
-void TestClientDocuments::contentThatCannotBeFetchedLeavesTheFile()
-{
-    QFETCH(bool, isKnown);
-    QFETCH(qint64, mostBytes);
-    QFETCH(bool, isCut);
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("copy")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("before");
-    file.close();
-    const VellDocument document = m_world->store(QStringLiteral("a"), "content");
-    FaultRule cut;
-    cut.kind = FaultRule::Kind::CutReply;
-    cut.value = 3;
-    cut.pathPrefix = QStringLiteral("/base-service/files");
-    cut.times = 0;
-    if (isCut)
-        m_world->service.addFault(cut);
-    const QString id = isKnown ? document.fileId : QStringLiteral("unknown");
-    const VellError error = waitForEnd(m_world->documents.content(id, file.fileName(), mostBytes));
-    QTEST(int(error.kind), "kind");
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("before"));
 }
 
 void TestClientDocuments::anEarlierVersionIsMadeCurrent()

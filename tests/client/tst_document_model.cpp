@@ -202,10 +202,9 @@ void TestDocumentModel::theServiceSorts_data()
     const Qt::SortOrder down = Qt::DescendingOrder;
     QTest::newRow("name") << int(VellDocumentModel::NameColumn) << up << "type name";
     QTest::newRow("name, down") << int(VellDocumentModel::NameColumn) << down << "type -name";
-    QTest::newRow("size") << int(VellDocumentModel::SizeColumn) << up << "type fileSize name";
+    QTest::newRow("size") << int(VellDocumentModel::SizeColumn) << up << "type fileSize";
     QTest::newRow("type") << int(VellDocumentModel::TypeColumn) << down << "type -suffix name";
-    QTest::newRow("time") << int(VellDocumentModel::ChangedAtColumn) << down
-                          << "type -updatedAt name";
+    QTest::newRow("time") << int(VellDocumentModel::ChangedAtColumn) << down << "type -updatedAt";
     QTest::newRow("user") << int(VellDocumentModel::ChangedByColumn) << up << "type updatedBy name";
     QTest::newRow("remark") << int(VellDocumentModel::RemarkColumn) << up << "type remark name";
 }

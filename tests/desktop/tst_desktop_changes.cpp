@@ -21,6 +21,8 @@ private Q_SLOTS:
     void newFolderIsNamedInPlace();
     void nameIsEditedInPlace();
     void takenNameIsSaid();
+    void selectAllSelectsAll_data();
+    void selectAllSelectsAll();
     void deleteAndUndo();
     void cutAndPasteAndUndo();
     void dropMovesIntoAFolder();
@@ -113,6 +115,27 @@ void TestDesktopChanges::takenNameIsSaid()
                              WaitMs);
     QCOMPARE(world.names(), allNames());
     QVERIFY(!world.action(ActionId::Undo)->isEnabled());
+}
+
+void TestDesktopChanges::selectAllSelectsAll_data()
+{
+    QTest::addColumn<bool>("isIcons");
+    QTest::newRow("table") << false;
+    QTest::newRow("icons") << true;
+}
+
+void TestDesktopChanges::selectAllSelectsAll()
+{
+    QFETCH(bool, isIcons);
+    SmallWorld world;
+    if (isIcons)
+        world.action(ActionId::IconsView)->trigger();
+    world.window()->pane()->setListFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTRY_COMPARE_WITH_TIMEOUT(world.window()->pane()->selection().size(), 3, WaitMs);
+    QCOMPARE(world.window()->pane()->selectedCount(), 3);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    QTRY_COMPARE_WITH_TIMEOUT(world.names(), QStringList(), WaitMs);
 }
 
 void TestDesktopChanges::deleteAndUndo()

@@ -1,5 +1,6 @@
 #include "DesktopWorld.h"
 
+#include <desktop/information/PdfPage.h>
 #include <desktop/information/Preview.h>
 
 #include <QBuffer>
@@ -9,6 +10,8 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
+#include <QPdfWriter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -23,8 +26,12 @@ class TestDesktopDocuments : public QObject
 private Q_SLOTS:
     void informationFollowsTheSelection();
     void pictureIsPreviewed();
+    void firstPageIsPreviewed();
+    void previewOfTheLatestSelectionStays();
     void remarkIsKept();
     void versionIsMadeCurrentAgain();
+    void versionIsFetched_data();
+    void versionIsFetched();
     void failedHistoryIsSaid();
     void shareIsMadeAndRevoked();
     void languageIsSwitched();
@@ -40,6 +47,23 @@ QByteArray picture(const QSize &size)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
+    return bytes;
+}
+
+//! Two pages, as high as they are wide: a blue one and a red one.
+QByteArray pages()
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setPageSize(QPageSize(QSizeF(100, 100), QPageSize::Millimeter));
+    writer.setPageMargins({});
+    QPainter painter(&writer);
+    painter.fillRect(painter.viewport(), Qt::blue);
+    writer.newPage();
+    painter.fillRect(painter.viewport(), Qt::red);
+    painter.end();
     return bytes;
 }
 
@@ -82,6 +106,40 @@ void TestDesktopDocuments::pictureIsPreviewed()
     QVERIFY(!preview->pixmap(Qt::ReturnByValue).isNull()); // the picture of the type
 }
 
+void TestDesktopDocuments::firstPageIsPreviewed()
+{
+    DesktopWorld world;
+    world.store(QStringLiteral("plan.pdf"), pages());
+    world.store(QStringLiteral("broken.pdf"), "%PDF-1.7");
+    world.start();
+    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames().size(), 2, WaitMs);
+    world.select({QStringLiteral("plan.pdf")});
+    auto *const preview = world.find<Preview>(QStringLiteral("preview"));
+    QTRY_COMPARE_WITH_TIMEOUT(preview->isOwnPicture(), pdf_page::isAvailable(), WaitMs);
+    if (pdf_page::isAvailable()) {
+        const QImage page = preview->pixmap(Qt::ReturnByValue).toImage();
+        QCOMPARE(page.size(), QSize(240, 240));
+        QCOMPARE(page.pixelColor(120, 120), QColor(Qt::blue));
+    }
+    world.select({QStringLiteral("broken.pdf")});
+    QVERIFY(!preview->isOwnPicture());
+}
+
+void TestDesktopDocuments::previewOfTheLatestSelectionStays()
+{
+    DesktopWorld world;
+    for (int i = 0; i < 6; ++i)
+        world.store(QStringLiteral("%1.png").arg(i), picture({100 + i, 100}));
+    world.start();
+    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames().size(), 6, WaitMs);
+    for (int i = 0; i < 6; ++i)
+        world.select({QStringLiteral("%1.png").arg(i)});
+    auto *const preview = world.find<Preview>(QStringLiteral("preview"));
+    QTRY_COMPARE_WITH_TIMEOUT(preview->pixmap(Qt::ReturnByValue).size(), QSize(105, 100), WaitMs);
+    world.select({QStringLiteral("0.png")}); // while another one may be read
+    QTRY_COMPARE_WITH_TIMEOUT(preview->pixmap(Qt::ReturnByValue).size(), QSize(100, 100), WaitMs);
+}
+
 void TestDesktopDocuments::remarkIsKept()
 {
     DesktopWorld world;
@@ -119,6 +177,50 @@ void TestDesktopDocuments::versionIsMadeCurrentAgain()
     QCOMPARE(await(world.documents.document(document._id)).fileId, document.fileId);
 }
 
+void TestDesktopDocuments::versionIsFetched_data()
+{
+    QTest::addColumn<bool>("isThere");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QByteArray>("fetched");
+    QTest::newRow("it is there") << true << "It is in " << QByteArray("first");
+    QTest::newRow("it fails") << false << "could not be fetched" << QByteArray("(no file)");
+}
+
+void TestDesktopDocuments::versionIsFetched()
+{
+    QFETCH(bool, isThere);
+    QFETCH(QString, message);
+    DesktopWorld world;
+    const VellDocument document = world.store(QStringLiteral("a.txt"), "first");
+    const VellDocument other = world.store(QStringLiteral("b.txt"), "second");
+    await(world.documents.makeCurrent(document._id, other.fileId));
+    world.start();
+    QTRY_COMPARE_WITH_TIMEOUT(world.shownNames().size(), 2, WaitMs);
+    world.select({QStringLiteral("a.txt")});
+    world.action(ActionId::Versions)->trigger();
+    auto *const versions = world.find<QTreeWidget>(QStringLiteral("versions"));
+    QTRY_COMPARE_WITH_TIMEOUT(versions->topLevelItemCount(), 2, WaitMs);
+    versions->setCurrentItem(versions->topLevelItem(1));
+    FaultRule refusal;
+    refusal.kind = FaultRule::Kind::Status;
+    refusal.value = 403;
+    refusal.pathPrefix = QStringLiteral("/base-service/files");
+    refusal.times = 0;
+    if (!isThere)
+        world.service.addFault(refusal);
+    QTest::mouseClick(world.find<QPushButton>(QStringLiteral("fetch")), Qt::LeftButton);
+    auto *const line = world.find<QLineEdit>(QStringLiteral("fileNameEdit"));
+    const QString path = world.path(QStringLiteral("first version.txt"));
+    line->setText(path);
+    QMetaObject::invokeMethod(line->window(), "accept");
+    auto *const label = versions->window()->findChild<QLabel *>(QStringLiteral("message"));
+    QTRY_VERIFY_WITH_TIMEOUT(label->text().contains(message), WaitMs);
+    QFile file(path);
+    const QByteArray fetched =
+        file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    QTEST(fetched, "fetched");
+}
+
 void TestDesktopDocuments::failedHistoryIsSaid()
 {
     DesktopWorld world;
@@ -129,8 +231,9 @@ void TestDesktopDocuments::failedHistoryIsSaid()
     await(world.documents.remove({document._id}));
     await(world.documents.emptyRecycleBin(QString()));
     world.action(ActionId::Versions)->trigger();
-    auto *const message =
-        world.find<QTreeWidget>(QStringLiteral("versions"))->window()->findChild<QLabel *>();
+    auto *const message = world.find<QTreeWidget>(QStringLiteral("versions"))
+                              ->window()
+                              ->findChild<QLabel *>(QStringLiteral("message"));
     QTRY_VERIFY_WITH_TIMEOUT(message->text().contains(QLatin1String("could not be fetched")),
                              WaitMs);
 }

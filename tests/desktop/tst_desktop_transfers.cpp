@@ -65,11 +65,8 @@ struct SmallWorld : DesktopWorld
     QString status() { return window()->statusBar()->currentMessage(); }
     QString content(const QString &name)
     {
-        const QString to = path(QStringLiteral("fetched"));
         const auto document = await(documents.find(QString(), name));
-        await(documents.content(document->fileId, to));
-        QFile file(to);
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        return QString::fromUtf8(ClientWorld::content(document->fileId));
     }
 };
 

@@ -66,9 +66,14 @@ void TestServiceQuery::makeThousand()
     m_thousand = std::make_unique<ServiceWorld>();
     const QString fileId = m_thousand->upload("same");
     for (int i = 0; i < 1000; ++i) {
-        const HttpAnswer made = m_thousand->client.post(
-            ServiceWorld::projectPath("documents"),
-            {{"name", QString("name %1").arg(i % 10)}, {"type", "file"}, {"file", fileId}});
+        const bool isFolder = i % 7 == 0; // the pages meet the border between both
+        QJsonObject entry{
+            {QStringLiteral("name"), QStringLiteral("name %1").arg(i % 10)},
+            {QStringLiteral("type"), isFolder ? QStringLiteral("dir") : QStringLiteral("file")}};
+        if (!isFolder)
+            entry.insert(QStringLiteral("file"), fileId);
+        const HttpAnswer made =
+            m_thousand->client.post(ServiceWorld::projectPath("documents"), entry);
         m_ids.append(made.object().value("_id").toString());
     }
 }
@@ -186,6 +191,10 @@ void TestServiceQuery::sortsOrder_data()
                                       << "folder,beta.pdf,Alpha.txt";
     QTest::newRow("folders first, then the newest") << "type order -updatedAt"
                                                     << "folder,beta.pdf,Alpha.txt";
+    QTest::newRow("folders first, then the names") << "type name"
+                                                   << "folder,Alpha.txt,beta.pdf";
+    QTest::newRow("folders last, then the names") << "-type name"
+                                                  << "Alpha.txt,beta.pdf,folder";
     QTest::newRow("without an order") << QString() << "folder,beta.pdf,Alpha.txt";
     QTest::newRow("newest first") << "-createdAt"
                                   << "beta.pdf,Alpha.txt,folder";
@@ -219,7 +228,8 @@ void TestServiceQuery::pagesNeitherLoseNorRepeat_data()
 {
     QTest::addColumn<QString>("order");
     for (const char *order : {"type order -updatedAt", "name", "-name", "updatedAt", "-updatedAt",
-                              "-createdAt", "fileSize", "category", "remark -category"})
+                              "-createdAt", "fileSize", "category", "remark -category", "type name",
+                              "type -name", "-type name", "type -fileSize", "type category name"})
         QTest::newRow(order) << QString::fromLatin1(order);
 }
 

@@ -188,8 +188,11 @@ void FaultyProxy::Link::endAnswer()
 //! A service may respond before it has the whole body; the rest belongs to the same request.
 void FaultyProxy::Link::settle()
 {
-    if (m_isAnswered && m_passedBytes >= m_bodyBytes)
-        m_number = -1;
+    if (!m_isAnswered || m_passedBytes < m_bodyBytes)
+        return;
+    if (!m_proxy->m_isKeepingAnswers)
+        request().answer.clear();
+    m_number = -1;
 }
 
 bool FaultyProxy::Link::isStruck(Point point)

@@ -63,6 +63,9 @@ public:
     //! Disturbs the next request whose target begins with \a target.
     void strikeTarget(const QByteArray &target, const ProxyFault &fault);
 
+    //! Whether requests() has the bodies of the answers, as at first; for days of them there is no room.
+    void setKeepingAnswers(bool on) { m_isKeepingAnswers = on; }
+
     const QList<ProxiedRequest> &requests() const { return m_requests; }
 
     //! Returns the chunks that were sent, in order; one that was sent twice is there twice.
@@ -89,4 +92,5 @@ private:
     std::optional<ProxyFault> m_fault;
     int m_faultyChunk = -1;
     QByteArray m_faultyTarget;
+    bool m_isKeepingAnswers = true;
 };

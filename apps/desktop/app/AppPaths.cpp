@@ -9,8 +9,8 @@ namespace {
 AppPaths in(const QString &config, const QString &data)
 {
     return {config + QStringLiteral("/settings.ini"), config + QStringLiteral("/connections.json"),
-            data + QStringLiteral("/transfers"), data + QStringLiteral("/opened"),
-            data + QStringLiteral("/service")};
+            data + QStringLiteral("/transfers"),      data + QStringLiteral("/opened"),
+            data + QStringLiteral("/service"),        false};
 }
 
 } // namespace
@@ -23,6 +23,7 @@ AppPaths AppPaths::standard()
         in(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + folder,
            data + folder);
     paths.ownData = data + QStringLiteral("/velldoc");
+    paths.isKeyringUsed = true;
     return paths;
 }
 

@@ -13,6 +13,8 @@ struct AppPaths
     QString opened; //!< the folder of the files that are opened and edited
     QString ownData; //!< the data folder of the program's own service, shared with velldoc
 
+    bool isKeyringUsed = false; //!< for tokens, where there is one
+
     //! The places that the system has for them.
     static AppPaths standard();
 

@@ -41,12 +41,15 @@ void Desktop::start()
         return;
     }
     const std::optional<SavedConnection> last = m_workspace.connections.last();
-    if (last && !(last->isOwn && m_options.isNoService))
-        m_workspace.connector.open(*last);
-    else if (EmbeddedService::isAvailable() && !m_options.isNoService)
+    if (last && !(last->isOwn && m_options.isNoService)) {
+        m_workspace.connections.withToken(*last, [this](const SavedConnection &connection) {
+            m_workspace.connector.open(connection);
+        });
+    } else if (EmbeddedService::isAvailable() && !m_options.isNoService) {
         m_workspace.connector.openOwn();
-    else
+    } else {
         askForConnection();
+    }
 }
 
 void Desktop::showWindow()

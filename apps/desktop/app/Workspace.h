@@ -3,9 +3,11 @@
 #include <desktop/app/AppPaths.h>
 #include <desktop/changes/DocumentChanges.h>
 #include <desktop/editing/EditedFiles.h>
+#include <desktop/search/SavedSearches.h>
 #include <desktop/settings/AppSettings.h>
 #include <desktop/signin/ConnectionStore.h>
 #include <desktop/signin/Connector.h>
+#include <desktop/transfers/DragFetch.h>
 
 #include <documents/VellDocuments.h>
 #include <session/VellSession.h>
@@ -32,6 +34,8 @@ public:
     Connector connector;
     DocumentChanges changes;
     EditedFiles edited;
+    SavedSearches searches;
+    DragFetch dragged;
 
 Q_SIGNALS:
     //! The list of transfers is not kept on the disk.

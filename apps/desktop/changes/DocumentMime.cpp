@@ -12,13 +12,18 @@ QString document_mime::type()
     return QStringLiteral("application/x-vell-documents");
 }
 
-QMimeData *document_mime::make(const QString &projectId, const QStringList &ids)
+void document_mime::set(QMimeData *data, const QString &projectId, const QStringList &ids)
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << projectId << ids;
-    auto *const data = new QMimeData;
     data->setData(type(), bytes);
+}
+
+QMimeData *document_mime::make(const QString &projectId, const QStringList &ids)
+{
+    auto *const data = new QMimeData;
+    set(data, projectId, ids);
     return data;
 }
 

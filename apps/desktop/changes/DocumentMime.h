@@ -13,6 +13,9 @@ namespace document_mime {
 //! The type of documents of this program.
 QString type();
 
+//! Puts documents of the project \a projectId into \a data.
+void set(QMimeData *data, const QString &projectId, const QStringList &ids);
+
 //! Documents of the project \a projectId. The caller owns what is returned.
 QMimeData *make(const QString &projectId, const QStringList &ids);
 

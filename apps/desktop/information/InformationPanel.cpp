@@ -44,7 +44,7 @@ QString rightsText(const VellDocument &document)
 
 InformationPanel::InformationPanel(VellDocuments *documents, QWidget *parent)
     : QWidget(parent), m_documents(documents), m_area(new QScrollArea), m_page(new QWidget),
-      m_nothing(new QLabel), m_preview(new Preview(documents)), m_name(new QLabel)
+      m_nothing(new QLabel), m_preview(new Preview(documents->session())), m_name(new QLabel)
 {
     m_area->setWidgetResizable(true);
     m_area->setFrameShape(QFrame::NoFrame);

@@ -1,45 +1,28 @@
 #include <desktop/information/Preview.h>
 
+#include <desktop/information/PictureReading.h>
 #include <desktop/window/Rights.h>
 
-#include <documents/VellDocuments.h>
 #include <file_types/FileTypes.h>
+#include <transfer/VellContentReader.h>
 
-#include <QImageReader>
-#include <QUuid>
 #include <QtConcurrent>
+
+#include <utility>
 
 namespace desktop {
 
 namespace {
 
 constexpr qint64 MostBytes = 20'971'520;
-constexpr qint64 MostPixels = 100'000'000; // decoded they take four bytes each
 constexpr int Side = 240;
 constexpr int IconSide = 64;
 constexpr int KeptPictures = 20;
 
-//! Reads the picture at \a path, not larger than it is shown, and removes the file. On any thread.
-QImage readPicture(const QString &path, const QSize &most)
-{
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    QImage picture;
-    if (size.isValid() && qint64(size.width()) * size.height() <= MostPixels) {
-        if (size.width() > most.width() || size.height() > most.height())
-            reader.setScaledSize(size.scaled(most, Qt::KeepAspectRatio));
-        picture = reader.read();
-    }
-    QFile::remove(path);
-    return picture;
-}
-
 } // namespace
 
-Preview::Preview(VellDocuments *documents, QWidget *parent)
-    : QLabel(parent), m_documents(documents), m_pictures(KeptPictures)
+Preview::Preview(const VellSession *session, QWidget *parent)
+    : QLabel(parent), m_session(session), m_pictures(KeptPictures)
 {
     setObjectName(QStringLiteral("preview"));
     setAlignment(Qt::AlignCenter);
@@ -47,57 +30,77 @@ Preview::Preview(VellDocuments *documents, QWidget *parent)
     connect(&m_reading, &QFutureWatcherBase::finished, this, &Preview::take);
 }
 
+Preview::~Preview() = default;
+
 void Preview::showDocument(const VellDocument &document)
 {
-    if (m_request)
-        m_request->abort();
-    m_fileId = document.fileId;
-    showIcon(document);
-    const bool isPicture = !rights::isFolder(document)
-        && QImageReader::supportedImageFormats().contains(document.suffix.toLower().toLatin1());
-    if (!isPicture || document.fileSize > MostBytes || !rights::may(document, rights::download()))
+    const VellDocument former = std::exchange(m_document, document);
+    setAccessibleName(tr("Picture of %1").arg(document.name));
+    if (former._id == document._id && former.fileId == document.fileId
+        && former.suffix == document.suffix)
         return;
-    if (const QImage *const picture = m_pictures.object(document.fileId)) {
-        setPixmap(QPixmap::fromImage(*picture));
-        m_isOwn = true;
-    } else {
-        fetch(document);
-    }
+    m_reader.reset();
+    m_isFetched = false;
+    showIcon();
+    const bool isReadable = !rights::isFolder(document) && document.fileSize <= MostBytes
+        && picture_reading::canRead(document.suffix) && rights::may(document, rights::download());
+    if (!isReadable)
+        return;
+    if (const QImage *const picture = m_pictures.object(document.fileId))
+        showPicture(*picture);
+    else
+        fetch();
 }
 
-void Preview::showIcon(const VellDocument &document)
+void Preview::showIcon()
 {
     m_isOwn = false;
-    setPixmap(VellPubDoc::getFileTypeIcon(document).pixmap(IconSide));
-    setAccessibleName(tr("Picture of %1").arg(document.name));
+    setPixmap(VellPubDoc::getFileTypeIcon(m_document).pixmap(IconSide));
 }
 
-void Preview::fetch(const VellDocument &document)
+void Preview::showPicture(const QImage &picture)
 {
-    const QString path = m_folder.filePath(QUuid::createUuid().toString(QUuid::WithoutBraces));
-    m_request = m_documents->content(document.fileId, path, MostBytes)
-                    ->then(this, [this, fileId = document.fileId](const QString &fetched) {
-                        if (fileId != m_fileId || m_reading.isRunning()) {
-                            QFile::remove(fetched);
-                            return;
-                        }
-                        m_readFileId = fileId;
-                        const QSize most = QSize(Side, Side) * devicePixelRatioF();
-                        m_reading.setFuture(QtConcurrent::run(readPicture, fetched, most));
-                    });
+    if (picture.isNull())
+        return; // the icon stays
+    setPixmap(QPixmap::fromImage(picture));
+    m_isOwn = true;
+}
+
+void Preview::fetch()
+{
+    m_content.clear();
+    m_reader =
+        std::make_unique<VellContentReader>(m_session, m_document.fileId, m_document.fileSize);
+    connect(m_reader.get(), &VellContentReader::received, this, [this](const QByteArray &part) {
+        // More than was announced is an error in the end.
+        if (m_content.size() + part.size() <= MostBytes)
+            m_content += part;
+    });
+    connect(m_reader.get(), &VellContentReader::finished, this, [this] {
+        m_isFetched = true;
+        readFetched();
+    });
+}
+
+void Preview::readFetched()
+{
+    if (!m_isFetched || m_reading.isRunning())
+        return;
+    m_isFetched = false;
+    m_readFileId = m_document.fileId;
+    const QSize most = QSize(Side, Side) * devicePixelRatioF();
+    m_reading.setFuture(QtConcurrent::run(
+        picture_reading::read, std::exchange(m_content, QByteArray()), m_document.suffix, most));
 }
 
 void Preview::take()
 {
     QImage picture = m_reading.result();
-    if (picture.isNull())
-        return; // the icon stays
     picture.setDevicePixelRatio(devicePixelRatioF());
     m_pictures.insert(m_readFileId, new QImage(picture));
-    if (m_readFileId != m_fileId)
-        return;
-    setPixmap(QPixmap::fromImage(picture));
-    m_isOwn = true;
+    if (m_readFileId == m_document.fileId)
+        showPicture(picture);
+    readFetched(); // another one, which has come meanwhile
 }
 
 } // namespace desktop

@@ -6,22 +6,23 @@
 #include <QFutureWatcher>
 #include <QImage>
 #include <QLabel>
-#include <QPointer>
-#include <QTemporaryDir>
 
-class VellDocuments;
-class VellOperation;
+#include <memory>
+
+class VellContentReader;
+class VellSession;
 
 namespace desktop {
 
-//! \brief The picture of a document: its own if it is one and not too large, else that of its type.
+//! \brief The picture of a document: its own if it is one, or has a first page, and is not too large, else that of its type.
 class Preview : public QLabel
 {
     Q_OBJECT
 
 public:
-    //! \param documents must outlive the preview
-    explicit Preview(VellDocuments *documents, QWidget *parent = nullptr);
+    //! \param session must outlive the preview
+    explicit Preview(const VellSession *session, QWidget *parent = nullptr);
+    ~Preview() override;
 
     void showDocument(const VellDocument &document);
 
@@ -29,16 +30,19 @@ public:
     bool isOwnPicture() const { return m_isOwn; }
 
 private:
-    void showIcon(const VellDocument &document);
-    void fetch(const VellDocument &document);
+    void showIcon();
+    void showPicture(const QImage &picture);
+    void fetch();
+    void readFetched();
     void take();
 
-    VellDocuments *const m_documents;
-    QTemporaryDir m_folder;
-    QCache<QString, QImage> m_pictures; // by content
+    const VellSession *const m_session;
+    VellDocument m_document;
+    QCache<QString, QImage> m_pictures; // by content; null for one that cannot be shown
+    std::unique_ptr<VellContentReader> m_reader;
+    QByteArray m_content; // what m_reader has brought
+    bool m_isFetched = false;
     QFutureWatcher<QImage> m_reading;
-    QPointer<VellOperation> m_request;
-    QString m_fileId; // of the document that is shown
     QString m_readFileId; // of what m_reading reads
     bool m_isOwn = false;
 };

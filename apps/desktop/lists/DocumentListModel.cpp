@@ -1,6 +1,7 @@
 #include <desktop/lists/DocumentListModel.h>
 
 #include <desktop/changes/DocumentMime.h>
+#include <desktop/changes/DraggedDocuments.h>
 #include <desktop/window/Rights.h>
 
 #include <documents/VellDocuments.h>
@@ -80,11 +81,20 @@ QStringList DocumentListModel::mimeTypes() const
 QMimeData *DocumentListModel::mimeData(const QModelIndexList &indexes) const
 {
     QStringList ids;
+    QList<VellDocument> documents;
     for (const QModelIndex &index : indexes) {
-        if (index.column() == NameColumn)
-            ids.append(data(index, VellModelRole::Id).toString());
+        const std::optional<VellDocument> entry = document(index);
+        if (index.column() != NameColumn || !entry)
+            continue;
+        ids.append(entry->_id);
+        if (rights::may(*entry, rights::download()))
+            documents.append(*entry);
     }
-    return document_mime::make(m_documents->session()->projectId(), ids);
+    const QString projectId = m_documents->session()->projectId();
+    if (!m_fetch || documents.size() < ids.size())
+        return document_mime::make(projectId, ids);
+    return new DraggedDocuments(projectId, ids,
+                                [fetch = m_fetch, documents] { return fetch(documents); });
 }
 
 std::optional<QString> DocumentListModel::dropTarget(const QModelIndex &index) const

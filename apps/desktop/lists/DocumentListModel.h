@@ -2,6 +2,8 @@
 
 #include <models/VellDocumentModel.h>
 
+#include <functional>
+
 namespace desktop {
 
 //! \brief The documents of a place, with names that can be edited, dragged documents and dropped files.
@@ -15,12 +17,20 @@ public:
     //! \param documents must outlive the model
     explicit DocumentListModel(VellDocuments *documents, QObject *parent = nullptr);
 
+    using Fetch = std::function<QStringList(const QList<VellDocument> &documents)>;
+
+    //! What brings documents that are dragged into other programs: their local paths, or nothing if it fails.
+    void setFetch(const Fetch &fetch) { m_fetch = fetch; }
+
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     QStringList mimeTypes() const override;
     QMimeData *mimeData(const QModelIndexList &indexes) const override;
-    Qt::DropActions supportedDragActions() const override { return Qt::MoveAction; }
+    Qt::DropActions supportedDragActions() const override
+    {
+        return Qt::MoveAction | Qt::CopyAction;
+    }
     Qt::DropActions supportedDropActions() const override
     {
         return Qt::MoveAction | Qt::CopyAction;
@@ -40,6 +50,7 @@ private:
     std::optional<QString> dropTarget(const QModelIndex &index) const;
 
     VellDocuments *const m_documents;
+    Fetch m_fetch;
 };
 
 } // namespace desktop

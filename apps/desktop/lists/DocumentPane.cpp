@@ -4,6 +4,8 @@
 #include <desktop/lists/NoticePage.h>
 #include <desktop/window/MessageBar.h>
 
+#include <documents/VellDocuments.h>
+
 #include <QHeaderView>
 #include <QListView>
 #include <QStackedWidget>
@@ -15,13 +17,14 @@ namespace desktop {
 namespace {
 
 constexpr int IconSide = 64;
-constexpr QSize CellSize(120, 112);
+constexpr int CellWidth = 120;
+constexpr int CellLines = 3; // of a name
 
 } // namespace
 
 DocumentPane::DocumentPane(VellDocuments *documents, QWidget *parent)
-    : QWidget(parent), m_model(new DocumentListModel(documents, this)), m_table(new QTreeView),
-      m_icons(new QListView), m_notice(new NoticePage(m_model)),
+    : QWidget(parent), m_documents(documents), m_model(new DocumentListModel(documents, this)),
+      m_table(new QTreeView), m_icons(new QListView), m_notice(new NoticePage(m_model)),
       m_stale(new MessageBar(QStringLiteral("staleBar"))), m_pages(new QStackedWidget)
 {
     auto *const layout = new QVBoxLayout(this);
@@ -39,6 +42,11 @@ DocumentPane::DocumentPane(VellDocuments *documents, QWidget *parent)
     connect(m_model, &VellDocumentModel::loadingChanged, this, &DocumentPane::updatePage);
     connect(m_model, &VellDocumentModel::loaded, this, &DocumentPane::takeLoaded);
     connect(m_model, &VellDocumentModel::loadFailed, this, &DocumentPane::updatePage);
+    const auto forgetSelection = [this] { m_selection.reset(); };
+    connect(m_model, &QAbstractItemModel::dataChanged, this, forgetSelection);
+    connect(m_model, &QAbstractItemModel::rowsRemoved, this, forgetSelection);
+    connect(m_model, &QAbstractItemModel::layoutChanged, this, forgetSelection);
+    connect(m_model, &QAbstractItemModel::modelReset, this, forgetSelection);
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model, signal, this, &DocumentPane::updatePage);
     connect(m_model, &QAbstractItemModel::modelReset, this, &DocumentPane::updatePage);
@@ -54,6 +62,11 @@ void DocumentPane::buildTable()
     m_table->setAllColumnsShowFocus(true);
     m_table->setTextElideMode(Qt::ElideMiddle); // the suffix matters
     m_table->header()->setSortIndicator(VellDocumentModel::NameColumn, Qt::AscendingOrder);
+    // Without a selection no place has to be kept: to look for it would take longer than the list.
+    connect(m_table->header(), &QHeaderView::sortIndicatorChanged, this, [this] {
+        if (!m_table->selectionModel()->hasSelection())
+            m_table->selectionModel()->clearCurrentIndex();
+    });
     m_table->setSortingEnabled(true);
     m_table->header()->setStretchLastSection(true);
     m_table->header()->setFirstSectionMovable(false);
@@ -61,6 +74,9 @@ void DocumentPane::buildTable()
     m_table->setColumnWidth(VellDocumentModel::SizeColumn, 80);
     m_table->setColumnWidth(VellDocumentModel::TypeColumn, 90);
     m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 160);
+    m_table->setItemDelegate(new NameDelegate(m_table));
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &DocumentPane::takeSelection);
     watchView(m_table);
 }
 
@@ -68,27 +84,29 @@ void DocumentPane::buildIcons()
 {
     m_icons->setObjectName(QStringLiteral("icons"));
     m_icons->setAccessibleName(tr("Entries"));
-    m_icons->setModel(m_model);
     m_icons->setViewMode(QListView::IconMode);
     m_icons->setMovement(QListView::Snap);
     m_icons->setResizeMode(QListView::Adjust);
     m_icons->setUniformItemSizes(true);
     m_icons->setIconSize({IconSide, IconSide});
-    m_icons->setGridSize(CellSize);
+    const int textHeight = CellLines * m_icons->fontMetrics().lineSpacing();
+    const QSize cell(CellWidth, IconSide + textHeight + 12);
+    m_icons->setGridSize(cell);
     m_icons->setWordWrap(true);
     m_icons->setTextElideMode(Qt::ElideMiddle);
-    m_icons->setSelectionModel(m_table->selectionModel());
+    // The view takes the size of one entry for all, and that one may not have been fetched.
+    m_icons->setItemDelegate(new NameDelegate(cell, m_icons));
     watchView(m_icons);
 }
 
 void DocumentPane::watchView(QAbstractItemView *view)
 {
-    view->setItemDelegate(new NameDelegate(view));
     view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers); // F2 and the menu, when it is allowed
     view->setDragDropMode(QAbstractItemView::DragDrop);
     view->setDropIndicatorShown(true);
+    view->setDefaultDropAction(Qt::MoveAction); // other programs copy
     view->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(view, &QWidget::customContextMenuRequested, this, [=](const QPoint &position) {
         Q_EMIT contextMenuRequested(view->viewport()->mapToGlobal(position));
@@ -97,8 +115,6 @@ void DocumentPane::watchView(QAbstractItemView *view)
         if (const std::optional<VellDocument> document = m_model->document(index))
             Q_EMIT openRequested(*document);
     });
-    connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &DocumentPane::selectionChanged, Qt::UniqueConnection);
 }
 
 void DocumentPane::setLocation(const Location &location, const QString &selectedId)
@@ -106,9 +122,10 @@ void DocumentPane::setLocation(const Location &location, const QString &selected
     m_location = location;
     m_wantedId = selectedId;
     m_editedId.clear();
+    m_isFolderGone = false;
     m_model->setSource(location.source());
     m_table->scrollToTop();
-    Q_EMIT selectionChanged();
+    takeSelection();
     updatePage();
 }
 
@@ -120,7 +137,17 @@ void DocumentPane::reload()
 
 void DocumentPane::setView(View view)
 {
+    if (view == m_view)
+        return;
     m_view = view;
+    if (view == View::Icons) {
+        m_icons->setModel(m_model);
+        const std::unique_ptr<QItemSelectionModel> unused(m_icons->selectionModel());
+        m_icons->setSelectionModel(m_table->selectionModel());
+    } else {
+        m_icons->setModel(
+            nullptr); // out of sight it would take time for each change of a long list
+    }
     updatePage();
 }
 
@@ -176,6 +203,11 @@ void DocumentPane::sayWhyEmpty()
     }
     switch (m_location.kind) {
     case Location::Kind::Folder:
+        if (m_isFolderGone) {
+            m_notice->say(tr("This folder has been deleted"),
+                          tr("It can be restored from the recycle bin."));
+            return;
+        }
         m_notice->say(tr("This folder is empty"), tr("Drop files here, or upload them."));
         return;
     case Location::Kind::Favorites:
@@ -200,8 +232,33 @@ void DocumentPane::sayWhyEmpty()
     }
 }
 
+//! An empty list may be that of a folder that somebody has deleted.
+void DocumentPane::askForFolder()
+{
+    const QString id = m_location.folderId;
+    if (m_location.kind != Location::Kind::Folder || id.isEmpty() || m_model->rowCount() > 0) {
+        m_isFolderGone = false;
+        return;
+    }
+    m_documents->document(id)->then(
+        this, [this, id](const VellDocument &folder) { setFolderGone(id, folder.recycle != 0); },
+        [this, id](const VellError &error) {
+            if (error.kind == VellError::Kind::NotFound)
+                setFolderGone(id, true);
+        });
+}
+
+void DocumentPane::setFolderGone(const QString &id, bool isGone)
+{
+    if (id != m_location.folderId || isGone == m_isFolderGone)
+        return;
+    m_isFolderGone = isGone;
+    updatePage();
+}
+
 void DocumentPane::takeLoaded()
 {
+    askForFolder();
     updatePage();
     if (!m_wantedId.isEmpty())
         select(std::exchange(m_wantedId, QString()));
@@ -214,8 +271,16 @@ void DocumentPane::takeLoaded()
     }
 }
 
+void DocumentPane::takeSelection()
+{
+    m_selection.reset();
+    Q_EMIT selectionChanged();
+}
+
 QList<VellDocument> DocumentPane::selection() const
 {
+    if (m_selection)
+        return *m_selection;
     QList<VellDocument> documents;
     // By ranges: a list of 100,000 indexes would hold the window up.
     const QItemSelection selected = m_table->selectionModel()->selection();
@@ -226,6 +291,7 @@ QList<VellDocument> DocumentPane::selection() const
                 documents.append(*document);
         }
     }
+    m_selection = documents;
     return documents;
 }
 
@@ -262,7 +328,12 @@ void DocumentPane::select(const QString &id)
 
 void DocumentPane::selectAll()
 {
-    currentView()->selectAll();
+    if (m_model->rowCount() == 0)
+        return;
+    // As one range: the views look at each row.
+    const QItemSelection all(m_model->index(0, 0),
+                             m_model->index(m_model->rowCount() - 1, m_model->columnCount() - 1));
+    m_table->selectionModel()->select(all, QItemSelectionModel::ClearAndSelect);
 }
 
 void DocumentPane::editName(const QString &id)

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QAbstractItemView;
 class QListView;
 class QStackedWidget;
@@ -45,6 +47,8 @@ public:
     int selectedCount() const;
     //! Returns whether selection() is all that is selected.
     bool isSelectionFetched() const;
+    //! Returns whether the folder that is shown has been deleted.
+    bool isFolderGone() const { return m_isFolderGone; }
     void select(const QString &id);
     void selectAll();
 
@@ -72,15 +76,21 @@ private:
     void showPage(QWidget *page);
     void sayWhyEmpty();
     void takeLoaded();
+    void takeSelection();
+    void askForFolder();
+    void setFolderGone(const QString &id, bool isGone);
     QAbstractItemView *currentView() const;
 
+    VellDocuments *const m_documents;
     DocumentListModel *m_model;
     QTreeView *m_table;
     QListView *m_icons;
     NoticePage *m_notice;
     MessageBar *m_stale;
     QStackedWidget *m_pages;
+    mutable std::optional<QList<VellDocument>> m_selection; // as selection() has found it last
     Location m_location;
+    bool m_isFolderGone = false;
     View m_view = View::Details;
     QString m_wantedId; // to be selected once it is there
     QString m_editedId; // to be renamed once it is there

@@ -1,6 +1,7 @@
 #include <desktop/lists/FolderTreeModel.h>
 
 #include <desktop/changes/DocumentMime.h>
+#include <desktop/window/Rights.h>
 
 #include <documents/VellDocuments.h>
 #include <session/VellSession.h>
@@ -20,8 +21,26 @@ QString FolderTreeModel::projectId() const
 
 Qt::ItemFlags FolderTreeModel::flags(const QModelIndex &index) const
 {
-    const Qt::ItemFlags flags = VellFolderModel::flags(index) | Qt::ItemIsDropEnabled;
-    return index.isValid() ? flags | Qt::ItemIsDragEnabled : flags;
+    Qt::ItemFlags flags = VellFolderModel::flags(index) | Qt::ItemIsDropEnabled;
+    if (!index.isValid())
+        return flags;
+    flags |= Qt::ItemIsDragEnabled;
+    return rights::may(*folder(index), rights::edit()) ? flags | Qt::ItemIsEditable : flags;
+}
+
+QVariant FolderTreeModel::data(const QModelIndex &index, int role) const
+{
+    return VellFolderModel::data(index, role == Qt::EditRole ? int(Qt::DisplayRole) : role);
+}
+
+bool FolderTreeModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    const std::optional<VellDocument> document = folder(index);
+    const QString name = value.toString();
+    if (role != Qt::EditRole || !document || name == document->name || name.trimmed().isEmpty())
+        return false;
+    Q_EMIT renameRequested(*document, name);
+    return false; // the name changes once the service has it
 }
 
 QStringList FolderTreeModel::mimeTypes() const

@@ -4,7 +4,7 @@
 
 namespace desktop {
 
-//! \brief The tree of the folders, onto which documents and local files can be dropped. Only asks, as DocumentListModel.
+//! \brief The tree of the folders, whose names can be edited, and onto which documents and local files can be dropped. Only asks, as DocumentListModel.
 class FolderTreeModel : public VellFolderModel
 {
     Q_OBJECT
@@ -14,6 +14,8 @@ public:
     explicit FolderTreeModel(VellDocuments *documents, QObject *parent = nullptr);
 
     Qt::ItemFlags flags(const QModelIndex &index) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     QStringList mimeTypes() const override;
     QMimeData *mimeData(const QModelIndexList &indexes) const override;
     Qt::DropActions supportedDragActions() const override { return Qt::MoveAction; }
@@ -27,6 +29,7 @@ public:
                       const QModelIndex &parent) override;
 
 Q_SIGNALS:
+    void renameRequested(const VellDocument &folder, const QString &name);
     void moveRequested(const QStringList &ids, const QString &folderId);
     void uploadRequested(const QStringList &paths, const QString &folderId);
 

@@ -21,4 +21,16 @@ void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
         line, [line, dot] { line->setSelection(0, dot); }, Qt::QueuedConnection);
 }
 
+void NameDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (m_size.isValid())
+        option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop; // next to the icon
+}
+
+QSize NameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    return m_size.isValid() ? m_size : QStyledItemDelegate::sizeHint(option, index);
+}
+
 } // namespace desktop

@@ -1,14 +1,19 @@
 #include <desktop/places/PlacesPanel.h>
 
+#include <desktop/lists/NameDelegate.h>
+#include <desktop/search/SavedSearches.h>
+
 #include <documents/VellDocuments.h>
 
 #include <QHeaderView>
 #include <QListWidget>
+#include <QMenu>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 namespace desktop {
@@ -29,42 +34,77 @@ constexpr std::array<Place, 5> Places{{
     {Location::Kind::RecycleBin, QStyle::SP_TrashIcon},
 }};
 
+constexpr int MostRows = 12; // of the list without scrolling
+
 } // namespace
 
-PlacesPanel::PlacesPanel(VellDocuments *documents, QWidget *parent)
-    : QWidget(parent), m_documents(documents), m_folders(new FolderTreeModel(documents, this)),
-      m_places(new QListWidget), m_tree(new QTreeView)
+PlacesPanel::PlacesPanel(VellDocuments *documents, SavedSearches *searches, QWidget *parent)
+    : QWidget(parent), m_documents(documents), m_searches(searches),
+      m_folders(new FolderTreeModel(documents, this)), m_places(new QListWidget),
+      m_tree(new QTreeView)
 {
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(0);
-    addPlaces();
+    buildPlaces();
     buildTree();
     layout->addWidget(m_places);
     layout->addWidget(m_tree, 1);
+    connect(searches, &SavedSearches::changed, this, &PlacesPanel::fillPlaces);
 }
 
-void PlacesPanel::addPlaces()
+void PlacesPanel::buildPlaces()
 {
     m_places->setObjectName(QStringLiteral("places"));
     m_places->setAccessibleName(tr("Places"));
     m_places->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    for (const Place &place : Places) {
-        const QString title = place.kind == Location::Kind::Folder
-            ? tr("All Documents")
-            : Location::place(place.kind).title();
-        new QListWidgetItem(style()->standardIcon(place.icon), title, m_places);
-    }
-    const int height =
-        m_places->sizeHintForRow(0) * int(Places.size()) + 2 * m_places->frameWidth();
-    m_places->setFixedHeight(height + 4);
-    const auto open = [this](int row) {
-        if (row >= 0)
-            Q_EMIT locationRequested(Location::place(Places.at(std::size_t(row)).kind));
+    m_places->setTextElideMode(Qt::ElideMiddle);
+    m_places->setContextMenuPolicy(Qt::CustomContextMenu);
+    fillPlaces();
+    const auto open = [this](const QListWidgetItem *item) {
+        if (item)
+            Q_EMIT locationRequested(item->data(Qt::UserRole).value<Location>());
     };
-    connect(m_places, &QListWidget::currentRowChanged, this, open);
+    connect(m_places, &QListWidget::currentItemChanged, this, open);
     // The place may be the current one although a folder below it is open.
-    connect(m_places, &QListWidget::itemClicked, this, [=] { open(m_places->currentRow()); });
+    connect(m_places, &QListWidget::itemClicked, this, open);
+    connect(m_places, &QWidget::customContextMenuRequested, this, &PlacesPanel::showPlaceMenu);
+}
+
+void PlacesPanel::fillPlaces()
+{
+    const QSignalBlocker noRequest(m_places);
+    m_places->clear();
+    const auto add = [this](QStyle::StandardPixmap icon, const QString &title,
+                            const Location &location) {
+        auto *const item = new QListWidgetItem(style()->standardIcon(icon), title, m_places);
+        item->setData(Qt::UserRole, QVariant::fromValue(location));
+        return item;
+    };
+    for (const Place &place : Places) {
+        const Location location = Location::place(place.kind);
+        const bool isTop = place.kind == Location::Kind::Folder;
+        add(place.icon, isTop ? tr("All Documents") : location.title(), location);
+    }
+    const QList<SavedSearch> searches = m_searches->list();
+    for (const SavedSearch &search : searches) {
+        add(QStyle::SP_FileDialogContentsView, search.name, Location::searched(search.terms))
+            ->setToolTip(search.name);
+    }
+    const int rows = std::min(m_places->count(), MostRows);
+    m_places->setFixedHeight(m_places->sizeHintForRow(0) * rows + 2 * m_places->frameWidth() + 4);
+    m_places->setCurrentRow(rowOf(m_shown));
+}
+
+void PlacesPanel::showPlaceMenu(const QPoint &position)
+{
+    const QListWidgetItem *const item = m_places->itemAt(position);
+    if (!item || item->data(Qt::UserRole).value<Location>().kind != Location::Kind::Search)
+        return;
+    QMenu menu(this);
+    menu.addAction(tr("&Remove from Places"), this,
+                   [this, name = item->text()] { m_searches->remove(name); });
+    menu.exec(m_places->viewport()->mapToGlobal(position));
 }
 
 void PlacesPanel::buildTree()
@@ -74,7 +114,8 @@ void PlacesPanel::buildTree()
     m_tree->setModel(m_folders);
     m_tree->setHeaderHidden(true);
     m_tree->setUniformRowHeights(true);
-    m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_tree->setItemDelegate(new NameDelegate(m_tree));
+    m_tree->setEditTriggers(QAbstractItemView::EditKeyPressed);
     m_tree->setDragDropMode(QAbstractItemView::DragDrop);
     m_tree->setAutoExpandDelay(800);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -97,17 +138,33 @@ void PlacesPanel::buildTree()
     });
 }
 
+//! -1 if \a location is not among the places.
+int PlacesPanel::rowOf(const Location &location) const
+{
+    for (int row = 0; row < m_places->count(); ++row) {
+        const auto place = m_places->item(row)->data(Qt::UserRole).value<Location>();
+        const bool isBin =
+            place.kind == Location::Kind::RecycleBin && location.kind == place.kind; // or below it
+        if (place == location || isBin)
+            return row;
+    }
+    return -1;
+}
+
+void PlacesPanel::editName(const QString &id)
+{
+    const QModelIndex index = m_folders->indexOf(id);
+    if (index.isValid())
+        m_tree->edit(index);
+}
+
 void PlacesPanel::showLocation(const Location &location)
 {
-    int row = -1;
-    for (std::size_t i = 0; i < Places.size(); ++i) {
-        if (Places.at(i).kind == location.kind)
-            row = int(i);
-    }
+    m_shown = location;
     const bool isFolder = location.kind == Location::Kind::Folder;
     {
         const QSignalBlocker noRequest(m_places);
-        m_places->setCurrentRow(isFolder && !location.folderId.isEmpty() ? -1 : row);
+        m_places->setCurrentRow(rowOf(location));
     }
     delete m_request;
     m_pathLeft.clear();

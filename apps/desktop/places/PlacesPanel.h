@@ -7,24 +7,30 @@
 #include <QWidget>
 
 class QListWidget;
+class QListWidgetItem;
 class QTreeView;
 class VellOperation;
 
 namespace desktop {
 
-//! \brief The places and the tree of the folders.
+class SavedSearches;
+
+//! \brief The places, the saved searches and the tree of the folders.
 class PlacesPanel : public QWidget
 {
     Q_OBJECT
 
 public:
-    //! \param documents must outlive the panel
-    explicit PlacesPanel(VellDocuments *documents, QWidget *parent = nullptr);
+    //! \param documents and \a searches must outlive the panel
+    PlacesPanel(VellDocuments *documents, SavedSearches *searches, QWidget *parent = nullptr);
 
     //! Marks \a location as the one that is open; the tree unfolds to its folder.
     void showLocation(const Location &location);
 
     FolderTreeModel *folders() const { return m_folders; }
+
+    //! Lets the user change the name of the folder \a id in place, if it is in the tree.
+    void editName(const QString &id);
 
 Q_SIGNALS:
     void locationRequested(const desktop::Location &location);
@@ -33,14 +39,19 @@ Q_SIGNALS:
     void contextMenuRequested(const QString &id, const QPoint &globalPosition);
 
 private:
-    void addPlaces();
+    void buildPlaces();
+    void fillPlaces();
+    void showPlaceMenu(const QPoint &position);
     void buildTree();
+    int rowOf(const Location &location) const;
     void unfold(const QStringList &path, const QString &id);
 
     VellDocuments *const m_documents;
+    SavedSearches *const m_searches;
     FolderTreeModel *m_folders;
     QListWidget *m_places;
     QTreeView *m_tree;
+    Location m_shown;
     QString m_shownFolderId;
     QStringList m_pathLeft; // folders to be unfolded, as they arrive
     QPointer<VellOperation> m_request;

@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <QStyle>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -18,6 +20,7 @@ namespace desktop {
 namespace {
 
 constexpr int TypingMs = 250;
+constexpr int ShortestText = 7; // characters of a box
 
 } // namespace
 
@@ -73,11 +76,24 @@ void SearchBar::buildFilters()
     m_below = new QCheckBox(tr("Only &below this folder"));
     m_below->setObjectName(QStringLiteral("below"));
     for (QComboBox *const box : {m_kind, m_period, m_user}) {
+        // May become narrow, or the list on the left would.
+        box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        box->setMinimumContentsLength(ShortestText);
+        box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
         layout->addWidget(box);
         connect(box, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &SearchBar::search);
     }
     layout->addWidget(m_below);
+    auto *const save = new QToolButton;
+    save->setObjectName(QStringLiteral("saveSearch"));
+    save->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+    save->setToolTip(tr("Save Search…"));
+    save->setAccessibleName(tr("Save Search…"));
+    save->setAutoRaise(true);
+    save->setFocusPolicy(Qt::TabFocus);
+    layout->addWidget(save);
     layout->addStretch();
+    connect(save, &QToolButton::clicked, this, [this] { Q_EMIT saveRequested(terms()); });
     connect(m_below, &QCheckBox::toggled, this, &SearchBar::search);
 }
 

@@ -40,6 +40,8 @@ Q_SIGNALS:
     void searched(const desktop::SearchTerms &terms);
     //! The user looks for nothing any more.
     void left();
+    //! The user wants to find \a terms among the places.
+    void saveRequested(const desktop::SearchTerms &terms);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

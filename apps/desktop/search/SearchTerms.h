@@ -10,6 +10,7 @@ namespace desktop {
 //! \brief What the user looks for.
 struct SearchTerms
 {
+    // Saved searches keep the numbers of both: new ones go to the end.
     enum class Kind {
         Any,
         Folders,

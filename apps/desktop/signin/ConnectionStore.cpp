@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace desktop {
 
@@ -45,12 +46,14 @@ SavedConnection fromJson(const QJsonObject &json)
     for (const Field &field : Fields)
         connection.*field.member = json.value(QLatin1String(field.key)).toString();
     connection.isOwn = json.value(QLatin1String("own")).toBool();
+    connection.isTokenInVault = json.value(QLatin1String("tokenInKeyring")).toBool();
     return connection;
 }
 
 QJsonObject toJson(const SavedConnection &connection)
 {
-    QJsonObject json{{QStringLiteral("own"), connection.isOwn}};
+    QJsonObject json{{QStringLiteral("own"), connection.isOwn},
+                     {QStringLiteral("tokenInKeyring"), connection.isTokenInVault}};
     for (const Field &field : Fields) {
         if (!(connection.*field.member).isEmpty())
             json.insert(QLatin1String(field.key), connection.*field.member);
@@ -68,6 +71,12 @@ bool isSame(const SavedConnection &a, const SavedConnection &b)
 }
 
 } // namespace
+
+ConnectionStore::ConnectionStore(const QString &path, std::unique_ptr<TokenVault> vault)
+    : m_path(path), m_vault(std::move(vault))
+{}
+
+ConnectionStore::~ConnectionStore() = default;
 
 QList<SavedConnection> ConnectionStore::connections() const
 {
@@ -87,8 +96,27 @@ std::optional<SavedConnection> ConnectionStore::last() const
     return found == all.end() ? std::nullopt : std::make_optional(*found);
 }
 
+void ConnectionStore::withToken(const SavedConnection &connection,
+                                const std::function<void(const SavedConnection &)> &use)
+{
+    if (!m_vault || !connection.isTokenInVault) {
+        use(connection);
+        return;
+    }
+    m_vault->read(connection.id, [this, connection, use](const QString &token) {
+        SavedConnection whole = connection;
+        whole.token = token;
+        m_vaultTokens.insert(whole.id, token);
+        use(whole);
+    });
+}
+
 QString ConnectionStore::save(SavedConnection connection)
 {
+    const QString token = connection.token;
+    connection.isTokenInVault = !token.isEmpty() && m_vaultTokens.value(connection.id) == token;
+    if (connection.isTokenInVault)
+        connection.token.clear();
     QList<SavedConnection> all = connections();
     const auto found = std::find_if(all.begin(), all.end(), [&](const SavedConnection &other) {
         return isSame(other, connection);
@@ -100,7 +128,30 @@ QString ConnectionStore::save(SavedConnection connection)
         connection.id = found->id;
         *found = connection;
     }
-    return write(all, connection.id) ? connection.id : QString();
+    if (!write(all, connection.id))
+        return {};
+    // In the file until the vault has it, so that it is not lost.
+    if (m_vault && !connection.token.isEmpty()) {
+        m_vault->write(connection.id, token, [this, id = connection.id, token](bool isKept) {
+            if (isKept)
+                leaveToken(id, token);
+        });
+    }
+    return connection.id;
+}
+
+//! Takes the \a token, which is in the vault now, out of the file.
+void ConnectionStore::leaveToken(const QString &id, const QString &token)
+{
+    QList<SavedConnection> all = connections();
+    for (SavedConnection &connection : all) {
+        if (connection.id != id || connection.token != token)
+            continue;
+        connection.token.clear();
+        connection.isTokenInVault = true;
+        m_vaultTokens.insert(id, token);
+    }
+    write(all, read(m_path).value(QLatin1String("last")).toString());
 }
 
 bool ConnectionStore::remove(const QString &id)
@@ -109,6 +160,8 @@ bool ConnectionStore::remove(const QString &id)
     all.erase(std::remove_if(all.begin(), all.end(),
                              [&id](const SavedConnection &c) { return c.id == id; }),
               all.end());
+    if (m_vault)
+        m_vault->remove(id);
     const QString lastId = read(m_path).value(QLatin1String("last")).toString();
     return write(all, lastId == id ? QString() : lastId);
 }

@@ -19,6 +19,7 @@ struct SavedConnection
     QString
         caCertificates; //!< the file of an authority that is trusted besides the system's; may be empty
     QString proxy; //!< see NetworkSettings
+    bool isTokenInVault = false; //!< #token is empty until ConnectionStore::withToken() has read it
     bool isOwn = false; //!< the program's own service; the address is another one each time
 
     //! The host and the project, for lists.

@@ -13,6 +13,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -147,6 +148,13 @@ void SignInDialog::choose(int row)
     const auto connection = m_list->itemData(row).value<SavedConnection>();
     m_address->setText(connection.address);
     m_token->setText(connection.token);
+    if (connection.isTokenInVault) {
+        const QPointer<SignInDialog> self(this);
+        m_store->withToken(connection, [self](const SavedConnection &whole) {
+            if (self && self->m_list->currentData().value<SavedConnection>().id == whole.id)
+                self->m_token->setText(whole.token);
+        });
+    }
     m_authority->setText(connection.caCertificates);
     m_proxy->setText(connection.proxy);
     for (QWidget *const field :

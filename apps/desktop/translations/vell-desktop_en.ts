@@ -102,6 +102,16 @@
     </message>
 </context>
 <context>
+    <name>desktop::DragFetch</name>
+    <message numerus="yes">
+        <source>Fetching %n entries for the other program…</source>
+        <translation>
+            <numerusform>Fetching %n entry for the other program…</numerusform>
+            <numerusform>Fetching %n entries for the other program…</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>desktop::EditDesk</name>
     <message numerus="yes">
         <source>You have changed %n opened files on this computer.</source>

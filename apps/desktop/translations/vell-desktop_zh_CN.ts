@@ -901,6 +901,27 @@
         <source>Try fewer letters, or another place or time.</source>
         <translation>请减少文字，或更换位置或时间。</translation>
     </message>
+    <message>
+        <source>This folder has been deleted</source>
+        <translation>此文件夹已被删除</translation>
+    </message>
+    <message>
+        <source>It can be restored from the recycle bin.</source>
+        <translation>可以从回收站恢复。</translation>
+    </message>
+</context>
+<context>
+    <name>desktop::DragFetch</name>
+    <message numerus="yes">
+        <source>Fetching %n entries for the other program…</source>
+        <translation>
+            <numerusform>正在为另一个程序获取 %n 个条目…</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
 </context>
 <context>
     <name>desktop::EditDesk</name>
@@ -1188,6 +1209,18 @@
         <source>De&amp;lete</source>
         <translation>删除(&amp;L)</translation>
     </message>
+    <message>
+        <source>Save Search</source>
+        <translation>保存搜索</translation>
+    </message>
+    <message>
+        <source>Name among the places:</source>
+        <translation>在位置列表中的名称：</translation>
+    </message>
+    <message>
+        <source>&amp;Rename</source>
+        <translation>重命名(&amp;R)</translation>
+    </message>
 </context>
 <context>
     <name>desktop::Menus</name>
@@ -1282,6 +1315,10 @@
     <message>
         <source>Folders</source>
         <translation>文件夹</translation>
+    </message>
+    <message>
+        <source>&amp;Remove from Places</source>
+        <translation>从位置中移除(&amp;R)</translation>
     </message>
 </context>
 <context>
@@ -1382,6 +1419,10 @@
     <message>
         <source>Me</source>
         <translation>我</translation>
+    </message>
+    <message>
+        <source>Save Search…</source>
+        <translation>保存搜索…</translation>
     </message>
 </context>
 <context>

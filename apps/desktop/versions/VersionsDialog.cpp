@@ -4,6 +4,7 @@
 
 #include <documents/VellDocuments.h>
 #include <session/VellSession.h>
+#include <transfer/VellTransferQueue.h>
 
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -17,10 +18,10 @@
 
 namespace desktop {
 
-VersionsDialog::VersionsDialog(VellDocuments *documents, const VellDocument &document,
-                               QWidget *parent)
-    : QDialog(parent), m_documents(documents), m_document(document), m_list(new QTreeWidget),
-      m_message(new QLabel)
+VersionsDialog::VersionsDialog(VellDocuments *documents, VellTransferQueue *queue,
+                               const VellDocument &document, QWidget *parent)
+    : QDialog(parent), m_documents(documents), m_queue(queue), m_document(document),
+      m_list(new QTreeWidget), m_message(new QLabel)
 {
     setWindowTitle(tr("Versions of “%1”").arg(document.name));
     resize(680, 360);
@@ -32,6 +33,7 @@ VersionsDialog::VersionsDialog(VellDocuments *documents, const VellDocument &doc
     m_list->setUniformRowHeights(true);
     m_list->setColumnWidth(1, 150);
     layout->addWidget(m_list, 1);
+    m_message->setObjectName(QStringLiteral("message"));
     m_message->setWordWrap(true);
     m_message->setTextFormat(Qt::PlainText);
     layout->addWidget(m_message);
@@ -42,7 +44,7 @@ VersionsDialog::VersionsDialog(VellDocuments *documents, const VellDocument &doc
         connect(button, &QPushButton::clicked, this, slot);
         return button;
     };
-    m_fetch = add(tr("&Fetch…"), QStringLiteral("fetch"), &VersionsDialog::fetch);
+    m_fetch = add(tr("&Fetch…"), QStringLiteral("fetch"), &VersionsDialog::chooseTarget);
     m_current =
         add(tr("&Make Current Again"), QStringLiteral("makeCurrent"), &VersionsDialog::makeCurrent);
     m_remark = add(tr("&Remark…"), QStringLiteral("remark"), &VersionsDialog::editRemark);
@@ -51,6 +53,7 @@ VersionsDialog::VersionsDialog(VellDocuments *documents, const VellDocument &doc
     layout->addWidget(buttons);
     connect(m_list, &QTreeWidget::currentItemChanged, this, &VersionsDialog::updateButtons);
     connect(documents->session(), &VellSession::userNamesChanged, this, &VersionsDialog::fill);
+    connect(queue, &VellTransferQueue::ended, this, &VersionsDialog::takeFetched);
     updateButtons();
     reload();
 }
@@ -113,26 +116,32 @@ void VersionsDialog::say(const QString &text, const VellError &error)
         m_message->setText(text + QLatin1Char(' ') + error.text);
 }
 
-void VersionsDialog::fetch()
+void VersionsDialog::chooseTarget()
 {
     auto *const dialog = new QFileDialog(this, tr("Fetch Version"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setAcceptMode(QFileDialog::AcceptSave); // asks before a file is replaced
     dialog->selectFile(m_document.name);
     connect(dialog, &QFileDialog::fileSelected, this,
-            [this, fileId = version().fileId](const QString &path) {
-                m_message->setText(tr("Fetching…"));
-                m_documents->content(fileId, path)
-                    ->then(
-                        this,
-                        [this](const QString &written) {
-                            m_message->setText(tr("It is in %1.").arg(written));
-                        },
-                        [this](const VellError &error) {
-                            say(tr("The version could not be fetched."), error);
-                        });
-            });
+            [this, chosen = version()](const QString &path) { fetch(chosen, path); });
     dialog->open();
+}
+
+void VersionsDialog::fetch(const VellDocument &version, const QString &path)
+{
+    m_message->setText(tr("Fetching…"));
+    m_fetching =
+        m_queue->downloadVersion(version, path, m_queue->addBatch(VellConflictPolicy::Replace));
+}
+
+void VersionsDialog::takeFetched(const VellTransfer &transfer)
+{
+    if (transfer.id != m_fetching)
+        return;
+    if (transfer.state == VellTransferState::Done)
+        m_message->setText(tr("It is in %1.").arg(transfer.localPath));
+    else
+        say(tr("The version could not be fetched."), transfer.error);
 }
 
 void VersionsDialog::makeCurrent()

@@ -9,7 +9,9 @@ class QLabel;
 class QPushButton;
 class QTreeWidget;
 class VellDocuments;
+class VellTransferQueue;
 struct VellError;
+struct VellTransfer;
 
 namespace desktop {
 
@@ -19,14 +21,16 @@ class VersionsDialog : public QDialog
     Q_OBJECT
 
 public:
-    //! \param documents must outlive the dialog
-    VersionsDialog(VellDocuments *documents, const VellDocument &document,
+    //! \param documents and \a queue must outlive the dialog
+    VersionsDialog(VellDocuments *documents, VellTransferQueue *queue, const VellDocument &document,
                    QWidget *parent = nullptr);
 
 private:
     void reload();
     void fill();
-    void fetch();
+    void chooseTarget();
+    void fetch(const VellDocument &version, const QString &path);
+    void takeFetched(const VellTransfer &transfer);
     void makeCurrent();
     void editRemark();
     void updateButtons();
@@ -35,7 +39,9 @@ private:
     VellDocument version() const;
 
     VellDocuments *const m_documents;
+    VellTransferQueue *const m_queue;
     VellDocument m_document;
+    qint64 m_fetching = 0; // the transfer of the version that was asked for last
     QList<VellDocument> m_versions; // newest first
     QTreeWidget *m_list;
     QLabel *m_message;

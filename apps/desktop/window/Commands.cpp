@@ -126,6 +126,7 @@ void Commands::download()
         new QFileDialog(m_window, tr("Download Into"),
                         QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setObjectName(QStringLiteral("downloadInto"));
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     connect(dialog, &QFileDialog::fileSelected, this,

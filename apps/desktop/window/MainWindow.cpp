@@ -13,6 +13,7 @@
 #include <desktop/window/MessageBar.h>
 #include <desktop/window/Panels.h>
 #include <desktop/window/Rights.h>
+#include <desktop/window/TaskbarProgress.h>
 
 #include <documents/VellDocumentStore.h>
 #include <models/VellChangePoll.h>
@@ -20,6 +21,7 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -44,13 +46,14 @@ MainWindow::MainWindow(Workspace *workspace, QWidget *parent)
     : QMainWindow(parent), m_workspace(workspace), m_pane(new DocumentPane(&workspace->documents)),
       m_actions(new Actions(this, m_pane)), m_commands(new Commands(workspace, m_pane, this)),
       m_path(new PathBar(&workspace->documents)), m_search(new SearchBar(&workspace->documents)),
-      m_places(new PlacesPanel(&workspace->documents)),
+      m_places(new PlacesPanel(&workspace->documents, &workspace->searches)),
       m_offline(new MessageBar(QStringLiteral("offlineBar"))),
       m_message(new MessageBar(QStringLiteral("messageBar"))),
       m_edits(new MessageBar(QStringLiteral("editBar"))),
       m_panels(new Panels(workspace, m_edits, this)), m_firstSteps(new FirstSteps(m_actions)),
       m_transferState(new QLabel), m_counts(new QLabel), m_who(new QLabel),
-      m_poll(new VellChangePoll(&workspace->documents, this))
+      m_poll(new VellChangePoll(&workspace->documents, this)),
+      m_taskbar(TaskbarProgress::ofSystem(this))
 {
     buildCenter();
     buildMenus();
@@ -120,13 +123,19 @@ void MainWindow::connectPane()
     connect(m_pane, &DocumentPane::selectionChanged, this, &MainWindow::updateActions);
     connect(m_pane, &DocumentPane::selectionChanged, this, &MainWindow::updateStatus);
     connect(m_pane, &DocumentPane::changed, this, &MainWindow::updateStatus);
+    connect(m_pane, &DocumentPane::changed, this, &MainWindow::updateActions);
     connect(m_pane, &DocumentPane::contextMenuRequested, this, &MainWindow::showContextMenu);
     const DocumentListModel *const model = m_pane->model();
     connect(model, &DocumentListModel::renameRequested, &m_workspace->changes,
             &DocumentChanges::rename);
     connect(model, &DocumentListModel::moveRequested, m_commands, &Commands::move);
     connect(model, &DocumentListModel::uploadRequested, m_commands, &Commands::upload);
+    m_pane->model()->setFetch([this](const QList<VellDocument> &documents) {
+        return m_workspace->dragged.fetch(documents, this);
+    });
     const FolderTreeModel *const folders = m_places->folders();
+    connect(folders, &FolderTreeModel::renameRequested, &m_workspace->changes,
+            &DocumentChanges::rename);
     connect(folders, &FolderTreeModel::moveRequested, m_commands, &Commands::move);
     connect(folders, &FolderTreeModel::uploadRequested, m_commands, &Commands::upload);
     connect(folders, &VellFolderModel::loadFailed, this,
@@ -145,6 +154,7 @@ void MainWindow::connectPane()
     connect(m_path, &PathBar::editingEnded, m_pane, &DocumentPane::setListFocus);
     connect(m_search, &SearchBar::searched, this,
             [this](const SearchTerms &terms) { navigate(Location::searched(terms)); });
+    connect(m_search, &SearchBar::saveRequested, this, &MainWindow::saveSearch);
     connect(m_search, &SearchBar::left, this, [this] {
         navigate(m_beforeSearch);
         m_pane->setListFocus();
@@ -292,7 +302,7 @@ void MainWindow::updateActions()
     state.isSelectionFetched = m_pane->isSelectionFetched();
     state.isConnected = !session.projectId().isEmpty();
     state.isOnline = session.state() == VellSession::State::Online;
-    state.mayUpload = m_mayUpload;
+    state.mayUpload = m_mayUpload && !m_pane->isFolderGone();
     state.mayPurge = rights::mayPurge(session);
     state.mayShare = rights::mayShare(session);
     state.canPaste = !document_mime::ids(clipboard, session.projectId()).isEmpty()
@@ -326,7 +336,8 @@ void MainWindow::updateStatus()
     m_who->setText(m_workspace->session.user().name);
     const QString transfers = m_panels->transferSummary();
     m_transferState->setText(transfers);
-    // The title is what the task bar of the system shows.
+    m_taskbar->show(transfers.isEmpty() ? -1 : m_panels->transferPercent());
+    // Also for task bars that show titles only.
     setWindowTitle(transfers.isEmpty() ? tr("Documents")
                                        : tr("%1 % – Documents").arg(m_panels->transferPercent()));
 }
@@ -425,6 +436,20 @@ void MainWindow::open(const VellDocument &document)
     }
 }
 
+void MainWindow::saveSearch(const SearchTerms &terms)
+{
+    auto *const dialog = new QInputDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Save Search"));
+    dialog->setLabelText(tr("Name among the places:"));
+    dialog->setTextValue(terms.text);
+    connect(dialog, &QInputDialog::textValueSelected, this, [this, terms](const QString &name) {
+        if (!name.trimmed().isEmpty())
+            m_workspace->searches.save({name.trimmed(), terms});
+    });
+    dialog->open();
+}
+
 void MainWindow::showContextMenu(const QPoint &globalPosition)
 {
     QMenu menu(this);
@@ -439,6 +464,9 @@ void MainWindow::showFolderMenu(const QString &id, const QPoint &globalPosition)
     menu.addAction(tr("&New Folder"), this, [this, id] { m_workspace->changes.createFolder(id); });
     if (!id.isEmpty()) {
         const auto folder = m_workspace->documents.store()->document(id);
+        QAction *const rename =
+            menu.addAction(tr("&Rename"), this, [this, id] { m_places->editName(id); });
+        rename->setEnabled(folder && rights::may(*folder, rights::edit()));
         QAction *const remove = menu.addAction(
             tr("De&lete"), this, [this, folder] { m_workspace->changes.remove({*folder}); });
         remove->setEnabled(folder && rights::may(*folder, rights::remove()));

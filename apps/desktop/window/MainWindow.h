@@ -8,6 +8,8 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include <memory>
+
 class QLabel;
 class VellChangePoll;
 class VellOperation;
@@ -24,6 +26,7 @@ class Panels;
 class PathBar;
 class PlacesPanel;
 class SearchBar;
+class TaskbarProgress;
 class Workspace;
 enum class ActionId;
 
@@ -70,6 +73,7 @@ private:
     void showContextMenu(const QPoint &globalPosition);
     void showFolderMenu(const QString &id, const QPoint &globalPosition);
     void askForUploadRight();
+    void saveSearch(const SearchTerms &terms);
     void updateActions();
     void updateStatus();
     void updateOffline(VellSession::State state);
@@ -91,6 +95,7 @@ private:
     QLabel *m_counts;
     QLabel *m_who;
     VellChangePoll *m_poll;
+    const std::unique_ptr<TaskbarProgress> m_taskbar;
     Location m_location;
     Location m_beforeSearch;
     NavigationHistory m_history;

@@ -109,7 +109,8 @@ int Panels::transferPercent() const
 
 void Panels::showVersions(const VellDocument &document)
 {
-    openDialog(new VersionsDialog(&m_workspace->documents, document, m_window));
+    openDialog(
+        new VersionsDialog(&m_workspace->documents, &m_workspace->queue, document, m_window));
 }
 
 void Panels::showShareDialog(const QList<VellDocument> &documents)

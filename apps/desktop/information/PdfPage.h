@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+
+namespace desktop {
+
+//! The first page of PDF files, where the program was built with a library for it. On any thread.
+namespace pdf_page {
+
+bool isAvailable();
+
+//! \return null if \a content cannot be read without a password, or if it takes too long
+QImage readFirst(const QByteArray &content, const QSize &most);
+
+} // namespace pdf_page
+
+} // namespace desktop
