@@ -180,11 +180,11 @@ function(vell_add_module name)
     set_property(GLOBAL APPEND PROPERTY VELL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
 endfunction()
 
-# vell_add_test(tst_<subject> [SERVICE] [SOURCES ...] [LINK ...] [LABELS ...])
+# vell_add_test(tst_<subject> [SERVICE] [POSTGRES] [SOURCES ...] [LINK ...] [LABELS ...])
 # The program of tst_<subject>.cpp in this folder, as the test <folder>/tst_<subject>. SERVICE: it runs reference
-# services.
+# services. POSTGRES: it also runs as postgresql/tst_<subject>, with the records of the services in PostgreSQL.
 function(vell_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "SERVICE" "" "SOURCES;LINK;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SERVICE;POSTGRES" "" "SOURCES;LINK;LABELS")
     vell_refuse_unknown_arguments(vell_add_test ${arg_UNPARSED_ARGUMENTS})
     get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
@@ -209,6 +209,14 @@ function(vell_add_test name)
         TIMEOUT 300 # far above what any takes, so that a busy machine fails none
         LABELS "${arg_LABELS}"
         ENVIRONMENT "${VELL_TEST_ENVIRONMENT}")
+    if(arg_POSTGRES AND VELL_BUILD_SERVICE)
+        add_test(NAME postgresql/${name} COMMAND ${name})
+        set_tests_properties(postgresql/${name} PROPERTIES
+            TIMEOUT 300
+            LABELS "${arg_LABELS};postgresql"
+            FIXTURES_REQUIRED postgresql
+            ENVIRONMENT "${VELL_TEST_ENVIRONMENT};VELL_TEST_POSTGRES=${VELL_TEST_POSTGRES}")
+    endif()
     if(folder IN_LIST VELL_RECORDING_FOLDERS AND NOT CMAKE_CROSSCOMPILING)
         set_property(TEST ${folder}/${name} APPEND PROPERTY ENVIRONMENT
             "VELL_RECORD_EXCHANGES=${VELL_EXCHANGES}")

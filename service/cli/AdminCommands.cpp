@@ -150,7 +150,7 @@ int runVerb(const Verbs &verbs, const QList<QCommandLineOption> &options,
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(descriptionOf(verbs));
-    parser.addOption(dataOption());
+    parser.addOptions(dataOptions());
     parser.addOptions(options);
     int code = 0;
     if (!parseArguments(parser, arguments, &code))

@@ -33,7 +33,7 @@ int runCheck(const QStringList &arguments)
         "A damaged content is moved into the folder \"aside\"; uploading the same file again mends "
         "it.\nThe service may be running on the data folder. The exit code is 1 when something is "
         "damaged."));
-    parser.addOption(dataOption());
+    parser.addOptions(dataOptions());
     int code = 0;
     if (!parseArguments(parser, arguments, &code))
         return code;

@@ -36,8 +36,8 @@ int runSweep(const QStringList &arguments)
         "Removes abandoned uploads and contents that nothing holds, and moves files that "
         "the records do not know into the folder \"aside\".\n"
         "The service may be running on the data folder."));
+    parser.addOptions(dataOptions());
     parser.addOptions({
-        dataOption(),
         {QStringLiteral("older-than"), QStringLiteral("What is younger stays (24)."),
          QStringLiteral("HOURS"), QStringLiteral("24")},
         {QStringLiteral("dry-run"), QStringLiteral("Only say what would be removed.")},

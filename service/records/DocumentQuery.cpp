@@ -54,7 +54,7 @@ void addPlace(const DocumentQuery &query, const QJsonValue &parent, SqlFilter &f
     filter.add(QStringLiteral("d.") + state);
 }
 
-SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
+SqlFilter filterOf(const DocumentQuery &query, const QString &userId, const SqlDialect &dialect)
 {
     SqlFilter filter;
     QJsonObject where = query.where;
@@ -67,14 +67,19 @@ SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
             QStringLiteral("d.id IN (SELECT document_id FROM mark WHERE user_id = ? AND type = ?)"),
             {userId, type});
     }
-    addWhere(where, filter);
+    addWhere(where, dialect, filter);
     return filter;
 }
 
 [[noreturn]] void rethrow(const DatabaseError &error)
 {
-    if (QString::fromUtf8(error.what()).contains(regexLimitMessage()))
+    if (error.kind() == DatabaseError::Kind::SlowPattern)
         throw ServiceError(Refusal::Invalid, regexLimitMessage());
+    if (error.kind() == DatabaseError::Kind::BadPattern) {
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("The regular expression cannot be read: %1.")
+                               .arg(QString::fromUtf8(error.what())));
+    }
     throw error;
 }
 
@@ -86,27 +91,28 @@ DocumentLister::DocumentLister(Database &database, const QString &userId)
 
 void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
 {
-    const SqlFilter filter = filterOf(query, m_userId);
+    const SqlFilter filter = filterOf(query, m_userId, m_database.dialect());
     const QString order = orderClause(query.order);
     QVariantList values{m_userId, m_userId};
     values += filter.values;
     if (query.limit <= 0 && query.skip <= 0) {
         run(QStringLiteral("SELECT %1 FROM document d WHERE %2%3")
-                .arg(Documents::columns(), filter.text(), order),
+                .arg(Documents::columns(m_database), filter.text(), order),
             values, visit);
         return;
     }
     // The page is found by the index alone; only its own rows are read whole.
-    values += {query.limit > 0 ? query.limit : -1, query.skip};
-    run(QStringLiteral("SELECT %1 FROM (SELECT d.rowid AS r FROM document d WHERE %2%3 "
-                       "LIMIT ? OFFSET ?) page JOIN document d ON d.rowid = page.r%3")
-            .arg(Documents::columns(), filter.text(), order),
+    values += {rowLimit(query.limit), query.skip};
+    run(QStringLiteral("SELECT %1 FROM (SELECT d.%4 AS r FROM document d WHERE %2%3 "
+                       "LIMIT ? OFFSET ?) page JOIN document d ON d.%4 = page.r%3")
+            .arg(Documents::columns(m_database), filter.text(), order,
+                 m_database.dialect().rowKey()),
         values, visit);
 }
 
 qint64 DocumentLister::count(const DocumentQuery &query)
 {
-    const SqlFilter filter = filterOf(query, m_userId);
+    const SqlFilter filter = filterOf(query, m_userId, m_database.dialect());
     try {
         Statement row(m_database,
                       QStringLiteral("SELECT count(*) FROM document d WHERE %1").arg(filter.text()),
@@ -124,7 +130,7 @@ void DocumentLister::linkedTo(const QString &projectId, const QString &entityId,
     run(QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? AND d.recycle = 0 "
                        "AND d.id IN (SELECT document_id FROM link WHERE entity_id = ?) "
                        "ORDER BY d.name, d.id")
-            .arg(Documents::columns()),
+            .arg(Documents::columns(m_database)),
         {m_userId, m_userId, projectId, entityId}, visit);
 }
 

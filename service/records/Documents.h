@@ -39,7 +39,7 @@ public:
 
     //! The columns that read() expects, of a table called d; two placeholders of the user's id come
     //! first.
-    static QString columns();
+    static QString columns(const Database &database);
     static Document read(const Statement &row);
 
 private:

@@ -7,6 +7,8 @@
 
 namespace service {
 
+class SqlDialect;
+
 //! \brief Conditions of SQL on the table d, with their values in order.
 struct SqlFilter
 {
@@ -19,7 +21,7 @@ struct SqlFilter
 
 //! Adds what \a where asks for. \throws ServiceError for an unknown field or operator, a value of
 //! the wrong type, a regular expression that cannot be read
-void addWhere(const QJsonObject &where, SqlFilter &filter);
+void addWhere(const QJsonObject &where, const SqlDialect &dialect, SqlFilter &filter);
 
 //! "ORDER BY …" for sort keys parted by blanks; ties follow the id in the direction of the last key.
 //! \throws ServiceError for an unknown key

@@ -48,8 +48,9 @@ public:
     //! \param quotaBytes how much contents may take together; 0 for no limit but the disk's
     ContentStore(const DataFolder &folder, qint64 quotaBytes);
 
-    //! Removes what a crash left in the temporary folder.
-    void open();
+    //! Removes what a crash left in the temporary folder. Where \a isShared, another process may be writing there: what is
+    //! younger than a day stays.
+    void open(bool isShared = false);
 
     const DataFolder &folder() const { return m_folder; }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <service/storage/dialect/SqlDialect.h>
+
 #include <QString>
 
+#include <memory>
 #include <mutex>
-#include <stdexcept>
 
 class QSqlDatabase;
 class QSqlQuery;
@@ -12,46 +14,27 @@ namespace service {
 
 class DataFolder;
 
-//! \brief A statement or the connection failed; what() names the reason as SQLite gave it.
-class DatabaseError : public std::runtime_error
-{
-public:
-    //! \param systemError the errno behind \a sqliteCode; 0 for none
-    DatabaseError(const QString &message, int sqliteCode, int systemError = 0);
-    //! Why \a query failed.
-    explicit DatabaseError(const QSqlQuery &query);
-
-    //! The disk or the database has no room left.
-    bool isFull() const;
-    //! The disk can be read only.
-    bool isReadOnly() const;
-    //! Another program has been writing for too long.
-    bool isBusy() const;
-    //! The file is damaged, or no database.
-    bool isDamage() const;
-
-private:
-    int m_sqliteCode = 0;
-    int m_systemError = 0;
-};
-
-//! \brief The SQLite database of one data folder.
+//! \brief The records of one data folder, in SQLite or PostgreSQL.
 //!
 //! Every thread gets a connection of its own on first use, closed when the thread ends. Readers never
-//! wait for writers (WAL); writers queue up (see Transaction). What is committed is on the disk.
+//! wait for writers; writers queue up (see Transaction). What is committed is on the disk.
 class Database
 {
 public:
     static constexpr int UsualBusyTimeoutMs = 20000;
 
+    //! \param address of a PostgreSQL database; empty for SQLite in \a folder
     //! \param busyTimeoutMs how long a change waits for another program that writes
-    explicit Database(const DataFolder &folder, int busyTimeoutMs = UsualBusyTimeoutMs);
+    explicit Database(const DataFolder &folder, const QString &address = {},
+                      int busyTimeoutMs = UsualBusyTimeoutMs);
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
 
-    //! Looks for damage and brings the schema up to date, each migration in a transaction of its own and with a copy
-    //! of the database made before. Only under the FolderLock. \throws DatabaseError also for a file that a newer
+    const SqlDialect &dialect() const { return *m_dialect; }
+
+    //! Looks for damage and brings the schema up to date, each migration in a transaction of its own; SQLite's also with a
+    //! copy of the database made before, and only under the FolderLock. \throws DatabaseError also for what a newer
     //! version has written
     void open();
 
@@ -62,8 +45,8 @@ public:
     //! Closes the connection of the calling thread; the next use opens another.
     void close();
 
-    //! Writes a copy that is consistent in itself, while others go on writing. \a fileName is replaced; nobody
-    //! but the owner may read it.
+    //! Writes a copy of SQLite's database that is consistent in itself, while others go on writing. \a fileName is replaced;
+    //! nobody but the owner may read it.
     void copyTo(const QString &fileName);
 
     //! The connection of the calling thread.
@@ -76,16 +59,17 @@ public:
     //! statements do.
     void keep(const QString &sql, QSqlQuery &query);
 
+    //! Closes a connection that was lost, so that the next use opens another. \return false within a transaction, which is lost, too
+    bool reconnect();
+    //! Whether the calling thread has begun a transaction that has not ended.
+    void setInTransaction(bool isInTransaction);
+
     std::mutex &writeLock() { return m_writeLock; }
 
 private:
-    int schema();
-    void requireSound();
     void migrate();
-    void migrateTo(int version);
 
-    const DataFolder &m_folder;
-    const int m_busyTimeoutMs;
+    const std::unique_ptr<const SqlDialect> m_dialect;
     const QString m_instance; //!< tells the connections of several databases in one thread apart
     std::mutex m_writeLock;
 };

@@ -38,8 +38,10 @@ public:
     void truncate(); //!< to nothing
     void sync(); //!< returns once the content is on the disk
 
-    //! Locks the file for this object. \return false when another one, here or in another process, has the lock
-    bool tryLock();
+    enum class Lock { Exclusive, Shared };
+    //! Locks the file for this object. \return false when another one, here or in another process, has a lock that
+    //! excludes this one
+    bool tryLock(Lock lock = Lock::Exclusive);
     //! Waits for the lock of the byte at \a offset, which need not exist.
     void lockByte(qint64 offset);
 

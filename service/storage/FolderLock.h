@@ -18,6 +18,7 @@ class FolderLock
 public:
     enum class Holder {
         Service,
+        OneOfMany, //!< a service or a command on a shared database: beside others of its kind
         Command, //!< holds it for a moment: a service that starts waits for it
     };
 

@@ -30,6 +30,8 @@ public:
     bool isNull(int column) const { return m_query.isNull(column); }
 
 private:
+    void execute(const QVariantList &values);
+
     Database &m_database;
     const QString m_sql;
     QSqlQuery m_query;
@@ -38,10 +40,13 @@ private:
 //! Executes a statement that has no rows to read. \return how many rows it has changed
 int execute(Database &database, const QString &sql, const QVariantList &values = {});
 
+//! Executes statements that cannot be prepared, or several at once. \throws DatabaseError
+void executeDirectly(Database &database, const QString &sql);
+
 //! \brief A change: all of it, or nothing. Rolled back unless commit() was called.
 //!
-//! Takes the write lock of SQLite at once (BEGIN IMMEDIATE), so that what it reads cannot change before
-//! it writes, and queues up with the writers of this process instead of polling.
+//! Waits for its turn at once, so that what it reads cannot change before it writes. Within the process writers queue up
+//! instead of polling.
 class Transaction
 {
 public:
@@ -58,6 +63,9 @@ private:
     std::lock_guard<std::mutex> m_locker;
     bool m_isOpen = false;
 };
+
+//! The value for LIMIT: all rows unless \a limit is positive.
+qint64 rowLimit(int limit);
 
 //! "?,?,?" for \a count values.
 QString placeholders(int count);

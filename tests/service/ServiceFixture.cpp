@@ -1,5 +1,7 @@
 #include <service/ServiceFixture.h>
 
+#include <support/TestDatabase.h>
+
 #include <QJsonDocument>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -16,6 +18,8 @@ QJsonValue idOrNull(const QString &id)
 //! The statement's first value; null text when it has failed.
 QVariant runOn(const QString &dataDir, const QString &statement, bool *isDone)
 {
+    if (TestDatabase::isPostgres())
+        return TestDatabase::run(dataDir, statement, isDone);
     const QString name = QStringLiteral("ServiceFixture");
     QVariant result;
     {
@@ -39,6 +43,7 @@ ServiceFixture::ServiceFixture(const ServiceOptions &options)
     : client(QString()), m_options(options)
 {
     m_options.dataDir = folder.path() + QStringLiteral("/data");
+    m_options.database = TestDatabase::addressFor(m_options.dataDir);
     isStarted = restart();
 }
 

@@ -1,5 +1,7 @@
 #include "UploadSite.h"
 
+#include <support/TestDatabase.h>
+
 #include <QRandomGenerator>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -199,8 +201,12 @@ void TestUploadKills::whatACrashLeftIsTakenUp()
 
 bool TestUploadKills::runSql(const QString &statement) const
 {
-    const QString name = QStringLiteral("TestUploadKills");
     bool isDone = false;
+    if (TestDatabase::isPostgres()) {
+        TestDatabase::run(m_site->service.dataDir(), statement, &isDone);
+        return isDone;
+    }
+    const QString name = QStringLiteral("TestUploadKills");
     {
         QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
         database.setDatabaseName(m_site->service.dataDir() + QStringLiteral("/records.sqlite"));

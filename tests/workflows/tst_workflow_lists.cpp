@@ -4,6 +4,8 @@
 
 #include <VellSoftBase/VellSoftCache.h>
 
+#include <support/TestDatabase.h>
+
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
@@ -189,7 +191,8 @@ void TestWorkflowLists::aPatternThatRunsForEverIsRefused()
     VellDocumentConditon condition;
     condition.searchName = QStringLiteral("^(a+)+$");
     QCOMPARE(world.names(condition), QStringList());
-    QCOMPARE(world.lastFailure.httpStatus, 400);
+    // PostgreSQL reads this pattern without going back.
+    QCOMPARE(world.lastFailure.httpStatus, TestDatabase::isPostgres() ? 0 : 400);
     condition.searchName = QStringLiteral("(");
     world.lastFailure = NetworkFailure();
     QCOMPARE(world.names(condition), QStringList());
