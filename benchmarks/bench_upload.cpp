@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
-#include <memory>
 #include <vector>
 
 // Uploads of large files on loopback, to a server that only discards. Every upload is a process of its own.

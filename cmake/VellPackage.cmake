@@ -22,6 +22,7 @@ install(EXPORT VellDocumentDataTargets
 # Describes an installed library to programs that are built without CMake. What it requires and where its headers are
 # comes from the target, so that both packages say the same.
 function(vell_install_pkg_config target description)
+    vell_refuse_unknown_arguments(vell_install_pkg_config ${ARGN})
     set(requires)
     get_target_property(links ${target} INTERFACE_LINK_LIBRARIES)
     foreach(link IN LISTS links)

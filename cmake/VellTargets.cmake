@@ -34,9 +34,20 @@ else()
     set(VELL_SOVERSION "${PROJECT_VERSION_MAJOR}")
 endif()
 
-# Settings every target of this project gets. Warnings are errors only where a preset sets
-# CMAKE_COMPILE_WARNING_AS_ERROR, so that a packager with another compiler is never stopped.
+# vell_refuse_unknown_arguments(<function> <argument>...)
+# Ends the configuration if there are any: a misspelled keyword would leave out what follows it.
+function(vell_refuse_unknown_arguments caller)
+    if(ARGN)
+        message(FATAL_ERROR "${caller} does not know: ${ARGN}")
+    endif()
+endfunction()
+
+# vell_set_common_options(<target>)
+# The settings of every target of this project. Warnings are errors only if a preset sets CMAKE_COMPILE_WARNING_AS_ERROR,
+# so that a packager with another compiler is never stopped. In folders that set VELL_ALLOW_ASCII_CASTS a literal
+# converts to QString.
 function(vell_set_common_options target)
+    vell_refuse_unknown_arguments(vell_set_common_options ${ARGN})
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
         AUTOMOC ON
@@ -48,12 +59,13 @@ function(vell_set_common_options target)
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
         -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wundef)
     target_compile_definitions(${target} PRIVATE
-        QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+        $<$<NOT:$<BOOL:${VELL_ALLOW_ASCII_CASTS}>>:QT_NO_CAST_FROM_ASCII>
+        QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_TO_ASCII
         QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
         QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS
         QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
     get_target_property(type ${target} TYPE)
-    if(TARGET vell_library_headers AND NOT type STREQUAL "EXECUTABLE" AND NOT target STREQUAL "vell_library_headers")
+    if(TARGET vell_library_headers AND NOT VELL_ALLOW_ASCII_CASTS AND NOT type STREQUAL "EXECUTABLE" AND NOT target STREQUAL "vell_library_headers")
         target_precompile_headers(${target} REUSE_FROM vell_library_headers)
     endif()
 endfunction()
@@ -68,9 +80,11 @@ function(vell_add_precompiled_headers)
         <algorithm> <atomic> <functional> <map> <memory> <mutex> <optional> <string> <vector>)
     set(source "${PROJECT_BINARY_DIR}/precompiled_headers.cpp")
     file(CONFIGURE OUTPUT "${source}" CONTENT "int main() {}\n")
+    set(VELL_ALLOW_ASCII_CASTS ON)
     add_executable(vell_test_headers EXCLUDE_FROM_ALL "${source}")
     vell_set_common_options(vell_test_headers)
     vell_set_test_options(vell_test_headers)
+    set(VELL_ALLOW_ASCII_CASTS OFF)
     add_library(vell_library_headers OBJECT EXCLUDE_FROM_ALL "${source}")
     vell_set_common_options(vell_library_headers)
     foreach(target IN ITEMS vell_test_headers vell_library_headers)
@@ -90,6 +104,7 @@ endfunction()
 # vell_add_version_resource(<target>)
 # What the properties of the file show on Windows.
 function(vell_add_version_resource target)
+    vell_refuse_unknown_arguments(vell_add_version_resource ${ARGN})
     if(NOT WIN32)
         return()
     endif()
@@ -104,14 +119,6 @@ function(vell_add_version_resource target)
     set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${resource}" @ONLY)
     target_sources(${target} PRIVATE "${resource}")
-endfunction()
-
-# vell_refuse_unknown_arguments(<function> <argument>...)
-# Ends the configuration if there are any: a misspelled keyword would leave out what follows it.
-function(vell_refuse_unknown_arguments caller)
-    if(ARGN)
-        message(FATAL_ERROR "${caller} does not know: ${ARGN}")
-    endif()
 endfunction()
 
 # vell_install_headers(<destination> <header>...)
@@ -227,6 +234,7 @@ endfunction()
 # vell_not_run_here(<folder>/<subject> <reason>)
 # Shows in the list of CTest, as disabled, what this build does not run and why.
 function(vell_not_run_here name reason)
+    vell_refuse_unknown_arguments(vell_not_run_here ${ARGN})
     add_test(NAME "${name} (${reason})" COMMAND "${CMAKE_COMMAND}" -E false)
     set_tests_properties("${name} (${reason})" PROPERTIES DISABLED TRUE)
 endfunction()

@@ -18,11 +18,11 @@ ServiceCalls::ServiceCalls()
     execute(m_context.database, QStringLiteral("PRAGMA synchronous = OFF"));
 }
 
-HttpResponse ServiceCalls::call(const QByteArray &verb, const QByteArray &target,
+HttpResponse ServiceCalls::call(const QByteArray &method, const QByteArray &target,
                                 const QByteArray &body, const QByteArray &contentType)
 {
     HttpRequest request;
-    request.verb = verb;
+    request.method = method;
     request.target = target;
     request.headers = {{"host", "localhost"}, {"content-type", contentType}};
     request.bodyLength = body.size();
@@ -42,10 +42,10 @@ HttpResponse ServiceCalls::call(const QByteArray &verb, const QByteArray &target
     return response;
 }
 
-QByteArray ServiceCalls::make(const QByteArray &verb, const QByteArray &target,
+QByteArray ServiceCalls::make(const QByteArray &method, const QByteArray &target,
                               const QByteArray &body)
 {
-    const HttpResponse response = call(verb, target, body);
+    const HttpResponse response = call(method, target, body);
     require(response.status == 200, "what is made for the test");
     return QJsonDocument::fromJson(response.body)
         .object()

@@ -15,11 +15,11 @@ public:
 
     //! The response to a request of the user "local". Ends the process for a failure of the service and for a response that
     //! is not JSON.
-    service::HttpResponse call(const QByteArray &verb, const QByteArray &target,
+    service::HttpResponse call(const QByteArray &method, const QByteArray &target,
                                const QByteArray &body = {},
                                const QByteArray &contentType = "application/json");
     //! The id in the response to a request that must succeed.
-    QByteArray make(const QByteArray &verb, const QByteArray &target, const QByteArray &body);
+    QByteArray make(const QByteArray &method, const QByteArray &target, const QByteArray &body);
     //! Removes all documents.
     void clear();
 

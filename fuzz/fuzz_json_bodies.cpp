@@ -13,7 +13,7 @@ namespace {
 
 struct Route
 {
-    const char *verb;
+    const char *method;
     const char *target;
 };
 
@@ -61,7 +61,7 @@ public:
                         .toString()
                         .toLatin1();
         const QByteArray before = state();
-        const auto response = m_calls.call(route.verb, withIds(route.target), withIds(body));
+        const auto response = m_calls.call(route.method, withIds(route.target), withIds(body));
         require(response.status < 300 || state() == before, "a refusal that changes nothing");
     }
 

@@ -40,7 +40,7 @@ void compare(const QByteArray &text, const RequestHead &head)
     const QList<QByteArray> words = lines.takeFirst().split(' ');
     require(words.size() == 3 && isToken(words[0]), "three words in the first line");
     require(words[2] == "HTTP/1.1" || words[2] == "HTTP/1.0", "the version");
-    require(words[0] == (head.request.isHead ? "HEAD" : head.request.verb), "the request method");
+    require(words[0] == (head.request.isHead ? "HEAD" : head.request.method), "the request method");
     require(words[1].endsWith(head.request.target) || head.request.target == "/", "the address");
 
     QMap<QByteArray, QByteArrayList> fields;

@@ -8,8 +8,8 @@ fail() {
     exit 1
 }
 
-# step TEXT COMMAND...: runs the command with its output in a log; says what was done and how long it
-# took, or what failed and where the log is.
+# step TEXT COMMAND...: runs the command with its output in a log; prints the text and the time, or
+# the errors and the path of the log.
 step() {
     local text=$1 log started
     shift
@@ -37,8 +37,8 @@ configure_and_build() {
 
 windows_cache=${XDG_CACHE_HOME:-~/.cache}/vell
 
-# find_for_windows VARIABLE NAME FILE SCRIPT: the variable is then the folder of that library for Windows: the folder
-# that it names, the archive that it names unpacked, or our own, which the script builds when there is none.
+# find_for_windows VARIABLE NAME FILE SCRIPT: sets the variable to the folder of a library for Windows: the folder in
+# it, the unpacked archive in it, or the default folder, which the script builds if it is missing.
 find_for_windows() {
     local variable=$1 name=$2 file=$3 script=$4
     local given=${!variable:-$windows_cache/$name}

@@ -43,7 +43,7 @@ public:
     bool serve(QString *error);
     void close();
 
-    //! Runs a change and turns what it throws into the sentence.
+    //! Runs a change, and sets the error to the message of an exception.
     template <typename Change>
     bool administer(Change change, QString *error);
 
@@ -70,8 +70,8 @@ bool ReferenceService::Private::openData(QString *error)
         Generation generation(context.database, context.folder);
         if (!generation.fits()) {
             *error =
-                QStringLiteral("The records in %1 are older than the contents beside them; put "
-                               "the newest records.sqlite back, or go on without what is "
+                QStringLiteral("The database in %1 is older than the contents in the folder; "
+                               "restore the newest records.sqlite, or continue without what is "
                                "missing with \"vell-service accept --data %1\".")
                     .arg(options.dataDir);
             return false;
@@ -85,7 +85,7 @@ bool ReferenceService::Private::openData(QString *error)
     return log.open(options.accessLog, error);
 }
 
-//! A full disk does not keep anybody from downloading.
+//! Downloads must be possible when the disk is full.
 void ReferenceService::Private::raise(Generation &generation)
 {
     try {
@@ -97,7 +97,7 @@ void ReferenceService::Private::raise(Generation &generation)
 
 bool ReferenceService::Private::mayListen(QString *error)
 {
-    if (isLoopback(options.listenAddress) || Users(context.database).haveTokens())
+    if (isLoopback(options.listenAddress) || Users(context.database).isTokenNeeded())
         return true;
     *error = QStringLiteral("Without users everybody may do everything, so the service listens on "
                             "loopback addresses only, not on %1; add a user first.")

@@ -8,9 +8,9 @@
 
 int main(int argc, char *argv[])
 {
-    // Whatever a command makes, the log included, is nobody else's business.
+    // All files that a command creates, including the log, are readable by their owner only.
     umask(S_IRWXG | S_IRWXO);
-    // A file that may not grow further is a refused request, not the end of the program.
+    // If a file may not grow further, the request is refused instead of ending the program.
     std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vell-service"));

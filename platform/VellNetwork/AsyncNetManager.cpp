@@ -21,7 +21,7 @@ AsyncNetManager::~AsyncNetManager()
 
 void AsyncNetManager::get(const QString &url)
 {
-    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Verb::Get, url));
+    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Method::Get, url));
 }
 
 void AsyncNetManager::post(const QString &url, QHttpMultiPart *body)
@@ -31,13 +31,13 @@ void AsyncNetManager::post(const QString &url, QHttpMultiPart *body)
 
 void AsyncNetManager::post(const QString &url, QJsonObject &body)
 {
-    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Verb::Post, url,
+    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Method::Post, url,
                                          QJsonDocument(body)));
 }
 
 void AsyncNetManager::put(const QString &url, QJsonObject &body)
 {
-    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Verb::Put, url,
+    watch(Transport::ofThisThread().send(Caller::GoesOn, Transport::Method::Put, url,
                                          QJsonDocument(body)));
 }
 
@@ -47,7 +47,7 @@ void AsyncNetManager::pause()
     for (const QPointer<QNetworkReply> &reply : replies) {
         if (!reply)
             continue;
-        // First, because abort() emits finished().
+        // Before abort(), which emits finished().
         reply->disconnect(this);
         reply->abort();
         reply->deleteLater();

@@ -11,7 +11,7 @@
 
 namespace {
 
-// As browsers write it: the name in UTF-8, and only what would end the quoted text is escaped.
+// As browsers do: the name in UTF-8, with only those characters escaped that would end the quoted string.
 QByteArray fileNameForHeader(const QString &name)
 {
     return name.toUtf8().replace('"', "%22").replace('\r', "%0D").replace('\n', "%0A");
@@ -21,7 +21,7 @@ QByteArray fileNameForHeader(const QString &name)
 
 QHttpMultiPart *CFileUploadProxy::getFileHttpMultiPart(QFile **file, const QString &path)
 {
-    // Opening a pipe would wait for its other end.
+    // Opening a pipe would block.
     const QFileInfo info(path);
     if (!info.isFile())
         return nullptr;

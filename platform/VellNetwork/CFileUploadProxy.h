@@ -7,19 +7,20 @@
 class QFile;
 class QHttpMultiPart;
 
-//! \brief Builds the body of an upload of a whole file.
+//! \brief Creates the body of the upload of a whole file.
+//!
+//! \since 0.1
 class VELLNETWORK_EXPORT CFileUploadProxy
 {
 public:
-    //! Opens the file at \a path and returns a form-data body with one part, named "file", that
-    //! carries the file's name, its MIME type and its bytes.
+    //! Opens the file at \a path and returns a form-data body with one part called "file", which has the name, the MIME type and
+    //! the content of the file.
     //!
-    //! The bytes are read from the open file while they are sent, never all at once. The caller
-    //! owns both the body and the open file that it finds in \a file, may close or delete the file at
-    //! any time (the upload then ends with an error), and may delete the body unsent.
+    //! The content is read from the open file while it is sent. The caller owns the body and the open file. The file may be
+    //! closed or deleted at any time, which ends the upload with an error; the body may be deleted without being sent.
     //!
-    //! \param file receives the open file; an earlier value is overwritten, not closed. Untouched on
-    //!        failure.
-    //! \return null when \a path is no file that can be read.
+    //! \param file set to the open file; an earlier file is not closed. Unchanged on failure.
+    //! \return null if \a path is not a file that can be read.
+    //! \sa AsyncNetManager::post()
     static QHttpMultiPart *getFileHttpMultiPart(QFile **file, const QString &path);
 };

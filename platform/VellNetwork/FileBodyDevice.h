@@ -4,17 +4,16 @@
 #include <QIODevice>
 #include <QPointer>
 
-//! \brief The bytes of an open file that belongs to somebody else, for the body of an upload.
+//! \brief Reads an open file that another object owns, for the body of an upload.
 //!
-//! The owner may move, close or delete the file at any time: reading then fails, and nothing touches
-//! the file any more. The size is that of the file at construction; a file that has grown since is
-//! read no further, one that has shrunk fails.
+//! The owner may seek in, close or delete the file at any time: reading fails if the file is closed or deleted. The size is that of
+//! the file at construction; if the file has grown since, the rest is not read; if it has shrunk, reading fails.
 class FileBodyDevice : public QIODevice
 {
     Q_OBJECT
 
 public:
-    //! \a file is open for reading.
+    //! \param file must be open for reading
     explicit FileBodyDevice(QFile *file, QObject *parent = nullptr);
 
     bool isSequential() const override { return false; }

@@ -21,11 +21,11 @@ NetworkEventLoop::~NetworkEventLoop()
         return;
     m_reply->disconnect(this);
     if (m_wait == Wait::Returned) {
-        // At once: in a slot that makes a thousand requests nothing posted is deleted before it returns.
+        // Not deleteLater(): a slot that sends a thousand requests would keep all replies until it returns.
         delete m_reply;
         return;
     }
-    // This may be a slot of the reply.
+    // May be called in a slot of the reply.
     m_reply->abort();
     m_reply->deleteLater();
 }
@@ -62,7 +62,7 @@ QNetworkReply::NetworkError NetworkEventLoop::error() const
         return QNetworkReply::NoError;
     if (m_reply->error() != QNetworkReply::NoError)
         return m_reply->error();
-    // Of replies of another access manager.
+    // For replies of other access managers.
     return httpStatus() / 100 == 2 ? QNetworkReply::NoError : QNetworkReply::ProtocolFailure;
 }
 
@@ -73,7 +73,7 @@ int NetworkEventLoop::httpStatus() const
 
 QByteArray NetworkEventLoop::content() const
 {
-    // An aborted reply is closed, and reading it would print a warning.
+    // An aborted reply is closed: reading it would print a warning.
     if (m_reply && m_reply->isFinished() && m_reply->isOpen() && m_reply->bytesAvailable() > 0) {
         auto *reply = qobject_cast<HttpReply *>(m_reply);
         m_content = reply ? reply->takeAll() : m_reply->readAll();

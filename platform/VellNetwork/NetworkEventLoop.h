@@ -9,7 +9,7 @@
 #include <QNetworkReply>
 #include <QPointer>
 
-//! \brief Waits for one reply while the thread's events run, and reads it.
+//! \brief Waits for one reply, processes the events of the thread meanwhile, and reads the response.
 //!
 //! \code
 //! NetworkEventLoop loop(NetworkManager::instance()->get(url));
@@ -18,9 +18,11 @@
 //!     read(loop.object());
 //! \endcode
 //!
-//! Takes ownership of the reply and deletes it with itself; a reply that is still running is aborted.
-//! A null reply, or one that somebody else has deleted, counts as finished without success. Lives on
-//! the thread of the reply.
+//! Takes ownership of the reply; the destructor aborts it if it is still running. A null reply, or one that was deleted elsewhere,
+//! counts as finished without success. Belongs to the thread of the reply.
+//!
+//! \since 0.1
+//! \sa NetworkManager
 class VELLNETWORK_EXPORT NetworkEventLoop : public QEventLoop
 {
     Q_OBJECT
@@ -29,49 +31,51 @@ public:
     explicit NetworkEventLoop(QNetworkReply *reply, QObject *parent = nullptr);
     ~NetworkEventLoop() override;
 
-    //! Events may be left waiting for the first 2 ms, or until the response comes if that is sooner.
+    //! Returns when the reply has finished, or before that after exit() or when the application quits. Returns at once if the
+    //! reply has already finished.
     //!
-    //! Returns when the reply has finished, with success or not: at once when it already has, and
-    //! after exit() or when the application quits also before.
-    //! \return 0, or the code given to exit().
+    //! Events are possibly not processed for the first 2 ms, or until the response arrives if that is sooner.
+    //! \return 0, or the code that was passed to exit().
     int exec(ProcessEventsFlags flags = AllEvents);
 
     bool isFinished() const;
 
-    //! Whether the reply has finished without a network error and with a 2xx status.
+    //! Returns true if the reply has finished without a network error and with a 2xx status.
     bool isSuccessful() const;
 
-    //! The network error of the finished reply, as NetworkManager describes them; NoError before.
+    //! Returns the network error of the finished reply, see NetworkManager; NoError before it has finished.
     QNetworkReply::NetworkError error() const;
 
-    //! The HTTP status, 0 while there is none.
+    //! Returns the HTTP status; 0 if there is none.
     int httpStatus() const;
 
-    //! The body of the finished reply, whatever its status; empty before.
+    //! Returns the body of the response, whatever its status; empty before the reply has finished.
     QByteArray content() const;
 
-    //! The body as a JSON object; empty when it is anything else or not there.
+    //! Returns the body as a JSON object; empty if it is anything else or missing.
+    //! \sa objectList()
     QJsonObject object() const;
 
-    //! The objects of the body's JSON array, in order; elements of another kind are skipped. Empty
-    //! when the body is anything else or not there.
+    //! Returns the objects of the body, a JSON array, in order; other elements are ignored. Empty if the body is anything else or
+    //! missing.
+    //! \sa object()
     QList<QJsonObject> objectList() const;
 
 Q_SIGNALS:
-    //! Relayed from the reply, bytes of the request's body.
+    //! The number of bytes of the request's body that have been sent, and the total.
     void uploadProgress(qint64 bytesSent, qint64 bytesTotal);
 
-    //! The reply ended with the network error \a code, see error(); emitted once, before exec() returns.
+    //! The reply has ended with the network error \a code, see error(). Emitted once, before exec() returns.
     void errorEmit(int code);
 
 private:
     void finish();
 
     enum class Wait {
-        None, // exec() has not been left after the end of the reply
+        None, // exec() is not running, and has not returned after the end of the reply
         Running, // inside exec()
-        Ended, // the reply ended inside exec(), which has not returned yet
-        Returned, // and now it has: no signal of the reply is on the stack any more
+        Ended, // the reply has ended inside exec(), which has not returned yet
+        Returned, // exec() has returned: no signal of the reply is on the stack any more
     };
 
     QPointer<QNetworkReply> m_reply;

@@ -19,30 +19,30 @@ NetworkManager *NetworkManager::instance()
 
 QNetworkReply *NetworkManager::get(const QString &url)
 {
-    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Get, url);
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Method::Get, url);
 }
 
 QNetworkReply *NetworkManager::postJson(const QString &url, const QJsonObject &body)
 {
-    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Post, url,
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Method::Post, url,
                                           QJsonDocument(body));
 }
 
 QNetworkReply *NetworkManager::putJson(const QString &url, const QJsonObject &body)
 {
-    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Put, url,
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Method::Put, url,
                                           QJsonDocument(body));
 }
 
 QNetworkReply *NetworkManager::putJson(const QString &url, const QJsonArray &body)
 {
-    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Put, url,
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Method::Put, url,
                                           QJsonDocument(body));
 }
 
 QNetworkReply *NetworkManager::deleteResource(const QString &url)
 {
-    return Transport::ofThisThread().send(Caller::Waits, Transport::Verb::Delete, url);
+    return Transport::ofThisThread().send(Caller::Waits, Transport::Method::Delete, url);
 }
 
 QNetworkReply *NetworkManager::getFrom(const QString &url, qint64 offset,

@@ -11,46 +11,52 @@ class QJsonArray;
 class QJsonObject;
 class QNetworkReply;
 
-//! \brief Sends the requests that the caller waits for with a NetworkEventLoop.
+//! \brief Sends requests, whose replies the caller waits for with a NetworkEventLoop.
 //!
-//! Addresses are unencoded text: everything that a URL cannot carry is percent-encoded here, so
-//! that the service receives each value unchanged. `%`, `#` and `+` are data; `?`, `&` and `=`
-//! separate the parameters, except inside the JSON object behind `where=`, which is data as a whole.
+//! \par Addresses
+//! Addresses are text that is not percent-encoded: they are encoded here, so that the service receives each value unchanged. `%`,
+//! `#` and `+` are data; `?`, `&` and `=` separate the parameters, except in the JSON object after `where=`, which is data as a
+//! whole. Addresses must have the scheme `http` or `https`, and no "." or ".." segment in their path, because such a segment would
+//! change the address on the way. Any other address ends with QNetworkReply::ProtocolUnknownError.
 //!
-//! Only `http` and `https` addresses are asked, and none whose path holds a "." or ".." segment, which
-//! would be resolved on the way to another address than the caller wrote; any other address ends with
-//! QNetworkReply::ProtocolUnknownError.
+//! \par Requests
+//! Every request has the access token of NetworkSettings, and ends with QNetworkReply::TimeoutError if nothing is sent or received
+//! for NetworkSettings::stallTimeout().
 //!
-//! Every request carries the access token of NetworkSettings and ends with QNetworkReply::TimeoutError
-//! when nothing moves for NetworkSettings::stallTimeout().
+//! \par Redirects
+//! Redirects are followed only to addresses that are as safe: never from `https` to `http`, and never to another host or port
+//! if an access token is sent. They are not followed if a 301 or 302 would turn a change (POST, PUT, DELETE) into a GET, whose
+//! success would say nothing about the change. A refused redirect ends with QNetworkReply::InsecureRedirectError.
 //!
-//! Redirects are followed only to addresses that are no less safe: never from `https` to `http`, never to
-//! another host or port while an access token is sent. Nor are they when a 301 or 302 would turn a
-//! change (POST, PUT, DELETE) into a GET, whose success would say nothing about the change. A refused
-//! redirect ends with QNetworkReply::InsecureRedirectError.
+//! \par Lost connections
+//! A change whose connection is lost before the response arrives is never repeated, because the service may have made it; it ends
+//! with QNetworkReply::RemoteHostClosedError. To make this rare, changes use a kept-alive connection only as long as the server is
+//! not expected to close it, otherwise a new one. A GET is repeated once if a kept-alive connection turns out to be closed. A
+//! response that ends before its announced length is a failure: QNetworkReply::RemoteHostClosedError.
 //!
-//! A change whose connection is lost before its answer is never repeated, because the service may have
-//! made it; it ends with QNetworkReply::RemoteHostClosedError. So that this is rare, a change goes over a
-//! kept-alive connection only while the server cannot be about to close it; else over a new one. A GET is
-//! repeated once when a kept-alive connection turns out to be closed. An answer that ends before its announced
-//! length is a failure, QNetworkReply::RemoteHostClosedError too.
+//! \par Errors
+//! Errors have the codes of QNetworkAccessManager. A response with a status other than 2xx that QNetworkAccessManager does not
+//! report as an error (for example 304) ends with QNetworkReply::ProtocolFailure.
 //!
-//! Errors have the numbers that QNetworkAccessManager gives them. An answer with a status that it does not count
-//! as an error though it is no success (a 304, for example) ends with QNetworkReply::ProtocolFailure.
-//!
-//! The requests run on an I/O thread of this library, so that they go on while the thread of the caller is
-//! busy. A small request to a server that has just answered is sent by the thread of the caller, and its response is waited
-//! for there for at most 2 ms; then the I/O thread goes on with it, also if the caller does not wait. What a client reads while it arrives is held back at the connection when the client does not keep up
-//! (QNetworkReply::setReadBufferSize() sets how much waits with the reply; up to 4 MiB more are on the way); what nobody reads before
-//! QNetworkReply::finished() is kept, up to 1 GiB, above which the reply ends with
+//! \par Reading
+//! If a client reads while the response arrives, and does not keep up, the connection is slowed down.
+//! QNetworkReply::setReadBufferSize() sets how much is buffered by the reply; up to 4 MiB more are buffered by the transport.
+//! Data that is not read before QNetworkReply::finished() is kept, up to 1 GiB; above that the reply ends with
 //! QNetworkReply::UnknownContentError.
 //!
-//! The logging category `vell.network` prints one line for each request that has ended, once its debug
-//! messages are switched on; tokens and passwords are left out.
+//! \par Threads
+//! One object for the process. It may be used from any thread that runs an event loop while it waits. Requests run on an I/O thread
+//! of the library, so that they continue while the thread of the caller is busy. A small request to a server that has just
+//! responded is sent by the thread of the caller, which waits for the response for at most 2 ms; then the I/O thread takes over,
+//! also if the caller does not wait. All requests of the process, including those of AsyncNetManager, share one pool of kept-alive
+//! connections, with at most 32 to one server; further requests wait for a free one.
 //!
-//! One object for the process; it may be used from any thread that runs an event loop while it
-//! waits. All requests of the process, those of AsyncNetManager included, share one pool of kept-alive
-//! connections, at most 32 to one server; further requests wait for a free one.
+//! \par Logging
+//! If the debug messages of the logging category `vell.network` are enabled, it prints one line for each request that has ended,
+//! without tokens and passwords.
+//!
+//! \since 0.1
+//! \sa AsyncNetManager, NetworkSettings, VellBaseApi
 class VELLNETWORK_EXPORT NetworkManager : public QObject
 {
     Q_OBJECT
@@ -58,26 +64,29 @@ class VELLNETWORK_EXPORT NetworkManager : public QObject
 public:
     static NetworkManager *instance();
 
-    //! Each sends its request at once and returns the reply, never null, with the calling thread
-    //! as its thread. The caller (as a rule the NetworkEventLoop that it builds) owns the reply.
-    //! Bodies are sent as compact UTF-8 JSON.
+    //! \name Requests
+    //! Each sends its request at once and returns the reply, which is never null and belongs to the calling thread. The caller
+    //! takes ownership, normally by passing the reply to a NetworkEventLoop. Bodies are sent as compact JSON in UTF-8.
+    //! @{
     QNetworkReply *get(const QString &url);
     QNetworkReply *postJson(const QString &url, const QJsonObject &body);
     QNetworkReply *putJson(const QString &url, const QJsonObject &body);
     QNetworkReply *putJson(const QString &url, const QJsonArray &body);
     QNetworkReply *deleteResource(const QString &url);
 
-    //! Asks for the rest of a content, from byte \a offset on.
-    //! \param entityTag the `ETag` that came with the bytes before it. If the content has another one by now, all of it comes,
-    //!        with the status 200 instead of 206. Empty for whatever content there is.
+    //! Requests the rest of a content, from byte \a offset on.
+    //! \param entityTag the `ETag` of the response with the bytes before it. If the content has changed since, the response has the
+    //!        whole content and the status 200 instead of 206. Empty to accept any content.
     QNetworkReply *getFrom(const QString &url, qint64 offset, const QByteArray &entityTag = {});
+    //! @}
 
 Q_SIGNALS:
-    //! A request of this process has failed, whichever class sent it: no answer, or a status other
-    //! than 2xx. The one place to learn why a call failed that can only say that it did.
+    //! A request of this process has failed, whichever class has sent it: there was no response, or its status was not 2xx. Reports
+    //! the reason for functions that return only whether they succeeded.
     //!
-    //! Emitted on the thread of the request, before its waiting caller goes on. Requests that the
-    //! client itself aborted are not reported.
+    //! Emitted on the thread of the request, before the function that waits for it returns. Requests that were aborted by the
+    //! client are not reported.
+    //! \sa RequestContext::failure()
     void requestFailed(const NetworkFailure &failure);
 
 private:

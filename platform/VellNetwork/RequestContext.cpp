@@ -61,7 +61,7 @@ void RequestContext::abort()
 {
     const std::lock_guard<std::mutex> lock(d->mutex);
     d->isAborted = true;
-    // Still under the lock, so that none is deleted before its call is queued.
+    // With the lock held, so that no reply is deleted before its call is queued.
     for (HttpReply *const reply : d->replies)
         QMetaObject::invokeMethod(reply, &HttpReply::abort, Qt::QueuedConnection);
 }

@@ -9,21 +9,24 @@
 #include <memory>
 #include <optional>
 
-//! \brief What the requests of a RequestContext use instead of the settings of the process.
+//! \brief The settings of a RequestContext, instead of those of the process.
+//!
+//! \since 0.1
+//! \sa NetworkSettings
 struct RequestSettings
 {
-    QString baseApi; //!< as VellBaseApi::setBaseApi() takes it
-    QString accessToken; //!< as all that follow: see NetworkSettings
+    QString baseApi; //!< see VellBaseApi::setBaseApi()
+    QString accessToken; //!< see NetworkSettings, also for the following members
     QString caCertificates;
     ClientCertificate clientCertificate;
     QString proxy;
 };
 
-//! \brief Requests that belong together: with settings of their own, a common end, and their own failure.
+//! \brief A group of requests with settings of its own, which can be aborted together.
 //!
-//! A thread that is inside a RequestScope makes its requests in that context, whichever class sends them: they
-//! go to the context's address with its token, VellBaseApi::getBaseApi() and the getters of NetworkSettings return the
-//! values of the context, abort() ends them, and failure() says why the last one that failed did.
+//! A thread that is inside a RequestScope sends its requests in that context, whichever class sends them: they use the address and
+//! the token of the context, VellBaseApi::getBaseApi() and the getters of NetworkSettings return its values, abort() ends the
+//! requests, and failure() returns why the last request that failed did so.
 //!
 //! \code
 //! RequestContext context(settings);
@@ -34,6 +37,8 @@ struct RequestSettings
 //! \endcode
 //!
 //! Thread-safe. Must outlive its scopes.
+//!
+//! \since 0.1
 class VELLNETWORK_EXPORT RequestContext
 {
 public:
@@ -43,21 +48,21 @@ public:
 
     RequestSettings settings() const;
 
-    //! Ends the requests that are under way with QNetworkReply::OperationCanceledError, and each later one of this
-    //! context as soon as it is made. Nothing of that is reported by NetworkManager::requestFailed() or failure().
-    //! May be called from any thread; the replies end on theirs.
+    //! Ends the requests in flight, and each later request of this context, with QNetworkReply::OperationCanceledError. This is not
+    //! reported by NetworkManager::requestFailed() and failure(). May be called from any thread; the replies end on their own
+    //! threads.
     void abort();
     bool isAborted() const;
 
-    //! How fast bodies are sent and responses received, in bytes per second for each request; 0, the default, for as fast
-    //! as the network allows. Far from exact in the first seconds, when they may be exceeded. A change takes effect with the next request.
+    //! Limits the speed at which bodies are sent and responses are received, in bytes per second for each request; 0, the default,
+    //! for no limit. The limits may be exceeded in the first seconds. A change takes effect with the next request.
     void setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond);
 
-    //! Why the last request of this context that failed did so; nothing if none has failed since forgetFailure().
+    //! Returns why the last request of this context that failed did so; nothing if none has failed since forgetFailure().
     std::optional<NetworkFailure> failure() const;
     void forgetFailure();
 
-    //! The context of the calling thread; null if it is in none.
+    //! Returns the context of the calling thread; null if it has none.
     static RequestContext *current();
 
 private:
@@ -68,9 +73,12 @@ private:
     const std::shared_ptr<Private> d;
 };
 
-//! \brief Makes a context the one of the calling thread until the scope ends.
+//! \brief Sets the context of the calling thread until the object is destroyed.
 //!
-//! Scopes may be nested; the innermost counts. Lives on the stack of one thread.
+//! Scopes may be nested; the innermost is used. Create it on the stack.
+//!
+//! \since 0.1
+//! \sa VellSoftCacheScope
 class VELLNETWORK_EXPORT RequestScope
 {
 public:

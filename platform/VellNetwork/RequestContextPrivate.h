@@ -7,16 +7,16 @@
 
 class HttpReply;
 
-//! \brief What a context shares with its replies, which may outlive it.
+//! \brief The data that a context shares with its replies, which may outlive it.
 class RequestContext::Private
 {
 public:
     explicit Private(const RequestSettings &settings);
 
-    //! That of the calling thread's context; null if it is in none.
+    //! Returns the data of the calling thread's context; null if it has none.
     static std::shared_ptr<Private> current();
 
-    //! Until remove() abort() ends \a reply. \return false when the context has been aborted already
+    //! Lets abort() end \a reply, until remove(). \return false if the context has already been aborted
     bool add(HttpReply *reply);
     void remove(HttpReply *reply);
     void setFailure(const NetworkFailure &failure);

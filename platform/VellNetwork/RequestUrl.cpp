@@ -7,7 +7,7 @@
 
 namespace {
 
-// Nearly all texts are: the rest is left to Qt.
+// True for nearly all texts; Qt handles the others.
 bool isPlain(QStringView text, const QByteArray &keep)
 {
     return std::all_of(text.begin(), text.end(), [&](QChar c) {
@@ -25,8 +25,8 @@ QString encoded(QStringView text, const QByteArray &keep)
     return QString::fromLatin1(QUrl::toPercentEncoding(text.toString(), keep));
 }
 
-// QUrl decodes "%2E" and resolves such segments when the request is written, so that no spelling of
-// them reaches the service: DELETE "documents/.." would address something else.
+// QUrl decodes "%2E" and resolves such segments when the request is written, so that they cannot be
+// transmitted at all: DELETE "documents/.." would address something else.
 bool hasDotSegment(QStringView path)
 {
     for (qsizetype start = 0; start <= path.size();) {
@@ -40,7 +40,7 @@ bool hasDotSegment(QStringView path)
     return false;
 }
 
-// Where the JSON object that opens at start ends, behind its brace; -1 when it never does.
+// Returns the position after the JSON object that begins at start; -1 if it has no end.
 qsizetype endOfObject(QStringView text, qsizetype start)
 {
     int depth = 0;
@@ -73,7 +73,7 @@ QString encodedQuery(QStringView query)
         if (objectsEnd && query.mid(start).startsWith(marker)) {
             const qsizetype brace = start + marker.size() - 1;
             end = endOfObject(query, brace);
-            // What ran to the end of the text once would do so again for each later object.
+            // Otherwise each later object would be searched to the end of the text again.
             objectsEnd = end >= 0;
             if (objectsEnd) {
                 result += encoded(query.mid(start, brace - start), "=");
@@ -109,14 +109,14 @@ QUrl requestUrl(const QString &text)
 
     const int end = endOfAuthority(text, colon + 3);
     QUrl url(text.left(end));
-    // A "#" in front of the path is data in a place that cannot hold any.
+    // A "#" before the path would be data in the authority, which is invalid.
     if (!url.isValid() || url.host().isEmpty() || url.hasFragment())
         return {};
 
     const QStringView rest = QStringView(text).mid(end);
     const qsizetype mark = rest.indexOf(QLatin1Char('?'));
     QStringView path = mark < 0 ? rest : rest.left(mark);
-    while (path.startsWith(QLatin1String("//"))) // of a base address with one more at its end
+    while (path.startsWith(QLatin1String("//"))) // if the base address ends with several
         path = path.mid(1);
     if (hasDotSegment(path))
         return {};

@@ -3,14 +3,14 @@
 #include <QString>
 #include <QUrl>
 
-//! Turns the unencoded text of an address into the URL that carries every value of it unchanged.
+//! Converts an address that is not percent-encoded to the URL that transmits all its values unchanged.
 //!
-//! Scheme and authority stay as they are, of several slashes after them one is left. The path runs to the first `?`, everything behind it is the
-//! query; `%`, `#` and `+` are data in both. In the query `&` and `=` separate, except inside the
-//! JSON object behind `where=`: from its `{` to the matching `}` everything is data. An object
-//! without its `}` is text like any other, and so is every later one.
+//! Scheme and authority do not change; several slashes after them are replaced by one. The path ends at the first `?`, and the rest
+//! is the query; `%`, `#` and `+` are data in both. In the query `&` and `=` are separators, except in the JSON object after
+//! `where=`: from its `{` to the matching `}` everything is data. If the `}` is missing, this object and all later ones are plain
+//! text.
 //!
 //! Takes time linear in the length of the text.
-//! \return an empty URL when the scheme is neither `http` nor `https`, when the authority is none, or when
-//!         the path has a "." or ".." segment.
+//! \return an empty URL if the scheme is neither `http` nor `https`, if the authority is invalid, or if the path has a "." or ".."
+//!         segment.
 QUrl requestUrl(const QString &text);

@@ -18,7 +18,7 @@ Q_GLOBAL_STATIC(QThreadStorage<Transport *>, transports)
 QNetworkRequest requestFor(const QString &address)
 {
     QNetworkRequest request(requestUrl(address));
-    // A token that was read from a file often ends with a line break.
+    // A token from a file often ends with a line break.
     const QByteArray token = NetworkSettings::instance().accessToken().simplified().toUtf8();
     if (!token.isEmpty())
         request.setRawHeader("Authorization", "Bearer " + token);
@@ -29,7 +29,7 @@ QByteArray allBytes(QIODevice *device)
 {
     if (device->isSequential())
         return device->readAll();
-    // With exactly the memory that it needs; readAll() takes up to twice as much.
+    // Allocates exactly the necessary memory; readAll() takes up to twice as much.
     QByteArray bytes(int(device->size()), Qt::Uninitialized);
     bytes.truncate(int(qMax(qint64(0), device->read(bytes.data(), bytes.size()))));
     return bytes;
@@ -44,22 +44,22 @@ Transport &Transport::ofThisThread()
     return *transports->localData();
 }
 
-QNetworkReply *Transport::send(Caller caller, Verb verb, const QString &address,
+QNetworkReply *Transport::send(Caller caller, Method method, const QString &address,
                                const QJsonDocument &body)
 {
     QNetworkRequest request = requestFor(address);
-    switch (verb) {
-    case Verb::Get:
+    switch (method) {
+    case Method::Get:
         return new HttpReply(GetOperation, "GET", request, {}, caller, this);
-    case Verb::Delete:
+    case Method::Delete:
         return new HttpReply(DeleteOperation, "DELETE", request, {}, caller, this);
-    case Verb::Post:
-    case Verb::Put:
+    case Method::Post:
+    case Method::Put:
         break;
     }
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     RequestBody json = RequestBody::inMemory(body.toJson(QJsonDocument::Compact));
-    if (verb == Verb::Post)
+    if (method == Method::Post)
         return new HttpReply(PostOperation, "POST", request, std::move(json), caller, this);
     return new HttpReply(PutOperation, "PUT", request, std::move(json), caller, this);
 }
@@ -71,7 +71,7 @@ QNetworkReply *Transport::getFrom(const QString &address, qint64 offset,
     request.setRawHeader("Range", "bytes=" + QByteArray::number(offset) + '-');
     if (!entityTag.isEmpty())
         request.setRawHeader("If-Range", entityTag);
-    // Parts of a compressed response are of no use.
+    // A part of a compressed response could not be decompressed.
     request.setRawHeader("Accept-Encoding", "identity");
     return new HttpReply(GetOperation, "GET", request, {}, Caller::GoesOn, this);
 }

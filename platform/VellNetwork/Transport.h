@@ -8,32 +8,31 @@
 
 class QHttpMultiPart;
 
-//! \brief The one way out: makes the replies of one thread, each an HttpReply.
+//! \brief Sends all requests of one thread and creates their replies, HttpReply objects.
 //!
-//! It is an access manager because only those read the bytes of a QHttpMultiPart.
+//! It is derived from QNetworkAccessManager because only this class can read the bytes of a QHttpMultiPart.
 class Transport : public QNetworkAccessManager
 {
     Q_OBJECT
 
 public:
-    enum class Verb { Get, Post, Put, Delete };
+    enum class Method { Get, Post, Put, Delete };
 
-    //! The transport of the calling thread, made on first use. It ends with the thread, that of the
-    //! main thread with the application object, and takes the replies with it that are left.
+    //! Returns the transport of the calling thread, which is created on first use. It is destroyed with the thread, that of the
+    //! main thread with the application object, together with the remaining replies.
     static Transport &ofThisThread();
 
-    //! Sends a request at once. \a address is unencoded text. \a body goes out as compact JSON with
-    //! POST and PUT and is not looked at otherwise. The reply is the caller's to delete.
-    QNetworkReply *send(Caller caller, Verb verb, const QString &address,
+    //! Sends a request at once. \a address is not percent-encoded. \a body is sent as compact JSON with POST and PUT, and ignored
+    //! otherwise. The caller owns the reply.
+    QNetworkReply *send(Caller caller, Method method, const QString &address,
                         const QJsonDocument &body = {});
 
-    //! Asks for the content from byte \a offset on, see NetworkManager::getFrom().
+    //! Requests the content from byte \a offset on, see NetworkManager::getFrom().
     QNetworkReply *getFrom(const QString &address, qint64 offset, const QByteArray &entityTag);
 
-    //! Posts a form. \a body becomes a child of the reply; null sends an empty body.
+    //! Sends a form. \a body becomes a child of the reply; null sends an empty body.
     //!
-    //! A form that owns no device is taken over at once; the devices of others are read while the form is
-    //! sent, and must have a size.
+    //! A form without devices is copied at once; devices of other forms are read while the form is sent, and must have a size.
     QNetworkReply *post(const QString &address, QHttpMultiPart *body);
 
 protected:
@@ -42,5 +41,5 @@ protected:
                                  QIODevice *outgoingData) override;
 
 private:
-    bool m_isStreaming = false; // what post() passes to createRequest()
+    bool m_isStreaming = false; // set by post() for createRequest()
 };

@@ -5,24 +5,26 @@
 #include <QMutex>
 #include <QString>
 
-//! \brief The address of the service that every request of this process goes to.
+//! \brief The address of the service, for all requests of this process.
 //!
-//! One object for the process. Set the address before the first request; a later change takes
-//! effect with the next request, those in flight are not touched.
+//! One object for the process. Set the address before the first request. A later change takes effect with the next request; requests
+//! in flight are not affected.
 //!
 //! Thread-safe.
+//!
+//! \since 0.1
+//! \sa NetworkSettings
 class VELLNETWORK_EXPORT VellBaseApi
 {
 public:
     static VellBaseApi &GetInstance();
 
-    //! The base address as it was set, ending with "/"; empty until it is set. On a thread that is inside a
-    //! RequestScope: the address of its RequestContext.
+    //! Returns the base address, which ends with "/"; empty until it is set. On a thread that is inside a RequestScope: the address
+    //! of its RequestContext.
     QString getBaseApi() const;
 
-    //! Sets the base address, for example "http://127.0.0.1:8080/". A missing "/" at the end is
-    //! appended; an empty text stays empty. The text is taken as it is written for people:
-    //! nothing in its path is percent-encoded.
+    //! Sets the base address, for example "http://127.0.0.1:8080/". A missing "/" at the end is appended, except to an empty text.
+    //! The path must not be percent-encoded.
     void setBaseApi(const QString &baseApi);
 
 private:

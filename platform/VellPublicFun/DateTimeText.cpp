@@ -9,7 +9,7 @@ constexpr qint64 MinuteMs = 60 * SecondMs;
 constexpr qint64 HourMs = 60 * MinuteMs;
 constexpr qint64 DayMs = 24 * HourMs;
 
-// A dash in the date, "(?<extended>-)?", asks for one more and for the colons of the time.
+// A hyphen in the date, "(?<extended>-)?", requires the second one and the colons in the time.
 const QRegularExpression &pattern()
 {
     static const QRegularExpression expression(QRegularExpression::anchoredPattern(QStringLiteral(
@@ -31,7 +31,7 @@ bool has(const QRegularExpressionMatch &match, const char *name)
     return match.capturedLength(QLatin1String(name)) > 0;
 }
 
-// The decimal fraction belongs to the smallest unit that is written; what is below a millisecond is cut.
+// The decimal fraction is one of the smallest unit that is given; it is truncated to milliseconds.
 qint64 fractionMs(const QRegularExpressionMatch &match)
 {
     constexpr int Digits = 9;
@@ -43,8 +43,8 @@ qint64 fractionMs(const QRegularExpressionMatch &match)
     return digits.leftJustified(Digits, QLatin1Char('0')).toLongLong() * unitMs / Whole;
 }
 
-// Milliseconds since midnight, the offset not yet taken off; -1 for no time of a day. 24:00 is the end of
-// the day, and a leap second is the first second of the next minute.
+// Milliseconds since midnight, without the offset; -1 for an invalid time. 24:00 is the end of the day, and
+// a leap second is the first second of the next minute.
 qint64 timeOfDayMs(const QRegularExpressionMatch &match)
 {
     const qint64 hour = number(match, "hour");
@@ -64,8 +64,8 @@ int digits(const QChar *text, int count)
     return value;
 }
 
-// The form that getQStringByDateTime() writes, read without the expression: a list of documents
-// holds thousands of them. Invalid for every other text.
+// Parses the form of getQStringByDateTime() without the regular expression, because a list of documents
+// has thousands of them. Invalid for any other text.
 QDateTime readServiceForm(const QString &text)
 {
     constexpr char16_t Form[] = u"0000-00-00T00:00:00.000Z";

@@ -11,11 +11,11 @@ namespace {
 QString readMd5(const QString &path, const std::function<bool(qint64)> &progress)
 {
     constexpr int BlockBytes = 1024 * 1024;
-    // Opening a pipe would wait for its other end.
+    // Opening a pipe would block.
     if (!QFileInfo(path).isFile())
         return {};
     QFile file(path);
-    // No memory mapping: a file that is cut short meanwhile would end the process.
+    // Not memory-mapped: if the file is truncated meanwhile, the process would crash.
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return {};
     QCryptographicHash hash(QCryptographicHash::Md5);

@@ -8,10 +8,10 @@ namespace {
 
 constexpr int MostEntries = 10'000;
 
-//! Whether a change that is made now gives another time than \a time.
+//! Returns true if a change at this time gives another time than \a time.
 bool isApart(const QDateTime &time, const QDateTime &now)
 {
-    // Some file systems keep times to 2 s, others to a tick of the system's clock.
+    // Some file systems store times with a precision of 2 s, others with that of the system clock.
     const qint64 resolutionMs = time.time().msec() == 0 ? 2000 : 50;
     return !time.isValid() || std::abs(time.msecsTo(now)) > resolutionMs;
 }

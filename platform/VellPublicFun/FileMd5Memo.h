@@ -6,19 +6,19 @@
 
 #include <mutex>
 
-//! \brief What tells one state of a file from another without reading it.
+//! \brief The state of a file, as far as it can be compared without reading the content.
 struct FileState
 {
-    //! That of the file at \a path at this moment; its path is empty if there is none.
+    //! Returns the present state of the file at \a path; its path is empty if there is no such file.
     static FileState of(const QString &path);
 
-    QString path; //!< without links, so that all ways to a file are one
+    QString path; //!< canonical, without links
     qint64 sizeBytes = 0;
     QDateTime modifiedAt;
     QDateTime
-        changedAt; //!< of its entry in the file system; a file put in its place has another one
-    QDateTime createdAt; //!< invalid where the file system does not know it
-    bool isSettled = false; //!< a change made from now on gives other times
+        changedAt; //!< last change of its entry in the file system; differs if the file was replaced
+    QDateTime createdAt; //!< invalid if the file system does not store it
+    bool isSettled = false; //!< true if any later change will give other times
 
     bool operator==(const FileState &other) const
     {
@@ -27,13 +27,13 @@ struct FileState
     }
 };
 
-//! \brief The MD5 of files that have been read before. Thread-safe.
+//! \brief Stores the MD5 of files that have been read. Thread-safe.
 class FileMd5Memo
 {
 public:
     static FileMd5Memo &instance();
 
-    //! Empty if it is not known for this state.
+    //! Returns an empty string if the MD5 is not known for this state.
     QString find(const FileState &state) const;
     void insert(const FileState &state, const QString &md5);
 

@@ -5,14 +5,16 @@
 #include <QMutex>
 #include <QString>
 
-//! \brief The client's settings, as far as the data layer asks for them.
+//! \brief The settings of the client that the library uses.
 //!
 //! Thread-safe.
+//!
+//! \since 0.1
 class VELLSOFTBASE_EXPORT VellSettings
 {
 public:
-    //! The folder for temporary PDF files, neither created nor checked here; "pdf" below the
-    //! user's folder for temporary files until it is set.
+    //! The folder for temporary PDF files, which is neither created nor checked. The default is "pdf" in the user's folder for
+    //! temporary files.
     QString pdfFileTempPath() const;
     void setPdfFileTempPath(const QString &path);
 
@@ -21,5 +23,6 @@ private:
     QString m_pdfFileTempPath;
 };
 
-//! The one settings object of the process; never null, never to be deleted.
+//! Returns the settings object of the process. It is never null and must not be deleted.
+//! \since 0.1
 VELLSOFTBASE_EXPORT VellSettings *GetSettings();

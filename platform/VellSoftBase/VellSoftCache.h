@@ -5,18 +5,20 @@
 #include <QMutex>
 #include <QString>
 
-//! \brief What the client has open: the project and the user that requests speak of.
+//! \brief The open project and the current user of the client.
 //!
-//! Read anew for each request. On a thread that is inside a VellSoftCacheScope the getters return the values of the
-//! scope. Thread-safe.
+//! Each request uses the values at the time when it is sent. On a thread that is inside a VellSoftCacheScope the getters return
+//! the values of the scope. Thread-safe.
+//!
+//! \since 0.1
 class VELLSOFTBASE_EXPORT VellSoftCache
 {
 public:
-    //! The identifier of the open project; empty while none is open.
+    //! The identifier of the open project; empty if none is open.
     QString currentProjectId() const;
     void setCurrentProjectId(const QString &id);
 
-    //! The identifier of the user who is logged in; empty while nobody is.
+    //! The identifier of the user who is logged in; empty if nobody is.
     QString currentUserId() const;
     void setCurrentUserId(const QString &id);
 
@@ -26,13 +28,17 @@ private:
     QString m_currentUserId;
 };
 
-//! The one cache object of the process; never null, never to be deleted.
+//! Returns the cache object of the process. It is never null and must not be deleted.
+//! \since 0.1
 VELLSOFTBASE_EXPORT VellSoftCache *GetSoftCache();
 
-//! \brief Gives the thread that makes it a project and a user of its own until it is destroyed.
+//! \brief Sets a project and a user for the calling thread until the object is destroyed.
 //!
-//! A change of the process's project does not reach the thread meanwhile. Scopes may be nested; the innermost counts.
-//! Lives on the stack of one thread.
+//! The values of GetSoftCache() have no effect on the thread meanwhile. Scopes may be nested; the innermost is used. Create it on
+//! the stack.
+//!
+//! \since 0.1
+//! \sa RequestScope
 class VELLSOFTBASE_EXPORT VellSoftCacheScope
 {
 public:

@@ -1,5 +1,5 @@
+#include <service/api/RequestState.h>
 #include <service/api/Routes.h>
-#include <service/api/Session.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
 
@@ -7,31 +7,31 @@ namespace service {
 
 namespace {
 
-HttpResponse me(HttpRequest &, Session &session)
+HttpResponse me(HttpRequest &, RequestState &state)
 {
     QJsonArray projects;
-    const QList<Membership> memberships = Projects(session.database).of(session.user());
+    const QList<Membership> memberships = Projects(state.database).of(state.user());
     for (const Membership &membership : memberships) {
         projects.append(QJsonObject{{QStringLiteral("_id"), membership.projectId},
                                     {QStringLiteral("name"), membership.projectName},
                                     {QStringLiteral("role"), roleName(membership.role)}});
     }
-    return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), session.user().id},
-                                          {QStringLiteral("name"), session.user().name},
+    return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), state.user().id},
+                                          {QStringLiteral("name"), state.user().name},
                                           {QStringLiteral("projects"), projects}});
 }
 
-//! The present token is void from now on: the new one is told this one time.
-HttpResponse renewToken(HttpRequest &, Session &session)
+//! The old token becomes invalid; the new one is returned only this once.
+HttpResponse renewToken(HttpRequest &, RequestState &state)
 {
-    const QString token = Users(session.database).renewToken(session.user());
+    const QString token = Users(state.database).renewToken(state.user());
     return HttpResponse::json(QJsonObject{{QStringLiteral("token"), token}});
 }
 
-HttpResponse revokeToken(HttpRequest &, Session &session)
+HttpResponse revokeToken(HttpRequest &, RequestState &state)
 {
-    Users(session.database).revokeToken(session.user());
-    return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), session.user().id}});
+    Users(state.database).revokeToken(state.user());
+    return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), state.user().id}});
 }
 
 } // namespace

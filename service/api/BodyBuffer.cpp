@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QUuid>
 
-#include <cerrno>
 #include <utility>
 
 namespace service {
@@ -37,7 +36,7 @@ void BodyBuffer::moveToFile()
     const QString path = m_context.folder.temporary() + QLatin1Char('/')
         + QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_file = std::make_unique<RawFile>(path, RawFile::Mode::CreateNew);
-    QFile::remove(path); // it lives as long as it is open
+    QFile::remove(path); // its content exists as long as it is open
     m_file->writeAt(0, m_bytes.constData(), m_bytes.size());
     m_bytes = QByteArray();
     m_context.heldBodyBytes -= std::exchange(m_held, 0);

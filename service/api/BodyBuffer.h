@@ -9,10 +9,10 @@ namespace service {
 class RawFile;
 struct ServiceContext;
 
-//! \brief Keeps the body of a request, or a part of it, until it is whole.
+//! \brief Stores the body of a request, or a part of it, until it is complete.
 //!
-//! In memory as long as all bodies together are below MaxHeldBytes, otherwise in a temporary file: many clients that
-//! send half a body each cannot fill the memory.
+//! In memory as long as all bodies together are smaller than MaxHeldBytes, otherwise in a temporary file, so that many clients with
+//! incomplete bodies cannot fill the memory.
 class BodyBuffer
 {
 public:
@@ -26,7 +26,7 @@ public:
     //! \throws StorageError
     void append(const char *data, qint64 length);
     qint64 size() const { return m_size; }
-    //! Hands over what has come; the buffer is empty then. \throws StorageError
+    //! Returns the body and clears the buffer. \throws StorageError
     QByteArray take();
 
 private:

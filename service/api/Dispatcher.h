@@ -9,19 +9,19 @@ namespace service {
 
 struct ServiceContext;
 
-//! \brief Makes the work for a request: who asks, whether the service is to misbehave, which endpoint.
+//! \brief Creates the handler of a request: authentication, faults, and the endpoint.
 class Dispatcher
 {
 public:
     explicit Dispatcher(ServiceContext &context);
 
-    //! What HttpServer::Settings::handler asks for; called on several threads at once.
+    //! For HttpServer::Settings::handler; called on several threads at once.
     std::unique_ptr<RequestHandler> handlerFor(HttpRequest &request) const;
 
-    //! The path of a request without what opens a share.
+    //! Returns the path of a request without the code of a share.
     static QString loggedPath(const HttpRequest &request);
 
-    //! All endpoints.
+    //! Returns the routes of all endpoints.
     const Router &router() const { return m_router; }
 
 private:

@@ -1,7 +1,7 @@
 #include <service/api/DocumentChange.h>
 #include <service/api/JsonInput.h>
+#include <service/api/RequestState.h>
 #include <service/api/Routes.h>
-#include <service/api/Session.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
 #include <service/records/DocumentJson.h>
@@ -13,9 +13,9 @@ namespace service {
 
 namespace {
 
-QJsonObject infoOf(const Document &document, Session &session)
+QJsonObject infoOf(const Document &document, RequestState &state)
 {
-    DocumentTree tree(session.database);
+    DocumentTree tree(state.database);
     QJsonArray path;
     const auto folders = tree.foldersAbove(document.id);
     for (const auto &folder : folders) {
@@ -26,102 +26,102 @@ QJsonObject infoOf(const Document &document, Session &session)
     if (document.isFolder())
         info.insert(QStringLiteral("childCount"), tree.childCount(document.id));
     else
-        info.insert(QStringLiteral("versionCount"), Versions(session.database).count(document.id));
+        info.insert(QStringLiteral("versionCount"), Versions(state.database).count(document.id));
     return info;
 }
 
-HttpResponse getDocument(HttpRequest &request, Session &session)
+HttpResponse getDocument(HttpRequest &request, RequestState &state)
 {
-    const Document document = session.readable(request.captures.at(0));
+    const Document document = state.readable(request.captures.at(0));
     DocumentSelection selection = parseSelection(request.parameter(QLatin1String("select")),
                                                  request.flag(QLatin1String("linkedEntity"))
                                                      || request.flag(QLatin1String("expand")));
     selection.hasPwd = request.flag(QLatin1String("pwd"));
     if (selection.hasPwd)
-        session.access.require(document, Action::Download);
-    QJsonObject object = documentToJson(document, selection, session.access);
+        state.access.require(document, Action::Download);
+    QJsonObject object = documentToJson(document, selection, state.access);
     if (request.flag(QLatin1String("info")))
-        object.insert(QStringLiteral("info"), infoOf(document, session));
+        object.insert(QStringLiteral("info"), infoOf(document, state));
     return HttpResponse::json(object);
 }
 
-void requireEdit(HttpRequest &request, Session &session)
+void requireEdit(HttpRequest &request, RequestState &state)
 {
-    session.access.require(session.readable(request.captures.at(0)), Action::Edit);
+    state.access.require(state.readable(request.captures.at(0)), Action::Edit);
 }
 
-HttpResponse putDocument(HttpRequest &request, Session &session)
+HttpResponse putDocument(HttpRequest &request, RequestState &state)
 {
     const QJsonDocument body = readJson(request);
     if (!body.isObject())
         throw HttpError(400, QStringLiteral("The body must be a JSON object."));
-    Transaction transaction(session.database);
-    Document document = session.readable(request.captures.at(0));
-    changeDocument(document, body.object(), session);
+    Transaction transaction(state.database);
+    Document document = state.readable(request.captures.at(0));
+    changeDocument(document, body.object(), state);
     transaction.commit();
     return HttpResponse::json(
-        documentToJson(session.documents.require(document.id), {}, session.access));
+        documentToJson(state.documents.require(document.id), {}, state.access));
 }
 
-void requireEditAnywhere(HttpRequest &, Session &session)
+void requireEditAnywhere(HttpRequest &, RequestState &state)
 {
-    session.access.requireAnywhere(Action::EditSelf);
+    state.access.requireAnywhere(Action::EditSelf);
 }
 
-//! An array sets positions, an object moves.
-HttpResponse putDocuments(HttpRequest &request, Session &session)
+//! An array sets positions, an object moves documents.
+HttpResponse putDocuments(HttpRequest &request, RequestState &state)
 {
     const QJsonDocument body = readJson(request);
-    Transaction transaction(session.database);
+    Transaction transaction(state.database);
     const int count =
-        body.isArray() ? changeOrder(body.array(), session) : moveDocuments(body.object(), session);
+        body.isArray() ? changeOrder(body.array(), state) : moveDocuments(body.object(), state);
     transaction.commit();
     return HttpResponse::json(QJsonObject{{QStringLiteral("count"), count}});
 }
 
-HttpResponse deleteDocument(HttpRequest &request, Session &session)
+HttpResponse deleteDocument(HttpRequest &request, RequestState &state)
 {
-    Transaction transaction(session.database);
-    const Document document = session.readable(request.captures.at(0));
-    session.access.require(document, Action::Delete);
-    // A second time changes nothing: the first answer may have been lost.
+    Transaction transaction(state.database);
+    const Document document = state.readable(request.captures.at(0));
+    state.access.require(document, Action::Delete);
+    // Deleting it again succeeds and changes nothing: the first response may have been lost.
     if (document.recycle == Document::Present)
-        DocumentTree(session.database).recycle(document, session.user().id);
+        DocumentTree(state.database).recycle(document, state.user().id);
     transaction.commit();
     return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), document.id}});
 }
 
-HttpResponse emptyRecycleBin(HttpRequest &request, Session &session)
+HttpResponse emptyRecycleBin(HttpRequest &request, RequestState &state)
 {
     const QString projectId = request.parameter(QLatin1String("hostId"));
     if (projectId.isEmpty())
         throw HttpError(400, QStringLiteral("The parameter hostId must name the project."));
-    session.access.require(projectId, Action::Purge);
+    state.access.require(projectId, Action::Purge);
     QString category = request.parameter(QLatin1String("category"));
     if (category == QLatin1String("recycle"))
         category.clear();
-    Transaction transaction(session.database);
-    const int count = DocumentTree(session.database).purge(projectId, category);
+    Transaction transaction(state.database);
+    const int count = DocumentTree(state.database).purge(projectId, category);
     transaction.commit();
     return HttpResponse::json(QJsonObject{{QStringLiteral("count"), count}});
 }
 
-HttpResponse restoreDocument(HttpRequest &request, Session &session)
+HttpResponse restoreDocument(HttpRequest &request, RequestState &state)
 {
-    Transaction transaction(session.database);
+    Transaction transaction(state.database);
     const QString id = request.captures.at(0);
-    const Document before = session.readable(id);
-    session.access.require(before, Action::Delete);
+    const Document before = state.readable(id);
+    state.access.require(before, Action::Delete);
     if (before.recycle == Document::BelowDeleted) {
         throw HttpError(
             409, QStringLiteral("%1 was deleted with its folder; restore that.").arg(before.name));
     }
     if (before.recycle == Document::Deleted)
-        DocumentTree(session.database).restore(before, session.user().id);
-    const Document after = session.documents.require(id);
-    const bool isTaken = session.documents.isNameTaken(after, after.parentId);
+        DocumentTree(state.database).restore(before, state.user().id);
+    const Document after = state.documents.require(id);
+    const bool isTaken = state.documents.isNameTaken(after, after.parentId);
     transaction.commit();
-    QJsonObject object = documentToJson(after, {}, session.access);
+    QJsonObject object = documentToJson(after, {}, state.access);
     object.insert(QStringLiteral("hasSameDoc"), isTaken);
     return HttpResponse::json(object);
 }
@@ -136,7 +136,7 @@ void addDocumentRoutes(Router &router)
     router.add("GET", "document-service/documents/*", getDocument);
     router.add("PUT", "document-service/documents/*", putDocument, requireEdit);
     router.add("DELETE", "document-service/documents/*", deleteDocument);
-    // Clients fetch a document's info from the bare base address.
+    // Clients request a document with its info below the base address itself.
     router.add("GET", "documents/*", getDocument);
 }
 

@@ -1,7 +1,7 @@
 #include <service/api/DocumentChange.h>
 
 #include <service/api/JsonInput.h>
-#include <service/api/Session.h>
+#include <service/api/RequestState.h>
 #include <service/records/DocumentTree.h>
 #include <service/records/Links.h>
 #include <service/records/Names.h>
@@ -17,14 +17,14 @@ void requirePresent(const Document &document)
         throw HttpError(409, QStringLiteral("%1 is in the recycle bin.").arg(document.name));
 }
 
-void moveTo(Document &document, const QString &folderId, Session &session)
+void moveTo(Document &document, const QString &folderId, RequestState &state)
 {
     if (document.parentId == folderId)
         return;
-    session.access.require(document.projectId, Action::Upload);
+    state.access.require(document.projectId, Action::Upload);
     if (!folderId.isEmpty()) {
-        session.documents.requireTarget(folderId, document.projectId);
-        if (DocumentTree(session.database).isAtOrBelow(folderId, document.id)) {
+        state.documents.requireTarget(folderId, document.projectId);
+        if (DocumentTree(state.database).isAtOrBelow(folderId, document.id)) {
             throw HttpError(409,
                             QStringLiteral("%1 cannot be moved into itself.").arg(document.name));
         }
@@ -32,7 +32,7 @@ void moveTo(Document &document, const QString &folderId, Session &session)
     document.parentId = folderId;
 }
 
-void changeFields(Document &document, const JsonInput &input, Session &session)
+void changeFields(Document &document, const JsonInput &input, RequestState &state)
 {
     if (input.has("name")) {
         document.name = input.requiredText("name");
@@ -42,17 +42,17 @@ void changeFields(Document &document, const JsonInput &input, Session &session)
     if (input.has("type") && input.text("type") != document.type)
         throw HttpError(400, QStringLiteral("The type of a document cannot be changed."));
     if (input.has("parentId"))
-        moveTo(document, input.text("parentId"), session);
+        moveTo(document, input.text("parentId"), state);
 }
 
-void changeContent(Document &document, const QString &fileId, Session &session)
+void changeContent(Document &document, const QString &fileId, RequestState &state)
 {
     if (document.isFolder())
         throw HttpError(400, QStringLiteral("A folder has no file."));
-    const StoredFile file = session.contents.requireForDocument(fileId);
+    const StoredFile file = state.contents.requireForDocument(fileId);
     document.fileId = file.id;
     document.size = file.size;
-    Versions(session.database).add(document, session.user().id);
+    Versions(state.database).add(document, state.user().id);
 }
 
 } // namespace
@@ -72,37 +72,37 @@ void readPlainFields(Document &document, const JsonInput &input, DocumentField::
     }
 }
 
-void changeDocument(Document &document, const QJsonObject &body, Session &session)
+void changeDocument(Document &document, const QJsonObject &body, RequestState &state)
 {
     const JsonInput input(body, requestKeys(DocumentField::Changed));
-    session.access.require(document, Action::Edit);
+    state.access.require(document, Action::Edit);
     requirePresent(document);
     if (body.isEmpty())
         return;
-    changeFields(document, input, session);
+    changeFields(document, input, state);
     if (input.has("file"))
-        changeContent(document, input.text("file"), session);
-    session.documents.update(document);
+        changeContent(document, input.text("file"), state);
+    state.documents.update(document);
     if (input.has("links"))
-        Links(session.database).replace(document.id, input.array("links"));
+        Links(state.database).replace(document.id, input.array("links"));
 }
 
-int changeOrder(const QJsonArray &body, Session &session)
+int changeOrder(const QJsonArray &body, RequestState &state)
 {
     for (const QJsonValue &entry : body) {
         if (!entry.isObject())
             throw HttpError(400,
                             QStringLiteral("Every element must be an object with _id and order."));
         const JsonInput input(entry.toObject(), {"_id", "order"});
-        const Document document = session.readable(input.requiredText("_id"));
-        session.access.require(document, Action::Edit);
+        const Document document = state.readable(input.requiredText("_id"));
+        state.access.require(document, Action::Edit);
         requirePresent(document);
-        session.documents.setOrder(document.id, input.integer("order"));
+        state.documents.setOrder(document.id, input.integer("order"));
     }
     return body.size();
 }
 
-int moveDocuments(const QJsonObject &body, Session &session)
+int moveDocuments(const QJsonObject &body, RequestState &state)
 {
     const JsonInput input(body, {"documentIds", "parentId"});
     const QStringList ids = input.texts("documentIds");
@@ -110,11 +110,11 @@ int moveDocuments(const QJsonObject &body, Session &session)
         throw HttpError(400, QStringLiteral("\"parentId\" must be there: a folder's id, or null."));
     const QString folderId = input.text("parentId");
     for (const QString &id : ids) {
-        Document document = session.readable(id);
-        session.access.require(document, Action::Edit);
+        Document document = state.readable(id);
+        state.access.require(document, Action::Edit);
         requirePresent(document);
-        moveTo(document, folderId, session);
-        session.documents.update(document);
+        moveTo(document, folderId, state);
+        state.documents.update(document);
     }
     return ids.size();
 }

@@ -8,24 +8,24 @@
 namespace service {
 
 class JsonInput;
-class Session;
+class RequestState;
 
 //! \name Changes of documents
-//! Inside a Transaction of the caller; they throw HttpError, and then nothing is to be committed.
+//! To be called in a Transaction, which must not be committed if they throw HttpError.
 //! @{
 
-//! Takes over the fields of a request that are stored as they are. \param use Created or Changed
+//! Sets the fields that are stored unchanged. \param use Created or Changed
 void readPlainFields(Document &document, const JsonInput &input, DocumentField::Use use);
 
-//! Changes what \a body names: name, remark, links, parentId, the plain fields, and with
-//! "file" the content, which makes a new version.
-void changeDocument(Document &document, const QJsonObject &body, Session &session);
+//! Changes the fields in \a body: name, remark, links, parentId, the plain fields, and the content ("file"), which creates a new
+//! version.
+void changeDocument(Document &document, const QJsonObject &body, RequestState &state);
 
-//! \return how many positions were set
-int changeOrder(const QJsonArray &body, Session &session);
+//! \return the number of positions that were set
+int changeOrder(const QJsonArray &body, RequestState &state);
 
-//! \return how many documents were moved
-int moveDocuments(const QJsonObject &body, Session &session);
+//! \return the number of documents that were moved
+int moveDocuments(const QJsonObject &body, RequestState &state);
 //! @}
 
 } // namespace service

@@ -31,7 +31,7 @@ int statusOf(Refusal kind)
 
 constexpr int RetryAfterSeconds = 2;
 
-//! What the disk or the database refused; both classes tell it in the same way.
+//! The response to a failure of the disk or the database; both classes have the same functions.
 template <typename Error>
 HttpResponse diskResponse(const Error &error)
 {
@@ -79,10 +79,10 @@ HttpResponse errorResponse(const std::exception &error)
         return HttpResponse::error(statusOf(refused->kind()), sentence);
     if (const auto *refused = dynamic_cast<const HttpError *>(&error))
         return refusal(*refused);
-    if (const auto *wrongVerb = dynamic_cast<const MethodNotAllowed *>(&error)) {
+    if (const auto *wrongMethod = dynamic_cast<const MethodNotAllowed *>(&error)) {
         HttpResponse response = HttpResponse::error(
             405, QStringLiteral("This path does not take that request method."));
-        response.addHeader("Allow", wrongVerb->allowed());
+        response.addHeader("Allow", wrongMethod->allowed());
         return response;
     }
     qWarning("vell-service: %s", error.what());

@@ -6,8 +6,8 @@ namespace service {
 
 struct HttpResponse;
 
-//! \return what a request that ended with \a error is answered: the one place that turns exceptions into
-//! statuses. What is the service's own fault goes to the log, and the client learns no more than that.
+//! \return the response to a request that has failed with \a error. Only here exceptions are mapped to HTTP statuses. Internal
+//! errors are logged, and the response contains no details of them.
 HttpResponse errorResponse(const std::exception &error);
 
 } // namespace service

@@ -2,8 +2,8 @@
 
 #include <service/api/ErrorResponse.h>
 #include <service/api/OriginCheck.h>
+#include <service/api/RequestState.h>
 #include <service/api/ServiceContext.h>
-#include <service/api/Session.h>
 #include <service/records/Users.h>
 
 namespace service {
@@ -24,12 +24,12 @@ Exchange::~Exchange() = default;
 std::optional<HttpResponse> Exchange::begin()
 {
     const std::optional<FaultRule> fault =
-        m_context.faults.strike(m_request.verb, m_request.path());
+        m_context.faults.strike(m_request.method, m_request.path());
     if (fault) {
         if (auto response = misbehave(*fault))
             return response;
     }
-    const bool isOpen = !Users(m_context.database).haveTokens();
+    const bool isOpen = !Users(m_context.database).isTokenNeeded();
     if (isOpen)
         requireLocalOrigin(m_request);
     m_route = &m_router.find(m_request);
@@ -40,12 +40,14 @@ std::optional<HttpResponse> Exchange::begin()
         user = authenticate();
     m_userName = m_route->isPublic ? QString() : user.name;
     if (m_route->check) {
-        Session session(m_context, user, fault); // which keeps the roles that it has looked up
-        m_route->check(m_request, session);
+        RequestState state(
+            m_context, user,
+            fault); // not m_state: it caches roles, which may change while the body arrives
+        m_route->check(m_request, state);
     }
-    m_session = std::make_unique<Session>(m_context, user, fault);
+    m_state = std::make_unique<RequestState>(m_context, user, fault);
     if (m_route->uploader) {
-        m_sink = m_route->uploader(m_request, *m_session);
+        m_sink = m_route->uploader(m_request, *m_state);
     } else if (m_request.bodyLength > MaxBodyBytes) {
         throw HttpError(
             413, QStringLiteral("The body is larger than the %1 bytes allowed.").arg(MaxBodyBytes));
@@ -110,7 +112,7 @@ HttpResponse Exchange::finish()
     if (m_sink)
         return m_sink->finish();
     m_request.body = m_body.take();
-    return m_route->handler(m_request, *m_session);
+    return m_route->handler(m_request, *m_state);
 }
 
 HttpResponse Exchange::failure(const std::exception_ptr &error)

@@ -11,11 +11,11 @@ struct FaultRule;
 
 namespace service {
 
-class Session;
+class RequestState;
 struct ServiceContext;
 struct User;
 
-//! \brief The work for one request to the service.
+//! \brief Processes one request to the service.
 class Exchange final : public RequestHandler
 {
 public:
@@ -31,7 +31,7 @@ public:
     HttpResponse failure(const std::exception_ptr &error) override;
 
 private:
-    //! A response means that no work is to be done.
+    //! Returns a response if the request is not to be processed.
     std::optional<HttpResponse> misbehave(const FaultRule &rule);
     User authenticate();
 
@@ -39,9 +39,9 @@ private:
     const Router &m_router;
     HttpRequest &m_request;
     const Router::Route *m_route = nullptr;
-    std::unique_ptr<Session> m_session;
-    std::unique_ptr<BodySink> m_sink; //!< uses the session, so it goes first
-    BodyBuffer m_body; //!< of a route that takes it whole
+    std::unique_ptr<RequestState> m_state;
+    std::unique_ptr<BodySink> m_sink; //!< uses m_state, and must be destroyed before it
+    BodyBuffer m_body; //!< for routes whose handler needs the whole body
 };
 
 } // namespace service

@@ -1,6 +1,6 @@
 #include <service/api/FileDownload.h>
+#include <service/api/RequestState.h>
 #include <service/api/Routes.h>
-#include <service/api/Session.h>
 #include <service/api/UploadForm.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
@@ -9,40 +9,40 @@ namespace service {
 
 namespace {
 
-HttpResponse keepFile(IncomingFile &content, const UploadForm &form, Session &session)
+HttpResponse keepFile(IncomingFile &content, const UploadForm &form, RequestState &state)
 {
-    const StoredFile file = session.contents.keep(content, form.fileName());
+    const StoredFile file = state.contents.keep(content, form.fileName());
     return HttpResponse::json(QJsonObject{{QStringLiteral("files"), QJsonArray{file.id}},
                                           {QStringLiteral("md5"), file.md5},
                                           {QStringLiteral("fileSize"), file.size}});
 }
 
-std::unique_ptr<BodySink> uploadFile(HttpRequest &request, Session &session)
+std::unique_ptr<BodySink> uploadFile(HttpRequest &request, RequestState &state)
 {
-    session.access.requireAnywhere(Action::Upload);
-    const std::shared_ptr<IncomingFile> content = session.context.contents.newFile();
+    state.access.requireAnywhere(Action::Upload);
+    const std::shared_ptr<IncomingFile> content = state.context.contents.newFile();
     return std::make_unique<UploadForm>(
         request, QStringList(),
         [content](const char *data, qint64 length) { content->write(data, length); },
-        [content, &session](const UploadForm &form) { return keepFile(*content, form, session); });
+        [content, &state](const UploadForm &form) { return keepFile(*content, form, state); });
 }
 
-HttpResponse downloadFile(HttpRequest &request, Session &session)
+HttpResponse downloadFile(HttpRequest &request, RequestState &state)
 {
-    const StoredFile file = session.contents.requireForDownload(request.captures.at(0));
-    HttpResponse response = downloadResponse(request, file, session.context.contents);
-    // A resumed download was noted when it began.
+    const StoredFile file = state.contents.requireForDownload(request.captures.at(0));
+    HttpResponse response = downloadResponse(request, file, state.context.contents);
+    // A resumed download was recorded when it began.
     const bool isBegin =
         response.status == 200 || (response.status == 206 && response.file.offset == 0);
     if (isBegin && !request.isHead)
-        Files(session.database).noteDownload(file.id, session.user().id);
+        Files(state.database).noteDownload(file.id, state.user().id);
     return response;
 }
 
-HttpResponse md5Info(HttpRequest &request, Session &session)
+HttpResponse md5Info(HttpRequest &request, RequestState &state)
 {
     const std::optional<StoredFile> file =
-        session.contents.findByMd5(request.captures.at(0).toLower());
+        state.contents.findByMd5(request.captures.at(0).toLower());
     if (!file)
         throw HttpError(404, QStringLiteral("There is no file with this MD5 that you may use."));
     return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), file->id},

@@ -14,7 +14,7 @@ HttpResponse rangeOf(const HttpRequest &request, const FileBody &whole, const QB
 {
     HttpResponse response;
     response.file = whole;
-    // A HEAD has no ranges, and a date never fits: contents have none.
+    // Ranges apply to GET only, and a date never matches because contents have none.
     if (request.isHead
         || (request.headers.contains("if-range") && request.header("if-range") != etag))
         return response;
@@ -36,7 +36,7 @@ HttpResponse rangeOf(const HttpRequest &request, const FileBody &whole, const QB
 
 QByteArray disposition(const QString &saveAs)
 {
-    // Contents are what users have uploaded: none may act as a page of this site.
+    // Contents are uploaded by users: none may be shown as a page of this site.
     QByteArray value = QByteArrayLiteral("attachment");
     if (!saveAs.isEmpty())
         value += "; filename*=UTF-8''" + QUrl::toPercentEncoding(saveAs);

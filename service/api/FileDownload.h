@@ -7,9 +7,9 @@ namespace service {
 class ContentStore;
 struct StoredFile;
 
-//! The content of \a file as an answer to \a request: whole, a range of it (206), not changed (304), or no
-//! such range (416). Streamed from the disk.
-//! \param saveAs the name that a browser stores it under; empty for none
+//! Returns the response to \a request for the content of \a file: all of it (200), a range (206), not modified (304), or range not
+//! satisfiable (416). It is streamed from the disk.
+//! \param saveAs the file name for a browser; empty for none
 HttpResponse downloadResponse(const HttpRequest &request, const StoredFile &file,
                               const ContentStore &contents, const QString &saveAs = {});
 

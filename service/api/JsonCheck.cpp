@@ -17,7 +17,7 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-//! One pass over the text; no recursion, so that depth costs no stack.
+//! One pass over the text, without recursion, so that deep nesting needs no stack.
 class JsonCheck
 {
 public:
@@ -42,10 +42,10 @@ private:
     bool takeText(QString *text);
     bool takeEscape(QString *text);
     bool takeScalar();
-    //! A value, or the start of one that has others in it.
+    //! Reads a value, or the start of an array or object.
     bool beginValue();
     bool takeKey();
-    //! Closes what ends here; false on a fault. Afterwards another value is due, unless all levels are closed.
+    //! Closes the arrays and objects that end here; false on an error. Another value must follow unless all levels are closed.
     bool endValue();
     bool refuse(const char *fault);
 

@@ -16,7 +16,7 @@ namespace {
                         .arg(QString::fromLatin1(key), QString::fromLatin1(expected)));
 }
 
-//! \param refusal has a place for the reason
+//! \param refusal a message with "%1" for the reason
 QJsonDocument parsed(const QByteArray &text, const QString &refusal)
 {
     const char *const fault = findJsonFault(text);

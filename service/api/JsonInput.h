@@ -9,25 +9,24 @@
 
 namespace service {
 
-//! The body as JSON. \throws HttpError 400 for anything else
+//! Parses the body as JSON. \throws HttpError 400 if it is anything else
 QJsonDocument readJson(const HttpRequest &request);
 
-//! A parameter of the query that holds a JSON object; empty without it. \throws HttpError 400
+//! Parses a query parameter as a JSON object; empty if the parameter is missing. \throws HttpError 400
 QJsonObject jsonParameter(const HttpRequest &request, QLatin1String name);
 
-//! A parameter that holds a whole number; \a fallback without it. \throws HttpError 400
+//! Parses a query parameter as an integer; \a fallback if the parameter is missing. \throws HttpError 400
 qint64 numberParameter(const HttpRequest &request, QLatin1String name, qint64 fallback);
 
-//! \brief The object of a request's body, read key by key. All functions throw HttpError 400 that names
-//! the key.
+//! \brief Reads the JSON object in the body of a request. All functions throw HttpError 400 with the name of the key.
 class JsonInput
 {
 public:
-    //! \param knownKeys others are refused, so that a misspelt key is not silently without effect
+    //! \param knownKeys all other keys are refused, so that a misspelt key is noticed
     JsonInput(const QJsonObject &object, const std::vector<const char *> &knownKeys);
 
     bool has(const char *key) const;
-    //! Null counts as empty.
+    //! Returns an empty string for null.
     QString text(const char *key) const;
     QString requiredText(const char *key) const;
     int integer(const char *key) const;

@@ -4,10 +4,10 @@
 
 namespace service {
 
-//! \brief Makes the response for a list, entry by entry, so that it is in memory once, as text.
+//! \brief Creates the response with a list, entry by entry, so that it is in memory only once, as text.
 //!
-//! A folder with tens of thousands of entries fits. So that many clients cannot fill the memory, only a few lists above
-//! LongBytes are made at the same time.
+//! Large enough for a folder with tens of thousands of entries. Only a few lists above LongBytes are created at the same time, so that
+//! many clients cannot fill the memory.
 class JsonList
 {
 public:
@@ -20,8 +20,8 @@ public:
     ~JsonList();
     Q_DISABLE_COPY(JsonList)
 
-    //! \throws HttpError 400 when the list becomes longer than a response may be: nothing is left out silently;
-    //! 503 when too many long lists are being made
+    //! \throws HttpError 400 if the list becomes longer than a response may be, instead of omitting entries; 503 if too many long lists
+    //! are being created
     void append(const QJsonObject &entry);
 
     //! To be called once, at the end.

@@ -1,6 +1,6 @@
 #include <service/api/BodyBuffer.h>
+#include <service/api/RequestState.h>
 #include <service/api/Routes.h>
-#include <service/api/Session.h>
 #include <service/api/UploadForm.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
@@ -28,7 +28,7 @@ qint64 number(const UploadForm &form, const char *name)
     return value;
 }
 
-//! What the form says, checked for sense in itself; whether it fits the record is asked later.
+//! Returns the chunk in the form, whose fields are checked against each other; they are compared with the upload record later.
 Chunk readChunk(const UploadForm &form, BodyBuffer &bytes)
 {
     Chunk chunk;
@@ -63,27 +63,26 @@ Chunk readChunk(const UploadForm &form, BodyBuffer &bytes)
     return chunk;
 }
 
-ChunkUpload uploadOf(Session &session)
+ChunkUpload uploadOf(RequestState &state)
 {
-    return {session.database, session.context.contents, session.access};
+    return {state.database, state.context.contents, state.access};
 }
 
-HttpResponse takeChunk(const UploadForm &form, BodyBuffer &bytes, Session &session)
+HttpResponse takeChunk(const UploadForm &form, BodyBuffer &bytes, RequestState &state)
 {
     const Chunk chunk = readChunk(form, bytes);
-    const bool isToBeForgotten =
-        session.fault && session.fault->kind == FaultRule::Kind::ForgetChunk;
-    return HttpResponse::json(uploadOf(session).take(chunk, isToBeForgotten));
+    const bool isToBeForgotten = state.fault && state.fault->kind == FaultRule::Kind::ForgetChunk;
+    return HttpResponse::json(uploadOf(state).take(chunk, isToBeForgotten));
 }
 
-std::unique_ptr<BodySink> postChunk(HttpRequest &request, Session &session)
+std::unique_ptr<BodySink> postChunk(HttpRequest &request, RequestState &state)
 {
-    session.access.requireAnywhere(Action::Upload);
+    state.access.requireAnywhere(Action::Upload);
     if (request.bodyLength > MaxFormBytes)
         throw HttpError(
             413, QStringLiteral("A form with one chunk has at most %1 bytes.").arg(MaxFormBytes));
-    // The fields that say where the bytes belong come after them.
-    const auto bytes = std::make_shared<BodyBuffer>(session.context);
+    // The fields that tell which chunk it is follow the bytes.
+    const auto bytes = std::make_shared<BodyBuffer>(state.context);
     return std::make_unique<UploadForm>(
         request,
         QStringList{QStringLiteral("md5"), QStringLiteral("fileName"), QStringLiteral("totalChunk"),
@@ -96,21 +95,21 @@ std::unique_ptr<BodySink> postChunk(HttpRequest &request, Session &session)
                                     .arg(LargeFile::ChunkBytes));
             bytes->append(data, length);
         },
-        [bytes, &session](const UploadForm &form) { return takeChunk(form, *bytes, session); });
+        [bytes, &state](const UploadForm &form) { return takeChunk(form, *bytes, state); });
 }
 
-HttpResponse getUpload(HttpRequest &request, Session &session)
+HttpResponse getUpload(HttpRequest &request, RequestState &state)
 {
-    const QJsonObject upload = uploadOf(session).find(request.captures.at(0).toLower());
+    const QJsonObject upload = uploadOf(state).find(request.captures.at(0).toLower());
     if (upload.isEmpty())
         throw HttpError(404, QStringLiteral("Nothing is held of a file with this MD5."));
     return HttpResponse::json(upload);
 }
 
-HttpResponse deleteUpload(HttpRequest &request, Session &session)
+HttpResponse deleteUpload(HttpRequest &request, RequestState &state)
 {
     const QString id = request.captures.at(0);
-    uploadOf(session).drop(id);
+    uploadOf(state).drop(id);
     return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), id}});
 }
 

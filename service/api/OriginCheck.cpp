@@ -7,7 +7,7 @@ namespace service {
 
 namespace {
 
-//! The name in "name:port" or "[address]:port".
+//! Returns the host in "host:port" or "[address]:port".
 QString hostName(const QByteArray &host)
 {
     if (host.startsWith('['))

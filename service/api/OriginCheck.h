@@ -4,8 +4,8 @@ namespace service {
 
 struct HttpRequest;
 
-//! Guards a service that lets everybody on this machine do everything from the web pages in their browsers: the
-//! request must be addressed to this machine by a name that always means it, and must not come from another site's page.
+//! Protects a service without authentication from web pages in a browser on this machine: the host of the request must be a loopback
+//! address or "localhost", and the request must not come from a page of another site.
 //! \throws HttpError 403
 void requireLocalOrigin(const HttpRequest &request);
 

@@ -1,8 +1,8 @@
 #include <service/api/DocumentChange.h>
 #include <service/api/JsonInput.h>
 #include <service/api/JsonList.h>
+#include <service/api/RequestState.h>
 #include <service/api/Routes.h>
-#include <service/api/Session.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
 #include <service/records/DocumentJson.h>
@@ -43,16 +43,16 @@ DocumentQuery readQuery(const HttpRequest &request)
         query.limit = JsonList::MaxEntries + 1; // that there are more is an error
     if (query.skip < 0)
         throw HttpError(400, QStringLiteral("The parameter skip is negative."));
-    // Says nothing new: a name in the condition is compared as a whole anyway.
+    // Has no effect: a name in the condition is always compared as a whole.
     request.flag(QLatin1String("words"));
     return query;
 }
 
-HttpResponse listDocuments(HttpRequest &request, Session &session)
+HttpResponse listDocuments(HttpRequest &request, RequestState &state)
 {
     const DocumentQuery query = readQuery(request);
-    session.access.require(query.projectId, Action::Read);
-    DocumentLister lister(session.database, session.user().id);
+    state.access.require(query.projectId, Action::Read);
+    DocumentLister lister(state.database, state.user().id);
     if (request.flag(QLatin1String("only_count"))) {
         return HttpResponse::json(QJsonObject{{QStringLiteral("count"), lister.count(query)}});
     }
@@ -62,25 +62,25 @@ HttpResponse listDocuments(HttpRequest &request, Session &session)
         parseSelection(request.parameter(QLatin1String("select")), isLinked);
     JsonList list;
     lister.list(query, [&](const Document &document) {
-        list.append(documentToJson(document, selection, session.access));
+        list.append(documentToJson(document, selection, state.access));
     });
     return list.response();
 }
 
-HttpResponse entityDocuments(HttpRequest &request, Session &session)
+HttpResponse entityDocuments(HttpRequest &request, RequestState &state)
 {
     const QString projectId = request.captures.at(0);
-    session.access.require(projectId, Action::Read);
-    DocumentLister lister(session.database, session.user().id);
+    state.access.require(projectId, Action::Read);
+    DocumentLister lister(state.database, state.user().id);
     JsonList list;
     lister.linkedTo(projectId, request.captures.at(1), [&](const Document &document) {
-        list.append(documentToJson(document, {}, session.access));
+        list.append(documentToJson(document, {}, state.access));
     });
     return list.response();
 }
 
-//! May I? The answer is what the service would then do.
-HttpResponse auth(HttpRequest &request, Session &session)
+//! Returns whether the user is allowed to do it, by the same check as for the request itself.
+HttpResponse auth(HttpRequest &request, RequestState &state)
 {
     const QString projectId = request.captures.at(0);
     const QString resourceId = request.parameter(QLatin1String("rId"));
@@ -90,26 +90,26 @@ HttpResponse auth(HttpRequest &request, Session &session)
                         QStringLiteral("There is no right called \"%1\".")
                             .arg(request.parameter(QLatin1String("key")).left(60)));
     }
-    session.access.require(projectId, Action::Read);
-    bool isAllowed = session.access.may(projectId, action);
+    state.access.require(projectId, Action::Read);
+    bool isAllowed = state.access.may(projectId, action);
     if (!resourceId.isEmpty()) {
-        const std::optional<Document> document = session.documents.find(resourceId);
+        const std::optional<Document> document = state.documents.find(resourceId);
         if (!document || document->projectId != projectId)
             throw HttpError(
                 404, QStringLiteral("The project has no document %1.").arg(resourceId.left(60)));
-        isAllowed = session.access.may(*document, action);
+        isAllowed = state.access.may(*document, action);
     }
     const QString value = isAllowed ? QStringLiteral("true") : QStringLiteral("false");
     return HttpResponse::json(QJsonObject{{QStringLiteral("value"), value}});
 }
 
-HttpResponse users(HttpRequest &request, Session &session)
+HttpResponse users(HttpRequest &request, RequestState &state)
 {
     const QString projectId = request.captures.at(0);
-    session.access.require(projectId, Action::Read);
-    QList<Member> members = Projects(session.database).members(projectId);
-    if (session.user().isLocal)
-        members = {{session.user().id, session.user().name, Role::Owner}};
+    state.access.require(projectId, Action::Read);
+    QList<Member> members = Projects(state.database).members(projectId);
+    if (state.user().isLocal)
+        members = {{state.user().id, state.user().name, Role::Owner}};
     JsonList list;
     for (const Member &member : qAsConst(members)) {
         list.append(QJsonObject{{QStringLiteral("_id"), member.userId},
@@ -139,14 +139,14 @@ Document readNewDocument(const JsonInput &input, const QString &projectId)
     return document;
 }
 
-void requireUpload(HttpRequest &request, Session &session)
+void requireUpload(HttpRequest &request, RequestState &state)
 {
-    session.access.require(request.captures.at(0), Action::Upload);
+    state.access.require(request.captures.at(0), Action::Upload);
 }
 
-HttpResponse createDocument(HttpRequest &request, Session &session)
+HttpResponse createDocument(HttpRequest &request, RequestState &state)
 {
-    requireUpload(request, session);
+    requireUpload(request, state);
     const QString projectId = request.captures.at(0);
     const QJsonDocument body = readJson(request);
     if (!body.isObject())
@@ -154,21 +154,21 @@ HttpResponse createDocument(HttpRequest &request, Session &session)
     const JsonInput input(body.object(), requestKeys(DocumentField::Created));
     Document document = readNewDocument(input, projectId);
 
-    Transaction transaction(session.database);
-    if (session.user().isLocal)
-        Projects(session.database).ensure(projectId);
+    Transaction transaction(state.database);
+    if (state.user().isLocal)
+        Projects(state.database).ensure(projectId);
     if (!document.parentId.isEmpty())
-        session.documents.requireTarget(document.parentId, projectId);
+        state.documents.requireTarget(document.parentId, projectId);
     if (!document.isFolder())
-        document.size = session.contents.requireForDocument(document.fileId).size;
-    session.documents.insert(document);
+        document.size = state.contents.requireForDocument(document.fileId).size;
+    state.documents.insert(document);
     if (!document.isFolder())
-        Versions(session.database).add(document, session.user().id);
+        Versions(state.database).add(document, state.user().id);
     if (input.has("links"))
-        Links(session.database).replace(document.id, input.array("links"));
+        Links(state.database).replace(document.id, input.array("links"));
     transaction.commit();
     return HttpResponse::json(
-        documentToJson(session.documents.require(document.id), {}, session.access));
+        documentToJson(state.documents.require(document.id), {}, state.access));
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 
 namespace service {
 
-//! \brief What all requests of one service share.
+//! \brief The objects that all requests of a service share.
 struct ServiceContext
 {
     ServiceContext(const QString &dataDir, const QString &databaseAddress, qint64 storeQuotaBytes,

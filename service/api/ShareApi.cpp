@@ -1,8 +1,8 @@
 #include <service/api/FileDownload.h>
 #include <service/api/JsonInput.h>
 #include <service/api/JsonList.h>
+#include <service/api/RequestState.h>
 #include <service/api/Routes.h>
-#include <service/api/Session.h>
 #include <service/api/SharePage.h>
 #include <service/http/HttpMessages.h>
 #include <service/http/Router.h>
@@ -23,18 +23,18 @@ QString endText(const Share &share)
     return share.expiredAt ? timeText(*share.expiredAt) : QString();
 }
 
-void requireShareAnywhere(HttpRequest &, Session &session)
+void requireShareAnywhere(HttpRequest &, RequestState &state)
 {
-    session.access.requireAnywhere(Action::Share);
+    state.access.requireAnywhere(Action::Share);
 }
 
-HttpResponse createShare(HttpRequest &request, Session &session)
+HttpResponse createShare(HttpRequest &request, RequestState &state)
 {
     const QJsonDocument body = readJson(request);
     const JsonInput input(body.object(), {"hostId", "documentIds", "expiredAt", "allowDownload"});
     Share share;
     share.projectId = input.requiredText("hostId");
-    share.createdBy = session.user().id;
+    share.createdBy = state.user().id;
     share.allowsDownload = input.has("allowDownload") && input.boolean("allowDownload");
     if (!input.text("expiredAt").isEmpty()) {
         share.expiredAt = parseTime(input.text("expiredAt"), QStringLiteral("expiredAt"));
@@ -44,18 +44,18 @@ HttpResponse createShare(HttpRequest &request, Session &session)
     const QStringList ids = input.texts("documentIds");
     if (ids.isEmpty())
         throw HttpError(400, QStringLiteral("\"documentIds\" names no document."));
-    session.access.require(share.projectId, Action::Share);
+    state.access.require(share.projectId, Action::Share);
 
-    Transaction transaction(session.database);
+    Transaction transaction(state.database);
     for (const QString &id : ids) {
-        const std::optional<Document> document = session.documents.find(id);
+        const std::optional<Document> document = state.documents.find(id);
         if (!document || document->projectId != share.projectId)
             throw HttpError(404,
                             QStringLiteral("The project has no document %1.").arg(id.left(60)));
         if (document->recycle != Document::Present)
             throw HttpError(409, QStringLiteral("%1 is in the recycle bin.").arg(document->name));
     }
-    const QString code = Shares(session.database).insert(share, ids);
+    const QString code = Shares(state.database).insert(share, ids);
     transaction.commit();
     return HttpResponse::json(QJsonObject{{QStringLiteral("code"), code},
                                           {QStringLiteral("path"), QStringLiteral("share/") + code},
@@ -79,29 +79,29 @@ QJsonObject toJson(const Share &share, const QList<Document> &documents)
             {QStringLiteral("createdBy"), share.createdBy}};
 }
 
-//! Own ones; all of a project to who may edit others' documents in it.
-HttpResponse listShares(HttpRequest &request, Session &session)
+//! The user's own shares; all of a project for users who may edit documents of others in it.
+HttpResponse listShares(HttpRequest &request, RequestState &state)
 {
     const QString projectId = request.parameter(QLatin1String("hostId"));
-    session.access.require(projectId, Action::Read);
-    const bool seesAll = session.access.may(projectId, Action::Edit);
-    Shares shares(session.database);
+    state.access.require(projectId, Action::Read);
+    const bool seesAll = state.access.may(projectId, Action::Edit);
+    Shares shares(state.database);
     JsonList result;
-    const QList<Share> list = shares.list(projectId, seesAll ? QString() : session.user().id);
+    const QList<Share> list = shares.list(projectId, seesAll ? QString() : state.user().id);
     for (const Share &share : list)
         result.append(toJson(share, shares.documents(share)));
     return result.response();
 }
 
-HttpResponse revokeShare(HttpRequest &request, Session &session)
+HttpResponse revokeShare(HttpRequest &request, RequestState &state)
 {
     const QString id = request.captures.at(0);
-    Transaction transaction(session.database);
-    Shares shares(session.database);
+    Transaction transaction(state.database);
+    Shares shares(state.database);
     const std::optional<Share> share = shares.find(id);
     const bool isAllowed = share
-        && (share->createdBy == session.user().id
-            || session.access.may(share->projectId, Action::Edit));
+        && (share->createdBy == state.user().id
+            || state.access.may(share->projectId, Action::Edit));
     if (!isAllowed) {
         throw HttpError(404,
                         QStringLiteral("There is no share %1 that you may end.").arg(id.left(60)));
@@ -111,7 +111,7 @@ HttpResponse revokeShare(HttpRequest &request, Session &session)
     return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), id}});
 }
 
-//! A page with a status, for a share that cannot be shown.
+//! Returns a page with an error status, for a share that cannot be shown.
 struct ShareRefusal
 {
     int status = 404;
@@ -121,33 +121,33 @@ struct ShareRefusal
 
 HttpResponse guarded(HttpResponse page)
 {
-    // The address holds the code: it goes to no other site, and no cache keeps the page.
+    // The address contains the code: it must not be sent to other sites, and the page must not be cached.
     page.addHeader("Referrer-Policy", "no-referrer");
     page.addHeader("Cache-Control", "no-store");
     page.addHeader("Content-Security-Policy", "default-src 'none'; style-src 'unsafe-inline'");
     return page;
 }
 
-//! What was shared while there were no users ends with the first one, like everything else that anybody could do.
+//! Shares that were created without users end when the first user is added, like everything that anybody could do before.
 bool mayStillShare(const Share &share, Database &database)
 {
     const User local = User::local();
     if (share.createdBy == local.id)
-        return !Users(database).haveTokens();
+        return !Users(database).isTokenNeeded();
     const User creator{share.createdBy, QString(), false};
     return roleAllows(Projects(database).roleIn(share.projectId, creator), Action::Share);
 }
 
-Share requireShare(const HttpRequest &request, Session &session)
+Share requireShare(const HttpRequest &request, RequestState &state)
 {
-    const std::optional<Share> share = Shares(session.database).findByCode(request.captures.at(0));
+    const std::optional<Share> share = Shares(state.database).findByCode(request.captures.at(0));
     if (!share) {
         throw ShareRefusal{404, QStringLiteral("No such share"),
                            QStringLiteral("There is no share with this code. "
                                           "Please check the address you were given.")};
     }
     const bool isExpired = share->expiredAt && *share->expiredAt <= nowMs();
-    if (isExpired || !mayStillShare(*share, session.database)) {
+    if (isExpired || !mayStillShare(*share, state.database)) {
         throw ShareRefusal{410, QStringLiteral("This share has ended"),
                            QStringLiteral("The documents are no longer shared. "
                                           "Please ask for a new address.")};
@@ -155,9 +155,9 @@ Share requireShare(const HttpRequest &request, Session &session)
     return *share;
 }
 
-Document requireShared(const Share &share, const QString &id, Session &session)
+Document requireShared(const Share &share, const QString &id, RequestState &state)
 {
-    const std::optional<Document> document = Shares(session.database).findDocument(share, id);
+    const std::optional<Document> document = Shares(state.database).findDocument(share, id);
     if (!document) {
         throw ShareRefusal{404, QStringLiteral("Not shared"),
                            QStringLiteral("This document is not part of the share, "
@@ -166,13 +166,13 @@ Document requireShared(const Share &share, const QString &id, Session &session)
     return *document;
 }
 
-using PageFunction = HttpResponse (*)(HttpRequest &, Session &, const Share &);
+using PageFunction = HttpResponse (*)(HttpRequest &, RequestState &, const Share &);
 
 Router::Handler page(PageFunction function)
 {
-    return [function](HttpRequest &request, Session &session) {
+    return [function](HttpRequest &request, RequestState &state) {
         try {
-            return guarded(function(request, session, requireShare(request, session)));
+            return guarded(function(request, state, requireShare(request, state)));
         } catch (const ShareRefusal &refusal) {
             return guarded(HttpResponse::html(shareMessagePage(refusal.title, refusal.sentence),
                                               refusal.status));
@@ -205,7 +205,7 @@ int skipBefore(const SharePage &page)
     return (page.number - 1) * EntriesOnPage;
 }
 
-//! \param documents one more than the page shows if there is a next one
+//! \param documents one more than the page shows if there is a next page
 HttpResponse listPage(SharePage page, QList<Document> documents)
 {
     page.hasNext = documents.size() > EntriesOnPage;
@@ -215,38 +215,38 @@ HttpResponse listPage(SharePage page, QList<Document> documents)
     return HttpResponse::html(shareListPage(page));
 }
 
-HttpResponse showShare(HttpRequest &request, Session &session, const Share &share)
+HttpResponse showShare(HttpRequest &request, RequestState &state, const Share &share)
 {
     SharePage page = pageOf(request, share, basePath(request));
     page.title = QStringLiteral("Shared documents");
     return listPage(page,
-                    Shares(session.database).documents(share, EntriesOnPage + 1, skipBefore(page)));
+                    Shares(state.database).documents(share, EntriesOnPage + 1, skipBefore(page)));
 }
 
-HttpResponse showFolder(HttpRequest &request, Session &session, const Share &share)
+HttpResponse showFolder(HttpRequest &request, RequestState &state, const Share &share)
 {
-    const Document folder = requireShared(share, request.captures.at(1), session);
+    const Document folder = requireShared(share, request.captures.at(1), state);
     SharePage page =
         pageOf(request, share, basePath(request) + QStringLiteral("/folders/") + folder.id);
     page.title = folder.name;
     return listPage(page,
-                    Shares(session.database).children(folder, EntriesOnPage + 1, skipBefore(page)));
+                    Shares(state.database).children(folder, EntriesOnPage + 1, skipBefore(page)));
 }
 
-HttpResponse downloadShared(HttpRequest &request, Session &session, const Share &share)
+HttpResponse downloadShared(HttpRequest &request, RequestState &state, const Share &share)
 {
-    const Document document = requireShared(share, request.captures.at(1), session);
+    const Document document = requireShared(share, request.captures.at(1), state);
     if (!share.allowsDownload) {
         throw ShareRefusal{403, QStringLiteral("No downloads"),
                            QStringLiteral("This share is for looking only.")};
     }
-    const std::optional<StoredFile> file = Files(session.database).find(document.fileId);
+    const std::optional<StoredFile> file = Files(state.database).find(document.fileId);
     if (!file) {
         throw ShareRefusal{404, QStringLiteral("No file"),
                            QStringLiteral("A folder cannot be downloaded; open it instead.")};
     }
-    session.contents.requireHeld(*file);
-    return downloadResponse(request, *file, session.context.contents, document.name);
+    state.contents.requireHeld(*file);
+    return downloadResponse(request, *file, state.context.contents, document.name);
 }
 
 } // namespace

@@ -63,7 +63,7 @@ QString shareListPage(const SharePage &page)
         const QString size = document.isFolder()
             ? QString()
             : QLocale::c().formattedDataSize(document.size).toHtmlEscaped();
-        // Name by name, so that a "%1" in a document's name stays what it is.
+        // For each name separately, so that a "%1" in a name is not replaced.
         rows += QStringLiteral("<tr><td>") + nameCell(page, document) + QStringLiteral("</td><td>")
             + size + QStringLiteral("</td><td>") + timeText(document.updatedAt).left(10)
             + QStringLiteral("</td></tr>\n");

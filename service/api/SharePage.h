@@ -7,22 +7,22 @@
 
 namespace service {
 
-//! What a page about a share shows.
+//! The content of a page of a share.
 struct SharePage
 {
     QString title;
     QString basePath; //!< "/share/CODE"
-    QString path; //!< of this page
+    QString path; //!< address of this page
     int number = 1; //!< the first is 1
     bool hasNext = false;
     bool allowsDownload = false;
     QList<Document> documents;
 };
 
-//! A list of documents: folders can be opened, files downloaded where that is allowed.
+//! Returns a page with a list of documents, with links to folders and, if downloads are allowed, to files.
 QString shareListPage(const SharePage &page);
 
-//! A page that says in one sentence why there is nothing to see.
+//! Returns a page with one sentence, for a share that cannot be shown.
 QString shareMessagePage(const QString &title, const QString &sentence);
 
 } // namespace service

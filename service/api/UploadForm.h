@@ -10,19 +10,19 @@
 
 namespace service {
 
-//! \brief A form with one part "file", whose bytes are handed on as they come, and some short fields.
+//! \brief Reads a form with short fields and one part "file", whose bytes are passed on as they arrive.
 class UploadForm final : public BodySink, private MultipartParser::Receiver
 {
 public:
     using TakeBytes = std::function<void(const char *data, qint64 length)>;
     using Finish = std::function<HttpResponse(const UploadForm &form)>;
 
-    //! \param fields those that are kept; others are read and forgotten
-    //! \param takeBytes gets the content of the file \param finish responds once the form is whole
+    //! \param fields names of the fields that are kept; others are ignored
+    //! \param takeBytes called with the content of the file \param finish creates the response once the form is complete
     UploadForm(const HttpRequest &request, const QStringList &fields, TakeBytes takeBytes,
                Finish finish);
 
-    QString fileName() const { return m_fileName; } //!< as the part says it; may be empty
+    QString fileName() const { return m_fileName; } //!< from the header of the part; may be empty
     QString field(const char *name) const { return m_fields.value(QLatin1String(name)); }
 
     void write(const char *data, qint64 length) override;
@@ -40,8 +40,8 @@ private:
     bool m_hasFile = false;
     QString m_fileName;
     QHash<QString, QString> m_fields;
-    QString m_partName; //!< of the part that is coming
-    QByteArray m_value; //!< of the field that is coming
+    QString m_partName; //!< of the part that is being read
+    QByteArray m_value; //!< of the field that is being read
 };
 
 } // namespace service

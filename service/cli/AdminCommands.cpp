@@ -12,10 +12,10 @@ namespace service {
 
 namespace {
 
-//! One line of the command line, such as "user add NAME".
-struct Verb
+//! An action of a command, such as "user add NAME".
+struct AdminAction
 {
-    const char *usage; //!< the command, the verb, and a word for each argument
+    const char *usage; //!< the command, the action, and the names of its arguments
     const char *help;
     OpenFolder::Missing missing;
     //! \a words are the arguments.
@@ -24,7 +24,7 @@ struct Verb
     QStringList words() const { return QString::fromLatin1(usage).split(QLatin1Char(' ')); }
 };
 
-using Verbs = std::vector<Verb>;
+using AdminActions = std::vector<AdminAction>;
 
 constexpr auto Make = OpenFolder::Missing::Make;
 constexpr auto Refuse = OpenFolder::Missing::Refuse;
@@ -83,9 +83,9 @@ void revokeShare(OpenFolder &folder, const QStringList &words, const QCommandLin
     }
 }
 
-const Verbs &userVerbs()
+const AdminActions &userActions()
 {
-    static const Verbs verbs{
+    static const AdminActions actions{
         {"user add NAME", "adds a user and prints the access token, which is not kept", Make,
          [](OpenFolder &folder, const QStringList &words, const QCommandLineParser &) {
              printLine(Users(folder.database).add(words.at(0)));
@@ -96,88 +96,88 @@ const Verbs &userVerbs()
         {"user remove NAME", "removes the user with token, roles, marks and shares; documents stay",
          Refuse, removeUser},
     };
-    return verbs;
+    return actions;
 }
 
-const Verbs &projectVerbs()
+const AdminActions &projectActions()
 {
-    static const Verbs verbs{
+    static const AdminActions actions{
         {"project add ID", "adds a project", Make,
          [](OpenFolder &folder, const QStringList &words, const QCommandLineParser &options) {
              Projects(folder.database).add(words.at(0), options.value(QStringLiteral("name")));
          }},
     };
-    return verbs;
+    return actions;
 }
 
-const Verbs &roleVerbs()
+const AdminActions &roleActions()
 {
-    static const Verbs verbs{
+    static const AdminActions actions{
         {"role set PROJECT USER ROLE", "ROLE is owner, editor, contributor, viewer or none", Refuse,
          setRole},
     };
-    return verbs;
+    return actions;
 }
 
-const Verbs &shareVerbs()
+const AdminActions &shareActions()
 {
-    static const Verbs verbs{
+    static const AdminActions actions{
         {"share list", "prints the shares, the newest first", Refuse, listShares},
         {"share revoke ID", "ends a share", Refuse, revokeShare},
     };
-    return verbs;
+    return actions;
 }
 
-QString descriptionOf(const Verbs &verbs)
+QString descriptionOf(const AdminActions &actions)
 {
     QStringList lines;
-    for (const Verb &verb : verbs)
+    for (const AdminAction &action : actions)
         lines.append(
-            QStringLiteral("%1   %2").arg(QLatin1String(verb.usage), QLatin1String(verb.help)));
+            QStringLiteral("%1   %2").arg(QLatin1String(action.usage), QLatin1String(action.help)));
     return lines.join(QLatin1Char('\n'));
 }
 
-QString usageOf(const Verbs &verbs)
+QString usageOf(const AdminActions &actions)
 {
     QStringList usages;
-    for (const Verb &verb : verbs)
-        usages.append(QLatin1String(verb.usage) + QStringLiteral(" --data DIR"));
+    for (const AdminAction &action : actions)
+        usages.append(QLatin1String(action.usage) + QStringLiteral(" --data DIR"));
     return usages.join(QStringLiteral(", or ")) + QLatin1Char('.');
 }
 
-int runVerb(const Verbs &verbs, const QList<QCommandLineOption> &options,
-            const QStringList &arguments)
+int runAction(const AdminActions &actions, const QList<QCommandLineOption> &options,
+              const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(descriptionOf(verbs));
+    parser.setApplicationDescription(descriptionOf(actions));
     parser.addOptions(dataOptions());
     parser.addOptions(options);
     int code = 0;
     if (!parseArguments(parser, arguments, &code))
         return code;
     const QStringList words = parser.positionalArguments();
-    for (const Verb &verb : verbs) {
-        if (verb.words().value(1) != words.value(0) || verb.words().size() - 1 != words.size())
+    for (const AdminAction &action : actions) {
+        if (action.words().value(1) != words.value(0) || action.words().size() - 1 != words.size())
             continue;
-        return withFolder(parser, verb.missing, [&](OpenFolder &folder) {
-            verb.run(folder, words.mid(1), parser);
+        return withFolder(parser, action.missing, [&](OpenFolder &folder) {
+            action.run(folder, words.mid(1), parser);
             return 0;
         });
     }
-    return wrongUse(usageOf(verbs));
+    return wrongUse(usageOf(actions));
 }
 
 } // namespace
 
 int runUser(const QStringList &arguments)
 {
-    return runVerb(userVerbs(), {}, arguments);
+    return runAction(userActions(), {}, arguments);
 }
 
 int runProject(const QStringList &arguments)
 {
-    return runVerb(
-        projectVerbs(),
+    return runAction(
+        projectActions(),
         {{QStringLiteral("name"), QStringLiteral("The name shown to people; the id without it."),
           QStringLiteral("TEXT")}},
         arguments);
@@ -185,15 +185,15 @@ int runProject(const QStringList &arguments)
 
 int runRole(const QStringList &arguments)
 {
-    return runVerb(roleVerbs(), {}, arguments);
+    return runAction(roleActions(), {}, arguments);
 }
 
 int runShare(const QStringList &arguments)
 {
-    return runVerb(shareVerbs(),
-                   {{QStringLiteral("project"), QStringLiteral("Only the shares of one project."),
-                     QStringLiteral("ID")}},
-                   arguments);
+    return runAction(shareActions(),
+                     {{QStringLiteral("project"), QStringLiteral("Only the shares of one project."),
+                       QStringLiteral("ID")}},
+                     arguments);
 }
 
 } // namespace service

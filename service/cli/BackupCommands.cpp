@@ -17,11 +17,11 @@ int report(const Backup::Result &result)
     if (result.missing == 0)
         return 0;
     return fail(
-        QStringLiteral("%1 contents are missing; \"vell-service check\" tells whose they are.")
+        QStringLiteral("%1 contents are missing; \"vell-service check\" lists their documents.")
             .arg(result.missing));
 }
 
-//! \return false when the exit code in \a code is to be returned at once
+//! \return false if the program is to end with the exit code \a code
 bool parse(QCommandLineParser &parser, const QString &description, const QStringList &arguments,
            int *code)
 {
@@ -55,8 +55,8 @@ int runRestore(const QStringList &arguments)
     QCommandLineParser parser;
     int code = 0;
     if (!parse(parser,
-               QStringLiteral("restore DIR   brings a backup into a data folder that has no "
-                              "records\n\nContents that are there are kept."),
+               QStringLiteral("restore DIR   restores a backup into a data folder without a "
+                              "database\n\nContents that exist there are kept."),
                arguments, &code))
         return code;
     const QStringList words = parser.positionalArguments();
@@ -74,12 +74,12 @@ int runAccept(const QStringList &arguments)
 {
     QCommandLineParser parser;
     int code = 0;
-    if (!parse(
-            parser,
-            QStringLiteral("Goes on with records that are older than the contents beside them.\n"
-                           "Documents made since are lost; their contents stay, and a sweep moves "
-                           "them into the folder \"aside\"."),
-            arguments, &code))
+    if (!parse(parser,
+               QStringLiteral(
+                   "Continues with a database that is older than the contents in the folder.\n"
+                   "Documents that were created since are lost; their contents stay, and a sweep "
+                   "moves them into the folder \"aside\"."),
+               arguments, &code))
         return code;
     if (!parser.positionalArguments().isEmpty())
         return wrongUse(QStringLiteral("accept --data DIR."));

@@ -28,10 +28,11 @@ int runCheck(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Reads every content and tells which are damaged, and the documents that have or had "
+        "Reads every content, and prints which are damaged and the documents that have or had "
         "them.\n"
-        "A damaged content is moved into the folder \"aside\"; uploading the same file again mends "
-        "it.\nThe service may be running on the data folder. The exit code is 1 when something is "
+        "A damaged content is moved into the folder \"aside\"; uploading the same file again "
+        "repairs it.\nThe service may be running on the data folder. The exit code is 1 if "
+        "something is "
         "damaged."));
     parser.addOptions(dataOptions());
     int code = 0;

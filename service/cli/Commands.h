@@ -5,8 +5,8 @@
 namespace service {
 
 //! \name The commands of vell-service
-//! Each takes what follows its name and returns the program's exit code: 0, 1 for a failure, 2 for
-//! a command line that cannot be read. What went wrong is one sentence on the standard error.
+//! Each takes the arguments after its name and returns the exit code of the program: 0, 1 for a failure, 2 for a wrong command line.
+//! Errors are printed to the standard error, in one sentence.
 //! @{
 int runServe(const QStringList &arguments);
 int runUser(const QStringList &arguments);

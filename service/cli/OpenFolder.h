@@ -12,13 +12,13 @@
 
 namespace service {
 
-//! \brief A data folder that a command works on: alone, or beside the service that is running on it.
+//! \brief The data folder of a command, which a running service may be using.
 class OpenFolder
 {
 public:
     enum class Missing { Refuse, Make };
 
-    //! \throws std::exception with a sentence: no data folder at \a path and none to be made, one of another version
+    //! \throws std::exception with a sentence: there is no data folder at \a path, and \a missing is Refuse; it has another version
     OpenFolder(const QString &path, const QString &databaseAddress, Missing missing);
 
     const DataFolder folder;
@@ -26,8 +26,7 @@ public:
     ContentStore store;
 
 private:
-    std::unique_ptr<FolderLock>
-        m_lock; //!< none while a service is running on the folder with SQLite
+    std::unique_ptr<FolderLock> m_lock; //!< null if a service is running on the folder with SQLite
 };
 
 //! --data and --database, which every command has.
@@ -36,11 +35,11 @@ QList<QCommandLineOption> dataOptions();
 //! The database that --database names, or the environment: a command line can be read by every user of the machine.
 QString databaseAddress(const QCommandLineParser &parser);
 
-//! Runs a command on the data folder of --data. \return the exit code of the program; a failure was told
+//! Runs a command on the data folder of --data. \return the exit code of the program; errors have been printed
 int withFolder(const QCommandLineParser &parser, OpenFolder::Missing missing,
                const std::function<int(OpenFolder &)> &command);
 
-//! Says how a command is written, and returns the exit code for that.
+//! Prints the usage of a command, and returns the exit code for a wrong command line.
 int wrongUse(const QString &usage);
 
 } // namespace service

@@ -22,8 +22,8 @@ inline int fail(const QString &sentence, int code = ExitFailure)
     return code;
 }
 
-//! Parses what stands behind the program's name and the command; false when the exit code in \a code is
-//! to be returned at once, for a wrong line or after --help.
+//! Parses the arguments after the command. Returns false if the program is to end with the exit code \a code, after --help or for a
+//! wrong command line.
 inline bool parseArguments(QCommandLineParser &parser, const QStringList &arguments, int *code)
 {
     const QCommandLineOption help = parser.addHelpOption();

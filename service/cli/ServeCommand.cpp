@@ -22,20 +22,20 @@ void addOptions(QCommandLineParser &parser)
     parser.addOptions(dataOptions());
     parser.addOptions({
         {QStringLiteral("listen"),
-         QStringLiteral("Where to listen (127.0.0.1:0; port 0: any free one)."),
+         QStringLiteral("The address to listen on (127.0.0.1:0; port 0: any free port)."),
          QStringLiteral("ADDRESS:PORT"), QStringLiteral("127.0.0.1:0")},
-        {QStringLiteral("fault"), QStringLiteral("Misbehave as told; see above. May be repeated."),
+        {QStringLiteral("fault"), QStringLiteral("Simulate a fault; see above. May be repeated."),
          QStringLiteral("SPEC")},
         {QStringLiteral("access-log"),
          QStringLiteral("One line for each request; - for stderr. Reopened on SIGHUP."),
          QStringLiteral("FILE")},
         {QStringLiteral("quota"),
-         QStringLiteral("How many bytes the contents may take (0: no limit)."),
+         QStringLiteral("The maximum size of all contents in bytes (0: no limit)."),
          QStringLiteral("BYTES"), QStringLiteral("0")},
     });
 }
 
-//! Each connection is an open file.
+//! Each connection needs a file descriptor.
 void allowManyFiles()
 {
     rlimit limit = {};
@@ -48,7 +48,7 @@ void allowManyFiles()
 int serve(ReferenceService &service)
 {
     allowManyFiles();
-    // Blocked before any thread starts, so that none but this one takes them.
+    // Blocked before any thread starts, so that only sigwait() gets them.
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);

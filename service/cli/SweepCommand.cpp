@@ -33,14 +33,14 @@ int runSweep(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Removes abandoned uploads and contents that nothing holds, and moves files that "
-        "the records do not know into the folder \"aside\".\n"
+        "Removes abandoned uploads and unused contents, and moves files that are not in the "
+        "database into the folder \"aside\".\n"
         "The service may be running on the data folder."));
     parser.addOptions(dataOptions());
     parser.addOptions({
-        {QStringLiteral("older-than"), QStringLiteral("What is younger stays (24)."),
+        {QStringLiteral("older-than"), QStringLiteral("Keep what is younger (24)."),
          QStringLiteral("HOURS"), QStringLiteral("24")},
-        {QStringLiteral("dry-run"), QStringLiteral("Only say what would be removed.")},
+        {QStringLiteral("dry-run"), QStringLiteral("Only print what would be removed.")},
     });
     int code = 0;
     if (!parseArguments(parser, arguments, &code))

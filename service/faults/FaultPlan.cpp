@@ -4,9 +4,9 @@ namespace service {
 
 namespace {
 
-bool fits(const FaultRule &rule, const QByteArray &verb, const QString &path)
+bool fits(const FaultRule &rule, const QByteArray &method, const QString &path)
 {
-    return (rule.verb.isEmpty() || rule.verb == verb) && path.startsWith(rule.pathPrefix);
+    return (rule.verb.isEmpty() || rule.verb == method) && path.startsWith(rule.pathPrefix);
 }
 
 bool strikes(const FaultRule &rule, int met)
@@ -28,11 +28,11 @@ void FaultPlan::clear()
     m_entries.clear();
 }
 
-std::optional<FaultRule> FaultPlan::strike(const QByteArray &verb, const QString &path)
+std::optional<FaultRule> FaultPlan::strike(const QByteArray &method, const QString &path)
 {
     const std::lock_guard<std::mutex> lock(m_lock);
     for (Entry &entry : m_entries) {
-        if (fits(entry.rule, verb, path) && strikes(entry.rule, ++entry.met))
+        if (fits(entry.rule, method, path) && strikes(entry.rule, ++entry.met))
             return entry.rule;
     }
     return std::nullopt;

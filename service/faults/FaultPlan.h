@@ -8,15 +8,15 @@
 
 namespace service {
 
-//! \brief The rules in force and how often each has been met. Callable from any thread.
+//! \brief The active fault rules, and how often each has matched. Thread-safe.
 class FaultPlan
 {
 public:
     void add(const FaultRule &rule);
     void clear();
 
-    //! Counts the request and returns the rule that strikes it.
-    std::optional<FaultRule> strike(const QByteArray &verb, const QString &path);
+    //! Counts the request and returns the rule that applies to it.
+    std::optional<FaultRule> strike(const QByteArray &method, const QString &path);
 
 private:
     struct Entry

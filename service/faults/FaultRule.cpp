@@ -15,15 +15,17 @@ struct KindRow
 };
 
 constexpr std::array<KindRow, 8> Kinds{{
-    {"lose-reply", FaultRule::Kind::LoseReply, false, "do the work, then end without an answer"},
+    {"lose-reply", FaultRule::Kind::LoseReply, false,
+     "process the request, then close without a response"},
     {"drop-after", FaultRule::Kind::DropAfter, true,
-     "=BYTES  end once so much of the body was read"},
-    {"status", FaultRule::Kind::Status, true, "=CODE  do nothing and answer with this status"},
-    {"stall", FaultRule::Kind::Stall, false, "[=MS]  do nothing and do not answer"},
-    {"slow", FaultRule::Kind::Slow, true, "=MS  answer so much later"},
-    {"cut-reply", FaultRule::Kind::CutReply, true, "=BYTES  send so much of the answer's body"},
-    {"forget-chunk", FaultRule::Kind::ForgetChunk, false, "do not keep the chunk, and say so"},
-    {"no-room", FaultRule::Kind::NoRoom, false, "answer 507 as on a full disk"},
+     "=BYTES  close after so many bytes of the body"},
+    {"status", FaultRule::Kind::Status, true, "=CODE  respond with this status only"},
+    {"stall", FaultRule::Kind::Stall, false, "[=MS]  do not respond"},
+    {"slow", FaultRule::Kind::Slow, true, "=MS  delay the response"},
+    {"cut-reply", FaultRule::Kind::CutReply, true,
+     "=BYTES  close after so many bytes of the response"},
+    {"forget-chunk", FaultRule::Kind::ForgetChunk, false, "do not store the chunk, and say so"},
+    {"no-room", FaultRule::Kind::NoRoom, false, "respond with 507, as on a full disk"},
 }};
 
 bool parseKind(const QString &word, const QString &value, FaultRule *rule)
@@ -83,8 +85,8 @@ bool FaultRule::parse(const QString &specification, FaultRule *rule, QString *er
 QString FaultRule::syntax()
 {
     QString text = QStringLiteral(
-        "A fault is KIND[=VALUE][,verb=VERB][,path=PREFIX][,nth=N][,times=M]: the Nth request\n"
-        "(from 1) with that verb whose path begins so is struck, and M in all (1; 0: all).\n"
+        "A fault is KIND[=VALUE][,verb=METHOD][,path=PREFIX][,nth=N][,times=M]: the Nth request\n"
+        "(from 1) with that method whose path begins so is affected, and M in all (1; 0: all).\n"
         "Example: status=503,verb=POST,path=/base-service/largefiles,times=2\n");
     for (const KindRow &row : Kinds) {
         text += QStringLiteral("  %1%2\n")

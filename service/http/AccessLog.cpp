@@ -12,7 +12,7 @@ namespace {
 
 constexpr int MaxFieldLength = 300;
 
-//! A path cannot start a line of its own, nor hide in one.
+//! Replaces what could begin a new line of the log or be invisible in it.
 QString printable(const QString &whole)
 {
     QString text = whole.left(MaxFieldLength);
@@ -59,7 +59,7 @@ void AccessLog::write(const ServedRequest &request)
     const QString line =
         QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8ms\n")
             .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs), request.client,
-                 printable(request.user), printable(QString::fromLatin1(request.verb)),
+                 printable(request.user), printable(QString::fromLatin1(request.method)),
                  printable(request.path), status, QString::number(request.bytes),
                  QString::number(request.milliseconds));
     m_file->write(line.toUtf8());

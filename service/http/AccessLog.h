@@ -10,16 +10,15 @@ namespace service {
 
 struct ServedRequest;
 
-//! \brief One line for each request: time, client, user, request method, path, status, bytes, milliseconds.
+//! \brief Writes one line for each request: time, client, user, request method, path, status, bytes, milliseconds.
 //!
-//! Callable from any thread. Writes no query, no header and no body, so that neither names' contents
-//! nor secrets get in.
+//! Thread-safe. Queries, headers and bodies are not logged, because they may contain secrets.
 class AccessLog
 {
 public:
     //! \param target a file that is appended to, "-" for the standard error, empty for no log
     bool open(const QString &target, QString *error);
-    //! Opens the same file again, which a log rotation has moved away; on failure the old one stays in use.
+    //! Opens the file again, for use after a log rotation. On failure the old file stays in use.
     bool reopen(QString *error);
     void write(const ServedRequest &request);
     void close();

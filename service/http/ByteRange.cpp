@@ -9,7 +9,7 @@ namespace service {
 
 namespace {
 
-//! A number of digits only, or -1; more than any content has if it has too many of them.
+//! Parses a number that has digits only; -1 for anything else. A number with too many digits gives one that is larger than any content.
 qint64 position(const QByteArray &digits)
 {
     const bool isNumber =
@@ -53,7 +53,7 @@ bool namesTag(const QByteArray &header, const QByteArray &tag, TagComparison com
 {
     if (header.trimmed() == "*")
         return true;
-    const QList<QByteArray> entries = header.split(','); // our tags have no comma
+    const QList<QByteArray> entries = header.split(','); // the service's tags contain no comma
     return std::any_of(entries.begin(), entries.end(), [&](const QByteArray &entry) {
         const QByteArray text = entry.trimmed();
         return text == tag || (comparison == TagComparison::Weak && text == "W/" + tag);

@@ -4,13 +4,13 @@
 
 namespace service {
 
-//! \brief What a Range header asks of a content.
+//! \brief The part of a content that a Range header requests.
 struct ByteRange
 {
     enum class Kind {
-        Whole, //!< no range, or one that may be ignored
-        Part, //!< the bytes given
-        Unsatisfiable, //!< nothing of it exists: 416
+        Whole, //!< there is no range, or one that may be ignored
+        Part, //!< the given bytes
+        Unsatisfiable, //!< no byte of the range exists: 416
     };
 
     Kind kind = Kind::Whole;
@@ -18,16 +18,15 @@ struct ByteRange
     qint64 length = 0;
 };
 
-//! Reads "bytes=a-b", "bytes=a-" and "bytes=-n". Several ranges, other units and nonsense give the whole, as
-//! HTTP allows.
+//! Parses "bytes=a-b", "bytes=a-" and "bytes=-n". Several ranges, other units and invalid values give Whole, as HTTP allows.
 ByteRange parseRange(const QByteArray &header, qint64 size);
 
 enum class TagComparison {
-    Strong, //!< for what depends on every byte: If-Match, If-Range
+    Strong, //!< for If-Match and If-Range
     Weak, //!< for If-None-Match
 };
 
-//! Whether \a header, a list of entity tags or "*", names \a tag, which is a strong one without a comma.
+//! Returns true if \a header, a list of entity tags or "*", contains \a tag, which is a strong tag without a comma.
 bool namesTag(const QByteArray &header, const QByteArray &tag, TagComparison comparison);
 
 } // namespace service

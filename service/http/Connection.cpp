@@ -44,7 +44,7 @@ void Connection::end()
 {
     m_isEnding = true;
     if (m_isAtWork) {
-        // The worker holds the descriptor: it is closed when it comes back.
+        // A worker is using the descriptor: it is closed when the worker has finished.
         ::shutdown(m_socket.native_handle(), SHUT_RDWR);
         return;
     }
@@ -101,7 +101,7 @@ void Connection::waitForSocket(const Wait &wait)
                         });
 }
 
-//! The socket is ready, or has ended, or the time is over.
+//! The socket is ready or was closed by the client, or the time has expired.
 void Connection::waited(bool isTimedOut)
 {
     ++m_waitNumber;

@@ -15,18 +15,17 @@ namespace service {
 
 class Connection;
 
-//! \brief A thread that waits for its share of the connections.
+//! \brief A thread that waits for the sockets of some of the connections.
 struct WaitingThread
 {
     boost::asio::io_context io{1};
     std::thread thread;
     std::set<std::shared_ptr<Connection>> connections; //!< used by this thread only
     std::list<Connection *>
-        idle; //!< of those, the one that has been idle longest first; used by this thread only
+        idle; //!< those that are idle, the one that has been idle longest first; used by this thread only
 };
 
-//! \brief A socket that waits on its WaitingThread until its Conversation can go on, which then has a turn on the
-//! workers.
+//! \brief A socket, for which its WaitingThread waits until its Conversation can continue, which then runs on a worker.
 //!
 //! All functions are called on the waiting thread.
 class Connection : public std::enable_shared_from_this<Connection>
@@ -39,7 +38,7 @@ public:
     Connection &operator=(const Connection &) = delete;
 
     void start();
-    //! Ends at once if it is not responding, otherwise after the response.
+    //! Closes the connection, after the response if one is being sent.
     void stop();
     void end();
 
@@ -60,7 +59,7 @@ private:
     Conversation m_conversation;
     bool m_isAtWork = false;
     bool m_isEnding = false;
-    unsigned m_waitNumber = 0; //!< tells the current wait from those that are over
+    unsigned m_waitNumber = 0; //!< distinguishes the current wait from earlier ones
     Clock::time_point m_waitStart;
     std::list<Connection *>::iterator m_idlePlace;
 };

@@ -19,18 +19,18 @@ using namespace std::chrono_literals;
 constexpr int HeadBlock = 16 * 1024;
 constexpr size_t BodyBlock = size_t(256) * 1024;
 constexpr qint64 BytesPerTurn = Q_INT64_C(4) * 1024 * 1024;
-//! What is read and thrown away so that a refused request leaves the connection usable.
+//! How much of the body of a refused request is read and discarded, so that the connection can be used again.
 constexpr qint64 DrainBytes = Q_INT64_C(1024) * 1024;
-//! The same before the end: closing at once would take the response back from a client that is still sending.
+//! The same before the connection is closed: closing it at once would discard the response for a client that is still sending.
 constexpr qint64 LingerBytes = Q_INT64_C(256) * 1024 * 1024;
 constexpr std::chrono::milliseconds LingerPatience = 2s;
 constexpr std::chrono::milliseconds DelayStep = 20ms;
-//! How long a free thread waits for a client itself: handing the connection over takes longer than many a client needs.
+//! How long a free thread waits for a client itself: passing the connection to the waiting thread takes longer than many clients need.
 constexpr std::chrono::milliseconds ShortWait = 1ms;
 
 constexpr qint64 Blocked = -1;
 
-//! \return how many bytes came, 0 at the end of the connection, or Blocked
+//! \return the number of bytes received, 0 if the connection has ended, or Blocked
 qint64 receive(int socket, char *data, size_t size)
 {
     const ssize_t count = ::recv(socket, data, size, MSG_DONTWAIT);
@@ -45,7 +45,7 @@ bool isReadyWithin(int socket, short events, std::chrono::milliseconds time)
     return ::poll(&entry, 1, static_cast<int>(time.count())) > 0;
 }
 
-//! One for each thread, so that connections need none.
+//! One buffer for each thread, so that connections need none.
 std::vector<char> &bodyBlock()
 {
     thread_local std::vector<char> block(BodyBlock);
@@ -104,7 +104,7 @@ Conversation::Step Conversation::readHead()
 {
     for (;;) {
         if (!m_hasSkippedLine
-            && m_in.startsWith("\r\n")) { // some clients end a body with one too many
+            && m_in.startsWith("\r\n")) { // some clients send one too many after a body
             m_in.remove(0, 2);
             m_hasSkippedLine = true;
         }
@@ -253,10 +253,11 @@ void Conversation::respond(HttpResponse response)
         m_sender.cutBodyAfter(m_fault.cutAfterBytes);
         m_closes = true;
     }
-    if (m_context.recorder.isActive() && !m_head.request.verb.isEmpty())
+    if (m_context.recorder.isActive() && !m_head.request.method.isEmpty())
         m_context.recorder.record(m_head.request, m_recordedBody, response, m_fault.isRequested);
     log(m_fault.isReplyLost ? 0 : response.status, hasBody ? response.bodyLength() : 0);
-    m_handler.reset(); // who reads the response finds nothing left over of the request
+    m_handler
+        .reset(); // when the client reads the response, everything of the request has been released
     openWindow(m_context.settings.limits.progress);
     m_phase = Phase::Send;
     if (m_fault.delayMs != 0 || m_fault.isReplyLost) {
@@ -271,7 +272,7 @@ void Conversation::refuse(const HttpError &error)
     if (m_phase == Phase::Head)
         m_head = RequestHead();
     m_head.keepsAlive = false;
-    m_bodyLeft = std::max<qint64>(m_bodyLeft, 1); // how much is still to come is unknown
+    m_bodyLeft = std::max<qint64>(m_bodyLeft, 1); // how much is left is not known
     m_in.clear();
     respond(HttpResponse::error(error));
 }
@@ -281,8 +282,8 @@ void Conversation::log(int status, qint64 bytes)
     const HttpRequest &request = m_head.request;
     ServedRequest served;
     served.client = m_client;
-    served.verb = request.isHead ? QByteArrayLiteral("HEAD") : request.verb;
-    if (!request.verb.isEmpty())
+    served.method = request.isHead ? QByteArrayLiteral("HEAD") : request.method;
+    if (!request.method.isEmpty())
         served.path = m_context.settings.loggedPath(request);
     if (m_handler)
         served.user = m_handler->userName();
@@ -292,7 +293,7 @@ void Conversation::log(int status, qint64 bytes)
     m_context.settings.logger(served);
 }
 
-//! Ends a request that gets no response.
+//! Ends a request without a response.
 Conversation::Step Conversation::lose()
 {
     log(0, 0);
@@ -381,7 +382,7 @@ void Conversation::startNext()
     m_hasSkippedLine = false;
     m_phase = Phase::Head;
     if (m_in.isEmpty()) {
-        m_in = QByteArray(); // idle connections hold no buffer
+        m_in = QByteArray(); // idle connections have no buffer
         openWindow(m_context.settings.limits.idle);
         isReadySoon(POLLIN);
     } else {
@@ -390,7 +391,7 @@ void Conversation::startNext()
     }
 }
 
-//! Waits a moment if no other connection is kept waiting by that.
+//! Waits for a moment if no other connection has to wait for the thread.
 bool Conversation::isReadySoon(short events) const
 {
     return m_context.workers.hasFreeThread() && isReadyWithin(m_socket, events, ShortWait);

@@ -14,53 +14,53 @@ namespace service {
 
 struct ServerContext;
 
-//! What must happen before a conversation can go on.
+//! What a conversation waits for.
 struct Wait
 {
     enum class For {
-        Bytes, //!< the socket has something to read
-        Room, //!< the socket takes something
-        Time, //!< `patience` is over
-        Turn, //!< others have had their turn
+        Bytes, //!< data to read
+        Room, //!< room in the socket's send buffer
+        Time, //!< the end of `patience`
+        Turn, //!< the next turn on a worker, after other connections
         Nothing, //!< the conversation has ended
     };
 
     For what = For::Nothing;
-    std::chrono::milliseconds patience{0}; //!< how long bytes or room may take to come
+    std::chrono::milliseconds patience{0}; //!< the longest time to wait for bytes or room
 };
 
-//! \brief The requests and responses on one connection, as far as they get without waiting.
+//! \brief Processes the requests and responses of one connection until it would have to wait.
 //!
-//! Used by one thread at a time. Neither owns nor closes the socket, which does not block.
+//! Used by one thread at a time. Does not own the socket, which is non-blocking.
 class Conversation
 {
 public:
     Conversation(int socket, const QString &client, ServerContext &context);
 
-    //! Goes on. \param waited how long the wait took that was asked for
+    //! Continues after a wait. \param waited how long it took
     Wait advance(std::chrono::milliseconds waited);
 
-    //! Goes on after a wait whose patience is over.
+    //! Continues after a wait whose patience has expired.
     Wait timedOut();
 
-    //! Whether it waits for a request of which no byte has come.
+    //! Returns true if it waits for a request of which no byte has arrived.
     bool isIdle() const { return m_phase == Phase::Head && m_in.isEmpty(); }
-    //! Whether a response is being made or sent.
+    //! Returns true if a request is being processed or its response is being sent.
     bool isResponding() const { return m_phase != Phase::Head && m_phase != Phase::Body; }
 
 private:
     using Milliseconds = std::chrono::milliseconds;
-    using Step = std::optional<Wait>; //!< nothing: go on with the phase that is set now
+    using Step = std::optional<Wait>; //!< nothing: continue with the present phase
 
     enum class Phase {
         Head, //!< reading the head of a request
-        Begin, //!< what needs no body
+        Begin, //!< processing that needs no body
         Body, //!< reading the body
-        Finish, //!< what needs the body
-        Delay, //!< misbehaving
+        Finish, //!< processing that needs the body
+        Delay, //!< waiting because of a fault
         Send, //!< sending the response
-        Drain, //!< reading what is left of a body, so that the next request can be read
-        Linger, //!< the same before the end of the connection
+        Drain, //!< reading the rest of a body, so that the next request can be read
+        Linger, //!< reading the rest of a body before the connection is closed
     };
 
     Step step();
@@ -77,12 +77,12 @@ private:
     Step linger();
 
     void respond(HttpResponse response);
-    //! Responds to what is no request; the connection ends.
+    //! Responds to an invalid request and ends the connection.
     void refuse(const HttpError &error);
     void log(int status, qint64 bytes);
     Step lose();
     void startNext();
-    //! Reads and forgets what is left of the body.
+    //! Reads and discards the rest of the body.
     enum class Discarded { All, Blocked, Ended };
     Discarded discard(qint64 *left);
 
@@ -95,9 +95,10 @@ private:
     ServerContext &m_context;
 
     Phase m_phase = Phase::Head;
-    QByteArray m_in; //!< read, but not used yet: at most a head and what came with it
-    Milliseconds m_patience{0}; //!< what is left of the current window
-    qint64 m_moved = 0; //!< in the current window
+    QByteArray
+        m_in; //!< read, but not processed yet: at most a head and the data that was read with it
+    Milliseconds m_patience{0}; //!< the rest of the current period
+    qint64 m_moved = 0; //!< bytes in the current period
 
     RequestHead m_head;
     std::unique_ptr<RequestHandler> m_handler;

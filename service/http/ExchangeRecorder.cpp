@@ -11,7 +11,7 @@ namespace {
 
 constexpr int MaxBodyBytes = 256 * 1024;
 
-//! The text of a body, or nothing for one that is not worth its room.
+//! Returns the text of a body; empty for one that is not recorded.
 QJsonValue bodyText(const QByteArray &body)
 {
     return body.size() > MaxBodyBytes ? QJsonValue() : QJsonValue(QString::fromUtf8(body));
@@ -54,7 +54,7 @@ void ExchangeRecorder::record(const HttpRequest &request, const QByteArray &requ
 {
     QJsonObject line{
         {QStringLiteral("method"),
-         request.isHead ? QStringLiteral("HEAD") : QString::fromLatin1(request.verb)},
+         request.isHead ? QStringLiteral("HEAD") : QString::fromLatin1(request.method)},
         {QStringLiteral("target"), QString::fromLatin1(request.target)},
         {QStringLiteral("requestType"), QString::fromLatin1(request.header("content-type"))},
         {QStringLiteral("requestBody"), bodyText(requestBody)},

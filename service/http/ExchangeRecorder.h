@@ -9,11 +9,11 @@ namespace service {
 struct HttpRequest;
 struct HttpResponse;
 
-//! \brief Writes requests and their responses down, to be compared with the written contract.
+//! \brief Records requests and their responses, so that they can be compared with docs/openapi.yaml.
 //!
-//! Active while the environment variable VELL_RECORD_EXCHANGES names a folder: each server has a file of its own there,
-//! with one JSON object in a line for each exchange. Headers of requests and contents of files do not get in, but new tokens
-//! and share codes do: for tests, not for a service with real data. Callable from any thread.
+//! Active if the environment variable VELL_RECORD_EXCHANGES is set to a folder. Each server writes a file there, with one JSON object
+//! per line for each exchange. Headers of requests and contents of files are not recorded, but new tokens and share codes are: use it
+//! for tests, not with real data. Thread-safe.
 class ExchangeRecorder
 {
 public:
@@ -21,11 +21,11 @@ public:
 
     bool isActive() const { return m_isActive; }
 
-    //! Appends a piece of a body to \a kept if record() is to have it: JSON of a reasonable size.
+    //! Appends a piece of a body to \a kept if it is to be recorded: JSON that is not too large.
     static void keepBody(const HttpRequest &request, const char *data, qint64 length,
                          QByteArray *kept);
 
-    //! \param isFault whether the response is a misbehaviour that was asked for
+    //! \param isFault true if the response was changed by a fault
     void record(const HttpRequest &request, const QByteArray &requestBody,
                 const HttpResponse &response, bool isFault);
 

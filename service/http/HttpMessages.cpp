@@ -94,7 +94,7 @@ void parseTarget(HttpRequest &request)
 {
     const int queryStart = request.target.indexOf('?');
     const QByteArray path = queryStart < 0 ? request.target : request.target.left(queryStart);
-    // Segments are split first, so that an encoded slash stays part of its segment.
+    // Split before decoding, so that an encoded slash stays part of its segment.
     const QList<QByteArray> pieces = path.split('/');
     for (int i = 1; i < pieces.size(); ++i)
         request.segments.append(decoded(pieces.at(i)));

@@ -13,7 +13,7 @@
 
 namespace service {
 
-//! \brief Ends a request with an HTTP status and one clear sentence for the person who reads it.
+//! \brief Ends a request with an HTTP status and a sentence for the user.
 class HttpError : public std::runtime_error
 {
 public:
@@ -24,30 +24,30 @@ private:
     int m_status = 0;
 };
 
-//! \brief A request, with everything that came percent-encoded decoded once.
+//! \brief A request, percent-decoded.
 struct HttpRequest
 {
-    QByteArray verb; //!< the request method; "GET" also for "HEAD", see isHead
-    bool isHead = false; //!< only the head of the response is wanted; nothing may change
+    QByteArray method; //!< the request method; "GET" also for "HEAD", see isHead
+    bool isHead =
+        false; //!< only the head of the response is sent; the request must not change anything
     QByteArray target; //!< path and query as they were sent
     QStringList segments; //!< the path, split at its slashes
-    QMap<QString, QString> query; //!< of a parameter that occurs twice the last
+    QMap<QString, QString> query; //!< the last value of a parameter that occurs several times
     QMap<QByteArray, QByteArray> headers; //!< names in lower case; repeated ones joined by ", "
     QString client; //!< address and port
-    QStringList captures; //!< what the route's placeholders stand for
+    QStringList captures; //!< the values of the route's placeholders
     qint64 bodyLength = 0;
-    QByteArray body; //!< of a route that takes its body whole
+    QByteArray body; //!< for routes whose handler needs the whole body
 
-    //! The path as it may be compared: decoded, with a leading slash.
+    //! Returns the decoded path with a leading slash.
     QString path() const;
     QByteArray header(const char *lowerCaseName) const;
-    //! Whether a parameter is there with the value "true". \throws HttpError 400 for anything but "true"
-    //! and "false"
+    //! Returns true if a parameter has the value "true". \throws HttpError 400 for values other than "true" and "false"
     bool flag(QLatin1String parameter) const;
     QString parameter(QLatin1String name) const { return query.value(name); }
 };
 
-//! A piece of a file as the body of a response.
+//! A part of a file as the body of a response.
 struct FileBody
 {
     QString path;
@@ -55,20 +55,20 @@ struct FileBody
     qint64 length = 0;
 };
 
-//! \brief What is answered.
+//! \brief A response.
 struct HttpResponse
 {
     int status = 200;
     QByteArray contentType = QByteArrayLiteral("application/json; charset=utf-8");
     QByteArray body;
-    FileBody file; //!< instead of body when its path is not empty
+    FileBody file; //!< used instead of body if its path is not empty
     QList<QPair<QByteArray, QByteArray>> headers;
 
     void addHeader(const QByteArray &name, const QByteArray &value)
     {
         headers.append({name, value});
     }
-    //! Length of the body, wherever it comes from.
+    //! Returns the length of the body, in memory or in a file.
     qint64 bodyLength() const { return file.path.isEmpty() ? body.size() : file.length; }
 
     static HttpResponse json(const QJsonObject &object, int status = 200);
@@ -79,7 +79,7 @@ struct HttpResponse
     static HttpResponse error(const HttpError &error);
 };
 
-//! Splits request.target into segments and query. A "+" in the query is a space.
+//! Parses request.target and sets the segments and the query. A "+" in the query is a space.
 //! \throws HttpError 400 for a percent sign without two hexadecimal digits and for text that is not UTF-8
 void parseTarget(HttpRequest &request);
 

@@ -37,7 +37,7 @@ QString textOf(const tcp::endpoint &endpoint)
     return QStringLiteral("%1:%2").arg(host).arg(endpoint.port());
 }
 
-//! What the process may open, without what else it needs.
+//! Returns the number of descriptors that are available for connections.
 int connectionsAllowed(int wanted)
 {
     rlimit limit = {};
@@ -61,7 +61,7 @@ public:
     template <typename Function>
     void onEach(Function function);
 
-    // These two outlive the connections, which use them to their end.
+    // Must outlive the connections, which use them.
     std::atomic<int> connectionCount{0};
     ServerContext context;
     std::array<WaitingThread, WaitingThreads> threads;
@@ -116,14 +116,14 @@ void HttpServer::Private::accepted(tcp::socket socket, WaitingThread &home)
     boost::system::error_code error;
     const tcp::endpoint client = socket.remote_endpoint(error);
     if (error)
-        return; // gone already
+        return; // closed already
     socket.set_option(tcp::no_delay(true), error);
     const bool isFull = connectionCount >= maxConnections;
     auto connection = std::make_shared<Connection>(std::move(socket), textOf(client), home, context,
                                                    connectionCount);
     boost::asio::post(home.io, [this, connection, isFull, &home] {
         if (isFull && home.idle.empty())
-            return; // everybody is busy
+            return; // no connection is idle
         if (isFull)
             home.idle.front()->end();
         connection->start();
@@ -135,7 +135,8 @@ void HttpServer::Private::onEach(Function function)
 {
     for (WaitingThread &home : threads) {
         boost::asio::post(home.io, [&home, function] {
-            const auto connections = home.connections; // they leave the set when they end
+            const auto connections =
+                home.connections; // a copy: connections remove themselves from the set
             for (const auto &connection : connections)
                 function(*connection);
         });
@@ -149,15 +150,16 @@ HttpServer::~HttpServer()
     try {
         stop();
     } catch (const std::exception &error) {
-        qFatal("vell-service: %s", error.what()); // its threads use what would go now
+        qFatal("vell-service: %s",
+               error.what()); // its threads use objects that would be destroyed now
     }
 }
 
 bool HttpServer::start(QString *error)
 {
-    // With a heap for each thread, as usual, every thread would come to keep what its largest response took.
+    // With one heap for each thread, the default, every thread would keep the memory of its largest response.
     mallopt(M_ARENA_MAX, 2);
-    // Large blocks go back to the system when they are freed; by default the C library soon keeps them too.
+    // Large blocks are returned to the system when they are freed; by default the C library soon keeps them.
     mallopt(M_MMAP_THRESHOLD, LargeBlock);
     d->maxConnections = connectionsAllowed(d->context.settings.limits.maxConnections);
     try {
@@ -196,13 +198,13 @@ void HttpServer::stop()
     while (d->connectionCount > 0 && !clock.hasExpired(d->context.settings.limits.stopping.count()))
         QThread::msleep(StopStepMs);
     d->onEach([](Connection &connection) { connection.end(); });
-    while (d->connectionCount > 0) // those with a worker come back by themselves
+    while (d->connectionCount > 0) // workers return the connections that they are using
         QThread::msleep(StopStepMs);
     for (WaitingThread &home : d->threads) {
         home.io.stop();
         home.thread.join();
     }
-    // What is left, such as the cancelled wait for a client, holds a socket of the other thread's io.
+    // Pending handlers, such as that of the cancelled accept, own a socket of the other thread's io_context.
     for (WaitingThread &home : d->threads) {
         home.io.restart();
         home.io.poll();

@@ -4,7 +4,7 @@
 
 namespace service {
 
-//! Whether \a host, an IP address without brackets or a name, always means this machine.
+//! Returns true if \a host is a loopback address, without brackets, or "localhost".
 bool isLoopback(const QString &host);
 
 } // namespace service

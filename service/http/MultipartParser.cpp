@@ -14,7 +14,7 @@ namespace {
 constexpr int MaxHeaderBytes = 16 * 1024;
 constexpr int MaxBoundaryBytes = 200; // the format allows 70
 
-//! The value of \a name="value" in a header, quotes and their backslashes undone; null without one.
+//! Returns the unquoted value of \a name="value" in a header; null if there is none.
 QByteArray headerParameter(const QByteArray &header, const QByteArray &name)
 {
     const QByteArray lower = header.toLower();
@@ -99,14 +99,14 @@ void MultipartParser::finish() const
 
 bool MultipartParser::readContent()
 {
-    // QByteArray::indexOf() takes as long as the digests of the content.
+    // QByteArray::indexOf() would take as much time as the digests of the content.
     const void *const found =
         ::memmem(m_buffer.constData(), static_cast<size_t>(m_buffer.size()),
                  m_delimiter.constData(), static_cast<size_t>(m_delimiter.size()));
     const int end = found == nullptr
         ? -1
         : static_cast<int>(static_cast<const char *>(found) - m_buffer.constData());
-    // Without a delimiter the last bytes may be the start of one.
+    // The last bytes may be the start of a delimiter.
     const int ready = end >= 0 ? end : m_buffer.size() - (m_delimiter.size() - 1);
     if (ready > 0 && m_state == State::Content)
         m_receiver.partContent(m_buffer.constData(), ready);

@@ -5,20 +5,20 @@
 
 namespace service {
 
-//! \brief Reads a multipart/form-data body as it comes, piece by piece.
+//! \brief Parses a multipart/form-data body piece by piece, as it arrives.
 //!
-//! Holds no more than the longest piece, and a part's headers. All functions throw HttpError 400 for a body that is not
-//! what it says it is, above all one that ends before its closing boundary.
+//! Stores at most the longest piece and the headers of a part. All functions throw HttpError 400 for an invalid body, also for one that
+//! ends before its closing boundary.
 class MultipartParser
 {
 public:
     struct Part
     {
-        QString name; //!< of the form field
-        QString fileName; //!< empty when it has none
+        QString name; //!< name of the form field
+        QString fileName; //!< empty if it has none
     };
 
-    //! Gets the parts one after the other. What its functions throw passes through the parser.
+    //! Receives the parts one after the other. Its functions may throw.
     class Receiver
     {
     public:
@@ -33,7 +33,7 @@ public:
 
     void feed(const char *data, qint64 length);
 
-    //! The body is over. \throws HttpError 400 without a closing boundary
+    //! The end of the body. \throws HttpError 400 if there was no closing boundary
     void finish() const;
 
 private:
@@ -41,8 +41,8 @@ private:
         Preamble, //!< before the first boundary
         Headers,
         Content,
-        Boundary, //!< right after one: another part or the end
-        Epilogue, //!< after the last
+        Boundary, //!< after a boundary: another part or the end
+        Epilogue, //!< after the last boundary
     };
 
     bool readContent();

@@ -7,34 +7,33 @@
 
 namespace service {
 
-//! \brief How the connection is to be mistreated while a request is answered.
+//! \brief The faults on the connection while a request is processed.
 struct Misbehaviour
 {
-    qint64 dropAfterBytes = -1; //!< end the connection once so much of the request's body was read
-    qint64 cutAfterBytes = -1; //!< send so much of the response's body, then end the connection
-    qint64 delayMs = 0; //!< respond so much later; below 0 until the client goes
-    bool isReplyLost = false; //!< do not respond, end the connection
-    bool isRequested = false; //!< whether any of this, or a wrong response, was asked for
+    qint64 dropAfterBytes = -1; //!< close the connection after so many bytes of the request's body
+    qint64 cutAfterBytes = -1; //!< close the connection after so many bytes of the response's body
+    qint64 delayMs = 0; //!< delay the response; below 0 until the client disconnects
+    bool isReplyLost = false; //!< close the connection without a response
+    bool isRequested = false; //!< true if there is any fault, also a wrong response
 };
 
-//! \brief The work for one request.
+//! \brief Processes one request.
 //!
-//! The functions are called in the order in which they stand here, on the threads of a pool: one after the other, but
-//! not on the same thread, and no thread waits for the bytes of a body. What they throw goes to failure(), and the
-//! request ends with its response.
+//! The functions are called in the order in which they are declared, one after the other, on different threads of a pool. No thread
+//! waits for the bytes of a body. Exceptions are passed to failure(), whose response ends the request.
 class RequestHandler
 {
 public:
     virtual ~RequestHandler() = default;
 
-    //! Everything that needs no body. A response ends the request, and its body is not read.
+    //! Does everything that needs no body. If it returns a response, the request ends and its body is not read.
     virtual std::optional<HttpResponse> begin() = 0;
-    //! The next bytes of the body.
+    //! Takes the next bytes of the body.
     virtual void takeBody(const char *data, qint64 length) = 0;
-    //! The whole body has been taken.
+    //! Called after the whole body.
     virtual HttpResponse finish() = 0;
 
-    //! The response to what one of the functions has thrown.
+    //! Returns the response to an exception of one of the other functions.
     virtual HttpResponse failure(const std::exception_ptr &error) = 0;
 
     const Misbehaviour &misbehaviour() const { return m_misbehaviour; }

@@ -24,10 +24,10 @@ HttpError invalid(const char *what)
     return {400, QStringLiteral("The request is not valid HTTP: %1.").arg(QLatin1String(what))};
 }
 
-//! What the parser tolerates and other programs on the way may read differently.
+//! Refuses what the parser accepts but other programs on the way may interpret differently.
 void checkLines(std::string_view head)
 {
-    qsizetype fields = -1; // the first line is none
+    qsizetype fields = -1; // the first line is not a header field
     for (size_t start = 0; start + 2 < head.size(); ++fields) {
         const size_t end = head.find("\r\n", start);
         const std::string_view line = head.substr(start, end - start);
@@ -43,7 +43,7 @@ void checkLines(std::string_view head)
     }
 }
 
-//! Headers of which a second one would mean something else to whoever reads the first.
+//! Headers that must occur only once, because programs may use the first or the last of them.
 bool isSingle(const QByteArray &name)
 {
     static const QList<QByteArray> names{"authorization", "content-length", "content-type",
@@ -82,7 +82,7 @@ void requireHost(const Parser::value_type &message, const HttpRequest &request)
         throw invalid("the Host is missing or wrong");
 }
 
-//! An address with a host in it, as proxies get it, loses the host, which then counts.
+//! Removes the host from an absolute address, as proxies get it; it takes precedence over the Host header.
 void readTarget(const Parser::value_type &message, HttpRequest &request)
 {
     request.target = bytesOf(message.target());
@@ -128,7 +128,7 @@ RequestHead parseRequestHead(std::string_view head, qint64 maxBodyBytes)
     checkLines(head);
     Parser parser;
     parser.header_limit(static_cast<std::uint32_t>(head.size()) + 1);
-    parser.body_limit(boost::none); // the limit is ours
+    parser.body_limit(boost::none); // the service has its own limit
     boost::beast::error_code error;
     parser.put(boost::asio::const_buffer(head.data(), head.size()), error);
     if (error && error != http::error::need_more)
@@ -139,14 +139,14 @@ RequestHead parseRequestHead(std::string_view head, qint64 maxBodyBytes)
     const Parser::value_type &message = parser.get();
     RequestHead result;
     HttpRequest &request = result.request;
-    request.verb = bytesOf(message.method_string());
-    request.isHead = request.verb == "HEAD";
+    request.method = bytesOf(message.method_string());
+    request.isHead = request.method == "HEAD";
     if (request.isHead)
-        request.verb = QByteArrayLiteral("GET");
+        request.method = QByteArrayLiteral("GET");
     readHeaders(message, request);
     requireHost(message, request);
     readTarget(message, request);
-    requireHost(message, request); // of an address with a host in it
+    requireHost(message, request); // for an absolute address
     readBodyLength(request, maxBodyBytes);
     const QByteArray expected = request.header("expect").toLower();
     if (!expected.isEmpty() && expected != "100-continue")

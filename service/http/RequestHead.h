@@ -6,7 +6,7 @@
 
 namespace service {
 
-//! \brief How large the head of a request may be.
+//! \brief The limits for the head of a request.
 struct HeadLimits
 {
     static constexpr qsizetype TargetBytes = 8192;
@@ -14,22 +14,22 @@ struct HeadLimits
     static constexpr qsizetype Fields = 100;
 };
 
-//! \brief What the head of a request says.
+//! \brief The parsed head of a request.
 struct RequestHead
 {
     HttpRequest request;
-    bool keepsAlive = true; //!< the client wants to send further requests on the connection
+    bool keepsAlive = true; //!< the client may send further requests on the connection
     bool expectsContinue = false; //!< the client waits for "100 Continue" before it sends the body
 };
 
-//! Reads a whole head, up to and with its empty line.
+//! Parses a complete head, including its empty line.
 //!
-//! Strict: what two programs could read in two ways is refused, because the body of one request must never be
-//! taken for another request.
-//! \throws HttpError 400 for everything that is not HTTP/1.1 or 1.0 by the letter; 411, 413, 414, 417, 431
+//! Heads that programs could interpret differently are refused, because the body of one request must never be taken for another
+//! request.
+//! \throws HttpError 400 for everything that does not conform to HTTP/1.1 or 1.0; 411, 413, 414, 417, 431
 RequestHead parseRequestHead(std::string_view head, qint64 maxBodyBytes);
 
-//! The refusal of a head that has become too long before its end was seen: 414 or 431.
+//! Returns the error for a head that is too long, before its end has arrived: 414 or 431.
 HttpError headTooLong(std::string_view start);
 
 } // namespace service

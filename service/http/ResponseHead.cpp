@@ -51,7 +51,7 @@ QByteArray responseHead(const HttpResponse &response,
     if (!keepAlive)
         return head + "Connection: close\r\n\r\n";
     head += "Connection: keep-alive\r\n";
-    // A little less, for requests that are on their way when the time is over.
+    // A little less, for requests that are on their way when the time expires.
     const auto announced =
         std::chrono::duration_cast<std::chrono::seconds>(*keepAlive) - KeepAliveMargin;
     if (announced.count() > 0)

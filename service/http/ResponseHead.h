@@ -9,8 +9,8 @@ namespace service {
 
 struct HttpResponse;
 
-//! Status line and headers of \a response, with Date and, unless the status has no body, Content-Length.
-//! \param keepAlive how long the connection stays open for another request; nothing if it closes
+//! Returns the status line and the headers of \a response, with Date and, unless the status has no body, Content-Length.
+//! \param keepAlive how long the connection stays open for another request; nothing if it is closed
 QByteArray responseHead(const HttpResponse &response,
                         std::optional<std::chrono::milliseconds> keepAlive);
 

@@ -92,7 +92,7 @@ ResponseSender::Result ResponseSender::sendFile(int socket, qint64 *moved)
     thread_local std::vector<char> block(static_cast<size_t>(FileBlock));
     qint64 turn = std::min(m_fileLeft, BytesPerTurn);
     while (turn > 0) {
-        // What the socket does not take is read again, so that waiting connections hold no block. (sendfile() is slower.)
+        // Data that the socket does not accept is read again later, so that waiting connections need no buffer. (sendfile() is slower.)
         const qint64 wanted = std::min(turn, FileBlock);
         const ssize_t read =
             ::pread(m_file, block.data(), static_cast<size_t>(wanted), m_fileOffset);

@@ -8,17 +8,17 @@ namespace service {
 struct FileBody;
 struct ServerContext;
 
-//! \brief Sends one response on a socket that does not block.
+//! \brief Sends one response on a non-blocking socket.
 //!
-//! A body in a file is read as the socket takes it. What waits in memory for slow clients is bounded by
-//! HttpLimits::unreadBytes; beyond that it is moved to a temporary file.
+//! A body in a file is read while it is sent. HttpLimits::unreadBytes limits the memory of responses to slow clients; above that they
+//! are moved to a temporary file.
 class ResponseSender
 {
 public:
     enum class Result {
         Sent,
         Blocked, //!< the client must read first
-        Paused, //!< much was sent; others want a turn
+        Paused, //!< much was sent; other connections have their turn
         Lost, //!< the connection has ended, or the rest cannot be sent
     };
 
@@ -27,16 +27,15 @@ public:
     ResponseSender(const ResponseSender &) = delete;
     ResponseSender &operator=(const ResponseSender &) = delete;
 
-    //! Makes \a head and \a body what is to be sent.
+    //! Sets the head and the body to be sent.
     void start(const QByteArray &head, const QByteArray &body);
-    //! Opens the file that is to follow \a head; false, with the reason logged, if it cannot be read. To be called before
-    //! start().
+    //! Opens the file that follows the head. If it cannot be read, logs the reason and returns false. To be called before start().
     bool openFile(const FileBody &file);
 
-    //! Nothing beyond \a bytes of the body is sent.
+    //! Sends at most \a bytes of the body.
     void cutBodyAfter(qint64 bytes);
 
-    //! Adds to \a moved the number of bytes sent.
+    //! Adds the number of bytes sent to \a moved.
     Result send(int socket, qint64 *moved);
 
     void clear();
@@ -44,7 +43,7 @@ public:
 private:
     Result sendText(int socket, qint64 *moved);
     Result sendFile(int socket, qint64 *moved);
-    //! Keeps the unsent rest within the bounds; false if there is no room for it.
+    //! Moves the unsent rest to a file if the limit is exceeded; false if there is no room for it.
     bool keepRest();
     bool moveRestToFile();
     void giveMemory();

@@ -31,22 +31,22 @@ QStringList segmentsOf(const char *path)
     return QString::fromLatin1(path).split(QLatin1Char('/'));
 }
 
-bool isGet(const char *verb)
+bool isGet(const char *method)
 {
-    return qstrcmp(verb, "GET") == 0;
+    return qstrcmp(method, "GET") == 0;
 }
 
 } // namespace
 
-void Router::add(const char *verb, const char *path, Handler handler, Check check)
+void Router::add(const char *method, const char *path, Handler handler, Check check)
 {
     m_routes.push_back(
-        {verb, segmentsOf(path), std::move(handler), {}, false, isGet(verb), std::move(check)});
+        {method, segmentsOf(path), std::move(handler), {}, false, isGet(method), std::move(check)});
 }
 
-void Router::addPublic(const char *verb, const char *path, Handler handler)
+void Router::addPublic(const char *method, const char *path, Handler handler)
 {
-    m_routes.push_back({verb, segmentsOf(path), std::move(handler), {}, true, isGet(verb), {}});
+    m_routes.push_back({method, segmentsOf(path), std::move(handler), {}, true, isGet(method), {}});
 }
 
 void Router::addChangingGet(const char *path, Handler handler)
@@ -54,9 +54,9 @@ void Router::addChangingGet(const char *path, Handler handler)
     m_routes.push_back({"GET", segmentsOf(path), std::move(handler), {}, false, false, {}});
 }
 
-void Router::addUpload(const char *verb, const char *path, Uploader uploader)
+void Router::addUpload(const char *method, const char *path, Uploader uploader)
 {
-    m_routes.push_back({verb, segmentsOf(path), {}, std::move(uploader), false, false, {}});
+    m_routes.push_back({method, segmentsOf(path), {}, std::move(uploader), false, false, {}});
 }
 
 const Router::Route &Router::find(HttpRequest &request) const
@@ -66,12 +66,12 @@ const Router::Route &Router::find(HttpRequest &request) const
     for (const Route &route : m_routes) {
         if (!fits(route.segments, request.segments, captures))
             continue;
-        if (route.verb == request.verb && (route.hasHead || !request.isHead)) {
+        if (route.method == request.method && (route.hasHead || !request.isHead)) {
             request.captures = captures;
             return route;
         }
-        if (!allowed.contains(route.verb))
-            allowed.append(route.verb);
+        if (!allowed.contains(route.method))
+            allowed.append(route.method);
         if (route.hasHead && !allowed.contains("HEAD"))
             allowed.append("HEAD");
     }

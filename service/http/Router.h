@@ -12,9 +12,9 @@ namespace service {
 
 struct HttpRequest;
 struct HttpResponse;
-class Session;
+class RequestState;
 
-//! \brief Takes the body of one request piece by piece, and then responds.
+//! \brief Takes the body of one request piece by piece, and returns the response.
 class BodySink
 {
 public:
@@ -23,40 +23,40 @@ public:
     virtual HttpResponse finish() = 0;
 };
 
-//! \brief Which function answers which request method and path.
+//! \brief The functions that handle requests, by request method and path.
 class Router
 {
 public:
-    //! Gets the body whole, in HttpRequest::body.
-    using Handler = std::function<HttpResponse(HttpRequest &, Session &)>;
-    //! Refuses a request before its body is read, above all when a right is missing. The handler refuses it as well: meanwhile
-    //! rights may change.
-    using Check = std::function<void(HttpRequest &, Session &)>;
-    //! Makes what takes a large body; called before any of it has been read. Request and session outlive the result.
-    using Uploader = std::function<std::unique_ptr<BodySink>(HttpRequest &, Session &)>;
+    //! The whole body is in HttpRequest::body.
+    using Handler = std::function<HttpResponse(HttpRequest &, RequestState &)>;
+    //! Refuses a request before its body is read, for example because a right is missing. The handler must check again, because rights
+    //! may change meanwhile.
+    using Check = std::function<void(HttpRequest &, RequestState &)>;
+    //! Creates the object that takes a large body; called before the body is read. Request and state outlive the result.
+    using Uploader = std::function<std::unique_ptr<BodySink>(HttpRequest &, RequestState &)>;
 
     struct Route
     {
-        QByteArray verb;
+        QByteArray method;
         QStringList segments;
         Handler handler;
         Uploader uploader; //!< instead of handler
         bool isPublic = false; //!< needs no authentication
-        bool hasHead = false; //!< takes HEAD too
+        bool hasHead = false; //!< HEAD is allowed too
         Check check;
     };
 
-    //! \param path segments as they are, or "*" for any one text, which is put into HttpRequest::captures.
-    //! Of two routes that both fit, the one added first counts. A GET takes HEAD too.
-    void add(const char *verb, const char *path, Handler handler, Check check = {});
-    //! Needs no authentication.
-    void addPublic(const char *verb, const char *path, Handler handler);
-    //! A GET that changes something: it takes no HEAD, which never may.
+    //! Adds a route. If several routes match a request, the first one is used. HEAD is allowed if \a method is GET.
+    //! \param path segments, with "*" for any text, which is appended to HttpRequest::captures
+    void add(const char *method, const char *path, Handler handler, Check check = {});
+    //! Adds a route that needs no authentication.
+    void addPublic(const char *method, const char *path, Handler handler);
+    //! Adds a GET that changes something: HEAD is not allowed, because it must not change anything.
     void addChangingGet(const char *path, Handler handler);
-    void addUpload(const char *verb, const char *path, Uploader uploader);
+    void addUpload(const char *method, const char *path, Uploader uploader);
 
-    //! The route, with the request's captures filled. \throws HttpError 404 for an unknown path, and
-    //! MethodNotAllowed for a known one that does not take the request method
+    //! Returns the route of \a request, and sets its captures. \throws HttpError 404 for an unknown path, and MethodNotAllowed for a
+    //! known one without this request method
     const Route &find(HttpRequest &request) const;
 
     const std::vector<Route> &routes() const { return m_routes; }
@@ -65,15 +65,15 @@ private:
     std::vector<Route> m_routes;
 };
 
-//! \brief The path exists, but does not take the request method.
+//! \brief The path exists, but not with this request method.
 class MethodNotAllowed : public std::exception
 {
 public:
-    explicit MethodNotAllowed(const QByteArray &verbs) : m_verbs(verbs) {}
-    QByteArray allowed() const { return m_verbs; } //!< for the Allow header
+    explicit MethodNotAllowed(const QByteArray &methods) : m_methods(methods) {}
+    QByteArray allowed() const { return m_methods; } //!< for the Allow header
 
 private:
-    QByteArray m_verbs;
+    QByteArray m_methods;
 };
 
 } // namespace service

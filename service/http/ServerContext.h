@@ -9,7 +9,7 @@
 
 namespace service {
 
-//! \brief What all connections of one server share.
+//! \brief The objects that all connections of a server share.
 struct ServerContext
 {
     static constexpr int Workers = 16;
@@ -23,7 +23,7 @@ struct ServerContext
     std::atomic<bool> isStopping{false};
     std::atomic<qint64> unreadBytes{0}; //!< of responses in memory that wait for their clients
     std::atomic<qint64> unreadDiskBytes{0}; //!< of those in temporary files
-    WorkerPool workers; //!< last, so that its jobs have ended before the rest goes
+    WorkerPool workers; //!< last, so that its jobs end before the other members are destroyed
 };
 
 } // namespace service

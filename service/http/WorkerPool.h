@@ -10,16 +10,16 @@
 
 namespace service {
 
-//! \brief A fixed number of threads that take jobs in the order in which they come. Callable from any thread.
+//! \brief A fixed number of threads that run jobs in the order in which they were posted. Thread-safe.
 class WorkerPool
 {
 public:
     explicit WorkerPool(int threadCount);
-    ~WorkerPool(); //!< does what has been posted, then ends the threads
+    ~WorkerPool(); //!< runs all posted jobs, then ends the threads
 
     void post(std::function<void()> job);
 
-    //! Whether another job would find a free thread at once.
+    //! Returns true if a thread is free for another job.
     bool hasFreeThread() const { return m_busyCount.load() < m_threadCount; }
 
 private:

@@ -42,7 +42,7 @@ bool Access::may(const Document &document, Action action)
 void Access::require(const QString &projectId, Action action)
 {
     requireValidProjectId(projectId);
-    // Without users a project comes into being with its first document.
+    // Without users a project is created with its first document.
     if (!m_user.isLocal && !m_projects.exists(projectId))
         throw ServiceError(Refusal::NotFound,
                            QStringLiteral("There is no project %1.").arg(projectId));

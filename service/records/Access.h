@@ -11,7 +11,7 @@ namespace service {
 
 class Database;
 
-//! \brief What the asking user may do. Answers and refusals both come from roleAllows().
+//! \brief The rights of the current user. Everything is decided by roleAllows().
 class Access
 {
 public:
@@ -20,13 +20,13 @@ public:
     const User &user() const { return m_user; }
 
     bool may(const QString &projectId, Action action);
-    //! On one document: by the role, or by the role's "self" action on what the user has created. Deleting a
-    //! folder counts as own only when everything below it is.
+    //! Returns true if the role allows the action on the document, or allows its "self" action and the user has created the document.
+    //! For deleting a folder the user must also have created everything below it.
     bool may(const Document &document, Action action);
 
-    //! \throws ServiceError for an unknown project, or a role that does not allow it
+    //! \throws ServiceError if the project is unknown or the role does not allow the action
     void require(const QString &projectId, Action action);
-    //! \throws ServiceError for a role that does not allow it
+    //! \throws ServiceError if the role does not allow the action
     void require(const Document &document, Action action);
 
     //! \throws ServiceError if no project gives the user a role that allows it
@@ -38,7 +38,7 @@ private:
     Database &m_database;
     Projects m_projects;
     User m_user;
-    QHash<QString, Role> m_roles; //!< asked once for each request
+    QHash<QString, Role> m_roles; //!< looked up once for each request
 };
 
 } // namespace service

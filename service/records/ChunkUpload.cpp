@@ -85,7 +85,7 @@ QJsonObject ChunkUpload::find(const QString &md5)
         return finish(*upload);
     }
     if (!isHeld(*upload))
-        upload->savedChunk = 0; // the next chunk finds out the same and starts again
+        upload->savedChunk = 0; // the next chunk will fail in the same way and start again
     return toJson(*upload);
 }
 
@@ -106,7 +106,7 @@ void ChunkUpload::drop(const QString &id)
                            QStringLiteral("Another user has begun this upload."));
     }
     const ContentLock lock(m_store.folder(), upload->md5);
-    upload = m_uploads.find(id); // its last chunk may have come meanwhile
+    upload = m_uploads.find(id); // its last chunk may have arrived meanwhile
     if (upload)
         remove(*upload);
 }
@@ -127,7 +127,7 @@ LargeFile ChunkUpload::uploadFor(const Chunk &chunk)
     return upload;
 }
 
-//! The part file may have been lost with the disk.
+//! The part file may be missing, for example after a disk failure.
 bool ChunkUpload::isHeld(const LargeFile &upload) const
 {
     return upload.savedChunk == 0
@@ -167,7 +167,7 @@ QJsonObject ChunkUpload::store(const Chunk &chunk, LargeFile upload)
     return upload.isVerified() ? finish(upload) : toJson(upload);
 }
 
-//! Also after a crash, which may have come between any two of these steps.
+//! Also continues after a crash between any two of these steps.
 QJsonObject ChunkUpload::finish(LargeFile upload)
 {
     const bool hasPart = QFile::exists(m_store.partPath(upload.part));

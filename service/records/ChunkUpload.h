@@ -19,29 +19,28 @@ struct Chunk
     QByteArray bytes;
 };
 
-//! \brief Puts the chunks that one user sends together to a content.
+//! \brief Assembles a content from the chunks that a user sends.
 //!
-//! A chunk is written, on the disk, and only then counted, so that the record of an upload never says more than what
-//! is held. The digests are computed as the chunks come and their state kept with the record: the last chunk
-//! is answered as fast as any other, after a restart too.
+//! A chunk is counted after it has been written to the disk, so that the upload record never counts chunks that are lost. The digests
+//! are computed as the chunks arrive, and their state is stored with the upload record: the last chunk takes no longer than the
+//! others, also after a restart.
 class ChunkUpload
 {
 public:
     ChunkUpload(Database &database, ContentStore &store, Access &access);
 
-    //! Takes a chunk that is the next one; another is not kept. Of a content that the user may download already
-    //! nothing is needed. \return the record after it
-    //! \throws ServiceError: Conflict when the chunk has another file size than the record, or the service holds
-    //! another file with that MD5; Mismatch when the last chunk is there and the MD5 is not the one claimed, and
-    //! the record is dropped then
+    //! Stores \a chunk if it is the next one, and ignores it otherwise, or if the user may already download the content.
+    //! \return the upload record afterwards
+    //! \throws ServiceError: Conflict if the chunk and the upload record have different file sizes, or the service has another file with
+    //! that MD5; Mismatch if all chunks have arrived and the MD5 is wrong: the upload is removed then
     QJsonObject take(const Chunk &chunk, bool isToBeForgotten);
 
-    //! The record of the user's upload with that MD5, complete for a content that is there and that the user may
-    //! download; empty without one.
+    //! Returns the upload record of the user for that MD5; a complete one for a content that the user may download; nothing if there
+    //! is none.
     QJsonObject find(const QString &md5);
 
-    //! Ends the user's upload and removes what is held of it.
-    //! \throws ServiceError: NotFound, Forbidden for another user's, Conflict for one that is complete
+    //! Ends an upload of the user and removes its chunks.
+    //! \throws ServiceError: NotFound, Forbidden for the upload of another user, Conflict for a complete one
     void drop(const QString &id);
 
 private:

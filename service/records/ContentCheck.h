@@ -10,18 +10,18 @@ class ContentStore;
 class Database;
 struct StoredFile;
 
-//! A content that is not what the records say.
+//! A content that differs from its entry in the database.
 struct DamagedContent
 {
     QString md5;
-    QString reason; //!< half a sentence
-    QStringList documents; //!< "PROJECT/Folder/name (ID)", those that have or had it
+    QString reason; //!< part of a sentence
+    QStringList documents; //!< those that have or had the content, as "PROJECT/Folder/name (ID)"
 };
 
-//! \brief Reads every content and compares it with what the records say.
+//! \brief Reads every content and compares it with the database.
 //!
-//! What is damaged is moved aside, so that nobody gets wrong bytes and the next upload of the same file mends it. The
-//! SHA-256 of what an earlier version stored is added. Works while a service is running on the data folder.
+//! Damaged contents are moved aside, so that they cannot be downloaded, and the next upload of the same file repairs them. The SHA-256
+//! of contents that an earlier version has stored is added. May be used while a service is running on the data folder.
 class ContentCheck
 {
 public:

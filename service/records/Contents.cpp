@@ -67,7 +67,7 @@ StoredFile Contents::admit(const ContentDigest &digest, StoredFile fresh,
     const std::optional<StoredFile> known = m_files.findByMd5(digest.md5);
     if (known)
         requireSame(*known, digest);
-    // Only when the content is safe on the disk does a row say that it exists.
+    // The row is added only after the content has been written to the disk.
     if (!known || !m_store.holds(digest.md5, digest.size))
         giveName();
     Transaction transaction(m_database);
@@ -85,12 +85,12 @@ void Contents::requireSame(const StoredFile &known, const ContentDigest &digest)
         if (stored.md5 == known.md5)
             sha256 = stored.sha256;
         else
-            m_store.moveAside(path); // damaged: what has arrived takes its place
+            m_store.moveAside(path); // damaged: replaced by the new content
     }
     if (known.size != digest.size || (!sha256.isEmpty() && sha256 != digest.sha256)) {
         throw ServiceError(Refusal::Conflict,
-                           QStringLiteral("The service holds another file with the same MD5 and "
-                                          "cannot keep this one beside it."));
+                           QStringLiteral("The service has another file with the same MD5 and "
+                                          "cannot store this one."));
     }
 }
 

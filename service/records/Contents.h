@@ -11,32 +11,32 @@ class IncomingFile;
 class ServiceError;
 struct ContentDigest;
 
-//! \brief The stored contents as one user may see them: nobody learns from an MD5 or an id alone that a content is
-//! there, and nobody is told of one that is not on the disk.
+//! \brief The contents that one user may access. An MD5 or an id alone does not tell whether a content exists, and contents that are
+//! missing on the disk are never reported as existing.
 class Contents
 {
 public:
     Contents(Database &database, ContentStore &store, Access &access);
 
-    //! The content with that MD5, when it is whole and the user may download it.
+    //! Returns the content with that MD5 if it is complete and the user may download it.
     std::optional<StoredFile> findByMd5(const QString &md5);
 
-    //! The content that the user wants to attach to a document. \throws ServiceError: Invalid for one that the user
-    //! may not download, the same as for an unknown id; Gone for one that is no longer on the disk
+    //! Returns the content that is to be attached to a document. \throws ServiceError: Invalid if the user may not download it or the id
+    //! is unknown; Gone if it is no longer on the disk
     StoredFile requireForDocument(const QString &id);
 
-    //! The content that the user wants to read. \throws ServiceError: NotFound, Gone
+    //! Returns the content that is to be downloaded. \throws ServiceError: NotFound, Gone
     StoredFile requireForDownload(const QString &id);
 
-    //! \throws ServiceError (Gone) for a content that is no longer on the disk
+    //! \throws ServiceError (Gone) if the content is no longer on the disk
     void requireHeld(const StoredFile &file);
 
-    //! Stores what has arrived; the user counts as one who uploaded it.
-    //! \throws ServiceError (Conflict) for a file that has the MD5 of another one
+    //! Stores a file, and the user as one who has uploaded it.
+    //! \throws ServiceError (Conflict) if another file has the same MD5
     StoredFile keep(IncomingFile &file, const QString &name);
 
-    //! The same for bytes that \a giveName will name as content when that is needed. Under the ContentLock.
-    //! \param fresh the row for a content that is new
+    //! The same for a file that \a giveName makes a content if that is necessary. Requires the ContentLock.
+    //! \param fresh the row for a new content
     StoredFile admit(const ContentDigest &digest, StoredFile fresh,
                      const std::function<void()> &giveName);
 

@@ -4,13 +4,13 @@
 
 namespace service {
 
-//! \brief A row of the table of documents, and what the asking user has added to it.
+//! \brief A row of the table of documents, with data of the current user.
 struct Document
 {
     enum Recycle {
         Present = 0,
-        Deleted = 1, //!< put into the recycle bin itself
-        BelowDeleted = 2, //!< went into it with a folder above
+        Deleted = 1, //!< moved to the recycle bin itself
+        BelowDeleted = 2, //!< moved to it together with a folder above
     };
 
     QString id;
@@ -36,8 +36,8 @@ struct Document
     QString updatedBy;
 
     QString links; //!< JSON: [[kind, id], …], kinds and ids in order
-    bool isFavorite = false; //!< of the asking user
-    qint64 downloadedAt = 0; //!< by the asking user
+    bool isFavorite = false; //!< for the current user
+    qint64 downloadedAt = 0; //!< by the current user
 
     bool isFolder() const { return type == QLatin1String("dir"); }
 };

@@ -85,7 +85,7 @@ const DocumentField *findAskedField(const QString &key)
     QString name = key;
     if (name == QLatin1String("documentId"))
         name = QStringLiteral("_id");
-    // Clients read a file's data from the nested object, and may ask by it.
+    // Clients read the data of a file from the nested object, and may use it in conditions.
     const QLatin1String nested("file.");
     const bool isOfFile = name.startsWith(nested);
     if (isOfFile)

@@ -12,30 +12,30 @@
 
 namespace service {
 
-//! \brief One field of a document: a column of the table, a member of Document, a key of the interface.
+//! \brief One field of a document: a column of the table, a member of Document, a key in JSON.
 //!
-//! Selection, insertion, update, JSON, conditions, sort keys and the keys that requests may have come from the table
-//! of these. A new field is a member, a row and a migration.
+//! SQL statements, JSON, conditions, sort keys and the keys that requests may contain are all derived from the table of fields. A new
+//! field needs a member, a row and a migration.
 struct DocumentField
 {
     enum class Kind {
         Text,
-        Id, //!< NULL where there is none
+        Id, //!< NULL if there is none
         Number,
         Time,
     };
 
-    //! What may be done with the field.
+    //! How a field is used.
     enum Use : unsigned {
         Sent = 1U << 0U, //!< in the JSON of every document
         SentForFiles = 1U << 1U, //!< the same, but not for folders
-        Asked = 1U << 2U, //!< in conditions and sort keys
+        Asked = 1U << 2U, //!< allowed in conditions and sort keys
         Inserted = 1U << 3U, //!< written with a new document
         Updated = 1U << 4U, //!< written with a change
-        Created = 1U << 5U, //!< a request for a new document may have it
-        Changed = 1U << 6U, //!< a request for a change may have it
-        Plain = 1U
-            << 7U, //!< what a request says is stored as it is, up to the limit; others have rules of their own
+        Created = 1U << 5U, //!< allowed in a request for a new document
+        Changed = 1U << 6U, //!< allowed in a request for a change
+        Plain =
+            1U << 7U, //!< stored unchanged, up to the limit; other fields have rules of their own
         Stored = Inserted | Updated,
         Free = Stored | Created | Changed | Plain,
     };
@@ -51,11 +51,11 @@ struct DocumentField
 
     bool may(unsigned use) const { return (uses & use) == use; }
 
-    //! The column of the table called d.
+    //! Returns the column of the table called d.
     QString sqlName() const { return QStringLiteral("d.") + QLatin1String(column); }
-    //! For a statement.
+    //! Returns the value for a statement.
     QVariant value(const Document &document) const;
-    //! From the column of a statement.
+    //! Sets the member from a column of a statement.
     void setValue(Document &document, const QVariant &value) const;
     QJsonValue json(const Document &document) const;
 };
@@ -66,10 +66,10 @@ constexpr int MaxRemarkBytes = 10000;
 using Fields = std::array<DocumentField, 21>;
 const Fields &documentFields();
 
-//! The field that conditions and sort keys call \a key; null for one that they do not know.
+//! Returns the field with that \a key in conditions and sort keys; null if there is none.
 const DocumentField *findAskedField(const QString &key);
 
-//! The keys that a request may have, those that are no columns included.
+//! Returns the keys that a request may contain, including those without a column.
 //! \param use Created or Changed
 std::vector<const char *> requestKeys(DocumentField::Use use);
 

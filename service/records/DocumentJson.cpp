@@ -30,7 +30,7 @@ QJsonArray rightsToJson(const Document &document, Access &access)
 {
     QJsonArray rights;
     for (const Action action : documentActions()) {
-        // The words, not JSON's true and false: clients read a right as text.
+        // Strings, not true and false: clients expect rights as strings.
         const QString value =
             access.may(document, action) ? QStringLiteral("true") : QStringLiteral("false");
         rights.append(QJsonObject{{QStringLiteral("key"), actionKey(action)},
@@ -39,7 +39,7 @@ QJsonArray rightsToJson(const Document &document, Access &access)
     return rights;
 }
 
-//! Inserts what is selected; values that cost something come as functions.
+//! Inserts the selected keys; values that are expensive to compute are passed as functions.
 class Writer
 {
 public:
@@ -75,7 +75,7 @@ DocumentSelection parseSelection(const QString &select, bool linkedEntity)
         else if (!word.startsWith(QLatin1Char('-')))
             selection.fields.insert(word);
     }
-    // Clients read a file's data from the nested object, whichever name they ask by.
+    // Clients read the data of a file from the nested object, whichever key they select.
     for (const QLatin1String part :
          {QLatin1String("fileId"), QLatin1String("fileSize"), QLatin1String("suffix")}) {
         if (selection.fields.contains(part))

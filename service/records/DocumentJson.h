@@ -10,7 +10,7 @@ class Access;
 struct Document;
 struct Version;
 
-//! \brief Which keys of a document are sent.
+//! \brief The keys of a document that are sent.
 struct DocumentSelection
 {
     QSet<QString> fields; //!< empty for all; "_id" is always sent
@@ -18,8 +18,8 @@ struct DocumentSelection
     bool hasPwd = false;
 };
 
-//! Reads the parameters select and linkedEntity: "-entities" leaves the links out, unless linkedEntity is
-//! true; a list of names limits the keys.
+//! Parses the parameters select and linkedEntity: "-entities" excludes the links, unless linkedEntity is true; a list of keys selects
+//! only these.
 DocumentSelection parseSelection(const QString &select, bool linkedEntity);
 
 QJsonObject documentToJson(const Document &document, const DocumentSelection &selection,

@@ -12,7 +12,7 @@ namespace {
 
 const char *const parentKey = "parentId";
 
-//! Takes the folder whose children are asked for out of \a where: null for the top level.
+//! Removes the folder whose children are listed from \a where and returns it: null for the top level.
 QJsonValue takeParent(QJsonObject &where)
 {
     const QString key = QString::fromLatin1(parentKey);
@@ -36,8 +36,8 @@ void addBelow(const QString &folderId, const QString &state, SqlFilter &filter)
                {folderId});
 }
 
-//! Where in the tree, and whether in the recycle bin: in its top level stand the things that were deleted
-//! themselves, wherever they lay.
+//! The condition for the place in the tree, or in the recycle bin: its top level has the documents that were deleted themselves,
+//! wherever they were.
 void addPlace(const DocumentQuery &query, const QJsonValue &parent, SqlFilter &filter)
 {
     const bool isBin = query.category == QLatin1String("recycle");
@@ -101,7 +101,7 @@ void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
             values, visit);
         return;
     }
-    // The page is found by the index alone; only its own rows are read whole.
+    // The page is found with the index alone; only its own rows are read completely.
     values += {rowLimit(query.limit), query.skip};
     run(QStringLiteral("SELECT %1 FROM (SELECT d.%4 AS r FROM document d WHERE %2%3 "
                        "LIMIT ? OFFSET ?) page JOIN document d ON d.%4 = page.r%3")

@@ -75,7 +75,7 @@ void DocumentTree::recycle(const Document &document, const QString &userId)
 
 void DocumentTree::restore(const Document &document, const QString &userId)
 {
-    // What was deleted on its own before its folder stays in the bin: the walk ends at it.
+    // Documents that were deleted themselves before their folder stay in the recycle bin: they end the recursion.
     execute(m_database,
             QStringLiteral("WITH RECURSIVE below (id) AS ("
                            "SELECT id FROM document WHERE parent_id = ? AND recycle = 2 UNION ALL "
@@ -103,7 +103,7 @@ int DocumentTree::purge(const QString &projectId, const QString &category)
                            "SELECT d.id FROM document d JOIN gone g ON d.parent_id = g.id "
                            "WHERE d.recycle = 2) INSERT INTO doomed SELECT id FROM gone"),
             {projectId, category, category});
-    // What was deleted on its own and is not concerned survives its folder.
+    // Documents that were deleted themselves, and are not to be removed, are kept without their folder.
     execute(m_database,
             QStringLiteral("UPDATE document SET parent_id = NULL WHERE parent_id IN "
                            "(SELECT id FROM doomed) AND id NOT IN (SELECT id FROM doomed)"));

@@ -9,34 +9,33 @@ namespace service {
 
 class Database;
 
-//! \brief What concerns a document together with those above and below it. Changes belong inside a
-//! Transaction of the caller.
+//! \brief Operations on a document together with those above and below it. Changes require a Transaction.
 class DocumentTree
 {
 public:
     explicit DocumentTree(Database &database);
 
-    //! Whether \a id is \a folderId or lies somewhere below it.
+    //! Returns true if \a id is \a folderId or is below it, at any depth.
     bool isAtOrBelow(const QString &id, const QString &folderId);
 
-    //! The folders above \a id, from the top level down: id and name.
+    //! Returns the folders above \a id, from the top level down: id and name.
     QList<QPair<QString, QString>> foldersAbove(const QString &id);
 
-    //! Returns true if \a userId has created all that goes into the recycle bin with \a folder, or comes out of it:
-    //! everything below it but what was deleted on its own.
+    //! Returns true if \a userId has created everything that is deleted or restored together with \a folder: everything below it except
+    //! documents that were deleted themselves.
     bool createdAllBelow(const Document &folder, const QString &userId);
 
     qint64 childCount(const QString &id);
 
-    //! Puts a document with everything below it into the recycle bin.
+    //! Moves a document with everything below it to the recycle bin.
     void recycle(const Document &document, const QString &userId);
 
-    //! Takes a document and what went with it out of the bin: into its old folder, or into the top
-    //! level when that is no longer there.
+    //! Restores a document and everything that was deleted together with it: in its old folder, or at the top level if that no longer
+    //! exists.
     void restore(const Document &document, const QString &userId);
 
-    //! Deletes for good what lies in the bin of a project, all of it or, with a \a category, what was
-    //! deleted with that category word. \return how many documents that were
+    //! Deletes the documents in the recycle bin of a project permanently: all, or those that were deleted with \a category.
+    //! \return the number of documents
     int purge(const QString &projectId, const QString &category);
 
 private:

@@ -72,7 +72,7 @@ void Documents::insert(Document &document)
     document.createdAt = document.updatedAt = nowMs();
     document.createdBy = document.updatedBy = m_userId;
     document.suffix = document.isFolder() ? QString() : suffixOf(document.name);
-    // Where somebody has put the folder in order new things go to its end; elsewhere all stay 0.
+    // If the folder was put in order, new documents are added at its end; otherwise all positions stay 0.
     Statement last(m_database,
                    QStringLiteral("SELECT max(ord) FROM document WHERE recycle = 0 "
                                   "AND project_id = ? AND type = ? AND ")

@@ -11,7 +11,7 @@ namespace service {
 class Database;
 class Statement;
 
-//! \brief The table of documents, as one user sees it. Changes belong inside a Transaction of the caller.
+//! \brief The table of documents, for one user. Changes require a Transaction.
 class Documents
 {
 public:
@@ -22,11 +22,11 @@ public:
     //! \throws ServiceError for an unknown id
     Document require(const QString &id);
 
-    //! The folder that things may be put into. \throws ServiceError for an unknown id or one of another
-    //! project, a file, and a folder in the recycle bin
+    //! Returns a folder that documents may be added to. \throws ServiceError for an unknown id or one of another project, a file, and a
+    //! folder in the recycle bin
     Document requireTarget(const QString &id, const QString &projectId);
 
-    //! Adds the row as it stands; its id, order and times are set here.
+    //! Adds a row; sets its id, order and times.
     void insert(Document &document);
 
     //! Writes the fields that can change and sets updatedAt and updatedBy.
@@ -34,11 +34,10 @@ public:
 
     void setOrder(const QString &id, int order);
 
-    //! Whether another document in the folder \a parentId has that name.
+    //! Returns true if another document in the folder \a parentId has that name.
     bool isNameTaken(const Document &document, const QString &parentId);
 
-    //! The columns that read() expects, of a table called d; two placeholders of the user's id come
-    //! first.
+    //! Returns the columns that read() expects, of a table called d. They begin with two placeholders for the id of the user.
     static QString columns(const Database &database);
     static Document read(const Statement &row);
 

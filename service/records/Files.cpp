@@ -9,7 +9,7 @@ namespace service {
 
 namespace {
 
-constexpr qint64 PromiseStepMs = 60000; // so that asking again and again writes once
+constexpr qint64 PromiseStepMs = 60000; // so that repeated requests write only once
 
 QString selectFile()
 {
@@ -23,7 +23,7 @@ std::optional<StoredFile> readOne(Statement row)
     return StoredFile{row.text(0), row.text(1), row.text(2), row.number(3), row.text(4)};
 }
 
-//! One statement, so that readers are not kept waiting; what it notes is worth no failure.
+//! One statement, so that readers do not wait. Its failure must not fail the request.
 void note(Database &database, const QString &sql, const QVariantList &values)
 {
     try {

@@ -15,13 +15,12 @@ struct StoredFile
 {
     QString id;
     QString md5;
-    QString sha256; //!< empty for what an earlier version stored, until it is compared
+    QString sha256; //!< empty for contents of an earlier version until they are checked
     qint64 size = 0;
     QString name;
 };
 
-//! \brief The table of stored contents. It says what was stored; only the ContentStore knows what is there.
-//! Changes belong inside a Transaction of the caller.
+//! \brief The table of contents that were stored; the ContentStore tells whether they are still there. Changes require a Transaction.
 class Files
 {
 public:
@@ -30,18 +29,18 @@ public:
     std::optional<StoredFile> find(const QString &id);
     std::optional<StoredFile> findByMd5(const QString &md5);
 
-    //! The row of that content, made when it is missing, with the user among those who uploaded it. A new
-    //! row has the id of \a file, or a fresh one when that is empty.
+    //! Returns the row of that content, which is added if it is missing, and stores the user as one who has uploaded it. A new row has
+    //! the id of \a file, or a new one if that is empty.
     StoredFile insert(StoredFile file, const QString &userId);
 
-    //! Returns true if the user has uploaded the content, or may download a document that has or had it.
+    //! Returns true if the user has uploaded the content or may download a document that has or had it.
     bool mayDownload(const QString &fileId, Access &access);
 
-    //! Notes that somebody was told that the content is there, so that a sweep spares it. A full disk is no
-    //! failure: then nobody can use what was promised either. Needs no Transaction.
+    //! Stores that a client was told that the content exists, so that a sweep keeps it. A full disk is not an error: the client cannot
+    //! use the content then. Requires no Transaction.
     void notePromise(const StoredFile &file);
 
-    //! Notes the download on the documents that hold the content. The same holds: a download must not fail for it.
+    //! Stores the time of the download with the documents that have the content. A failure is ignored, like that of the function above.
     void noteDownload(const QString &fileId, const QString &userId);
 
 private:

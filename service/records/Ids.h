@@ -4,13 +4,13 @@
 
 namespace service {
 
-//! 24 hexadecimal digits, unique; later ids sort behind earlier ones of another second.
+//! Returns a unique id of 24 hexadecimal digits. Ids are sorted by the second in which they were created.
 QString newId();
 
-//! A secret of 256 random bits, as 64 hexadecimal digits.
+//! Returns a secret of 256 random bits, as 64 hexadecimal digits.
 QString newSecret();
 
-//! What is stored of a secret: its SHA-256, as hexadecimal digits.
+//! Returns the hash of a secret that is stored: its SHA-256, as hexadecimal digits.
 QString secretHash(const QString &secret);
 
 } // namespace service

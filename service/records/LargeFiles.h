@@ -9,7 +9,7 @@ namespace service {
 
 class Database;
 
-//! An upload by chunks that is under way.
+//! An upload by chunks that is in progress.
 struct LargeFile
 {
     static constexpr qint64 ChunkBytes = Q_INT64_C(4) * 1024 * 1024;
@@ -19,21 +19,22 @@ struct LargeFile
     QString part; //!< the name of the part file
     QString fileName;
     qint64 fileSize = 0;
-    int savedChunk = 0; //!< how many are held; also the next one's number
-    QByteArray hashState; //!< of the chunks held
+    int savedChunk = 0; //!< number of stored chunks; also the number of the next one
+    QByteArray hashState; //!< of the stored chunks
     QString createdBy;
 
     int totalChunk() const { return chunkCount(fileSize); }
-    //! All chunks are held and the MD5 is the one claimed.
+    //! Returns true if all chunks are stored and the MD5 is right.
     bool isVerified() const { return savedChunk == totalChunk(); }
     qint64 savedBytes() const { return static_cast<qint64>(savedChunk) * ChunkBytes; }
-    //! How long the chunk with that number is.
+    //! Returns the size of the chunk with that number.
     qint64 chunkLength(int index) const;
 
     static int chunkCount(qint64 fileSize);
 };
 
-//! \brief The table of uploads under way: one for each user and MD5, so that nobody can harm another's. Changes belong inside a Transaction of the caller.
+//! \brief The table of uploads by chunks: one for each user and MD5, so that users cannot damage uploads of others. Changes require a
+//! Transaction.
 class LargeFiles
 {
 public:
@@ -42,7 +43,7 @@ public:
     std::optional<LargeFile> find(const QString &id);
     std::optional<LargeFile> findByMd5(const QString &md5, const QString &userId);
 
-    //! Adds the upload; its id and part are set here.
+    //! Adds an upload; sets its id and part.
     void insert(LargeFile &upload, const QString &userId);
     void setSaved(const LargeFile &upload);
     void remove(const QString &id);

@@ -7,21 +7,21 @@ namespace service {
 
 class Database;
 
-//! \brief The entities that documents are linked to, in the form [{"kind": …, "ids": […]}].
+//! \brief The links of documents to entities, in the form [{"kind": …, "ids": […]}].
 class Links
 {
 public:
     explicit Links(Database &database);
 
-    //! Puts \a links in the place of the document's links; inside a Transaction of the caller.
-    //! \throws ServiceError for another form
+    //! Replaces the links of the document; requires a Transaction.
+    //! \throws ServiceError if \a links has another form
     void replace(const QString &documentId, const QJsonArray &links);
 
 private:
     Database &m_database;
 };
 
-//! From Document::links to the form of the interface.
+//! Converts Document::links to this form.
 QJsonArray linksToJson(const QString &links);
 
 } // namespace service

@@ -9,7 +9,7 @@ namespace service {
 
 class Database;
 
-//! One user's mark on one document.
+//! A mark of a user on a document.
 struct Mark
 {
     QString documentId;
@@ -17,8 +17,7 @@ struct Mark
     qint64 createdAt = 0;
 };
 
-//! \brief The marks by which each user finds documents again. Types 1 (frequent), 2 (recent) and 3
-//! (favourite) are known; others are the clients' own.
+//! \brief The table of marks. Types are 1 (frequent), 2 (recent), 3 (favourite), and numbers that clients define.
 class Marks
 {
 public:
@@ -28,8 +27,8 @@ public:
 
     void set(const QString &documentId, int type, bool isMarked);
 
-    //! Newest first. Without a \a documentId those on all documents, without a \a type those of all
-    //! types; marks on what is in the recycle bin are left out.
+    //! Lists marks, newest first: of all documents if \a documentId is empty, of all types without a \a type. Marks on documents in the
+    //! recycle bin are excluded.
     QList<Mark> list(const QString &documentId, std::optional<int> type);
 
 private:

@@ -4,17 +4,17 @@
 
 namespace service {
 
-//! \throws ServiceError for a name that no document may have: empty, more than 255 bytes of UTF-8, "." or
-//! "..", or with a slash, a backslash or a control character in it
+//! \throws ServiceError for an invalid name of a document: empty, more than 255 bytes of UTF-8, "." or "..", or one with a slash, a
+//! backslash or a control character
 void requireValidName(const QString &name);
 
-//! \throws ServiceError for text that cannot be a project's id
+//! \throws ServiceError for an invalid id of a project
 void requireValidProjectId(const QString &id);
 
-//! \throws ServiceError for text above \a maxBytes of UTF-8 or with a NUL; \a what names it
+//! \throws ServiceError, with \a what in its sentence, for a text with more than \a maxBytes of UTF-8 or with a NUL
 void requireShortText(const QString &text, const QString &what, int maxBytes);
 
-//! What follows the last dot, unless that is the first character; as it is written.
+//! Returns the text after the last dot, unless that is the first character. Upper and lower case are kept.
 QString suffixOf(const QString &name);
 
 } // namespace service

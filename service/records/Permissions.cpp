@@ -11,7 +11,7 @@ struct ActionRow
 {
     Action action;
     const char *key;
-    Role lowest; //!< this role and every higher one may
+    Role lowest; //!< the action is allowed for this role and higher ones
 };
 
 constexpr std::array<ActionRow, 9> ActionTable{{

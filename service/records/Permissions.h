@@ -7,7 +7,7 @@ namespace service {
 
 enum class Role { None, Viewer, Contributor, Editor, Owner };
 
-//! What a user may do in a project. The "self" actions are those on documents that the user has created.
+//! The actions in a project. The "self" actions are for documents that the user has created.
 enum class Action {
     Read,
     Download,
@@ -17,25 +17,25 @@ enum class Action {
     Delete,
     DeleteSelf,
     Share,
-    Purge, //!< empty the recycle bin for good
+    Purge, //!< delete documents in the recycle bin permanently
 };
 
-//! The one table that decides what is answered to "may I" and what is then allowed.
+//! Returns true if \a role allows \a action. All checks and all rights that clients get are derived from this table.
 bool roleAllows(Role role, Action action);
 
-//! "none" for a user who is not a member.
+//! Returns the name of a role, "none" for a user who is not a member.
 QString roleName(Role role);
-//! Role::None for a word that is no role.
+//! Returns Role::None for an unknown name.
 Role roleFromName(const QString &name);
 
-//! The word of an action in requests and answers, such as "edit-self".
+//! Returns the name of an action in requests and responses, such as "edit-self".
 QString actionKey(Action action);
-//! \return false for an unknown word.
+//! \return false for an unknown name.
 bool actionFromKey(const QString &key, Action *action);
-//! Those that the rights of a document are told for.
+//! Returns the actions in the rights of a document.
 const QList<Action> &documentActions();
 
-//! Edit → EditSelf, Delete → DeleteSelf; others as they are.
+//! Edit → EditSelf, Delete → DeleteSelf; other actions unchanged.
 Action selfAction(Action action);
 
 } // namespace service

@@ -10,7 +10,7 @@ namespace service {
 class Database;
 struct User;
 
-//! What a user is in a project.
+//! The role of a user in a project.
 struct Membership
 {
     QString projectId;
@@ -18,7 +18,7 @@ struct Membership
     Role role = Role::None;
 };
 
-//! A user who is something in a project.
+//! A user with a role in a project.
 struct Member
 {
     QString userId;
@@ -26,14 +26,14 @@ struct Member
     Role role = Role::None;
 };
 
-//! \brief The projects and who is what in which. Functions throw ServiceError with a sentence.
+//! \brief The tables of projects and of roles. Functions throw ServiceError.
 class Projects
 {
 public:
     explicit Projects(Database &database);
 
     void add(const QString &id, const QString &name);
-    //! Makes the project when it is missing, for the data folder without users.
+    //! Creates the project if it is missing, in a data folder without users.
     void ensure(const QString &id);
     bool exists(const QString &id);
 
@@ -41,7 +41,7 @@ public:
     void setRole(const QString &projectId, const User &user, const QString &role);
 
     QList<Membership> of(const User &user);
-    //! The members of the project, by name.
+    //! Returns the members of the project, sorted by name.
     QList<Member> members(const QString &projectId);
     Role roleIn(const QString &projectId, const User &user);
 

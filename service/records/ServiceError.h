@@ -6,17 +6,17 @@
 
 namespace service {
 
-//! Why something is refused.
+//! Why a request is refused.
 enum class Refusal {
-    Invalid, //!< the input makes no sense
+    Invalid, //!< the input is invalid
     Forbidden, //!< the user's role does not allow it
-    NotFound, //!< what is named does not exist, or not for this user
-    Conflict, //!< sensible, but not in the present state
-    Gone, //!< was there, and is no longer
-    Mismatch, //!< the bytes that arrived are not those that were announced
+    NotFound, //!< the object does not exist, or the user may not know of it
+    Conflict, //!< valid, but not possible in the present state
+    Gone, //!< the object no longer exists
+    Mismatch, //!< the bytes that have arrived are not those that were announced
 };
 
-//! \brief A request that is refused; what() is one sentence for the person who reads it.
+//! \brief The request is refused; what() is a sentence for the user.
 class ServiceError : public std::runtime_error
 {
 public:

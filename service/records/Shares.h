@@ -12,7 +12,7 @@ namespace service {
 
 class Database;
 
-//! A set of documents that everybody who has the code may look at.
+//! A set of documents that everybody with the code can see.
 struct Share
 {
     QString id;
@@ -23,29 +23,29 @@ struct Share
     QString createdBy;
 };
 
-//! \brief The shares. Changes belong inside a Transaction of the caller.
+//! \brief The table of shares. Changes require a Transaction.
 class Shares
 {
 public:
     explicit Shares(Database &database);
 
-    //! \return the code; only its hash is kept
+    //! \return the code; only its hash is stored
     QString insert(const Share &share, const QStringList &documentIds);
 
     std::optional<Share> findByCode(const QString &code);
     std::optional<Share> find(const QString &id);
-    //! Those of a project, or of all with an empty \a projectId; those of one user, or of all with an empty
-    //! \a userId. Newest first; those that have ended are among them.
+    //! Lists the shares of a project, or of all projects if \a projectId is empty; of a user, or of all users if \a userId is empty.
+    //! Newest first, including those that have ended.
     QList<Share> list(const QString &projectId, const QString &userId);
-    //! Ends a share. \return false without one
+    //! Ends a share. \return false if it does not exist
     bool remove(const QString &id);
 
-    //! What was shared itself; what has gone into the recycle bin since is left out.
-    //! \param limit how many at the most; below 0 all \param skip how many come before them
+    //! Returns the documents that were shared themselves, except those in the recycle bin.
+    //! \param limit the maximum number; below 0 for all \param skip the number of documents before them
     QList<Document> documents(const Share &share, int limit = -1, int skip = 0);
     QList<Document> children(const Document &folder, int limit, int skip);
 
-    //! The document, when it was shared or lies below a folder that was.
+    //! Returns the document if it was shared, or is below a folder that was shared.
     std::optional<Document> findDocument(const Share &share, const QString &documentId);
 
 private:

@@ -27,7 +27,7 @@ struct Row
     QString part;
 };
 
-//! All rows at once: nothing is read any more when the first of them goes.
+//! Reads all rows at once, so that the statement has ended when the first one is deleted.
 QList<Row> rows(Database &database, const QString &sql, qint64 before)
 {
     QList<Row> result;
@@ -67,7 +67,7 @@ void Sweep::sweepUploads()
                         QStringLiteral("DELETE FROM large_file WHERE id = ? AND updated_at < ?"),
                         {upload.id, m_before})
                 == 0)
-                continue; // it has gone on meanwhile
+                continue; // the upload was continued meanwhile
             transaction.commit();
             m_store.dropPart(upload.part);
         }
@@ -89,10 +89,10 @@ void Sweep::sweepContents()
                         QStringLiteral("DELETE FROM file WHERE id = ? AND ") + unusedFile(),
                         {file.id, m_before})
                 == 0)
-                continue; // somebody has come to use it meanwhile
+                continue; // it is used meanwhile
             transaction.commit();
-            // After the row: a file without a row is a stray that the next sweep finds, a row without its
-            // file a loss.
+            // After the row: a file without a row is found by the next sweep, but a row without its file would be a
+            // loss.
             m_store.removeContent(file.md5);
         }
         ++m_result.unusedContents;
@@ -144,7 +144,7 @@ void Sweep::moveAside(const QString &path)
 {
     const QFileInfo stray(path);
     if (!stray.exists())
-        return; // an upload has ended meanwhile
+        return; // an upload has added it meanwhile
     ++m_result.strayFiles;
     m_result.bytes += stray.size();
     if (m_mode == Mode::Remove)

@@ -8,7 +8,7 @@ namespace service {
 class ContentStore;
 class Database;
 
-//! What a sweep has removed, or would remove.
+//! The number of objects that a sweep has removed, or would remove.
 struct SweepResult
 {
     int abandonedUploads = 0;
@@ -17,11 +17,10 @@ struct SweepResult
     qint64 bytes = 0;
 };
 
-//! \brief Removes what nobody needs: uploads by chunks that stopped long ago, and contents that no document and no
-//! version holds and that nobody was told of lately. Files that no record knows are not deleted but moved aside: it
-//! may be the records that are wrong.
+//! \brief Removes abandoned uploads by chunks, and contents that no document and no version has and that no client was told of
+//! recently. Files that are not in the database are moved aside instead of being deleted, because the database may be wrong.
 //!
-//! Works while a service is running on the data folder.
+//! May be used while a service is running on the data folder.
 class Sweep
 {
 public:
@@ -29,7 +28,7 @@ public:
 
     Sweep(Database &database, ContentStore &store);
 
-    //! \param olderThanMs what is younger stays: a client may be about to use it
+    //! \param olderThanMs younger objects are kept, because a client may be about to use them
     SweepResult run(qint64 olderThanMs, Mode mode);
 
 private:

@@ -4,13 +4,13 @@
 
 namespace service {
 
-//! Milliseconds since 1970 UTC, how times are stored.
+//! Returns the current time in milliseconds since 1970 UTC, the form in which times are stored.
 qint64 nowMs();
 
-//! `yyyy-MM-ddTHH:mm:ss.zzzZ`; empty for 0.
+//! Returns a time as `yyyy-MM-ddTHH:mm:ss.zzzZ`; empty for 0.
 QString timeText(qint64 ms);
 
-//! Reads any ISO 8601 date-time (without a zone: UTC). \throws ServiceError that names \a what
+//! Parses an ISO 8601 date-time (UTC if it has no zone). \throws ServiceError with \a what in its sentence
 qint64 parseTime(const QString &text, const QString &what);
 
 } // namespace service

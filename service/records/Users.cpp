@@ -25,7 +25,7 @@ User User::local()
 
 Users::Users(Database &database) : m_database(database) {}
 
-bool Users::haveTokens()
+bool Users::isTokenNeeded()
 {
     return Statement(m_database,
                      QStringLiteral("SELECT 1 FROM \"user\" WHERE id <> 'local' LIMIT 1"))

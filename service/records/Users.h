@@ -9,42 +9,40 @@ namespace service {
 
 class Database;
 
-//! \brief Who asks.
+//! \brief A user of the service.
 struct User
 {
     QString id;
     QString name;
     bool isLocal = false; //!< the built-in user of a data folder without users
 
-    //! The built-in user.
+    //! Returns the built-in user.
     static User local();
 };
 
-//! \brief The users and their access tokens, of which only the hashes are kept. Functions throw ServiceError with a
-//! sentence.
+//! \brief The table of users and of the hashes of their access tokens. Functions throw ServiceError.
 class Users
 {
 public:
     explicit Users(Database &database);
 
-    //! Returns true once there has been a user: from then on everybody needs a token, also when the last user
-    //! was removed.
-    bool haveTokens();
+    //! Returns true if there is or was a user other than the built-in one: then every request needs a token, even if the last user was
+    //! removed.
+    bool isTokenNeeded();
     std::optional<User> findByToken(const QString &token);
     QList<User> list();
-    //! The user of that name.
+    //! Returns the user with that name.
     User require(const QString &name);
 
-    //! \return the access token, which is told this one time and never again
+    //! \return the access token, which cannot be read again
     QString add(const QString &name);
 
-    //! Gives the user a new token instead of the present one. \return it
+    //! Replaces the access token of the user. \return the new one
     QString renewToken(const User &user);
-    //! Leaves the user without a token.
+    //! Removes the access token of the user.
     void revokeToken(const User &user);
 
-    //! Takes the user's token, roles, marks and shares. What the user has made stays, and so does the id; the name is
-    //! free again.
+    //! Removes the token, the roles, the marks and the shares of the user. Documents and the id are kept; the name can be used again.
     void remove(const User &user);
 
 private:

@@ -10,7 +10,7 @@ namespace service {
 class Database;
 struct Document;
 
-//! One content that a document has or had.
+//! A version of a document.
 struct Version
 {
     QString id;
@@ -25,16 +25,16 @@ struct Version
     qint64 updatedAt = 0;
 };
 
-//! \brief The history of documents. Changes belong inside a Transaction of the caller.
+//! \brief The table of versions. Changes require a Transaction.
 class Versions
 {
 public:
     explicit Versions(Database &database);
 
-    //! Adds the document's present content as its newest version.
+    //! Adds the present content of the document as its newest version.
     void add(const Document &document, const QString &userId);
 
-    //! Newest first, or oldest first with \a isAscending.
+    //! Lists the versions, newest first, or oldest first if \a isAscending is true.
     QList<Version> list(const QString &documentId, bool isAscending);
     std::optional<Version> find(const QString &id);
     qint64 count(const QString &documentId);

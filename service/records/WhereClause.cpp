@@ -67,7 +67,7 @@ QVariant sqlValue(const DocumentField &field, const QJsonValue &value)
     return value.toString();
 }
 
-//! Null and the empty text mean the same: no id.
+//! Null and an empty string both mean no id.
 bool isNoId(const DocumentField &field, const QJsonValue &value)
 {
     return field.kind == Kind::Id
@@ -87,7 +87,7 @@ void addComparison(const DocumentField &field, const Comparison &comparison,
                                                 : QStringLiteral(" IS NOT NULL")));
         return;
     }
-    // A client without a bound sends the text of an invalid date, which is empty: no bound.
+    // A client sends an invalid date, which is an empty string, for no bound.
     if (field.kind == Kind::Time && value.isString() && value.toString().isEmpty())
         return;
     if (field.kind == Kind::Id && sql == QLatin1String("<>"))
@@ -201,7 +201,7 @@ QString orderClause(const QString &order)
                                QStringLiteral("The sort key %1 is unknown.").arg(key.left(60)));
         direction = isDescending ? QStringLiteral(" DESC") : QStringLiteral(" ASC");
         if (columns.contains(field->sqlName()))
-            continue; // decides nothing any more, and SQLite takes 2,000 terms only
+            continue; // has no effect, and SQLite allows only 2,000 terms
         columns.append(field->sqlName());
         // Databases differ in where they put null.
         const bool isNullable = field->kind == Kind::Id;

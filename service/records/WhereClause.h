@@ -9,7 +9,7 @@ namespace service {
 
 class SqlDialect;
 
-//! \brief Conditions of SQL on the table d, with their values in order.
+//! \brief SQL conditions for the table d, with their values in order.
 struct SqlFilter
 {
     QStringList conditions;
@@ -19,11 +19,11 @@ struct SqlFilter
     QString text() const { return conditions.join(QStringLiteral(" AND ")); }
 };
 
-//! Adds what \a where asks for. \throws ServiceError for an unknown field or operator, a value of
-//! the wrong type, a regular expression that cannot be read
+//! Adds the conditions of \a where. \throws ServiceError for an unknown field or operator, a value of the wrong type, or an invalid
+//! regular expression
 void addWhere(const QJsonObject &where, const SqlDialect &dialect, SqlFilter &filter);
 
-//! "ORDER BY …" for sort keys parted by blanks; ties follow the id in the direction of the last key.
+//! Returns "ORDER BY …" for sort keys separated by spaces. Documents with equal keys are sorted by id, in the direction of the last key.
 //! \throws ServiceError for an unknown key
 QString orderClause(const QString &order);
 

@@ -26,7 +26,7 @@ std::unique_ptr<FolderLock> lockOf(const DataFolder &folder)
     return lock;
 }
 
-//! Of what the records in \a schema name; "main", or that of an attached database.
+//! Returns the contents in the database \a schema, "main" or the name of an attached database.
 void copyContents(Database &database, const QString &schema, const ContentStore &from,
                   ContentStore &to, Backup::Result &result)
 {
@@ -75,12 +75,12 @@ Backup::Result Backup::write(Database &database, const DataFolder &folder, const
     }
     execute(database, QStringLiteral("DETACH backup"));
     for (const char *suffix :
-         {"-wal", "-shm"}) // of a service that somebody started on the last backup
+         {"-wal", "-shm"}) // left by a service that was started on the last backup
         QFile::remove(target.records() + QLatin1String(suffix));
     QFile::remove(target.generation());
     renameFile(records, target.records());
     syncFolder(target.path());
-    // From now on the folder is newer than its backup.
+    // From now on the folder is newer than the backup.
     Generation(database, folder).raise();
     return result;
 }
@@ -90,7 +90,7 @@ Backup::Result Backup::restore(const DataFolder &source, const DataFolder &targe
     if (!source.hasRecords())
         refuse(QStringLiteral("%1 is no backup.").arg(source.path()));
     if (target.hasRecords()) {
-        refuse(QStringLiteral("%1 has records; move its records.sqlite out of the way first.")
+        refuse(QStringLiteral("%1 has records; move its records.sqlite to another place first.")
                    .arg(target.path()));
     }
     target.make();
@@ -101,7 +101,7 @@ Backup::Result Backup::restore(const DataFolder &source, const DataFolder &targe
     Result result;
     const QString records = target.records() + QStringLiteral(".new");
     {
-        // The records come last: what ends half-way can be done again.
+        // The database is copied last, so that an interrupted restore can be repeated.
         Database backup(source);
         copyContents(backup, QStringLiteral("main"), ContentStore(source, 0), store, result);
         backup.copyTo(records);

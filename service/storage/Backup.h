@@ -8,26 +8,25 @@ namespace service {
 class Database;
 class DataFolder;
 
-//! \brief Copies of a data folder: the database as it was at one moment, and every content that it names.
+//! \brief Creates and restores backups of a data folder: the database at one moment, and all contents in it.
 //!
-//! A backup has the form of a data folder. Writing another one into the same folder copies only the contents that are
-//! new. Functions throw std::exception with a sentence.
+//! A backup is a data folder. If another backup is written into the same folder, only new contents are copied. Functions throw
+//! std::exception with a sentence.
 class Backup
 {
 public:
     struct Result
     {
-        int contents = 0; //!< how many the backup has
+        int contents = 0; //!< number of contents in the backup
         int copied = 0;
         qint64 copiedBytes = 0;
-        int missing = 0; //!< named by the records, but not on the disk
+        int missing = 0; //!< number of contents that are in the database, but not on the disk
     };
 
-    //! Writes a backup of \a folder into \a target, while a service may be running on it. Uploads by chunks that are
-    //! under way are left out.
+    //! Writes a backup of \a folder into \a target. A service may be running on it. Uploads by chunks that are in progress are excluded.
     static Result write(Database &database, const DataFolder &folder, const DataFolder &target);
 
-    //! Brings the backup \a source into \a target, which has no records. Contents that are there are kept.
+    //! Restores the backup \a source into \a target, which must have no database. Contents that exist there are kept.
     static Result restore(const DataFolder &source, const DataFolder &target);
 };
 

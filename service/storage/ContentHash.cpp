@@ -1,4 +1,4 @@
-// The low-level functions are deprecated in favour of an interface that cannot save its state.
+// The low-level functions are deprecated, but the functions that replace them cannot save their state.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
 #include <service/storage/ContentHash.h>

@@ -7,15 +7,15 @@
 
 namespace service {
 
-//! \brief What identifies a content: clients name it by its MD5, the service compares it by its SHA-256.
+//! \brief The digests of a content: clients identify it by its MD5, the service compares it by its SHA-256.
 struct ContentDigest
 {
     QString md5; //!< 32 lower-case hexadecimal digits
-    QString sha256; //!< 64 lower-case hexadecimal digits; empty when it is not known
+    QString sha256; //!< 64 lower-case hexadecimal digits; empty if it is not known
     qint64 size = 0;
 };
 
-//! \brief Both digests of bytes that arrive piece by piece, with a state that can be stored and restored.
+//! \brief Computes both digests of bytes that arrive piece by piece. Its state can be stored and restored.
 class ContentHash
 {
 public:
@@ -24,16 +24,16 @@ public:
     ContentHash(ContentHash &&other) noexcept;
     ContentHash &operator=(ContentHash &&other) noexcept;
 
-    //! Continues where state() was taken. A state of the MD5 alone, as earlier versions stored it, leaves the
-    //! SHA-256 unknown. \return false for bytes that are no such state
+    //! Continues from a result of state(). With a state of the MD5 alone, which earlier versions stored, the SHA-256 stays empty.
+    //! \return false if the bytes are not a valid state
     bool restore(const QByteArray &state);
 
     void add(const char *data, qint64 length);
 
-    //! What has been added so far, for restore() in the same or another process.
+    //! Returns the state, for restore() in the same or another process.
     QByteArray state() const;
 
-    //! Ends the computation.
+    //! Ends the computation and returns the digests.
     ContentDigest result();
 
 private:

@@ -6,11 +6,10 @@ namespace service {
 
 class DataFolder;
 
-//! \brief The lock of one content, by its MD5, held while the object lives: against other threads and, unlike a
-//! mutex, other processes on the same data folder.
+//! \brief Locks the content with an MD5 while the object exists, against other threads and other processes on the same data folder.
 //!
-//! Whoever gives a content its name or removes it holds it, until the database says the same. A thread holds one at
-//! a time. \throws StorageError
+//! Required to name or remove a content, until the database has been changed accordingly. A thread must hold only one at a time.
+//! \throws StorageError
 class ContentLock
 {
 public:

@@ -36,12 +36,12 @@ IncomingFile::~IncomingFile()
     if (m_isKept)
         return;
     QFile::remove(m_path);
-    m_store.giveRoom(m_size);
+    m_store.releaseBytes(m_size);
 }
 
 void IncomingFile::write(const char *data, qint64 length)
 {
-    m_store.takeRoom(length);
+    m_store.reserveBytes(length);
     m_size += length;
     m_file.writeAt(m_size - length, data, length);
     m_hash.add(data, length);
@@ -131,7 +131,7 @@ void ContentStore::nameContent(const QString &from, const QString &md5)
     makePrivateFolder(folderOf(folderOf(path)));
     makePrivateFolder(folderOf(path));
     renameFile(from, path);
-    giveRoom(replaced);
+    releaseBytes(replaced);
     syncFolder(folderOf(path));
     if (isNewFolder) {
         syncFolder(folderOf(folderOf(path)));
@@ -151,12 +151,12 @@ void ContentStore::writePart(const QString &part, qint64 offset, const QByteArra
     RawFile file(path, RawFile::Mode::ReadWrite);
     const qint64 before = file.size();
     const qint64 growth = std::max<qint64>(0, offset + bytes.size() - before);
-    takeRoom(growth);
+    reserveBytes(growth);
     try {
         file.writeAt(offset, bytes.constData(), bytes.size());
         file.sync();
     } catch (const StorageError &) {
-        giveRoom(growth - (file.size() - before));
+        releaseBytes(growth - (file.size() - before));
         throw;
     }
     if (isNew)
@@ -182,10 +182,10 @@ void ContentStore::remove(const QString &path)
 {
     const qint64 size = QFileInfo(path).size();
     if (QFile::remove(path))
-        giveRoom(size);
+        releaseBytes(size);
 }
 
-void ContentStore::takeRoom(qint64 bytes)
+void ContentStore::reserveBytes(qint64 bytes)
 {
     const qint64 used = m_usedBytes += bytes;
     if (m_quotaBytes > 0 && used > m_quotaBytes) {

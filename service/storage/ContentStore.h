@@ -13,7 +13,7 @@ namespace service {
 
 class ContentStore;
 
-//! \brief A content that is arriving, in a temporary file that goes with the object unless it is kept.
+//! \brief A content that is being received, in a temporary file that is removed with the object unless it is kept.
 class IncomingFile
 {
 public:
@@ -24,7 +24,7 @@ public:
 
     //! Appends. \throws StorageError
     void write(const char *data, qint64 length);
-    //! Of all that was written; call it once.
+    //! Returns the digests of all bytes; to be called once.
     ContentDigest digest() { return m_hash.result(); }
 
 private:
@@ -38,18 +38,18 @@ private:
     bool m_isKept = false;
 };
 
-//! \brief The contents of one data folder: files named by their MD5, the same content once.
+//! \brief The contents of a data folder: files named by their MD5, each stored once.
 //!
-//! A content has its name only when it is whole and on the disk. All functions may be called from any
-//! thread and throw StorageError; what gives a name or takes it away is called under the ContentLock of the MD5.
+//! A content gets its name when it is complete and has been written to the disk. Thread-safe. All functions throw StorageError;
+//! those that name or remove a content require the ContentLock of its MD5.
 class ContentStore
 {
 public:
-    //! \param quotaBytes how much contents may take together; 0 for no limit but the disk's
+    //! \param quotaBytes how many bytes all contents may take; 0 for no limit
     ContentStore(const DataFolder &folder, qint64 quotaBytes);
 
-    //! Removes what a crash left in the temporary folder. Where \a isShared, another process may be writing there: what is
-    //! younger than a day stays.
+    //! Removes files that a crash has left in the temporary folder; if \a isShared, only those older than a day, because another
+    //! process may be writing there.
     void open(bool isShared = false);
 
     const DataFolder &folder() const { return m_folder; }
@@ -57,31 +57,31 @@ public:
     std::unique_ptr<IncomingFile> newFile();
 
     QString contentPath(const QString &md5) const;
-    //! Returns true if the content is on the disk with that size. What is in it only a check can tell.
+    //! Returns true if the content is on the disk with that size; does not read it.
     bool holds(const QString &md5, qint64 size) const;
     //! Reads a whole file of the folder.
     ContentDigest digestOf(const QString &path) const;
 
-    //! Gives a whole file its name; on return it is safe on the disk. What had the name before is replaced.
+    //! Gives a complete file its name, replacing an older one. On return it has been written to the disk.
     void keep(IncomingFile &file, const QString &md5);
-    //! The same for a part file whose MD5 has been compared.
+    //! The same for a part file whose MD5 has been verified.
     void keepPart(const QString &part, const QString &md5);
 
-    //! Gives a copy of the file at \a path its name.
+    //! The same for a copy of the file at \a path.
     void copyIn(const QString &path, const QString &md5);
 
     QString partPath(const QString &part) const;
-    //! Writes \a bytes into a part file; on return they are on the disk.
+    //! Writes \a bytes to a part file; on return they have been written to the disk.
     void writePart(const QString &part, qint64 offset, const QByteArray &bytes);
     void dropPart(const QString &part);
 
     void removeContent(const QString &md5) { remove(contentPath(md5)); }
-    //! Moves a file of this folder to where it is out of the way, and nothing is lost. \return where that is
+    //! Moves a file to the folder "aside". \return its new path
     QString moveAside(const QString &path);
 
-    //! \throws StorageError that says the disk is full when \a bytes more are above the quota.
-    void takeRoom(qint64 bytes);
-    void giveRoom(qint64 bytes) { m_usedBytes -= bytes; }
+    //! Counts \a bytes more. \throws StorageError, as for a full disk, if this exceeds the quota
+    void reserveBytes(qint64 bytes);
+    void releaseBytes(qint64 bytes) { m_usedBytes -= bytes; }
 
 private:
     void nameContent(const QString &from, const QString &md5);

@@ -21,7 +21,7 @@ void DataFolder::make() const
         restrictToOwner(folder);
     }
     syncFolder(m_path);
-    // SQLite gives its other files the permissions of the database.
+    // SQLite creates its other files with the permissions of the database.
     const RawFile database(records(), RawFile::Mode::ReadWrite);
     for (const char *suffix : {"", "-wal", "-shm"}) {
         const QString name = records() + QLatin1String(suffix);

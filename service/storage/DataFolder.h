@@ -4,7 +4,7 @@
 
 namespace service {
 
-//! \brief Where everything is in a data folder.
+//! \brief The paths in a data folder.
 class DataFolder
 {
 public:
@@ -17,19 +17,22 @@ public:
         return file("content");
     } //!< files named by their MD5, in two levels
     QString parts() const { return file("parts"); } //!< uploads by chunks
-    QString temporary() const { return file("tmp"); } //!< what is arriving; emptied at start
-    QString aside() const { return file("aside"); } //!< what was found damaged or unknown
+    QString temporary() const
+    {
+        return file("tmp");
+    } //!< contents that are being received; emptied at start
+    QString aside() const { return file("aside"); } //!< damaged and unknown files
     QString generation() const { return file("content/.generation"); } //!< see Generation
     QString lock() const { return file("lock"); } //!< see FolderLock
     QString contentLocks() const { return file("content.locks"); } //!< see ContentLock
-    //! A copy of the database from before the migration to \a schema.
+    //! Returns the path of the copy of the database before the migration to \a schema.
     QString recordsBefore(int schema) const { return file("records.before-%1.sqlite").arg(schema); }
 
-    //! Returns true if there is a database with something in it.
+    //! Returns true if there is a database that is not empty.
     bool hasRecords() const;
 
-    //! Makes the folder with what belongs in it when it is missing. Nobody but the owner may read it, whatever
-    //! the umask; what an earlier version left readable is closed. \throws StorageError
+    //! Creates the folder and its subfolders if they are missing. They are readable by the owner only, whatever the umask; the permissions
+    //! that an earlier version has set are corrected. \throws StorageError
     void make() const;
 
 private:

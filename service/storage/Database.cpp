@@ -15,14 +15,13 @@ namespace service {
 
 namespace {
 
-constexpr int KeptStatements = 64; // of a connection
+constexpr int KeptStatements = 64; // for each connection
 constexpr int LongestKeptStatement = 4000; // characters
 
-//! Whether this thread's connections are closed already: objects with static lifetime outlive those of
-//! the main thread.
+//! True if the connections of this thread have been closed: static objects outlive those of the main thread.
 thread_local bool hasEnded = false;
 
-//! One thread's connection to one database, and the statements that are prepared on it.
+//! The connection of a thread to a database, with its prepared statements.
 struct ThreadConnection
 {
     explicit ThreadConnection(const QString &connectionName) : name(connectionName) {}
@@ -39,7 +38,7 @@ struct ThreadConnection
     bool isInTransaction = false;
 };
 
-//! The connections of one thread, by instance; closes them when the thread ends.
+//! The connections of a thread, by instance. Closes them when the thread ends.
 class ThreadConnections
 {
 public:
@@ -107,7 +106,7 @@ void Database::openBesideService()
 void Database::copyTo(const QString &fileName)
 {
     RawFile copy(fileName, RawFile::Mode::ReadWrite);
-    copy.truncate(); // SQLite writes into an empty file, and leaves its permissions
+    copy.truncate(); // SQLite writes to an empty file and keeps its permissions
     execute(*this, QStringLiteral("VACUUM INTO ?"), {fileName});
     copy.sync();
 }

@@ -16,8 +16,8 @@ class DataFolder;
 
 //! \brief The records of one data folder, in SQLite or PostgreSQL.
 //!
-//! Every thread gets a connection of its own on first use, closed when the thread ends. Readers never
-//! wait for writers; writers queue up (see Transaction). What is committed is on the disk.
+//! Each thread has its own connection, which is opened on first use and closed when the thread ends. Readers never wait for
+//! writers; writers wait for each other (see Transaction). A commit returns when it has been written to the disk.
 class Database
 {
 public:
@@ -33,30 +33,27 @@ public:
 
     const SqlDialect &dialect() const { return *m_dialect; }
 
-    //! Looks for damage and brings the schema up to date, each migration in a transaction of its own; SQLite's also with a
-    //! copy of the database made before, and only under the FolderLock. \throws DatabaseError also for what a newer
-    //! version has written
+    //! Checks the database for damage and updates the schema, each migration in a separate transaction. SQLite's database is copied
+    //! before each, and requires the FolderLock. \throws DatabaseError also for a database of a newer version
     void open();
 
-    //! Opens the database that another program is using. \throws DatabaseError also for another schema than this
-    //! version's
+    //! Opens a database that another program is using. \throws DatabaseError also for the schema of another version
     void openBesideService();
 
-    //! Closes the connection of the calling thread; the next use opens another.
+    //! Closes the connection of the calling thread; the next use opens a new one.
     void close();
 
-    //! Writes a copy of SQLite's database that is consistent in itself, while others go on writing. \a fileName is replaced;
-    //! nobody but the owner may read it.
+    //! Writes a consistent copy of SQLite's database, while other threads and programs may write. Replaces \a fileName, which is readable
+    //! by its owner only.
     void copyTo(const QString &fileName);
 
-    //! The connection of the calling thread.
+    //! Returns the connection of the calling thread.
     QSqlDatabase connection();
 
-    //! A query with \a sql prepared on the calling thread's connection, from those that were kept if there is one.
+    //! Returns a query with \a sql prepared on the connection of the calling thread, a kept one if there is any.
     //! \throws DatabaseError
     QSqlQuery prepared(const QString &sql);
-    //! Keeps \a query, which prepared() has returned for \a sql, for the next time. Parsing takes longer than most
-    //! statements do.
+    //! Keeps \a query, which prepared() has returned for \a sql, for reuse. Parsing takes longer than most statements.
     void keep(const QString &sql, QSqlQuery &query);
 
     //! Closes a connection that was lost, so that the next use opens another. \return false within a transaction, which is lost, too
@@ -70,7 +67,7 @@ private:
     void migrate();
 
     const std::unique_ptr<const SqlDialect> m_dialect;
-    const QString m_instance; //!< tells the connections of several databases in one thread apart
+    const QString m_instance; //!< distinguishes the connections of several databases in a thread
     std::mutex m_writeLock;
 };
 

@@ -135,7 +135,7 @@ void RawFile::lockByte(qint64 offset)
 
 void makePrivateFolder(const QString &path)
 {
-    // Another upload may have made it meanwhile.
+    // Another upload may have created it meanwhile.
     if (::mkdir(nativeName(path).constData(), OwnerBits) != 0 && errno != EEXIST)
         throw StorageError(QStringLiteral("making the folder %1").arg(path), errno);
 }

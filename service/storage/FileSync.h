@@ -6,22 +6,22 @@
 
 namespace service {
 
-//! \brief The disk refused; what() names the reason.
+//! \brief An operation on the disk has failed; what() is the reason.
 class StorageError : public std::runtime_error
 {
 public:
     StorageError(const QString &doing, int errorNumber);
 
-    //! No room on the disk, or above the quota, or above the limit of a file's size.
+    //! Returns true if the disk is full, or the quota or the maximum size of a file is exceeded.
     bool isFull() const;
-    //! The disk can be read only.
+    //! Returns true if the disk is read-only.
     bool isReadOnly() const;
 
 private:
     int m_errorNumber = 0;
 };
 
-//! \brief An open file descriptor, closed with the object, and its locks with it. All functions throw StorageError.
+//! \brief An open file descriptor, which is closed, with its locks, by the destructor. All functions throw StorageError.
 class RawFile
 {
 public:
@@ -35,12 +35,11 @@ public:
     void writeAt(qint64 offset, const char *data, qint64 length);
     qint64 readAt(qint64 offset, char *data, qint64 length) const;
     qint64 size() const;
-    void truncate(); //!< to nothing
-    void sync(); //!< returns once the content is on the disk
+    void truncate(); //!< to 0 bytes
+    void sync(); //!< returns when the content has been written to the disk
 
     enum class Lock { Exclusive, Shared };
-    //! Locks the file for this object. \return false when another one, here or in another process, has a lock that
-    //! excludes this one
+    //! Locks the file. \return false if another object, in this or another process, has a lock that excludes this one
     bool tryLock(Lock lock = Lock::Exclusive);
     //! Waits for the lock of the byte at \a offset, which need not exist.
     void lockByte(qint64 offset);
@@ -50,19 +49,19 @@ private:
     int m_descriptor = -1;
 };
 
-//! Makes the entries of \a folder safe: a file made, renamed or removed in it.
+//! Writes the entries of \a folder to the disk, after files were created, renamed or removed in it.
 void syncFolder(const QString &folder);
 
-//! Makes a folder that nobody but its owner may enter, unless it is there. It is safe after syncFolder().
+//! Creates a folder that only its owner can access, unless it exists. It is on the disk after syncFolder().
 void makePrivateFolder(const QString &path);
 
-//! Takes a file or folder from everybody but its owner.
+//! Removes all permissions on a file or folder except those of its owner.
 void restrictToOwner(const QString &path);
 
-//! Copies a file; on return the copy is on the disk. \a to is replaced, and nobody but its owner may read it.
+//! Copies a file; on return the copy has been written to the disk. Replaces \a to, which is readable by its owner only.
 void copyFile(const QString &from, const QString &to);
 
-//! Gives \a from the name \a to, replacing what has it. Both are on one file system.
+//! Renames \a from to \a to, replacing an older file. Both must be on the same file system.
 void renameFile(const QString &from, const QString &to);
 
 } // namespace service

@@ -50,7 +50,7 @@ std::unique_ptr<FolderLock> FolderLock::take(const DataFolder &folder, Holder ho
             if (holder == Holder::Command)
                 file->writeAt(0, commandMark.constData(), commandMark.size());
         } catch (const StorageError &) {
-            // A full disk: the lock holds all the same.
+            // The disk is full: the lock is valid nevertheless.
         }
         return std::unique_ptr<FolderLock>(new FolderLock(std::move(file)));
     } catch (const StorageError &failure) {

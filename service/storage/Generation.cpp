@@ -44,7 +44,7 @@ Generation::Generation(Database &database, const DataFolder &folder)
 bool Generation::fits()
 {
     QFile file(m_folder.generation());
-    // Empty after a loss of power.
+    // Empty after a power failure.
     if (!file.open(QIODevice::ReadOnly) || file.size() == 0)
         return hasRows(m_database) || !hasFiles(m_folder);
     const QList<QByteArray> words = file.readAll().simplified().split(' ');
@@ -55,7 +55,7 @@ bool Generation::fits()
 
 void Generation::raise()
 {
-    // The database first: a crash between the two leaves it ahead, which is harmless.
+    // The database first: if it is ahead after a crash, that is harmless.
     execute(m_database, QStringLiteral("UPDATE store SET generation = generation + 1"));
     const Stamp own = ofDatabase(m_database);
     const QByteArray line = own.store.toLatin1() + ' ' + QByteArray::number(own.number) + '\n';
@@ -67,7 +67,7 @@ void Generation::raise()
         file.truncate();
         file.writeAt(0, line.constData(), line.size());
     }
-    // Not forced to the disk, as a start need not wait for it: a loss of power at worst leaves the number before.
+    // Not synced, so that the start does not wait for the disk: after a power failure the old number may be there.
     renameFile(fresh, m_folder.generation());
 }
 

@@ -5,20 +5,19 @@ namespace service {
 class Database;
 class DataFolder;
 
-//! \brief Tells whether a database belongs to the contents beside it.
+//! \brief Detects a database that does not belong to the contents in its folder.
 //!
-//! Both hold the same number, which every start and every backup raises. A database that somebody has put back from
-//! an old copy, or lost, is behind its contents: documents made since would be missing, and their contents would
-//! look unused.
+//! Both have a number, which every start and every backup increases. If the database was replaced by an old copy or lost, its number is
+//! smaller: documents that were created since would be missing, and their contents would seem to be unused.
 class Generation
 {
 public:
     Generation(Database &database, const DataFolder &folder);
 
-    //! \return false if the contents are newer than the database, or of another one
+    //! \return false if the contents are newer than the database or belong to another one
     bool fits();
 
-    //! Raises both numbers. \throws DatabaseError, StorageError
+    //! Increases both numbers. \throws DatabaseError, StorageError
     void raise();
 
 private:

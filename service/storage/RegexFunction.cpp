@@ -9,7 +9,7 @@ namespace service {
 
 namespace {
 
-// Ample for any name of 255 bytes; an expression that backtracks without end meets it in milliseconds.
+// Enough for any name of 255 bytes; an expression that backtracks endlessly exceeds it in milliseconds.
 constexpr int MatchLimit = 100000;
 constexpr int DepthLimit = 10000;
 constexpr qint64 StatementLimitMs = 3000;
@@ -26,7 +26,7 @@ QString argumentText(sqlite3_value *value)
     return QString(text, sqlite3_value_bytes16(value) / static_cast<int>(sizeof(QChar)));
 }
 
-//! Compiled once for each statement: SQLite keeps it with the constant first argument.
+//! Compiled once for each statement: SQLite stores it with the constant first argument.
 CompiledExpression *compiled(sqlite3_context *context, sqlite3_value **arguments)
 {
     auto *kept = static_cast<CompiledExpression *>(sqlite3_get_auxdata(context, 0));
@@ -78,7 +78,7 @@ QRegularExpression boundedExpression(const QString &pattern, const QString &opti
                   options.contains(QLatin1Char('s')));
     flags.setFlag(QRegularExpression::ExtendedPatternSyntaxOption,
                   options.contains(QLatin1Char('x')));
-    // Where a pattern sets a limit of its own the lower one counts, so none can lift these.
+    // A pattern with limits of its own can only lower these.
     return QRegularExpression(
         QStringLiteral("(*LIMIT_MATCH=%1)(*LIMIT_DEPTH=%2)").arg(MatchLimit).arg(DepthLimit)
             + pattern,

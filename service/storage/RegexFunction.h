@@ -7,18 +7,16 @@ struct sqlite3;
 
 namespace service {
 
-//! Makes `name_matches(pattern, options, text)` known to a connection: 1 where the regular expression is
-//! found in the text.
+//! Adds the function `name_matches(pattern, options, text)` to a connection. It returns 1 if the regular expression is found in the text.
 //!
-//! The work is bounded, for each text and for each statement; an expression that exceeds a bound ends the
-//! statement with an error whose text is regexLimitMessage().
+//! The effort is limited for each text and for each statement. If a limit is exceeded, the statement fails with the error
+//! regexLimitMessage().
 void registerRegexFunction(sqlite3 *connection);
 
-//! \return the expression as name_matches() runs it; check isValid(). Of \a options "i", "m", "s" and
-//! "x" count.
+//! \return the expression for name_matches(), which may be invalid. Supported \a options are "i", "m", "s" and "x".
 QRegularExpression boundedExpression(const QString &pattern, const QString &options);
 
-//! What an expression that takes too long is refused with.
+//! Returns the error message for an expression that takes too long.
 QString regexLimitMessage();
 
 } // namespace service

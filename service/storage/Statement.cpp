@@ -72,7 +72,7 @@ Transaction::~Transaction()
     try {
         m_database.dialect().rollBack(m_database);
     } catch (const std::exception &) {
-        // SQLite has rolled back by itself, as it does when the disk is full, or the connection is lost.
+        // SQLite has already rolled back, for example because the disk is full, or the connection is lost.
         m_isOpen = false;
     }
     m_database.setInTransaction(false);

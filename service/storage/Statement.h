@@ -7,10 +7,10 @@
 
 namespace service {
 
-//! \brief One SQL statement, executed on construction on the calling thread's connection.
+//! \brief An SQL statement, executed by the constructor on the connection of the calling thread.
 //!
-//! Values are bound to the question marks in order. A null QString is bound as empty text; SQL's NULL
-//! is an invalid QVariant. \throws DatabaseError
+//! Values are bound to the question marks in order. A null QString is bound as an empty string, an invalid QVariant as NULL.
+//! \throws DatabaseError
 class Statement
 {
 public:
@@ -37,16 +37,16 @@ private:
     QSqlQuery m_query;
 };
 
-//! Executes a statement that has no rows to read. \return how many rows it has changed
+//! Executes a statement that returns no rows. \return the number of changed rows
 int execute(Database &database, const QString &sql, const QVariantList &values = {});
 
 //! Executes statements that cannot be prepared, or several at once. \throws DatabaseError
 void executeDirectly(Database &database, const QString &sql);
 
-//! \brief A change: all of it, or nothing. Rolled back unless commit() was called.
+//! \brief A transaction, which the destructor rolls back unless commit() was called.
 //!
-//! Waits for its turn at once, so that what it reads cannot change before it writes. Within the process writers queue up
-//! instead of polling.
+//! Waits at once until it is the only one that changes something, so that data cannot change between reading and writing. Waits for other
+//! writers of this process instead of polling.
 class Transaction
 {
 public:
@@ -55,7 +55,7 @@ public:
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;
 
-    //! \throws DatabaseError when it did not reach the disk; nothing has changed then
+    //! \throws DatabaseError if it could not be written to the disk; nothing has changed then
     void commit();
 
 private:
@@ -64,10 +64,10 @@ private:
     bool m_isOpen = false;
 };
 
-//! The value for LIMIT: all rows unless \a limit is positive.
+//! Returns the value for LIMIT: all rows unless \a limit is positive.
 qint64 rowLimit(int limit);
 
-//! "?,?,?" for \a count values.
+//! Returns "?,?,?" for \a count values.
 QString placeholders(int count);
 
 } // namespace service

@@ -47,7 +47,7 @@ VellDocument documentOf(const QByteArray &content)
     const QJsonObject object = QJsonDocument::fromJson(content, &error).object();
     if (error.error == QJsonParseError::NoError) {
         VellPubDoc::jsonToDocObject(object, document);
-        // A document that was just written names its file at the top level.
+        // A new document has its file at the top level.
         document.fileId = object.value(QLatin1String("fileId")).toString();
     }
     return document;
@@ -57,7 +57,7 @@ VellDocument documentOf(const QByteArray &content)
 
 AsyncCreateDocument::AsyncCreateDocument(QObject *parent) : QObject(parent)
 {
-    // So that a transport's error can also travel through queued connections.
+    // So that errors of the transport can also be used in queued connections.
     static const int networkError =
         qRegisterMetaType<QNetworkReply::NetworkError>("QNetworkReply::NetworkError");
     Q_UNUSED(networkError)
@@ -116,7 +116,7 @@ void AsyncCreateDocument::start(const QString &hostId, const VellDocument &recor
     if (!self)
         return;
     fileMd5 = md5;
-    // Only a small file that was given to this same job meanwhile comes here.
+    // Only reached if a small file was passed to the same job meanwhile.
     if (static_cast<quint64>(doc.fileSize) < VellUploadLimits::WholeFileLimit) {
         const QString fileId = getFileInfoId(fileMd5);
         if (!self)
@@ -150,7 +150,7 @@ void AsyncCreateDocument::uploadComplete(const QByteArray &content)
             updateDocFinish(content);
         return;
     }
-    // A new version leaves it connected: its progress goes on with the document's request.
+    // Remains connected for a new version: the progress includes the document request.
     if (isCreate)
         disconnect(netManager, &AsyncNetManager::uploadProgress, this,
                    &AsyncCreateDocument::uploadProgress);
@@ -195,7 +195,7 @@ void AsyncCreateDocument::addDocumentFinish(const QByteArray &content)
 void AsyncCreateDocument::updateDoc(const QString &fileId)
 {
     closeFile();
-    // Sent without a file identifier too, and then it is the service that refuses.
+    // Also sent without a file identifier: the service refuses it then.
     QJsonObject body{
         {QStringLiteral("hostId"), doc.hostId},
         {QStringLiteral("type"), doc.type},
@@ -213,7 +213,7 @@ void AsyncCreateDocument::updateDoc(const QString &fileId)
 void AsyncCreateDocument::updateDocFinish(const QByteArray &content)
 {
     const QPointer<AsyncCreateDocument> self(this);
-    // Twice, so that after an update the job still takes replies for the document's.
+    // Twice, so that after an update the job still handles responses as those of the document request.
     awaitingFile = !awaitingFile;
     Q_EMIT createDocumentFinish(documentOf(content));
     if (self)

@@ -14,7 +14,7 @@ class QFile;
 class QHttpMultiPart;
 class QNetworkReply;
 
-//! \brief Uploads one local file and makes a document, or a new version of one, of it.
+//! \brief Uploads a local file, and creates a document or a new version of a document from it.
 //!
 //! \code
 //! VellDocument doc;
@@ -28,56 +28,60 @@ class QNetworkReply;
 //! \endcode
 //!
 //! \par One job, one file
-//! Make a job for each upload. Its creator or its parent owns it; it never deletes itself. It may be deleted at
-//! any time: inside its own signals, and while createDocument() or updateDocument() has not returned.
-//! Nothing is emitted afterwards, and nothing more is sent.
+//! Create a job for each upload. It is owned by its creator or its parent, and does not delete itself. It may be deleted at any
+//! time: also in a slot that is connected to one of its signals, and before createDocument() or updateDocument() has returned.
+//! Afterwards nothing is emitted and nothing is sent.
 //!
 //! \par Small and large files
-//! A record whose VellDocument::fileSize is at most 10,485,760 bytes (VellUploadLimits) goes up in one request, streamed
-//! from the disk. For a larger one the MD5 is computed on the global thread pool; then the store is asked what it has of that
-//! MD5, and only the missing chunks of 4 MiB are sent, one after another. After a lost connection or a
-//! crash of either side a new job for the same file continues where the store stopped; a file that
-//! the store has already is not sent again.
+//! A file whose VellDocument::fileSize is at most 10,485,760 bytes (VellUploadLimits) is sent in one request, streamed from the
+//! disk. For a larger file the MD5 is computed on the global thread pool; then the service is asked which chunks with that MD5 it
+//! has, and only the missing chunks of 4 MiB are sent, one after the other. After a lost connection, or a crash of the client or
+//! the service, a new job for the same file continues with the first missing chunk; a file that the service has already is not
+//! sent again.
 //!
 //! \par States
-//! \verbatim
-//! small file:  Idle --start--> Sending file --reply--> Document request --reply--> Finished
+//! \code{.unparsed}
+//! small file:  Idle --start--> Sending file --response--> Document request --response--> Finished
 //!
-//! large file:  Idle --start--> Hashing --> Asking the store --complete--> Document request --reply--> Finished
-//!                                                |                              ^
-//!                                             missing                      last chunk's reply: finishUpload()
-//!                                                v                              |
-//!                                           Sending chunk --reply: the store's next chunk--> Sending chunk
+//! large file:  Idle --start--> Hashing --> Upload record --complete--> Document request --response--> Finished
+//!                                            |                           ^
+//!                                            | chunks missing            | after the last chunk: finishUpload()
+//!                                            v                           |
+//!                                     Sending chunk ---------------------+
+//!                                            ^        |
+//!                                            +--------+ the response names the next chunk
 //!
 //! pause(true)   Sending file, Document request of a small file, Sending chunk --> Paused
-//!               anywhere else nothing happens
+//!               no effect in other states
 //! error()       Sending file, Document request, Sending chunk --> Failed
-//! pause(false)  small file:  Paused, Failed --> Sending file, from byte 0. See pause() for how that ends.
-//!               large file:  Paused, Failed --> Sending chunk, the one that was under way;
+//! pause(false)  small file:  Paused, Failed --> Sending file, from byte 0; see the warning at pause()
+//!               large file:  Paused, Failed --> Sending chunk, the interrupted one;
 //!                            after the last chunk --> Document request
 //! cancel()      small file:  Sending file, Document request --> Canceled
-//!               large file:  Document request --> Canceled; chunks go on
+//!               large file:  Document request --> Canceled; chunks continue
 //! deletion      any state --> nothing more is sent or emitted
-//! \endverbatim
+//! \endcode
 //!
 //! \par Failure
-//! error() tells a network error. The job then does nothing until it is deleted or pause(false) is called, which helps
-//! in few cases: make a new job instead. A job ends without a signal
-//! - when the local file cannot be opened;
-//! - when the store's answer to the whole file of a new document names no file;
-//! - when its answer to a chunk is not a JSON object, or reports more chunks saved than there are;
-//! - when the last chunk is acknowledged after an earlier chunk had failed;
-//! - when the store has all chunks of a new document but names no file, in its record or, after finishUpload(), in its
-//!   last answer;
+//! error() reports a network error. The job then does nothing until it is deleted or until pause(false) is called, which rarely
+//! helps: create a new job instead. A job ends without a signal
+//! - if the local file cannot be opened;
+//! - if the response to the whole file of a new document contains no file;
+//! - if the response to a chunk is not a JSON object, or reports more saved chunks than the file has;
+//! - if the last chunk is acknowledged after an earlier chunk has failed;
+//! - if the service has all chunks of a new document, but the upload record or, after finishUpload(), the response to the last
+//!   chunk contains no file;
 //! - after a cancel() that stopped a request.
 //!
-//! Where no file is named, a new version is requested all the same, with an empty file, and the service decides. Ask the
-//! service for the outcome where it matters.
+//! A new version is requested even if no file is named: the request then has an empty file, and the service decides. A program
+//! that must know the outcome asks the service, for example with AsyncGetDocInfo.
 //!
 //! \par Threads
-//! Belongs to the thread that made it, which must run an event loop. For a large file the two
-//! starting methods return only once the first chunk is on its way; the thread's events run meanwhile. When the
-//! application quits meanwhile, they return too, once the MD5 has been computed.
+//! Belongs to the thread that created it, which must run an event loop. For a large file createDocument() and updateDocument()
+//! return when the first chunk is being sent; the events of the thread are processed meanwhile. If the application quits, they
+//! return when the MD5 has been computed.
+//!
+//! \since 0.1
 class VELLDOCUMENTDATA_EXPORT AsyncCreateDocument : public QObject
 {
     Q_OBJECT
@@ -86,57 +90,58 @@ public:
     explicit AsyncCreateDocument(QObject *parent = nullptr);
     ~AsyncCreateDocument() override;
 
-    //! Uploads the file at `filePath` of \a doc and makes a document in the open project with its
-    //! `type`, `category`, `parentId` and `name`. The project and the address of the service are those at the
-    //! time of each request.
+    //! Uploads the file at `filePath` of \a doc and creates a document in the open project with its `type`, `category`, `parentId`
+    //! and `name`. Each request uses the project that is open, and the address of the service, at the time of the request.
     //!
-    //! When the file cannot be opened, nothing is sent or emitted. A job that is uploading is disturbed by a second
-    //! start all the same: its record is replaced and its file is closed, so an upload under way fails with error(), or,
-    //! if the file has gone up already, becomes a document with the new record's name.
-    //! \param hostId kept with the job's copy of the record; a new document is sent without it.
+    //! If the file cannot be opened, nothing is sent or emitted. Do not call it while the job is uploading: the record is
+    //! replaced and the file is closed, so that the upload fails with error() or, if the file has been sent already, becomes a
+    //! document with the name of the new record; this also happens if the second file cannot be opened.
+    //! \param hostId stored in the job's copy of the record; not sent for a new document.
+    //! \sa VellPubDoc::getVellDocument()
     void createDocument(const QString &hostId, const VellDocument &doc);
 
-    //! Uploads the file at `filePath` of \a doc and makes it the content of the existing document `_id`,
-    //! whose host, `type`, `category`, `parentId` and `name` are sent with it. Otherwise as createDocument().
+    //! Uploads the file at `filePath` of \a doc as a new version of the existing document `_id`. Its host, `type`, `category`,
+    //! `parentId` and `name` are sent with it. Otherwise like createDocument().
     void updateDocument(const QString &hostId, const VellDocument &doc);
 
-    //! Suspends or resumes the transfer. Suspending emits nothing; it does nothing before the
-    //! first chunk of a large file and in its document request.
+    //! Pauses or resumes the upload. Pausing emits nothing, and has no effect before the first chunk of a large file and during
+    //! its document request.
     //!
-    //! Resuming sends a large file from the chunk that was under way. After a chunk's error() such a job sends the rest
-    //! but never finishes. After the last chunk it repeats the document's request with the file that the store's record named
-    //! before the first chunk; when it named none, nothing is sent for a new document.
+    //! Resuming continues a large file with the interrupted chunk. If that chunk had failed with error(), the job sends the
+    //! remaining chunks but never finishes. After the last chunk it repeats the document request with the file that the upload
+    //! record contained before the first chunk; if it contained none, nothing is sent for a new document.
     //!
-    //! \warning Resuming sends a small file again from its first byte, and takes the answer for the document's if the
-    //! file was still going up before, paused or failed: createDocumentFinish() then has a record without `_id`, and \b no
-    //! \b document is made. To suspend a small file, delete the job and start a new one.
+    //! \warning Resuming sends a small file again from its first byte. If it was paused or failed while the file was being sent,
+    //! the response is taken for that of the document request: createDocumentFinish() then has a record without `_id`, and \b no
+    //! \b document is created. To interrupt the upload of a small file, delete the job and start a new one.
     //!
-    //! \warning Call pause(false) only after pause(true) or error(). On a job in another state it sends requests again:
-    //! the file, or for a new version the document's request with an empty file.
+    //! \warning Call pause(false) only after pause(true) or error(). In other states it sends requests again: the file, or for a
+    //! new version the document request with an empty file.
+    //! \sa cancel()
     void pause(bool pause);
 
-    //! Stops the upload of a small file and closes the local file. Of a large file the chunk under way is left
-    //! to finish, and the next ones follow: use pause(true) or delete the job to stop them. What the store
-    //! holds stays there for the next attempt.
+    //! Stops the upload of a small file and closes the local file. The chunks of a large file are not stopped: call pause(true) or
+    //! delete the job for that. Chunks that the service has stay there for the next attempt.
     //!
-    //! The document's request, of a small or a large file, is aborted too. Emits nothing, also if the service has made
-    //! the document by then.
+    //! The document request, of a small or a large file, is aborted too. Emits nothing, even if the service has already created
+    //! the document.
+    //! \sa pause()
     void cancel();
 
 Q_SIGNALS:
-    //! The job is done: \a doc is the document as the service has it, for a new version too. A default record
-    //! when the last reply was empty or no JSON, and a record without `_id` when it was no document.
+    //! The job has finished. \a doc is the document as it is on the service, also for a new version: a default-constructed record
+    //! if the last response was empty or not JSON, and a record without `_id` if it was not a document.
     void createDocumentFinish(const VellDocument &doc);
 
-    //! Bytes sent and their total. For a small file these are the request's, multipart overhead included; for a large one the
-    //! total is the file's size and the first figure may exceed it by the overhead of one request.
+    //! The number of bytes sent and the total. For small files both values include the multipart overhead. For large files the
+    //! total is the size of the file, and the first value may exceed it by the overhead of one request.
     void uploadProgress(qint64 bytesReceived, qint64 bytesTotal);
 
     //! A request failed; \a code is the QNetworkReply::NetworkError.
     void error(int code);
 
-    //! The store has all chunks of a large file; the document's request follows if the store names the file. Not
-    //! emitted for a small file, nor when the store had the whole file before.
+    //! The service has all chunks of a large file. The document request follows if the response contains the file. Not emitted
+    //! for a small file, nor if the service had the whole file before.
     void finishUpload();
 
 private Q_SLOTS:
@@ -145,7 +150,7 @@ private Q_SLOTS:
 private:
     Q_DISABLE_COPY(AsyncCreateDocument)
 
-    // Whole files and the document's request.
+    // Whole files and the document request.
     void wireNetManager();
     void start(const QString &hostId, const VellDocument &record);
     bool isChunked() const;

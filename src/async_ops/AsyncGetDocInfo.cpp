@@ -24,7 +24,7 @@ AsyncGetDocInfo::~AsyncGetDocInfo()
 
 void AsyncGetDocInfo::getDocInfo(const QString &id)
 {
-    // Beside the document service, at the base address itself.
+    // Directly below the base address, not below document-service.
     netManager->get(VellBaseApi::GetInstance().getBaseApi()
                     + QStringLiteral("documents/%1?info=true&pwd=true").arg(id));
 }

@@ -10,11 +10,21 @@ class AsyncNetManager;
 
 //! \brief Fetches one document with its info and its password, without blocking.
 //!
-//! The request goes to "documents/ID" directly under the base address, not to "document-service/".
+//! The request is sent to "documents/ID" below the base address, not to "document-service/".
 //!
-//! Returns at once; the outcome arrives by one of the signals. One object can send several requests in turn.
-//! It never deletes itself: its creator or its parent does, and a reply still in flight is then dropped
-//! without a signal. Belongs to the thread that made it, which must run an event loop.
+//! \par States
+//! \code{.unparsed}
+//! Idle --getDocInfo()--> In flight --2xx response--> getDocInfoFinish() --> Idle
+//!                            |
+//!                            +--failure--> error() --> Idle
+//! deletion: any state --> nothing more is emitted
+//! \endcode
+//!
+//! Each request ends with one of the two signals; an object may send another request before the first one has ended. It is owned by
+//! its creator or its parent, and does not delete itself. Belongs to the thread that created it, which must run an event loop.
+//!
+//! \since 0.1
+//! \sa VellDocumentData::getDoc()
 class VELLDOCUMENTDATA_EXPORT AsyncGetDocInfo : public QObject
 {
     Q_OBJECT
@@ -23,10 +33,11 @@ public:
     explicit AsyncGetDocInfo(QObject *parent = nullptr);
     ~AsyncGetDocInfo() override;
 
+    //! Requests the document \a id.
     void getDocInfo(const QString &id);
 
 Q_SIGNALS:
-    //! The answer; a default record when the reply was empty or no JSON object.
+    //! The document; a default-constructed record if the response was empty or not a JSON object.
     void getDocInfoFinish(const VellDocument &doc);
 
     //! The request failed; \a code is the QNetworkReply::NetworkError.

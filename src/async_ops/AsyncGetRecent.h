@@ -8,13 +8,23 @@
 
 class AsyncNetManager;
 
-//! \brief Lists the files that the current user made last, without blocking.
+//! \brief Lists the newest files of the current user, without blocking.
 //!
-//! The user and the project are those of the client's cache object at the time of the call.
+//! The user and the project are those of GetSoftCache() at the time of the call.
 //!
-//! Returns at once; the outcome arrives by one of the signals. One object can send several requests in turn.
-//! It never deletes itself: its creator or its parent does, and a reply still in flight is then dropped
-//! without a signal. Belongs to the thread that made it, which must run an event loop.
+//! \par States
+//! \code{.unparsed}
+//! Idle --getRecentDocs()--> In flight --2xx response--> getRecentDocsFinish() --> Idle
+//!                               |
+//!                               +--failure--> error() --> Idle
+//! deletion: any state --> nothing more is emitted
+//! \endcode
+//!
+//! Each request ends with one of the two signals; an object may send another request before the first one has ended. It is owned by
+//! its creator or its parent, and does not delete itself. Belongs to the thread that created it, which must run an event loop.
+//!
+//! \since 0.1
+//! \sa VellDocumentData::setRectentDocument()
 class VELLDOCUMENTDATA_EXPORT AsyncGetRecent : public QObject
 {
     Q_OBJECT
@@ -23,13 +33,13 @@ public:
     explicit AsyncGetRecent(QObject *parent = nullptr);
     ~AsyncGetRecent() override;
 
-    //! Asks for the user's newest 50 files of \a category in the open project, newest first.
-    //! \param ignoredArg not looked at: the project is always the open one.
+    //! Requests the user's newest 50 files of \a category in the open project, newest first.
+    //! \param ignoredArg ignored: the project is always the open one.
     void getRecentDocs(const QString &ignoredArg, const QString &category);
 
 Q_SIGNALS:
-    //! The answer, in its order; empty when the reply was empty or no JSON array. A record without a
-    //! `documentId` has its `_id` there.
+    //! The files, in the order of the response; empty if the response was empty or not a JSON array. In a record without
+    //! `documentId` this field is set to `_id`.
     void getRecentDocsFinish(const VellDocumentList &docs);
 
     //! The request failed; \a code is the QNetworkReply::NetworkError.

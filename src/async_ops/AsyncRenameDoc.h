@@ -10,11 +10,21 @@ class AsyncNetManager;
 
 //! \brief Renames one document or folder, without blocking.
 //!
-//! The service decides whether the name will do; ask VellDocumentData::isDocNameExist() before.
+//! The name is checked by the service only; VellDocumentData::isDocNameExist() tells before whether it is taken.
 //!
-//! Returns at once; the outcome arrives by one of the signals. One object can send several requests in turn.
-//! It never deletes itself: its creator or its parent does, and a reply still in flight is then dropped
-//! without a signal. Belongs to the thread that made it, which must run an event loop.
+//! \par States
+//! \code{.unparsed}
+//! Idle --renameDoc()--> In flight --2xx response--> renameDocFinish() --> Idle
+//!                           |
+//!                           +--failure--> error() --> Idle
+//! deletion: any state --> nothing more is emitted
+//! \endcode
+//!
+//! Each request ends with one of the two signals; an object may send another request before the first one has ended. It is owned by
+//! its creator or its parent, and does not delete itself. Belongs to the thread that created it, which must run an event loop.
+//!
+//! \since 0.1
+//! \sa VellDocumentData::isDocNameExist()
 class VELLDOCUMENTDATA_EXPORT AsyncRenameDoc : public QObject
 {
     Q_OBJECT
@@ -23,11 +33,11 @@ public:
     explicit AsyncRenameDoc(QObject *parent = nullptr);
     ~AsyncRenameDoc() override;
 
+    //! Sets the name of the document or folder \a id to \a name.
     void renameDoc(const QString &id, const QString &name);
 
 Q_SIGNALS:
-    //! The document as the service has it now; a default record when the reply was empty or no JSON
-    //! object.
+    //! The document as it is on the service now; a default-constructed record if the response was empty or not a JSON object.
     void renameDocFinish(const VellDocument &doc);
 
     //! The request failed; \a code is the QNetworkReply::NetworkError.

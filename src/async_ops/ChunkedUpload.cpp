@@ -31,11 +31,11 @@ int chunksOf(qint64 fileSize)
 
 QByteArray readChunk(const QString &path, int index)
 {
-    // What cannot be read is not sent, and the part "chunkSize" says so.
+    // Bytes that cannot be read are not sent; "chunkSize" has the actual size.
     QFile source(path);
     source.open(QIODevice::ReadOnly);
     source.seek(index * ChunkBytes);
-    // With exactly the memory that it needs; the other read() takes up to twice as much.
+    // Allocates exactly the necessary memory; the other read() takes up to twice as much.
     QByteArray chunk(int(ChunkBytes), Qt::Uninitialized);
     chunk.truncate(int(qMax(qint64(0), source.read(chunk.data(), ChunkBytes))));
     return chunk;
@@ -110,7 +110,7 @@ void AsyncCreateDocument::chunkComplete(const QByteArray &content)
     const QJsonDocument reply = QJsonDocument::fromJson(content);
     if (!reply.isObject())
         return;
-    // The store's counters are taken as they come: it decides which chunk is next.
+    // The counters of the service are used unchanged: it decides which chunk is next.
     chunkIndex = reply.object().value(QLatin1String("savedChunk")).toInt();
     const int total = reply.object().value(QLatin1String("totalChunk")).toInt();
     const QString fsFileId = reply.object().value(QLatin1String("fsFileId")).toString();
@@ -119,7 +119,7 @@ void AsyncCreateDocument::chunkComplete(const QByteArray &content)
         fileChunkLoop();
         return;
     }
-    // After a failed chunk the job does not finish; a new job does, without sending anything twice.
+    // After a failed chunk the job does not finish; a new job does, and sends nothing twice.
     if (!chunkOk || chunkIndex != total) {
         closeFile();
         return;
@@ -132,7 +132,7 @@ void AsyncCreateDocument::chunkComplete(const QByteArray &content)
 
 void AsyncCreateDocument::chunkFailed(int code)
 {
-    chunkOk = false; // for good
+    chunkOk = false; // never set again
     Q_EMIT error(code);
 }
 
@@ -155,7 +155,7 @@ void AsyncCreateDocument::getFileInfoByMd5(const QString &md5, VellLargeFile &in
     NetworkEventLoop loop(
         NetworkManager::instance()->get(storeUrl(QStringLiteral("largefiles/md5/%1").arg(md5))));
     loop.exec();
-    // info is a member: without the job there is nothing to fill.
+    // info is a member of the job, which may have been deleted.
     if (!self)
         return;
     const QJsonObject record = loop.object();

@@ -5,7 +5,7 @@
 
 #include <QJsonDocument>
 
-//! The document in the reply \a content; a default record when that is empty or no JSON object.
+//! Returns the document in \a content, the body of a response; a default-constructed record if it is empty or not a JSON object.
 inline VellDocument documentOfReply(const QByteArray &content)
 {
     VellDocument document;

@@ -5,10 +5,9 @@
 #include <QThreadPool>
 #include <QtConcurrent>
 
-//! Runs \a function on the global thread pool and returns its result once it is there, while the events of the
-//! calling thread run.
+//! Runs \a function on the global thread pool, processes the events of the calling thread meanwhile, and returns the result.
 //!
-//! The caller may have been deleted meanwhile; nothing of it is touched here.
+//! The calling object may be deleted meanwhile; it is not accessed here.
 template <typename Function>
 auto runAndWait(Function function)
 {

@@ -12,7 +12,7 @@ void AsyncCreateDocument::pause(bool pause)
 {
     if (pause) {
         AsyncNetManager *manager = isChunked() ? chunkNetManager : netManager;
-        if (manager) // null while the file is hashed and the store is asked
+        if (manager) // null before the first chunk
             manager->pause();
         return;
     }
@@ -25,13 +25,13 @@ void AsyncCreateDocument::pause(bool pause)
             uploadFinished(largeFile.fsFileId);
         return;
     }
-    // Inverted, not set: a file that had gone up already would be taken for the document's reply.
+    // Inverted, not set: if the file has been sent already, the next response is that of the document request.
     awaitingFile = !awaitingFile;
     closeFile();
     QHttpMultiPart *body = CFileUploadProxy::getFileHttpMultiPart(&file, doc.filePath);
     if (!body)
         return;
-    // The one before stays connected: what it still delivers counts.
+    // The old one remains connected: its responses are still handled.
     wireNetManager();
     postWholeFile(body);
 }
@@ -49,10 +49,10 @@ void AsyncCreateDocument::cancel()
     pendingLoops.clear();
     for (QNetworkReply *reply : qAsConst(pendingReplies)) {
         if (reply && !reply->isFinished())
-            reply->ignoreSslErrors(); // not abort(): a reply that is waited for runs to its end
+            reply->ignoreSslErrors(); // not abort(): a reply that is waited for must finish
     }
     pendingReplies.clear();
-    // Of a large file too: its running chunk is left alone and the next ones follow.
+    // Also for a large file, whose chunks continue.
     netManager->pause();
     closeFile();
 }

@@ -2,15 +2,18 @@
 
 #include <QString>
 
-//! \brief The file store's record of one chunked upload, kept under the file's MD5.
+//! \brief The upload record that the service keeps for an upload by chunks, identified by the MD5 of the file.
 //!
-//! A plain value; a default record means that the store has none.
+//! A value type. A default-constructed one means that the service has none.
+//!
+//! \since 0.1
 struct VellLargeFile
 {
-    QString _id; //!< the record's identifier; empty when the store has no record
+    QString _id; //!< identifier of the upload record; empty if there is none
     QString md5; //!< of the whole file
-    QString fileName; //!< as given at the upload
-    QString fsFileId; //!< the stored file, once it is complete
-    int totalChunk = 0; //!< chunks that the file has
-    int savedChunk = 0; //!< chunks that the store holds, which is also the next one to send
+    QString fileName; //!< name of the file
+    QString fsFileId; //!< identifier of the content, once it is complete
+    int totalChunk = 0; //!< number of chunks of the file
+    int savedChunk =
+        0; //!< number of chunks that the service has; also the number of the next chunk
 };

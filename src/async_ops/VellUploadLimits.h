@@ -2,13 +2,16 @@
 
 #include <QtGlobal>
 
-//! \brief How files are divided for an upload.
+//! \brief Sizes that decide how a file is uploaded.
+//!
+//! \since 0.1
+//! \sa AsyncCreateDocument
 namespace VellUploadLimits {
 
-//! Up to this many bytes a file goes up in one request; above, in chunks.
+//! Files of up to this many bytes are sent in one request, larger ones in chunks.
 constexpr qint64 WholeFileLimit = 10'485'760;
 
-//! All chunks of a file but the last have this many bytes.
+//! The size of all chunks of a file except the last one, in bytes.
 constexpr qint64 ChunkBytes = 4'194'304;
 
 } // namespace VellUploadLimits

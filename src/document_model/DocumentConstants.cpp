@@ -1,7 +1,7 @@
 #include <document_model/DocumentConstants.h>
 
-// One source file, words before the lists that are made of them: within a file the order of
-// construction is the order of definition.
+// In one source file, with the words before the lists that contain them: within a file objects are
+// initialized in the order of their definitions.
 
 const QString FILE_TYPE_IMAGE = QStringLiteral("image");
 const QString FILE_TYPE_OFFICE = QStringLiteral("office");

@@ -6,10 +6,11 @@
 #include <QStringList>
 
 //! \file
-//! \brief The words that the library and its clients share: categories, suffixes, query keys.
+//! \brief Constants that the library and its clients share: categories, suffixes, query keys.
 //!
-//! Built before a program that links the library runs its first line, and never changed. A program must not
-//! read them while the library itself is being loaded.
+//! Initialized when the library is loaded, before the code of a program that links it runs, and never changed.
+//!
+//! \since 0.1
 
 //! \name File categories
 //! The results of VellPubDoc::getFileType().
@@ -22,7 +23,7 @@ VELLDOCUMENTDATA_EXPORT extern const QString FILE_TYPE_OTHER;
 //! @}
 
 //! \name Known suffixes
-//! Without the dot. SUFFIX_DWG and FILE_TYPE_DWG are different words that happen to have the same text.
+//! Without the dot. SUFFIX_DWG and FILE_TYPE_DWG are different constants that happen to have the same text.
 //! @{
 VELLDOCUMENTDATA_EXPORT extern const QString SUFFIX_7Z;
 VELLDOCUMENTDATA_EXPORT extern const QString SUFFIX_AVI;
@@ -55,8 +56,7 @@ VELLDOCUMENTDATA_EXPORT extern const QString SUFFIX_ZIP;
 //! @}
 
 //! \name Suffixes of one kind
-//! The classification of VellPubDoc::getFileType() has tables of its own beside these: "xls" and "txt" are in
-//! no list here.
+//! VellPubDoc::getFileType() uses tables of its own: "xls" and "txt" are in no list here.
 //! @{
 VELLDOCUMENTDATA_EXPORT extern const QStringList DRAWING_SUFFIXES;
 VELLDOCUMENTDATA_EXPORT extern const QStringList SHEET_SUFFIXES;
@@ -66,8 +66,8 @@ VELLDOCUMENTDATA_EXPORT extern const QStringList IMAGE_SUFFIXES;
 //! @}
 
 //! \name Query key words
-//! Field paths that the service accepts in conditions and sorts. KEY_FILE_SIZE is a path into the nested
-//! "file" object and is passed on as it stands.
+//! Fields that the service accepts in conditions and sort keys. KEY_FILE_SIZE is a path into the nested "file" object and is
+//! sent unchanged.
 //! @{
 VELLDOCUMENTDATA_EXPORT extern const QString KEY_CATEGORY;
 VELLDOCUMENTDATA_EXPORT extern const QString KEY_CREATED_AT;
@@ -88,7 +88,7 @@ VELLDOCUMENTDATA_EXPORT extern const QString KEY_UPDATED_AT;
 //! @}
 
 //! \name Kept for clients
-//! Nothing in the library reads them.
+//! Not used by the library.
 //! @{
 VELLDOCUMENTDATA_EXPORT extern const QString SIZE_LIMIT_TEXT;
 VELLDOCUMENTDATA_EXPORT extern const QString MONTH_FORMAT_TEXT;

@@ -12,8 +12,8 @@
 
 namespace {
 
-// Builds the forest depth first with a stack of its own: folders may be nested deeper than the
-// thread's stack allows.
+// Builds the trees depth-first with an explicit stack, because folders may be nested deeper than the stack of
+// the thread allows.
 class TreeBuilder
 {
 public:
@@ -26,8 +26,8 @@ private:
     {
         QString parentId;
         QList<VellDocument> documents;
-        int broughtCount = 0; // how many of them, in front, their parent brought along
-        int next = 0; // the first that is not complete
+        int broughtCount = 0; // the number of those, at the front, that the record already had
+        int next = 0; // the first one that is not complete
         bool belowBrought = false;
         bool hasCutBranch = false;
     };
@@ -66,16 +66,15 @@ void TreeBuilder::visitNext()
     Level &level = m_levels.back();
     const VellDocument &document = level.documents.at(level.next);
     const bool isLeaf = document.children.isEmpty() && !m_entries.contains(document._id);
-    // Without this a record that is its own ancestor would never end; an empty id is that of the
-    // level above the roots.
+    // Otherwise a record that is its own ancestor would cause an endless loop; an empty id is that of the level
+    // above the roots.
     if (isLeaf || m_way.contains(document._id)) {
         level.hasCutBranch = level.hasCutBranch || (!isLeaf && !document._id.isEmpty());
         ++level.next;
         return;
     }
-    // Records with the same id share one subtree, or a list that holds each folder twice would
-    // double with every level. Below brought children the way may cross itself where the first
-    // visit did not.
+    // Records with the same id share one subtree: otherwise a list that contains each folder twice would double with
+    // every level. Below children that a record already had there may be a cycle that the first visit did not have.
     const bool isBelowBrought = level.belowBrought || level.next < level.broughtCount;
     const auto finished = m_finished.constFind(document._id);
     if (finished != m_finished.constEnd() && document.children.isEmpty() && !isBelowBrought) {
@@ -112,7 +111,7 @@ void TreeBuilder::closeLevel()
 
     Level &level = m_levels.back();
     level.hasCutBranch = level.hasCutBranch || done.hasCutBranch;
-    // Comparing first, because writing would copy a brought list in which nothing has changed.
+    // Compared first, because writing would copy a list that has not changed.
     if (!done.documents.isSharedWith(level.documents.at(level.next).children))
         level.documents[level.next].children = done.documents;
     ++level.next;

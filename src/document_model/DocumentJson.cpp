@@ -47,7 +47,7 @@ void readFile(const QJsonValue &value, VellDocument &doc)
 {
     const QJsonObject file = value.toObject();
     doc.fileId = text(file, QLatin1String("fileId"));
-    // Through QVariant, so that a numeric text counts and nothing is cut to 32 bits.
+    // By QVariant, so that numeric strings are accepted and nothing is truncated to 32 bits.
     doc.fileSize = file.value(QLatin1String("fileSize")).toVariant().toLongLong();
     doc.suffix = text(file, QLatin1String("suffix"));
 }
@@ -62,7 +62,7 @@ void mergeRights(const QJsonValue &value, VellDocument &doc)
     const QJsonArray auths = value.toArray();
     for (const QJsonValue &element : auths) {
         const QJsonObject right = element.toObject();
-        // The service sends the words "true" and "false"; a JSON boolean grants nothing.
+        // The service sends the strings "true" and "false"; a JSON boolean grants nothing.
         doc.auths.insert(text(right, QLatin1String("key")),
                          text(right, QLatin1String("value")) == QLatin1String("true"));
     }
@@ -75,7 +75,7 @@ struct Reader
     void (*read)(const QJsonValue &value, VellDocument &doc) = nullptr;
 };
 
-// Sorted as the members of an object are, so that the next one to read is mostly the next row.
+// Sorted like the members of an object, so that the next member is mostly in the next row.
 const Reader readers[] = {
     {QLatin1String("_id"), readText<&VellDocument::_id>},
     {QLatin1String("auths"), mergeRights},
@@ -104,8 +104,8 @@ const Reader readers[] = {
 };
 constexpr std::size_t ReaderCount = std::size(readers);
 
-//! The row of \a key, which is looked for from \a start on and then from the first row; ReaderCount for a key that is
-//! not read.
+//! Returns the row of \a key, which is searched from \a start on and then from the first row; ReaderCount for an unknown
+//! key.
 std::size_t readerOf(const QString &key, std::size_t start)
 {
     for (std::size_t i = 0; i < ReaderCount; ++i) {
@@ -120,7 +120,7 @@ std::size_t readerOf(const QString &key, std::size_t start)
 
 void VellPubDoc::jsonToDocObject(const QJsonObject &obj, VellDocument &doc)
 {
-    // The members are read one after the other: looking each key up costs more than mapping its value.
+    // The members are read one after the other, because looking up a key takes longer than mapping its value.
     std::bitset<ReaderCount> missing;
     missing.set();
     std::size_t next = 0;
@@ -149,10 +149,10 @@ void VellPubDoc::jsonToDocHistoryObject(const QJsonObject &obj, VellDocument &do
 
     const QJsonObject file = obj.value(QLatin1String("file")).toObject();
     doc.fileId = text(file, QLatin1String("fileId"));
-    // Histories carry the size as a 32-bit number.
+    // The history has the size as a 32-bit integer.
     doc.fileSize = file.value(QLatin1String("fileSize")).toInt();
-    // A history entry has a "suffix" at the top level too; that of the file always wins, also when
-    // it is missing.
+    // A version also has a "suffix" at the top level; that of the file is always used, even if it is
+    // missing.
     doc.suffix = text(file, QLatin1String("suffix"));
 
     doc.createdAt = dateTime(obj, QLatin1String("createdAt"));
@@ -163,7 +163,7 @@ void VellPubDoc::jsonToDocHistoryObject(const QJsonObject &obj, VellDocument &do
 void VellPubDoc::doc2JsonString(const VellDocument &doc, QJsonObject &out)
 {
     out.insert(QLatin1String("_id"), doc._id);
-    out.insert(QLatin1String("documentId"), doc._id); // readers of this form look up by either key
+    out.insert(QLatin1String("documentId"), doc._id); // readers of this form use either key
     out.insert(QLatin1String("name"), doc.name);
     out.insert(QLatin1String("createdAt"), VellPub::getQStringByDateTime(doc.createdAt));
     out.insert(QLatin1String("createdBy"), doc.createdBy);
@@ -172,12 +172,12 @@ void VellPubDoc::doc2JsonString(const VellDocument &doc, QJsonObject &out)
     out.insert(QLatin1String("fileId"), doc.fileId);
     out.insert(QLatin1String("frequent"), doc.favorite);
     out.insert(QLatin1String("pdfView"), doc.previewId);
-    // The record is written when it is downloaded, so that moment is the download time.
+    // The record is written when it is downloaded, so this is the download time.
     out.insert(QLatin1String("downloadTime"),
                VellPub::getQStringByDateTime(QDateTime::currentDateTimeUtc()));
     out.insert(QLatin1String("file"),
                QJsonObject{
-                   // This form holds 32-bit sizes: 2 GiB and more wrap.
+                   // This form has 32-bit sizes: 2 GiB and more overflow.
                    {QLatin1String("fileSize"), static_cast<qint32>(doc.fileSize)},
                    {QLatin1String("suffix"), doc.suffix},
                });

@@ -2,7 +2,7 @@
 
 namespace {
 
-// When the library is loaded, so that a client's first queued connection already finds the names.
+// Called when the library is loaded, so that the names are registered before a client's first queued connection.
 void registerMetaTypes()
 {
     qRegisterMetaType<VellDocument>("VellDocument");

@@ -4,17 +4,17 @@
 #include <QMetaType>
 #include <QString>
 
-//! \brief A document reduced to six fields, for callers that keep very many.
+//! \brief A document reduced to six fields, for programs that keep very many of them.
 //!
-//! VellPubDoc::docLite2Document() and VellPubDoc::document2DocLite() convert from and to VellDocument.
+//! \since 0.1
+//! \sa VellPubDoc::docLite2Document(), VellPubDoc::document2DocLite()
 struct VellDocumentLite
 {
     VellDocumentLite() = default;
 
-    //! Reads the fields from one JSON object of the service. A missing key leaves the field empty or 0.
+    //! Reads the fields from \a object, a document in the JSON form of the service. A missing key gives an empty field or 0.
     //!
-    //! The size is read as a 32-bit integer: one that is not a whole number in that range reads
-    //! as 0.
+    //! The size is read as a 32-bit integer: a value that is not an integer in that range gives 0.
     explicit VellDocumentLite(const QJsonObject &object)
         : _id(object.value(QLatin1String("_id")).toString()),
           name(object.value(QLatin1String("name")).toString()),
@@ -28,8 +28,7 @@ struct VellDocumentLite
     QString name; //!< as VellDocument::name
     qint64 fileSize = 0; //!< bytes
     QString suffix; //!< without the dot
-    QString
-        createdAt; //!< the service's text of the time, as VellPub::getQStringByDateTime() writes it
+    QString createdAt; //!< in the form of VellPub::getQStringByDateTime()
     QString createdBy; //!< who created it
 };
 

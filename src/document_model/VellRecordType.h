@@ -1,9 +1,11 @@
 #pragma once
 
-//! \brief The types of the records by which a user finds documents again: the marks on them.
+//! \brief The types of marks that a user can set on documents.
 //!
-//! For VellDocumentData::restoreFile() and VellDocumentConditon::recordType. A client may use other numbers for marks of
-//! its own.
+//! For VellDocumentData::restoreFile() and VellDocumentConditon::recordType. Clients may use other numbers for marks of their
+//! own.
+//!
+//! \since 0.1
 namespace VellRecordType {
 
 constexpr int Frequent = 1; //!< see VellDocumentData::setFrequentDocument()

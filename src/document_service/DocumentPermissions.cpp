@@ -5,7 +5,7 @@ namespace VellDocService {
 
 namespace {
 
-// The service sends the words "true" and "false": a JSON boolean grants nothing.
+// The service sends the strings "true" and "false": a JSON boolean grants nothing.
 bool isGranted(const QString &url)
 {
     return get(url).object().value(QLatin1String("value")).toString() == QLatin1String("true");
@@ -13,7 +13,7 @@ bool isGranted(const QString &url)
 
 } // namespace
 
-// The identifier comes first in the functions and last in the addresses.
+// The identifier is the first argument of the functions and the last one of the addresses.
 
 bool canDeleteDocFolder(const QString &rId, const QString &category)
 {

@@ -48,8 +48,8 @@ void getDocumentsRange(int limit, int skip, const VellDocumentConditon &conditio
     get(url + pageOrder(sort)).appendTo(documents, VellPubDoc::jsonToDocObject);
 }
 
-// Beside getDocumentsRange(): nothing is expanded, limit and skip are always sent, and the sort's
-// isDefault is not looked at. A "%3" in the condition is hit by the arguments that follow it.
+// Unlike getDocumentsRange(): nothing is expanded, limit and skip are always sent, and isDefault of the sort is
+// ignored. A "%3" in the condition is replaced by the arguments that follow it.
 void getRecycledDocumentsRange(int limit, int skip, const VellDocumentConditon &condition,
                                const VellDocumentSort &sort, QList<VellDocument> &documents)
 {
@@ -67,7 +67,7 @@ void getDocumentsRangeCount(const VellDocumentConditon &condition, const VellDoc
     VellDocService::count(condition, count);
 }
 
-// The same request: the recycle bin is told apart by the condition's category.
+// The same request: the category of the condition selects the recycle bin.
 void getDocumentsRecycledRangeCount(const VellDocumentConditon &condition, const VellDocumentSort &,
                                     int &count)
 {

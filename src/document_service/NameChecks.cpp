@@ -10,8 +10,8 @@ namespace {
 
 const QLatin1String fileType("file");
 
-//! The files of one folder and category in \a cache, name to identifier; of several with one name the
-//! first.
+//! Returns the files of a folder and category in \a cache, name to identifier; the first one if several have the same
+//! name.
 QHash<QString, QString> fileIdsByName(const QMap<QString, VellDocument> &cache,
                                       const QString &parentId, const QString &category)
 {
@@ -24,8 +24,8 @@ QHash<QString, QString> fileIdsByName(const QMap<QString, VellDocument> &cache,
     return ids;
 }
 
-//! \a name, which ends with \a suffix, with its last "(digits)" replaced by \a mark; with the mark
-//! between \a base and suffix where there is none.
+//! Returns \a name, which ends with \a suffix, with its last "(digits)" replaced by \a mark; if there is none, with the mark
+//! between \a base and suffix.
 QString markedName(const QString &name, const QString &base, const QString &suffix,
                    const QString &mark)
 {
@@ -60,7 +60,7 @@ bool VellDocumentData::getDocumentIdByName(VellDocumentConditon &cond, QString &
     cond.projectId = GetSoftCache()->currentProjectId();
     cond.selectName = true;
     QList<VellDocument> documents;
-    // Through the facade, which stores nothing of a names-only query.
+    // By the facade, which stores nothing if only names are selected.
     getDocuments(cond, documents);
     if (documents.isEmpty())
         return false;
@@ -73,7 +73,7 @@ QString VellDocumentData::getValidDocName(const QString &parentId, const QString
                                           const QStringList &reservedNames)
 {
     const QHash<QString, QString> cachedIds = fileIdsByName(docCache, parentId, category);
-    QString blockingId; // of the latest conflict with a document
+    QString blockingId; // of the last conflict with a document
     const auto isTaken = [&](const QString &candidate) {
         if (reservedNames.contains(candidate))
             return true;
@@ -94,7 +94,7 @@ QString VellDocumentData::getValidDocName(const QString &parentId, const QString
     const QString suffix = dot < 0 ? QString() : name.mid(dot);
     const QString base = name.chopped(suffix.size());
     QString result = name;
-    // Counts from 2 whatever number the name bears already.
+    // Counts from 2, whatever number the name already has.
     for (int counter = 2; isTaken(result); ++counter) {
         if (existingId.isEmpty())
             existingId = blockingId;

@@ -20,7 +20,7 @@ QString selectionToQuery(const VellDocumentConditon &condition)
         return QString();
     if (condition.selectName)
         return QStringLiteral("&select=name");
-    // A tree is deep by itself, so with isDeep the parameter occurs twice.
+    // A tree always has the parameter "deep", so that with isDeep it occurs twice.
     if (condition.selectTree)
         return QStringLiteral("&select=parentId name type suffix fileType fileSize fileId updatedAt"
                               "&deep=true");
@@ -33,7 +33,7 @@ QJsonObject timeSpanToJson(const VellDocumentConditon &condition)
 {
     return {
         {QStringLiteral("$gte"), VellPub::getQStringByDateTime(condition.startTime)},
-        // Exclusive and one day on, so that the last day counts in full.
+        // Exclusive and one day later, so that the whole last day is included.
         {QStringLiteral("$lt"), VellPub::getQStringByDateTime(condition.endTime.addDays(1))},
     };
 }
@@ -69,7 +69,7 @@ QString conditionToQuery(const VellDocumentConditon &condition)
     QJsonObject where = conditionToWhere(condition);
     if (condition.hasParentId)
         where.insert(QStringLiteral("parentId"), idOrNull(condition.parentId));
-    // Replaces the pattern: the exact name wins.
+    // Replaces the pattern: the exact name takes precedence.
     if (!condition.name.isEmpty())
         where.insert(QStringLiteral("name"), condition.name);
     if (!condition.documentId.isEmpty())

@@ -8,7 +8,7 @@ namespace VellDocService {
 
 namespace {
 
-// What neighbours in a list mostly have in common is kept in memory once: half of a record's texts.
+// Strings that are mostly equal in neighbouring documents of a list, half of them, are stored only once.
 void shareTexts(const VellDocument &from, VellDocument &to)
 {
     constexpr QString VellDocument::*Common[] = {

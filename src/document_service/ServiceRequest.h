@@ -10,27 +10,26 @@
 #include <QList>
 #include <QString>
 
-//! The frame of every request function: where the request goes, how it is sent and waited for, how
-//! lists are read. Nothing is kept between requests.
+//! What the request functions have in common: addresses, sending and waiting, reading lists. Stateless.
 namespace VellDocService {
 
-//! The address of \a pathTemplate on the document service. The caller fills the placeholders with
-//! QString::arg(), one after another, in the order of their numbers; nothing is encoded.
+//! Returns the address of \a pathTemplate on the document service. The caller fills the placeholders with QString::arg(), one
+//! after the other, in the order of their numbers; nothing is encoded.
 QString serviceUrl(const QString &pathTemplate);
 
-//! The same for a template that begins with "projects/%1/", which is filled with the open project.
+//! The same for a template that begins with "projects/%1/"; inserts the open project.
 QString projectUrl(const QString &pathTemplate);
 
-//! The identifier of the open project, read anew for each request.
+//! Returns the identifier of the project that is open now.
 QString projectId();
 
-//! \a id, or null where there is none: the service's word for the top level.
+//! Returns \a id, or null if it is empty: the top level in the form of the service.
 QJsonValue idOrNull(const QString &id);
 
 //! \brief A request that has been sent and waited for.
 //!
-//! Made by get(), postJson(), putJson() or deleteResource(), which block until the reply has finished
-//! while the thread's events run. Released with the reply when it goes out of scope.
+//! Returned by get(), postJson(), putJson() and deleteResource(), which block until the reply has finished and process events
+//! meanwhile. Owns the reply.
 class ServiceReply
 {
 public:
@@ -40,8 +39,7 @@ public:
     QJsonObject object() const { return m_loop.object(); }
     QList<QJsonObject> objectList() const { return m_loop.objectList(); }
 
-    //! Reads each object of the reply's list with \a read into a fresh record behind those that
-    //! \a documents holds.
+    //! Appends a record, filled by \a read, to \a documents for each object in the list of the response.
     void appendTo(QList<VellDocument> &documents,
                   void (*read)(const QJsonObject &, VellDocument &)) const;
 

@@ -13,12 +13,11 @@
 
 //! \brief One function for each operation of the document service.
 //!
-//! Internal; clients call the methods of VellDocumentData of the same names, whose comments say what each
-//! operation does. All block on the calling thread while its events run, hold nothing
-//! beyond the call, and report by their results only: none throws, retries, logs or shows anything.
+//! Internal; clients call the methods of VellDocumentData of the same names, which describe the operations. All functions block
+//! the calling thread and process its events meanwhile, are stateless, and report by their results only: none throws, retries,
+//! logs or shows anything.
 //!
-//! A function that returns nothing answers from whatever body arrived, whatever the status. Lists are
-//! appended to, never cleared.
+//! A function that returns nothing reads the body of the response, whatever the status. Lists are appended to, never cleared.
 namespace VellDocService {
 
 //! \name One document
@@ -45,18 +44,18 @@ bool getEntityDocByGuid(const QString &entityGuid, QList<VellDocumentLite> &docu
 //! \name Query builders
 //! @{
 
-//! The text behind "where=": the compact JSON of all conditions, then the other parameters.
+//! The text after "where=": the compact JSON of all conditions, then the other parameters.
 QString conditionToQuery(const VellDocumentConditon &condition);
-//! The time span and the name pattern, as far as they are set.
+//! The time span and the name pattern, if they are set.
 QJsonObject conditionToWhere(const VellDocumentConditon &condition);
 QJsonObject timeSpanToJson(const VellDocumentConditon &condition);
 QJsonObject searchNameToJson(const VellDocumentConditon &condition);
-//! {"$in": [...]}, an empty text as null.
+//! {"$in": [...]}, with null for an empty string.
 QJsonObject stringListToIn(const QStringList &list);
 //! @}
 
 //! \name Permission checks
-//! True only when the reply's "value" is the text "true".
+//! True only if "value" in the response is the string "true".
 //! @{
 bool canDeleteDocFolder(const QString &rId, const QString &category);
 bool canDeleteSelf(const QString &category);
@@ -73,15 +72,15 @@ bool changeDocOrder(const QMap<QString, int> &orders);
 bool moveToFolder(const QStringList &ids, const QString &folderId);
 void deleteDoc(const QString &id, bool &ok);
 bool emptyRecycled(const QString &category);
-//! \return the reply's "hasSameDoc"; a failed request answers false too.
+//! \return "hasSameDoc" of the response; normally false if the request fails.
 bool uploadRecycleDoc(const QString &id);
 bool updateDoc(VellDocument &doc);
 //! @}
 
-//! \name Records, shares, history, password
+//! \name Marks, shares, history, password
 //! @{
 
-//! \a ids and \a out belong to the public method; they are neither read nor written.
+//! \a ids and \a out belong to the public method; they are not used.
 bool restoreFile(const QString &id, const QStringList &ids, int type, bool value, QString &out);
 void setFrequentDocument(const QString &id, bool value, bool &ok);
 bool setRectentDocument(const QString &id, bool value);

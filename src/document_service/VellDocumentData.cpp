@@ -22,7 +22,7 @@ void VellDocumentData::addDocToCache(const VellDocument &doc)
 
 void VellDocumentData::cacheDocuments(const QList<VellDocument> &documents)
 {
-    // Services mostly list in the order of identifiers, and then the next place is known.
+    // Lists are mostly in the order of identifiers: the hint is then right.
     auto next = docCache.cend();
     for (const VellDocument &document : documents)
         next = std::next(QMap<QString, VellDocument>::const_iterator(
@@ -85,11 +85,11 @@ void VellDocumentData::getDoc(const QString &id, VellDocument &doc, bool fromCac
             return;
         }
     }
-    // id may be doc._id, which the reply overwrites.
+    // id may be doc._id, which is overwritten.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const QString requestedId = id;
     VellDocService::getDoc(requestedId, doc);
-    // Only fills a gap: a fetch past the cache refreshes the caller's record, not the cache.
+    // Only if it is missing: a fetch without the cache updates the caller's record, not the cache.
     if (!doc._id.isEmpty() && !docCache.contains(requestedId))
         addDocToCache(doc);
 }
@@ -197,7 +197,7 @@ bool VellDocumentData::moveToFolder(const QStringList &ids, const QString &folde
     for (const QString &id : moved) {
         VellDocument document;
         VellDocService::getDoc(id, document);
-        // Untested: what a failed fetch left is stored, under the empty identifier.
+        // Not checked: after a failed fetch an empty record is stored under the empty identifier.
         addDocToCache(document);
     }
     return true;
@@ -238,7 +238,7 @@ bool VellDocumentData::uploadRecycleDoc(const QString &id)
 bool VellDocumentData::restoreFile(const QString &id, const QStringList &list, int type, bool flag,
                                    QString &out)
 {
-    // Before the request and whatever its outcome: the next getDoc() asks the service.
+    // Before the request, whatever its outcome: the next getDoc() sends a request.
     docCache.remove(id);
     return VellDocService::restoreFile(id, list, type, flag, out);
 }
@@ -247,7 +247,7 @@ bool VellDocumentData::setFrequentDocument(const QString &id, bool on)
 {
     bool ok = false;
     VellDocService::setFrequentDocument(id, on, ok);
-    // An uncached document gains an entry that is empty but for the flag.
+    // For a document that is not cached, an entry with only this flag is added.
     if (ok)
         docCache[id].favorite = on;
     return ok;
@@ -267,7 +267,7 @@ bool VellDocumentData::shareDocument(const QStringList &ids, const QDateTime &ex
 bool VellDocumentData::updateDocRemake(bool history, const QString &id, const QString &remark)
 {
     const bool ok = VellDocService::updateDocRemake(history, id, remark);
-    // Of a version too: its identifier then gains an entry that is empty but for the remark.
+    // Also for a version: an entry with only the remark is added under its identifier.
     if (ok)
         docCache[id].remark = remark;
     return ok;

@@ -11,7 +11,7 @@
 #include <QString>
 #include <QStringList>
 
-//! \brief The one object through which a client reads and changes documents and waits for the answer.
+//! \brief Reads and changes documents with blocking functions, and caches them.
 //!
 //! \code
 //! VellBaseApi::GetInstance().setBaseApi("https://documents.example.com/");
@@ -22,59 +22,62 @@
 //! \endcode
 //!
 //! \par Waiting
-//! Each method that asks the service blocks until the reply has finished or nothing has moved for the
-//! time-out of NetworkSettings, but the events of the thread run meanwhile: timers fire, the user can
-//! click, and a slot may call any method here again, clear() included. What the caller passes by
-//! reference must live until the method returns.
+//! Each method that sends a request blocks until the response has arrived, or until nothing has been sent or received for
+//! NetworkSettings::stallTimeout(). The events of the thread are processed meanwhile: timers fire, the user can click, and a
+//! slot may call any method here again, clear() included. Arguments that are passed by reference must stay valid until the
+//! method returns.
 //!
 //! \par Failure
-//! Nothing is thrown, logged or shown. A change returns whether the service answered with success. Permissions, counts,
+//! Nothing is thrown, logged or shown. A change returns true if the response has a 2xx status. Permissions, counts,
 //! documents, lists without a result, names and passwords are read from the body of the response, whatever its status:
-//! without a readable body the result is empty, 0 or `false`, and looks like an honest answer; an error status whose body has
-//! the form of an answer is taken for one. NetworkManager::requestFailed() tells that a request failed, and why.
+//! without a readable body the result is empty, 0 or `false`, which cannot be told from a real result; an error response whose
+//! body has the form of a result is taken for one. NetworkManager::requestFailed() reports that a request failed, and why.
 //!
 //! \par Cache
-//! Documents are kept by their identifier, as whole copies, so that getDoc() and getFolderName()
-//! can answer without the service. Each method says what it stores or removes; where it says
-//! nothing the cache is not touched. Nothing expires, and a change of the open project empties
-//! nothing: call clear(). A failed request changes nothing in the cache, except in
-//! restoreFile() and moveToFolder(), and in getDoc(), getDocuments() and getDocumentsRange() if the body of the error
-//! response holds documents: these are stored.
+//! Documents are cached by identifier, as complete copies, so that getDoc() and getFolderName() can return them without a
+//! request. The description of each method says what it stores or removes; a method that says nothing does not change the
+//! cache. Nothing expires, and opening another project does not empty the cache: call clear(). A failed request changes nothing
+//! in the cache, except in restoreFile() and moveToFolder(), and in getDoc(), getDocuments() and getDocumentsRange() if the
+//! body of the error response contains documents: these are stored.
 //!
 //! \par Addresses
-//! Identifiers, category words and the open project go into addresses as they are, one after the other: a value that holds
-//! "%1", "%2" and so on is hit by the values that follow it.
+//! Identifiers, category words and the open project are inserted into addresses unchanged, one after the other. In a value
+//! that contains "%1", "%2" and so on, these are replaced by the values that follow it.
 //!
 //! \par Threads
-//! For one thread at a time, normally the user-interface thread. Only instance() may be called
-//! from several threads at once.
+//! Not thread-safe: use an object on one thread at a time, normally the GUI thread. Only instance() may be called from
+//! several threads at once.
 //!
 //! \par Copies
 //! A copy is an independent object with its own cache; only instance() is shared.
+//!
+//! \since 0.1
 class VELLDOCUMENTDATA_EXPORT VellDocumentData
 {
 public:
-    //! The object of this process, made by the first call and destroyed when the library is unloaded.
+    //! Returns the object of this process, which is created by the first call and destroyed when the library is unloaded.
     static VellDocumentData *instance();
 
     //! \name Cache
     //! @{
 
-    //! Stores \a doc under its identifier, an empty one included, replacing what was there.
+    //! Stores \a doc under its identifier, which may be empty, and replaces an earlier entry.
+    //! \sa getDoc()
     void addDocToCache(const VellDocument &doc);
 
-    //! Forgets every document.
+    //! Empties the cache.
     void clear();
 
-    //! The name of the cached document \a id, empty when it is not cached. Asks the service for nothing: a
-    //! folder that was never fetched, listed or made through this object has no name here.
+    //! Returns the name of the cached document \a id, or an empty string if it is not cached. Sends no request: a folder that
+    //! was never fetched, listed or created through this object has no name here.
+    //! \sa getDoc()
     QString getFolderName(const QString &id);
     //! @}
 
     //! \name Permissions
-    //! Whether the current user may do it in the open project, by the service's word at this moment. False
-    //! also when the request fails, unless the body of the error response grants it.
-    //! \param rId the folder or document in question
+    //! Each asks the service whether the current user is allowed to do it in the open project, and returns the result. False
+    //! also if the request fails, unless the body of the error response grants it.
+    //! \param rId identifier of the folder or document
     //! \param category the service's plain category word
     //! @{
     bool canDeleteDocFolder(const QString &rId, const QString &category);
@@ -89,123 +92,142 @@ public:
     //! \name One document
     //! @{
 
-    //! Gives the document \a id in \a doc.
+    //! Copies the document \a id to \a doc.
     //!
-    //! With \a fromCache a cached document is copied and no request is made. Otherwise the
-    //! service is asked and \a doc filled as VellPubDoc::jsonToDocObject() does, from the body of an error response too;
-    //! without a document in it, `_id` is empty. A document that came is stored unless \a id is cached already: an
-    //! older entry stays as it was.
+    //! If \a fromCache is true and the document is cached, no request is sent. Otherwise the document is requested and \a doc is
+    //! filled by VellPubDoc::jsonToDocObject(), also from the body of an error response; `_id` is empty if the body contains no
+    //! document. The document is stored in the cache unless \a id is cached already: an older entry stays as it is.
+    //! \sa AsyncGetDocInfo, addDocToCache()
     void getDoc(const QString &id, VellDocument &doc, bool fromCache);
 
     //! Appends the versions of the document \a id to \a list, newest first, as
     //! VellPubDoc::jsonToDocHistoryObject() reads them.
-    //! \return success; after a failure \a list may have gained what arrived.
+    //! \return true on success. After a failure \a list contains the versions of the response's body, if there are any.
+    //! \sa updateDocRemake()
     bool getDocHistory(const QString &id, QList<VellDocument> &list);
 
-    //! Gives the access password of the document \a id in \a pwd: empty when it has none or the request
-    //! failed.
+    //! Sets \a pwd to the access password of the document \a id; empty if it has none or if the request fails.
     void getDocPwd(const QString &id, QString &pwd);
 
-    //! Looks up the user's favourite mark of the document \a id.
-    //! \param value the type of the record that was found (3); keeps its value when there is none.
-    //! \return success, with or without a record.
+    //! Looks up the user's favourite mark on the document \a id.
+    //! \param value set to the type of the mark, VellRecordType::Favorite; unchanged if there is none.
+    //! \return true on success, with or without a mark.
+    //! \sa restoreFile(), getFavorDocs()
     bool getFavorDoc(int &value, const QString &id);
     //! @}
 
     //! \name Lists
-    //! All speak of the open project and append to the caller's list, in the order of the reply.
+    //! All work in the open project and append to the caller's list, in the order of the response.
     //! @{
 
-    //! Every document that meets \a cond, unsorted. Stores them, unless \a cond asks for names or
-    //! for the fields of a tree only.
+    //! Appends all documents that match \a cond, unsorted. Stores them, unless \a cond selects only names or only the fields
+    //! of a tree.
+    //! \sa getDocumentsRange()
     void getDocuments(const VellDocumentConditon &cond, QList<VellDocument> &list);
 
-    //! One page of the documents that meet \a cond: \a limit of them, from number \a skip on; all
-    //! of them when \a limit is 0 or less. Stores them, whatever fields \a cond asks for.
+    //! Appends one page of the documents that match \a cond: \a limit documents, after the first \a skip; all documents if
+    //! \a limit is 0 or less. Stores them, whichever fields \a cond selects.
+    //! \sa getDocumentsRangeCount()
     void getDocumentsRange(QList<VellDocument> &list, int skip, int limit,
                            const VellDocumentConditon &cond, const VellDocumentSort &sort);
 
-    //! How many documents meet \a cond; 0 also when the request fails, unless the body of the error response has a count.
+    //! Returns the number of documents that match \a cond; 0 also if the request fails, unless the body of the error response
+    //! contains a count.
+    //! \sa getDocumentsRange()
     int getDocumentsRangeCount(const VellDocumentConditon &cond);
 
-    //! One page of the recycle bin, whose category word \a cond carries. \a limit and \a skip are always
-    //! sent, and VellDocumentSort::isDefault is not looked at.
+    //! Appends one page of the recycle bin. The category of \a cond must be the category word of the recycle bin. \a limit and
+    //! \a skip are always sent, and VellDocumentSort::isDefault is ignored.
+    //! \sa getDocumentsRecycledRangeCount(), uploadRecycleDoc()
     void getRecycledDocumentsRange(QList<VellDocument> &list, int skip, int limit,
                                    const VellDocumentConditon &cond, const VellDocumentSort &sort);
 
-    //! How many documents of the recycle bin meet \a cond, which carries its category word.
+    //! Returns the number of documents in the recycle bin that match \a cond, whose category must be the category word of the
+    //! recycle bin.
+    //! \sa getRecycledDocumentsRange()
     int getDocumentsRecycledRangeCount(const VellDocumentConditon &cond);
 
-    //! The favourites that meet \a cond, whose `projectId` is set to the open project. The sort's
-    //! VellDocumentSort::isDefault is not looked at.
+    //! Appends the favourites that match \a cond, and sets its `projectId` to the open project. VellDocumentSort::isDefault is
+    //! ignored.
+    //! \sa getFavorDoc()
     bool getFavorDocs(QList<VellDocument> &list, VellDocumentConditon &cond,
                       const VellDocumentSort &sort);
 
-    //! The documents linked to the entity \a guid. Sizes of 2 GiB and more read as 0.
+    //! Appends the documents that are linked to the entity \a guid. Sizes of 2 GiB and more are read as 0.
+    //! \sa updateDoc()
     bool getEntityDocByGuid(const QString &guid, QList<VellDocumentLite> &list);
     //! @}
 
     //! \name Changes
     //! @{
 
-    //! Makes the folder \a doc, of which `parentId` (empty: top level), `name`, `type` and `category` are
-    //! sent. \a doc takes the reply, its `_id` above all; after a failure it has lost its fields. On
-    //! success it is stored.
+    //! Creates the folder \a doc. `parentId` (empty for the top level), `name`, `type` and `category` are sent. \a doc is filled
+    //! from the response, including `_id`; after a failure its fields are lost. Stores \a doc on success.
+    //! \sa AsyncCreateDocument
     bool createDocFolder(VellDocument &doc);
 
-    //! Sends the changes named in `codeList` of \a doc: VellDocumentChange::EntityLinks sends `entity`; other
-    //! codes send nothing. \a doc takes the reply, also after a failure. On success it is stored.
-    //! \return success; false without a request when `codeList` is empty.
+    //! Sends the changes that `codeList` of \a doc contains: VellDocumentChange::EntityLinks sends `entity`; other codes send
+    //! nothing. \a doc is filled from the response, also after a failure. Stores \a doc on success.
+    //! \return true on success; false, without a request, if `codeList` is empty.
+    //! \sa getEntityDocByGuid()
     bool updateDoc(VellDocument &doc);
 
-    //! Gives documents, by identifier, new positions in their folder. The cache keeps the old ones.
+    //! Sets the positions of documents in their folder. \a orders maps identifiers to positions. Cached documents keep the old
+    //! positions.
     bool changeDocOrder(const QMap<QString, int> &orders);
 
     //! Moves the documents \a ids into the folder \a folderId; empty moves them to the top level. On
-    //! success each is fetched and stored; a fetch that fails stores an empty record under the empty
-    //! identifier and is not reported.
+    //! success each document is fetched and stored; if that fails, an empty record is stored under the empty identifier, and
+    //! the failure is not reported.
     bool moveToFolder(const QStringList &ids, const QString &folderId);
 
-    //! Moves the document or folder \a id into the recycle bin. On success it leaves the cache; what a
-    //! folder held stays cached.
+    //! Moves the document or folder \a id to the recycle bin. On success it is removed from the cache; the entries of a folder
+    //! stay cached.
+    //! \sa uploadRecycleDoc(), emptyRecycled()
     bool deleteDoc(const QString &id);
 
-    //! Deletes each of \a ids with a request of its own and goes on after a failure. Those that
-    //! succeeded leave the cache.
-    //! \return whether all succeeded; true for an empty list, without a request.
+    //! Deletes each of \a ids with a separate request and continues after a failure. Deleted documents are removed from the
+    //! cache.
+    //! \return true if all succeeded; true for an empty list, without a request.
     bool deleteDoc(const QStringList &ids);
 
-    //! Empties the open project's recycle bin of \a category, for good.
+    //! Deletes the documents of \a category in the recycle bin of the open project permanently.
+    //! \sa deleteDoc()
     bool emptyRecycled(const QString &category);
 
     //! Restores the document \a id from the recycle bin.
-    //! \return whether its folder holds a document of the same name, as the body of the response says: normally false when
-    //!         the request fails.
+    //! \return true if its folder contains a document of the same name, according to the body of the response: normally false
+    //!         if the request fails.
+    //! \sa deleteDoc(), getRecycledDocumentsRange()
     bool uploadRecycleDoc(const QString &id);
     //! @}
 
     //! \name Marks, shares, remarks
     //! @{
 
-    //! Sets or clears the user's record of \a type on the document \a id. The document leaves the
-    //! cache before the request, whatever its outcome. \a list and \a out are not used.
+    //! Sets or clears the user's mark of \a type on the document \a id. The document is removed from the cache before the
+    //! request, whatever its outcome. \a list and \a out are not used.
+    //! \sa VellRecordType, getFavorDoc()
     bool restoreFile(const QString &id, const QStringList &list, int type, bool flag, QString &out);
 
-    //! Marks the document \a id as frequently used, or not. On success the cached document's `favorite`
-    //! is set; without one an otherwise empty record is stored under \a id.
+    //! Sets or clears the mark "frequent" on the document \a id. On success `favorite` of the cached document is set; if it is
+    //! not cached, an otherwise empty record is stored under \a id.
+    //! \sa restoreFile()
     bool setFrequentDocument(const QString &id, bool on);
 
-    //! Marks the document \a id as recently used, or not.
+    //! Sets or clears the mark "recent" on the document \a id.
+    //! \sa AsyncGetRecent
     bool setRectentDocument(const QString &id, bool on);
 
-    //! Shares the documents \a ids with whoever has the \a code that comes back.
-    //! \param expiredAt when the share ends; an invalid time: never.
-    //! \param code empty when the service gave none.
+    //! Shares the documents \a ids with everybody who has the \a code.
+    //! \param expiredAt when the share ends; invalid for a share that does not end.
+    //! \param code set to the code of the share; empty if the service returned none.
     bool shareDocument(const QStringList &ids, const QDateTime &expiredAt, QString &code,
                        bool allowDownload);
 
-    //! Sets the remark of the document \a id, or with \a history of the version \a id. On success
-    //! the remark of the entry cached under \a id is set; without one an otherwise empty record is stored.
+    //! Sets the remark of the document \a id, or of the version \a id if \a history is true. On success the remark of the
+    //! document cached under \a id is set; if there is none, an otherwise empty record is stored.
+    //! \sa getDocHistory()
     bool updateDocRemake(bool history, const QString &id, const QString &remark);
     //! @}
 
@@ -213,35 +235,37 @@ public:
     //! A failed request counts as "not found", unless the body of the error response is a list of documents.
     //! @{
 
-    //! Whether the open project has a document or folder \a name in the folder \a parentId, in \a category.
+    //! Returns true if the open project has a document or folder called \a name in the folder \a parentId, in \a category.
+    //! \sa getValidDocName()
     bool isDocNameExist(const QString &parentId, const QString &name, const QString &category);
 
-    //! Gives the identifier of the first document that meets \a cond in \a id, which otherwise keeps
-    //! its value. Sets `projectId` and `selectName` of \a cond.
-    //! \return whether there is one.
+    //! Sets \a id to the identifier of the first document that matches \a cond; unchanged if there is none. Sets `projectId`
+    //! and `selectName` of \a cond.
+    //! \return true if there is such a document.
     bool getDocumentIdByName(VellDocumentConditon &cond, QString &id);
 
-    //! A name for a new file in the folder \a parentId: \a name when it is free, else the first free one
-    //! of name(2).ext, name(3).ext and so on.
+    //! Returns a name for a new file in the folder \a parentId: \a name if it is free, otherwise the first free name of
+    //! name(2).ext, name(3).ext and so on.
     //!
-    //! A name is taken when \a reservedNames holds it, when the cache or, asked for each candidate, the service
-    //! has a file of that name there in \a category. Counting starts at 2 for every call, and the last
-    //! "(digits)" of the name, wherever it stands, is replaced: plan(5).dwg gives plan(2).dwg. The
-    //! suffix is what follows the last dot: archive.tar.gz gives archive.tar(2).gz.
-    //! \param existingId when it is empty, receives the identifier of the first document found to be in the way;
-    //!        names that are only reserved give none.
+    //! A name is taken if \a reservedNames contains it, or if the cache or the service, which is asked for each candidate, has a
+    //! file of that name in this folder and \a category. Counting always starts at 2, and the last "(digits)" of the name is
+    //! replaced, wherever it is: plan(5).dwg becomes plan(2).dwg. The suffix is the text after the last dot: archive.tar.gz
+    //! becomes archive.tar(2).gz.
+    //! \param existingId if it is empty, set to the identifier of the first document whose name is in the way; reserved names
+    //!        do not set it.
+    //! \sa isDocNameExist()
     QString getValidDocName(const QString &parentId, const QString &name, QString &existingId,
                             const QString &category, const QStringList &reservedNames);
     //! @}
 
-    //! The folder for temporary PDF files, from the client's settings; neither created nor checked.
+    //! Returns VellSettings::pdfFileTempPath(), the folder for temporary PDF files, which is neither created nor checked.
     QString getPdfFileTempPath();
 
 private:
     void cacheDocuments(const QList<VellDocument> &documents);
 
     QMap<QString, VellDocument> docCache;
-    // Carried with the object for the client; nothing here reads them.
+    // Part of the object's interface for clients; not used here.
     QMap<QString, bool> flagMapA;
     QMap<QString, bool> flagMapB;
 };

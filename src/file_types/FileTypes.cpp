@@ -9,7 +9,7 @@
 
 QString VellPubDoc::getFileType(const QString &suffix)
 {
-    // OFFICE_SUFFIXES lacks the text and the sheet suffixes, and clients rely on it as it is.
+    // OFFICE_SUFFIXES does not contain the suffixes of texts and sheets, and clients rely on that.
     static const QStringList documentSuffixes{SUFFIX_TXT, SUFFIX_XLSX, SUFFIX_XLS,
                                               SUFFIX_DOC, SUFFIX_DOCX, SUFFIX_DOT,
                                               SUFFIX_PDF, SUFFIX_PPT,  SUFFIX_PPTX};
@@ -22,7 +22,7 @@ QString VellPubDoc::getFileType(const QString &suffix)
         {IMAGE_SUFFIXES, FILE_TYPE_IMAGE},
         {documentSuffixes, FILE_TYPE_OFFICE},
         {DRAWING_SUFFIXES, FILE_TYPE_DWG},
-        {MEDIA_SUFFIXES, FILE_TYPE_VIDEO}, // sound too: the category's name covers both
+        {MEDIA_SUFFIXES, FILE_TYPE_VIDEO}, // also audio: the name of the category includes both
     };
     for (const Row &row : Rows) {
         if (row.suffixes.contains(suffix, Qt::CaseInsensitive))
@@ -56,7 +56,7 @@ QString VellPubDoc::getFileTypeIconPath(const VellDocument &doc)
     if (doc.type == QLatin1String("dir"))
         return QStringLiteral(":/item/Resources/item/folder.png");
 
-    // No "jpeg": such files show the unknown icon although their category is "image".
+    // Without "jpeg": such files have the icon for unknown files, although their category is "image".
     struct Row
     {
         const QString &suffix;
@@ -104,7 +104,7 @@ QPixmap VellPubDoc::getFileIcon(const QString &path)
     };
     static constexpr Row Rows[] = {
         {FILE_TYPE_OFFICE, ":/DocumentManagement/Resources/file_show.png"},
-        // The blank is part of the name under which the clients carry the picture.
+        // The space is part of the name of the image in the clients.
         {FILE_TYPE_DWG, ":/DocumentManagement/Resources/drawing _show.png"},
         {FILE_TYPE_VIDEO, ":/DocumentManagement/Resources/movie_show.png"},
     };
@@ -117,7 +117,7 @@ QPixmap VellPubDoc::getFileIcon(const QString &path)
 
 QStringList VellPubDoc::getNameFilters()
 {
-    // Uneven blanks, no "jpeg" and no "dwf" on purpose: clients compare these texts.
+    // Irregular spaces, no "jpeg" and no "dwf" on purpose: clients compare these texts.
     return {
         QObject::tr("所有类型 (*.*)"),
         QStringLiteral("Image files (*.png *.bmp *.jpg)"),

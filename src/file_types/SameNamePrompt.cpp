@@ -10,7 +10,7 @@ int VellPubDoc::showSameNameMsgBox(const QString &fileName, const QString &newNa
     QMessageBox box;
     box.setWindowIcon(QApplication::windowIcon());
     box.setText(QMessageBox::tr("此位置已存在同名文件：") + QLatin1Char('\n') + fileName);
-    // Piece by piece, so that translators see the same texts as the other versions of the client.
+    // Separate parts, so that translators see the same texts as in other versions of the client.
     //: Stands directly before the new name: end it with a blank where words are separated.
     const QString keepBoth = QMessageBox::tr("保留原有文件并将其新文件重命名为");
     box.setInformativeText(QMessageBox::tr("新文件替换已存在的同名文件") + QLatin1Char('\n')

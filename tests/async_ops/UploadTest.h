@@ -22,10 +22,10 @@ private Q_SLOTS:
 protected:
     static constexpr int SlowMs = 300;
 
-    VellDocument smallFile() const { return m_world->makeFile(QStringLiteral("a.txt"), 10); }
+    VellDocument smallFile() const { return m_world->makeFile("a.txt", 10); }
     VellDocument largeFile() const
     {
-        return m_world->makeFile(QStringLiteral("a.bin"), UploadWorld::WholeFileLimit + 1);
+        return m_world->makeFile("a.bin", UploadWorld::WholeFileLimit + 1);
     }
     void start(const VellDocument &doc, bool isCreate = true);
 

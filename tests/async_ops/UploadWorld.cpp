@@ -1,35 +1,26 @@
 #include "UploadWorld.h"
 
+#include <support/UnequalFile.h>
+
 #include <VellNetwork/VellBaseApi.h>
 #include <VellSoftBase/VellSoftCache.h>
-
-#include <QFile>
-#include <QFileInfo>
-#include <QtEndian>
 
 UploadWorld::UploadWorld()
 {
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
 }
 
 VellDocument UploadWorld::makeFile(const QString &name, qint64 bytes) const
 {
     const QString path = folder.filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    QByteArray block(1 << 16, 'x');
-    for (qint64 written = 0; written < bytes; written += block.size()) {
-        qToBigEndian<qint64>(written, block.data());
-        file.write(block.constData(), qMin<qint64>(block.size(), bytes - written));
-    }
+    writeUnequalFile(path, bytes);
 
     VellDocument doc;
     doc.name = name;
     doc.filePath = path;
     doc.fileSize = bytes;
-    doc.type = QStringLiteral("file");
+    doc.type = "file";
     return doc;
 }
 
@@ -90,15 +81,15 @@ JobSpies::JobSpies(AsyncCreateDocument *job)
 {
     QObject::connect(job, &AsyncCreateDocument::createDocumentFinish, job,
                      [this](const VellDocument &doc) {
-                         events.append(QStringLiteral("createDocumentFinish"));
+                         events.append("createDocumentFinish");
                          finished.append(doc);
                      });
     QObject::connect(job, &AsyncCreateDocument::error, job, [this](int code) {
-        events.append(QStringLiteral("error"));
+        events.append("error");
         errors.append(code);
     });
     QObject::connect(job, &AsyncCreateDocument::finishUpload, job,
-                     [this] { events.append(QStringLiteral("finishUpload")); });
+                     [this] { events.append("finishUpload"); });
     QObject::connect(job, &AsyncCreateDocument::uploadProgress, job,
                      [this](qint64 bytes, qint64 total) {
                          progress.append({bytes, total});

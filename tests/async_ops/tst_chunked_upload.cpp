@@ -46,7 +46,7 @@ private Q_SLOTS:
     void aHundredJobsLeakNoHandles();
 
 private:
-    void start() { m_job->createDocument(QStringLiteral("h1"), m_doc); }
+    void start() { m_job->createDocument("h1", m_doc); }
     QList<FormPart> chunk(int request) const
     {
         return formParts(m_world->server.requests()[request]);
@@ -71,8 +71,8 @@ private:
 
 namespace {
 
-const QString chunkLine = QStringLiteral("POST /base-service/largefiles");
-const QString documentLine = QStringLiteral("POST /document-service/projects/p1/documents");
+const QString chunkLine = "POST /base-service/largefiles";
+const QString documentLine = "POST /document-service/projects/p1/documents";
 
 QByteArray contentOf(const QString &path)
 {
@@ -99,7 +99,7 @@ void TestChunkedUpload::init()
         const int index = m_world->server.requests().size() - 1;
         return m_exceptions.contains(index) ? m_exceptions.value(index) : m_store.answer(request);
     });
-    m_doc = m_world->makeFile(QStringLiteral("图纸.zip"), UploadWorld::WholeFileLimit + 1);
+    m_doc = m_world->makeFile("图纸.zip", UploadWorld::WholeFileLimit + 1);
 }
 
 void TestChunkedUpload::everyByteGoesUpOnce_data()
@@ -117,12 +117,11 @@ void TestChunkedUpload::everyByteGoesUpOnce()
 {
     QFETCH(qint64, bytes);
     QFETCH(int, chunks);
-    m_doc = m_world->makeFile(QStringLiteral("a.bin"), bytes);
+    m_doc = m_world->makeFile("a.bin", bytes);
     start();
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
 
-    QStringList lines{QStringLiteral("GET /base-service/largefiles/md5/")
+    QStringList lines{QString("GET /base-service/largefiles/md5/")
                       + QString::fromLatin1(md5Of(m_doc.filePath))};
     for (int i = 0; i < chunks; ++i)
         lines.append(chunkLine);
@@ -134,7 +133,7 @@ void TestChunkedUpload::everyByteGoesUpOnce()
         sent += chunk(i)[0].body;
     QVERIFY(sent == contentOf(m_doc.filePath));
     QVERIFY(m_world->server.hasReusedItsConnection());
-    QCOMPARE(m_spies->finished[0]._id, QStringLiteral("d1"));
+    QCOMPARE(m_spies->finished[0]._id, QString("d1"));
 }
 
 void TestChunkedUpload::aChunkHasItsSevenParts()
@@ -153,7 +152,7 @@ void TestChunkedUpload::aChunkHasItsSevenParts()
         QCOMPARE(qint64(parts[0].body.size()), sizes[i]);
         const std::pair<const char *, QByteArray> fields[] = {
             {"md5", md5},
-            {"fileName", QStringLiteral("图纸.zip").toUtf8()},
+            {"fileName", QString("图纸.zip").toUtf8()},
             {"totalChunk", "3"},
             {"savedChunk", index},
             {"fileSize", "10485761"},
@@ -171,13 +170,12 @@ void TestChunkedUpload::aChunkHasItsSevenParts()
 
 void TestChunkedUpload::resumeContinuesAtTheStoresChunk()
 {
-    m_doc = m_world->makeFile(QStringLiteral("a.bin"), 5 * UploadWorld::ChunkBytes - 10);
+    m_doc = m_world->makeFile("a.bin", 5 * UploadWorld::ChunkBytes - 10);
     m_store.id = "r1";
     m_store.savedChunk = 2;
     m_store.totalChunk = 5;
     start();
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
     QCOMPARE(m_store.sentChunks, QList<int>({2, 3, 4}));
     const QList<FormPart> first = chunk(1);
     QVERIFY(first[0].disposition.endsWith("-2\""));
@@ -221,19 +219,19 @@ void TestChunkedUpload::aCompleteRecordSendsNoChunk()
     m_store.savedChunk = savedChunk;
     m_store.totalChunk = 3;
     m_store.fsFileId = fsFileId;
-    m_doc._id = QStringLiteral("d7");
+    m_doc._id = "d7";
     if (isCreate)
         m_job->createDocument(QString(), m_doc);
     else
         m_job->updateDocument(QString(), m_doc);
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
     QVERIFY(m_store.sentChunks.isEmpty());
-    QStringList lines{QStringLiteral("GET /base-service/largefiles/md5/")
+    QStringList lines{QString("GET /base-service/largefiles/md5/")
                       + QString::fromLatin1(md5Of(m_doc.filePath))};
     if (fsFileId.isEmpty())
-        lines.append(QStringLiteral("GET /base-service/md5/")
-                     + QString::fromLatin1(md5Of(m_doc.filePath)) + QStringLiteral("/info"));
-    lines.append(isCreate ? documentLine : QStringLiteral("PUT /document-service/documents/d7"));
+        lines.append(QString("GET /base-service/md5/") + QString::fromLatin1(md5Of(m_doc.filePath))
+                     + "/info");
+    lines.append(isCreate ? documentLine : QString("PUT /document-service/documents/d7"));
     QCOMPARE(m_world->requestLines(), lines);
     QVERIFY(m_world->server.requests().last().body.contains("\"file\":\"" + file + "\""));
 }
@@ -254,8 +252,7 @@ void TestChunkedUpload::aFailedQueryStartsAtTheFirstChunk()
     QFETCH(ScriptedReply, reply);
     except(0, reply);
     start();
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
     QCOMPARE(m_store.sentChunks, QList<int>({0, 1, 2}));
     QCOMPARE(formField(chunk(1), "totalChunk"), QByteArray("3"));
 }
@@ -264,8 +261,7 @@ void TestChunkedUpload::aChunkThatWasNotKeptIsSentAgain()
 {
     except(2, ScriptedReply::json(R"({"savedChunk":1,"totalChunk":3})"));
     start();
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
     QCOMPARE(m_store.sentChunks, QList<int>({0, 1, 2}));
     QCOMPARE(formField(chunk(2), "savedChunk"), QByteArray("1"));
     QCOMPARE(formField(chunk(3), "savedChunk"), QByteArray("1"));
@@ -280,7 +276,7 @@ void TestChunkedUpload::theStoresNextChunkIsSentWhicheverItIs()
     QStringList indexes;
     for (int i = 1; i < m_world->server.requests().size() - 1; ++i)
         indexes.append(QString::fromLatin1(formField(chunk(i), "savedChunk")));
-    QCOMPARE(indexes.join(QLatin1Char(' ')), QStringLiteral("0 2 0 1 2"));
+    QCOMPARE(indexes.join(QLatin1Char(' ')), QString("0 2 0 1 2"));
 }
 
 void TestChunkedUpload::theDocumentTakesTheFileOfTheLastReply()
@@ -295,11 +291,10 @@ void TestChunkedUpload::theDocumentTakesTheFileOfTheLastReply()
 
 void TestChunkedUpload::aVersionIsMadeOfALargeFileToo()
 {
-    m_doc._id = QStringLiteral("d7");
-    m_job->updateDocument(QStringLiteral("h1"), m_doc);
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
-    QCOMPARE(line(4), QStringLiteral("PUT /document-service/documents/d7"));
+    m_doc._id = "d7";
+    m_job->updateDocument("h1", m_doc);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
+    QCOMPARE(line(4), QString("PUT /document-service/documents/d7"));
     QVERIFY(m_world->server.requests()[4].body.contains("\"hostId\":\"h1\""));
 }
 
@@ -347,7 +342,7 @@ void TestChunkedUpload::aFailedChunkIsReportedOnce()
     except(2, reply);
     start();
     settles(3);
-    QCOMPARE(m_spies->log(), QStringLiteral("error"));
+    QCOMPARE(m_spies->log(), QString("error"));
     QCOMPARE(m_spies->errors, QList<int>({code}));
 }
 
@@ -390,10 +385,10 @@ void TestChunkedUpload::theJobMayBeDeletedInEachOfItsSignals_data()
 {
     QTest::addColumn<QString>("signal");
     QTest::addColumn<int>("requests");
-    QTest::newRow("uploadProgress") << QStringLiteral("uploadProgress") << -1;
-    QTest::newRow("finishUpload") << QStringLiteral("finishUpload") << 4;
-    QTest::newRow("createDocumentFinish") << QStringLiteral("createDocumentFinish") << 5;
-    QTest::newRow("error") << QStringLiteral("error") << 3;
+    QTest::newRow("uploadProgress") << "uploadProgress" << -1;
+    QTest::newRow("finishUpload") << "finishUpload" << 4;
+    QTest::newRow("createDocumentFinish") << "createDocumentFinish" << 5;
+    QTest::newRow("error") << "error" << 3;
 }
 
 void TestChunkedUpload::theJobMayBeDeletedInEachOfItsSignals()
@@ -425,9 +420,9 @@ void TestChunkedUpload::theJobMayBeDeletedWhileTheCallIsRunning_data()
 {
     QTest::addColumn<QString>("when");
     QTest::addColumn<int>("requests");
-    QTest::newRow("while it hashes") << QStringLiteral("hashing") << 0;
-    QTest::newRow("while it asks for the record") << QStringLiteral("record") << 1;
-    QTest::newRow("while it asks for the file") << QStringLiteral("file") << 2;
+    QTest::newRow("while it hashes") << "hashing" << 0;
+    QTest::newRow("while it asks for the record") << "record" << 1;
+    QTest::newRow("while it asks for the file") << "file" << 2;
 }
 
 void TestChunkedUpload::theJobMayBeDeletedWhileTheCallIsRunning()
@@ -456,7 +451,7 @@ void TestChunkedUpload::aHundredJobsLeakNoHandles()
     // Of the file: kept-alive connections come and go.
     const auto handles = [this] {
         int count = 0;
-        const QFileInfoList open = QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files);
+        const QFileInfoList open = QDir("/proc/self/fd").entryInfoList(QDir::Files);
         for (const QFileInfo &handle : open)
             count += handle.symLinkTarget() == m_doc.filePath ? 1 : 0;
         return count;

@@ -49,10 +49,10 @@ void TestJobAddresses::addPlaceholders()
 void TestJobAddresses::theDocumentGoesToTheProjectThatIsOpenByThen()
 {
     m_slow = {0};
-    whenRequested(0, [] { GetSoftCache()->setCurrentProjectId(QStringLiteral("p2")); });
+    whenRequested(0, [] { GetSoftCache()->setCurrentProjectId("p2"); });
     start(smallFile());
     waitForRequests(2);
-    QCOMPARE(line(1), QStringLiteral("POST /document-service/projects/p2/documents"));
+    QCOMPARE(line(1), QString("POST /document-service/projects/p2/documents"));
 }
 
 void TestJobAddresses::theDocumentGoesToTheAddressThatIsSetByThen()
@@ -63,7 +63,7 @@ void TestJobAddresses::theDocumentGoesToTheAddressThatIsSetByThen()
     start(smallFile(), false);
     QTRY_COMPARE_WITH_TIMEOUT(other.requests().size(), 1, WaitMs);
     QCOMPARE(other.requests()[0].target, QByteArray("/document-service/documents/"));
-    QCOMPARE(m_world->requestWords(), QStringLiteral("file"));
+    QCOMPARE(m_world->requestWords(), QString("file"));
 }
 
 void TestJobAddresses::eachChunkGoesToTheAddressThatIsSetByThen()
@@ -74,7 +74,7 @@ void TestJobAddresses::eachChunkGoesToTheAddressThatIsSetByThen()
     whenRequested(1, [&] { VellBaseApi::GetInstance().setBaseApi(other.baseApi()); });
     start(largeFile());
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("record chunk0"));
+    QCOMPARE(m_world->requestWords(), QString("record chunk0"));
     QCOMPARE(m_store.sentChunks, QList<int>({0, 1, 2}));
     QCOMPARE(other.requests().size(), 3);
 }
@@ -86,15 +86,15 @@ void TestJobAddresses::smallJobsReadAddressProjectAndUserAnew()
     AsyncGetDocInfo info;
     AsyncRenameDoc rename;
     const auto askAll = [&] {
-        recent.getRecentDocs(QString(), QStringLiteral("doc"));
-        info.getDocInfo(QStringLiteral("d1"));
-        rename.renameDoc(QStringLiteral("d1"), QStringLiteral("plan"));
+        recent.getRecentDocs(QString(), "doc");
+        info.getDocInfo("d1");
+        rename.renameDoc("d1", "plan");
     };
-    GetSoftCache()->setCurrentUserId(QStringLiteral("u1"));
+    GetSoftCache()->setCurrentUserId("u1");
     askAll();
     waitForRequests(3);
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p2"));
-    GetSoftCache()->setCurrentUserId(QStringLiteral("u2"));
+    GetSoftCache()->setCurrentProjectId("p2");
+    GetSoftCache()->setCurrentUserId("u2");
     VellBaseApi::GetInstance().setBaseApi(other.baseApi());
     askAll();
     QTRY_COMPARE_WITH_TIMEOUT(other.requests().size(), 3, WaitMs);
@@ -103,10 +103,9 @@ void TestJobAddresses::smallJobsReadAddressProjectAndUserAnew()
     QStringList targets = m_world->requestLines() + QStringList();
     for (const ScriptedRequest &request : other.requests())
         targets.append(request.decodedTarget());
-    const QString asked =
-        QStringLiteral("/projects/%1/documents?where={\"type\":\"file\",\"createdBy\":\"%2\"}");
-    QCOMPARE(targets.filter(asked.arg(QStringLiteral("p1"), QStringLiteral("u1"))).size(), 1);
-    QCOMPARE(targets.filter(asked.arg(QStringLiteral("p2"), QStringLiteral("u2"))).size(), 1);
+    const QString asked = "/projects/%1/documents?where={\"type\":\"file\",\"createdBy\":\"%2\"}";
+    QCOMPARE(targets.filter(asked.arg("p1", "u1")).size(), 1);
+    QCOMPARE(targets.filter(asked.arg("p2", "u2")).size(), 1);
 }
 
 void TestJobAddresses::placeholdersInTheProjectOfADocument_data()
@@ -120,9 +119,7 @@ void TestJobAddresses::placeholdersInTheProjectOfADocument()
     GetSoftCache()->setCurrentProjectId(text);
     start(smallFile());
     waitForRequests(2);
-    QCOMPARE(line(1),
-             QStringLiteral("POST /document-service/projects/") + text
-                 + QStringLiteral("/documents"));
+    QCOMPARE(line(1), QString("POST /document-service/projects/") + text + QString("/documents"));
 }
 
 void TestJobAddresses::placeholdersInTheIdentifierOfAVersion()
@@ -132,7 +129,7 @@ void TestJobAddresses::placeholdersInTheIdentifierOfAVersion()
     doc._id = text;
     start(doc, false);
     waitForRequests(2);
-    QCOMPARE(line(1), QStringLiteral("PUT /document-service/documents/") + text);
+    QCOMPARE(line(1), QString("PUT /document-service/documents/") + text);
 }
 
 void TestJobAddresses::placeholdersInTheIdentifiersOfSmallJobs()
@@ -141,12 +138,11 @@ void TestJobAddresses::placeholdersInTheIdentifiersOfSmallJobs()
     AsyncGetDocInfo info;
     info.getDocInfo(text);
     waitForRequests(1);
-    QCOMPARE(line(0),
-             QStringLiteral("GET /documents/") + text + QStringLiteral("?info=true&pwd=true"));
+    QCOMPARE(line(0), QString("GET /documents/") + text + QString("?info=true&pwd=true"));
     AsyncRenameDoc rename;
     rename.renameDoc(text, text);
     waitForRequests(2);
-    QCOMPARE(line(1), QStringLiteral("PUT /document-service/documents/") + text);
+    QCOMPARE(line(1), QString("PUT /document-service/documents/") + text);
     QCOMPARE(body(1), "{\"name\":\"" + text.toUtf8() + "\"}");
 }
 
@@ -187,8 +183,8 @@ void TestJobAddresses::placeholdersAreFilledOneAfterTheOther()
     job.getRecentDocs(QString(), category);
     waitForRequests(1);
     QCOMPARE(line(0),
-             QStringLiteral("GET /document-service/projects/") + target
-                 + QStringLiteral("&order=-createdAt&limit=50&linkedEntity=true"));
+             QString("GET /document-service/projects/") + target
+                 + QString("&order=-createdAt&limit=50&linkedEntity=true"));
 }
 
 QTEST_GUILESS_MAIN(TestJobAddresses)

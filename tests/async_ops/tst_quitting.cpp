@@ -42,10 +42,10 @@ void TestQuitting::aFunctionThatIsWaitedForStillGivesItsResult()
         });
         result = runAndWait([&gate] {
             gate.acquire();
-            return QStringLiteral("d41d8cd98f00b204e9800998ecf8427e");
+            return "d41d8cd98f00b204e9800998ecf8427e";
         });
     });
-    QCOMPARE(result, QStringLiteral("d41d8cd98f00b204e9800998ecf8427e"));
+    QCOMPARE(result, QString("d41d8cd98f00b204e9800998ecf8427e"));
 }
 
 void TestQuitting::aJobThatHashes()
@@ -73,7 +73,7 @@ void TestQuitting::aJobThatAsksForTheRecord()
         returned = true;
     });
     QVERIFY(returned);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("record"));
+    QCOMPARE(m_world->requestWords(), QString("record"));
     QCOMPARE(m_spies->log(), QString());
     m_job.reset();
 }
@@ -85,8 +85,8 @@ void TestQuitting::aRequestThatIsWaitedFor()
     whenRequested(0, [] { QCoreApplication::quit(); });
     VellDocumentData data;
     VellDocument doc;
-    doc._id = QStringLiteral("d1");
-    doc.name = QStringLiteral("plan");
+    doc._id = "d1";
+    doc.name = "plan";
     data.addDocToCache(doc);
     QList<VellDocument> list;
     bool isDeleted = true;
@@ -98,7 +98,7 @@ void TestQuitting::aRequestThatIsWaitedFor()
         count = data.getDocumentsRangeCount(VellDocumentConditon());
     });
     QVERIFY(!isDeleted);
-    QCOMPARE(data.getFolderName(doc._id), QStringLiteral("plan"));
+    QCOMPARE(data.getFolderName(doc._id), QString("plan"));
     QVERIFY(list.isEmpty());
     QCOMPARE(count, 0);
 }

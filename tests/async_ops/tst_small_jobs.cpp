@@ -49,8 +49,8 @@ void TestSmallJobs::init()
 {
     m_server = std::make_unique<ScriptedServer>();
     VellBaseApi::GetInstance().setBaseApi(m_server->baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p 1"));
-    GetSoftCache()->setCurrentUserId(QStringLiteral("u 1"));
+    GetSoftCache()->setCurrentProjectId("p 1");
+    GetSoftCache()->setCurrentUserId("u 1");
 }
 
 void TestSmallJobs::theMetaObjectsHaveTheirMethods_data()
@@ -104,20 +104,20 @@ void TestSmallJobs::theMetaObjectsHaveTheirMethods()
 void TestSmallJobs::recentFilesAreAskedFor()
 {
     AsyncGetRecent job;
-    job.getRecentDocs(QString(), QStringLiteral("doc"));
+    job.getRecentDocs(QString(), "doc");
     QTRY_COMPARE(m_server->requests().size(), 1);
     QCOMPARE(m_server->requests()[0].verb, QByteArray("GET"));
     QCOMPARE(target(),
-             QStringLiteral("/document-service/projects/p 1/documents?where={\"type\":\"file\","
-                            "\"createdBy\":\"u 1\"}&category=doc&order=-createdAt&limit=50"
-                            "&linkedEntity=true"));
+             QString("/document-service/projects/p 1/documents?where={\"type\":\"file\","
+                     "\"createdBy\":\"u 1\"}&category=doc&order=-createdAt&limit=50"
+                     "&linkedEntity=true"));
 }
 
 void TestSmallJobs::theFirstArgumentOfTheRecentFilesIsIgnored()
 {
     AsyncGetRecent job;
-    job.getRecentDocs(QStringLiteral("p2"), QStringLiteral("doc"));
-    job.getRecentDocs(QStringLiteral("p3"), QStringLiteral("doc"));
+    job.getRecentDocs("p2", "doc");
+    job.getRecentDocs("p3", "doc");
     QTRY_COMPARE(m_server->requests().size(), 2);
     QCOMPARE(target(0), target(1));
 }
@@ -128,13 +128,13 @@ void TestSmallJobs::recentFilesAreRead_data()
     QTest::addColumn<QStringList>("documentIds");
     QTest::newRow("own identifiers fill gaps")
         << QByteArray(R"([{"_id":"v1","documentId":"d1"},{"_id":"d2"}])")
-        << QStringList({QStringLiteral("d1"), QStringLiteral("d2")});
+        << QStringList({"d1", "d2"});
     QTest::newRow("empty list") << QByteArray("[]") << QStringList();
     QTest::newRow("an object") << QByteArray("{}") << QStringList();
     QTest::newRow("empty") << QByteArray() << QStringList();
     QTest::newRow("no JSON") << QByteArray("<html>") << QStringList();
     QTest::newRow("elements of another kind")
-        << QByteArray(R"([7,{"_id":"d1"}])") << QStringList({QString(), QStringLiteral("d1")});
+        << QByteArray(R"([7,{"_id":"d1"}])") << QStringList({QString(), "d1"});
 }
 
 void TestSmallJobs::recentFilesAreRead()
@@ -158,19 +158,19 @@ void TestSmallJobs::recentFilesAreRead()
 void TestSmallJobs::infoIsAskedForAtTheBaseAddress()
 {
     AsyncGetDocInfo job;
-    job.getDocInfo(QStringLiteral("d 1"));
+    job.getDocInfo("d 1");
     QTRY_COMPARE(m_server->requests().size(), 1);
     QCOMPARE(m_server->requests()[0].verb, QByteArray("GET"));
-    QCOMPARE(target(), QStringLiteral("/documents/d 1?info=true&pwd=true"));
+    QCOMPARE(target(), QString("/documents/d 1?info=true&pwd=true"));
 }
 
 void TestSmallJobs::aRenameSendsTheName()
 {
     AsyncRenameDoc job;
-    job.renameDoc(QStringLiteral("d 1"), QStringLiteral("图纸 \"2\".dwg"));
+    job.renameDoc("d 1", "图纸 \"2\".dwg");
     QTRY_COMPARE(m_server->requests().size(), 1);
     QCOMPARE(m_server->requests()[0].verb, QByteArray("PUT"));
-    QCOMPARE(target(), QStringLiteral("/document-service/documents/d 1"));
+    QCOMPARE(target(), QString("/document-service/documents/d 1"));
     QCOMPARE(m_server->requests()[0].body, QByteArray("{\"name\":\"图纸 \\\"2\\\".dwg\"}"));
 }
 
@@ -179,13 +179,12 @@ void TestSmallJobs::oneDocumentIsRead_data()
     QTest::addColumn<QByteArray>("reply");
     QTest::addColumn<QString>("id");
     QTest::addColumn<QString>("type");
-    QTest::newRow("a document") << QByteArray(R"({"_id":"d1","type":"file"})")
-                                << QStringLiteral("d1") << QStringLiteral("file");
+    QTest::newRow("a document") << QByteArray(R"({"_id":"d1","type":"file"})") << "d1"
+                                << "file";
     QTest::newRow("an empty object") << QByteArray("{}") << QString() << QString();
-    QTest::newRow("empty") << QByteArray() << QString() << QStringLiteral("dir");
-    QTest::newRow("no JSON") << QByteArray("<html>") << QString() << QStringLiteral("dir");
-    QTest::newRow("a list") << QByteArray(R"([{"_id":"d1"}])") << QString()
-                            << QStringLiteral("dir");
+    QTest::newRow("empty") << QByteArray() << QString() << "dir";
+    QTest::newRow("no JSON") << QByteArray("<html>") << QString() << "dir";
+    QTest::newRow("a list") << QByteArray(R"([{"_id":"d1"}])") << QString() << "dir";
 }
 
 void TestSmallJobs::oneDocumentIsRead()
@@ -199,8 +198,8 @@ void TestSmallJobs::oneDocumentIsRead()
     AsyncRenameDoc rename;
     QSignalSpy fetched(&info, &AsyncGetDocInfo::getDocInfoFinish);
     QSignalSpy renamed(&rename, &AsyncRenameDoc::renameDocFinish);
-    info.getDocInfo(QStringLiteral("d1"));
-    rename.renameDoc(QStringLiteral("d1"), QStringLiteral("x"));
+    info.getDocInfo("d1");
+    rename.renameDoc("d1", "x");
     QTRY_COMPARE(fetched.size() + renamed.size(), 2);
     for (const VellDocument &doc :
          {fetched[0][0].value<VellDocument>(), renamed[0][0].value<VellDocument>()}) {
@@ -239,8 +238,8 @@ void TestSmallJobs::failuresAreRelayed()
                            QSignalSpy(&info, &AsyncGetDocInfo::error),
                            QSignalSpy(&rename, &AsyncRenameDoc::error)};
     recent.getRecentDocs(QString(), QString());
-    info.getDocInfo(QStringLiteral("d1"));
-    rename.renameDoc(QStringLiteral("d1"), QStringLiteral("x"));
+    info.getDocInfo("d1");
+    rename.renameDoc("d1", "x");
     for (int i = 0; i < 3; ++i) {
         QTRY_COMPARE(failed[i].size(), 1);
         QCOMPARE(failed[i][0][0].toInt(), code);
@@ -262,7 +261,7 @@ void TestSmallJobs::severalRequestsInTurn()
     }
     QCOMPARE(finished.size(), 2);
     QCOMPARE(failed.size(), 1);
-    QCOMPARE(finished[1][0].value<VellDocument>()._id, QStringLiteral("d3"));
+    QCOMPARE(finished[1][0].value<VellDocument>()._id, QString("d3"));
 }
 
 void TestSmallJobs::deletionInFlightEmitsNothing()
@@ -273,7 +272,7 @@ void TestSmallJobs::deletionInFlightEmitsNothing()
     auto *job = new AsyncRenameDoc;
     QSignalSpy finished(job, &AsyncRenameDoc::renameDocFinish);
     QSignalSpy failed(job, &AsyncRenameDoc::error);
-    job->renameDoc(QStringLiteral("d1"), QStringLiteral("x"));
+    job->renameDoc("d1", "x");
     QTRY_COMPARE(m_server->requests().size(), 1);
     delete job;
     QTest::qWait(50);
@@ -311,8 +310,8 @@ void TestSmallJobs::deletionInsideTheSignals()
     connect(rename, &AsyncRenameDoc::renameDocFinish, this, drop(rename));
     connect(rename, &AsyncRenameDoc::error, this, drop(rename));
     recent->getRecentDocs(QString(), QString());
-    info->getDocInfo(QStringLiteral("d1"));
-    rename->renameDoc(QStringLiteral("d1"), QStringLiteral("x"));
+    info->getDocInfo("d1");
+    rename->renameDoc("d1", "x");
     QTRY_COMPARE(deleted, 3);
     QTest::qWait(20);
 }
@@ -347,8 +346,8 @@ void TestSmallJobs::signalsTravelThroughQueuedConnectionsBySignature()
     recent.getRecentDocs(QString(), QString());
     QTRY_COMPARE(receiver.lists, 2);
     m_server->enqueue(ScriptedReply::json(R"({"_id":"d9"})"));
-    info.getDocInfo(QStringLiteral("d9"));
-    QTRY_COMPARE(receiver.id, QStringLiteral("d9"));
+    info.getDocInfo("d9");
+    QTRY_COMPARE(receiver.id, QString("d9"));
 }
 
 QTEST_GUILESS_MAIN(TestSmallJobs)

@@ -5,14 +5,10 @@
 #include <QDir>
 #include <QFile>
 #include <QSemaphore>
-#include <QSet>
 #include <QTest>
 #include <QThreadPool>
 #include <QTimer>
 #include <QtConcurrent>
-
-#include <functional>
-#include <memory>
 
 // Pause, resume, cancel and what happens while a large file is hashed: each state of a job × each
 // event, what is sent and what is emitted.
@@ -48,7 +44,7 @@ private:
 int TestUploadControl::openHandles() const
 {
     int count = 0;
-    const QDir handles(QStringLiteral("/proc/self/fd"));
+    const QDir handles("/proc/self/fd");
     for (const QString &handle : handles.entryList(QDir::System | QDir::Files)) {
         const QString target = QFile::symLinkTarget(handles.filePath(handle));
         count += target.startsWith(m_world->folder.path()) ? 1 : 0;
@@ -188,8 +184,7 @@ void TestUploadControl::pauseAndCancelWhileTheFileIsHashedStopNothing()
         m_job->cancel();
     });
     m_job->createDocument(QString(), largeFile());
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
 }
 
 void TestUploadControl::resumeSendsAWholeFileAgainFromItsFirstByte()
@@ -199,7 +194,7 @@ void TestUploadControl::resumeSendsAWholeFileAgainFromItsFirstByte()
         m_job->pause(true);
         m_job->pause(false);
     });
-    m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 300000));
+    m_job->createDocument(QString(), m_world->makeFile("a.bin", 300000));
     QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 2, WaitMs);
     const auto &requests = m_world->server.requests();
     QCOMPARE(formParts(requests[0])[0].body.size(), 300000);
@@ -217,13 +212,13 @@ void TestUploadControl::resumeOfAWholeFileThatIsGoneDoesNothing()
     });
     m_job->createDocument(QString(), doc);
     if (!CanRemoveOpenFiles) {
-        QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
-        QCOMPARE(m_world->requestWords(), QStringLiteral("file file")); // see eachEventInEachState
+        QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
+        QCOMPARE(m_world->requestWords(), QString("file file")); // see eachEventInEachState
         return;
     }
     QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 1, WaitMs);
     QTest::qWait(SlowMs + 100);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("file"));
+    QCOMPARE(m_world->requestWords(), QString("file"));
     QCOMPARE(m_spies->log(), QString());
 }
 
@@ -233,9 +228,9 @@ void TestUploadControl::resumeWhileAWholeFileIsStillSent()
     m_slow = {0};
     whenRequested(0, [this] { m_job->pause(false); });
     m_job->createDocument(QString(), smallFile());
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(),
-                              QStringLiteral("createDocumentFinish createDocumentFinish"), WaitMs);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("file file document"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish createDocumentFinish"),
+                              WaitMs);
+    QCOMPARE(m_world->requestWords(), QString("file file document"));
 }
 
 void TestUploadControl::resumeAfterAChunkErrorNeverFinishes()
@@ -244,11 +239,11 @@ void TestUploadControl::resumeAfterAChunkErrorNeverFinishes()
     connect(m_job.get(), &AsyncCreateDocument::error, this, [this] { m_job->pause(false); });
     m_job->createDocument(QString(), largeFile());
     QTRY_COMPARE_WITH_TIMEOUT(m_world->requestWords(),
-                              QStringLiteral("record chunk0 chunk1 chunk1 chunk2"), WaitMs);
+                              QString("record chunk0 chunk1 chunk1 chunk2"), WaitMs);
     QTRY_COMPARE_WITH_TIMEOUT(openHandles(), 0, WaitMs);
     QTest::qWait(100);
     QCOMPARE(m_world->server.requests().size(), 5);
-    QCOMPARE(m_spies->log(), QStringLiteral("error"));
+    QCOMPARE(m_spies->log(), QString("error"));
 }
 
 void TestUploadControl::resumeWhenAllChunksAreStored_data()
@@ -259,11 +254,10 @@ void TestUploadControl::resumeWhenAllChunksAreStored_data()
     // The file's identifier is that of the record as it stood before the first chunk. Each document's
     // request inverts the phase, so the reply to the second one is taken for a file's.
     QTest::newRow("the record named a file")
-        << QByteArray("c7") << QStringLiteral("record chunk2 document document")
-        << QStringLiteral("finishUpload error");
-    QTest::newRow("the record named none")
-        << QByteArray() << QStringLiteral("record chunk2 document")
-        << QStringLiteral("finishUpload error");
+        << QByteArray("c7") << "record chunk2 document document"
+        << "finishUpload error";
+    QTest::newRow("the record named none") << QByteArray() << "record chunk2 document"
+                                           << "finishUpload error";
 }
 
 void TestUploadControl::resumeWhenAllChunksAreStored()
@@ -326,8 +320,7 @@ void TestUploadControl::aSmallFileGivenWhileALargeOneIsHashed()
     m_store.infoId = fileId;
     QTimer::singleShot(0, this, [this] { m_job->createDocument(QString(), smallFile()); });
     m_job->createDocument(QString(), largeFile());
-    QTRY_VERIFY_WITH_TIMEOUT(m_world->requestLines().filter(QStringLiteral("/info")).size() == 1,
-                             WaitMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_world->requestLines().filter("/info").size() == 1, WaitMs);
     QTest::qWait(100);
     QVERIFY(!m_world->requestWords().contains(QLatin1String("chunk")));
 }
@@ -338,8 +331,7 @@ void TestUploadControl::twoJobsHashAtTheSameTime()
     JobSpies spies(&second);
     VellDocument other = largeFile();
     QTimer::singleShot(0, this, [&] { second.createDocument(QString(), other); });
-    m_job->createDocument(
-        QString(), m_world->makeFile(QStringLiteral("b.bin"), UploadWorld::WholeFileLimit + 2));
+    m_job->createDocument(QString(), m_world->makeFile("b.bin", UploadWorld::WholeFileLimit + 2));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QTRY_COMPARE_WITH_TIMEOUT(spies.finished.size(), 1, WaitMs);
 }
@@ -359,7 +351,7 @@ void TestUploadControl::theHashOfAVanishedFileIsEmpty()
     });
     m_job->createDocument(QString(), doc);
     pool->setMaxThreadCount(threads);
-    QCOMPARE(m_world->requestLines()[0], QStringLiteral("GET /base-service/largefiles/md5/") + md5);
+    QCOMPARE(m_world->requestLines()[0], QString("GET /base-service/largefiles/md5/") + md5);
 }
 
 QTEST_GUILESS_MAIN(TestUploadControl)

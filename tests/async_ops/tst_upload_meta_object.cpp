@@ -13,10 +13,10 @@ public Q_SLOTS:
     void takeDocument(const VellDocument &doc) { m_received.append(doc._id); }
     void takeProgress(qint64 bytes, qint64 total)
     {
-        m_received.append(QStringLiteral("%1/%2").arg(bytes).arg(total));
+        m_received.append(QString("%1/%2").arg(bytes).arg(total));
     }
     void takeError(int code) { m_received.append(QString::number(code)); }
-    void takeEnd() { m_received.append(QStringLiteral("end")); }
+    void takeEnd() { m_received.append("end"); }
 
 private Q_SLOTS:
     void theNetworkErrorHasItsName();
@@ -95,15 +95,13 @@ void TestUploadMetaObject::signalsTravelQueuedBySignature()
     m_received.clear();
     connectQueued();
     VellDocument doc;
-    doc._id = QStringLiteral("d1");
+    doc._id = "d1";
     Q_EMIT m_job->createDocumentFinish(doc);
     Q_EMIT m_job->uploadProgress(Q_INT64_C(5) << 30, Q_INT64_C(6) << 30);
     Q_EMIT m_job->error(QNetworkReply::TimeoutError);
     Q_EMIT m_job->finishUpload();
     QCOMPARE(m_received, QStringList());
-    QTRY_COMPARE(m_received,
-                 QStringList({QStringLiteral("d1"), QStringLiteral("5368709120/6442450944"),
-                              QStringLiteral("4"), QStringLiteral("end")}));
+    QTRY_COMPARE(m_received, QStringList({"d1", "5368709120/6442450944", "4", "end"}));
 }
 
 void TestUploadMetaObject::signalsOfAnUploadTravelQueuedBySignature()
@@ -111,9 +109,9 @@ void TestUploadMetaObject::signalsOfAnUploadTravelQueuedBySignature()
     m_received.clear();
     connectQueued();
     start(largeFile());
-    QTRY_VERIFY_WITH_TIMEOUT(m_received.contains(QStringLiteral("d1")), WaitMs);
-    QCOMPARE(m_received.count(QStringLiteral("end")), 1);
-    QVERIFY(!m_received.filter(QStringLiteral("/10485761")).isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(m_received.contains("d1"), WaitMs);
+    QCOMPARE(m_received.count("end"), 1);
+    QVERIFY(!m_received.filter("/10485761").isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestUploadMetaObject)

@@ -27,9 +27,8 @@ void TestUploadOddRecords::countersWithoutARecordDecideWhereToStart()
 {
     m_instead.insert(0, ScriptedReply::json(R"({"savedChunk":2,"totalChunk":9})"));
     start(largeFile());
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("record chunk2 document"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
+    QCOMPARE(m_world->requestWords(), QString("record chunk2 document"));
     QCOMPARE(formField(formParts(m_world->server.requests()[1]), "totalChunk"), QByteArray("3"));
 }
 
@@ -58,12 +57,12 @@ void TestUploadOddRecords::aCompleteRecordWhoseFileIsUnknown()
     start(largeFile(), isCreate);
     if (isCreate) {
         settles(2);
-        QCOMPARE(m_world->requestWords(), QStringLiteral("record info"));
+        QCOMPARE(m_world->requestWords(), QString("record info"));
         QCOMPARE(m_spies->log(), QString());
         return;
     }
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("record info document"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
+    QCOMPARE(m_world->requestWords(), QString("record info document"));
     QVERIFY(body(2).contains("\"file\":\"\""));
 }
 
@@ -80,13 +79,12 @@ void TestUploadOddRecords::aLastReplyThatNamesNoFile()
     m_instead.insert(3, ScriptedReply::json(R"({"savedChunk":3,"totalChunk":3})"));
     start(largeFile(), isCreate);
     if (isCreate) {
-        QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload"), WaitMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload"), WaitMs);
         settles(4);
-        QCOMPARE(m_spies->log(), QStringLiteral("finishUpload"));
+        QCOMPARE(m_spies->log(), QString("finishUpload"));
         return;
     }
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload createDocumentFinish"), WaitMs);
     QVERIFY(body(4).contains("\"file\":\"\""));
 }
 

@@ -117,14 +117,13 @@ void TestUploadResume::resumeWhileTheFileIsHashed_data()
     QTest::addColumn<QString>("requests"); // sorted: two of them are sent at once
     QTest::addColumn<QString>("events");
     QTest::addColumn<QString>("files");
-    QTest::newRow("document") << true << QStringLiteral("chunk0 chunk1 chunk2 document record")
-                              << QStringLiteral("finishUpload createDocumentFinish")
-                              << QStringLiteral("c1");
+    QTest::newRow("document") << true << "chunk0 chunk1 chunk2 document record"
+                              << "finishUpload createDocumentFinish"
+                              << "c1";
     // As in the record request: no chunk is counted yet.
-    QTest::newRow("version")
-        << false << QStringLiteral("chunk0 chunk1 chunk2 document document document record")
-        << QStringLiteral("createDocumentFinish finishUpload createDocumentFinish")
-        << QStringLiteral(",c1,");
+    QTest::newRow("version") << false << "chunk0 chunk1 chunk2 document document document record"
+                             << "createDocumentFinish finishUpload createDocumentFinish"
+                             << ",c1,";
 }
 
 void TestUploadResume::resumeWhileTheFileIsHashed()
@@ -158,11 +157,11 @@ void TestUploadResume::resumeAfterASmallFileFailedMakesNoDocument()
     m_instead.insert(0, ScriptedReply::json("{}", 500));
     connect(m_job.get(), &AsyncCreateDocument::error, this, [this] { m_job->pause(false); });
     start(smallFile(), isCreate);
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("error createDocumentFinish"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("error createDocumentFinish"), WaitMs);
     settles(2);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("file file"));
+    QCOMPARE(m_world->requestWords(), QString("file file"));
     QCOMPARE(m_spies->finished[0]._id, QString());
-    QCOMPARE(m_spies->log(), QStringLiteral("error createDocumentFinish"));
+    QCOMPARE(m_spies->log(), QString("error createDocumentFinish"));
 }
 
 // The attempt before loses its file in the middle and fails.
@@ -174,11 +173,11 @@ void TestUploadResume::resumeWhileASmallFileIsUnderWay()
         disconnect(once);
         QTimer::singleShot(0, this, [this] { m_job->pause(false); });
     });
-    start(m_world->makeFile(QStringLiteral("a.bin"), 10'000'000));
+    start(m_world->makeFile("a.bin", 10'000'000));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->events.size(), 2, WaitMs);
     settles(1);
     QCOMPARE(formParts(m_world->server.requests()[0])[0].body.size(), 10'000'000);
-    QCOMPARE(m_spies->log(), QStringLiteral("error createDocumentFinish"));
+    QCOMPARE(m_spies->log(), QString("error createDocumentFinish"));
     QCOMPARE(m_spies->finished[0]._id, QString());
 }
 
@@ -199,7 +198,7 @@ void TestUploadResume::resumeReportsProgressAgain()
         m_spies->progress.clear();
         m_job->pause(false);
     });
-    start(m_world->makeFile(QStringLiteral("a.bin"), 300'000));
+    start(m_world->makeFile("a.bin", 300'000));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(!m_spies->progress.isEmpty());
     const qint64 bodyBytes = body(request + 1).size();
@@ -211,8 +210,8 @@ void TestUploadResume::resumeOfAVersionWhoseChunksAreStored_data()
     QTest::addColumn<QByteArray>("fsFileId");
     QTest::addColumn<QString>("files");
     // Each document request inverts the phase, so the reply to the second one is taken for a file's.
-    QTest::newRow("the record named a file") << QByteArray("c7") << QStringLiteral("c1,c7,");
-    QTest::newRow("the record named none") << QByteArray() << QStringLiteral("c1,,");
+    QTest::newRow("the record named a file") << QByteArray("c7") << "c1,c7,";
+    QTest::newRow("the record named none") << QByteArray() << "c1,,";
 }
 
 void TestUploadResume::resumeOfAVersionWhoseChunksAreStored()
@@ -226,10 +225,10 @@ void TestUploadResume::resumeOfAVersionWhoseChunksAreStored()
     m_instead.insert(2, ScriptedReply::json("{}", 500));
     connect(m_job.get(), &AsyncCreateDocument::error, this, [this] { m_job->pause(false); });
     start(largeFile(), false);
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(),
-                              QStringLiteral("finishUpload error createDocumentFinish"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("finishUpload error createDocumentFinish"),
+                              WaitMs);
     settles(5);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("record chunk2 document document document"));
+    QCOMPARE(m_world->requestWords(), QString("record chunk2 document document document"));
     QCOMPARE(filesOfDocuments(*m_world).join(QLatin1Char(',')), files);
 }
 
@@ -241,8 +240,7 @@ void TestUploadResume::resumeNamesTheFileOfTheRecordBeforeTheChunks()
     start(largeFile());
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     m_job->pause(false);
-    QTRY_COMPARE_WITH_TIMEOUT(m_world->requestWords(), QStringLiteral("record document document"),
-                              WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_world->requestWords(), QString("record document document"), WaitMs);
     QCOMPARE(body(1), body(2));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 2, WaitMs);
 }

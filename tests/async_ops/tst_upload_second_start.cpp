@@ -18,11 +18,11 @@ private Q_SLOTS:
     void aMissingFileWhileTheFirstIsAnswered();
 
 private:
-    VellDocument otherFile() const { return m_world->makeFile(QStringLiteral("b.txt"), 20); }
+    VellDocument otherFile() const { return m_world->makeFile("b.txt", 20); }
     VellDocument missingFile() const
     {
         VellDocument doc;
-        doc.name = QStringLiteral("missing.txt");
+        doc.name = "missing.txt";
         doc.filePath = m_world->folder.filePath(doc.name);
         doc.fileSize = 10;
         return doc;
@@ -36,7 +36,7 @@ private:
             disconnect(*once);
             QTimer::singleShot(0, this, [=] { start(second); });
         });
-        start(m_world->makeFile(QStringLiteral("a.bin"), 10'000'000));
+        start(m_world->makeFile("a.bin", 10'000'000));
     }
 };
 
@@ -46,19 +46,19 @@ void TestUploadSecondStart::aSecondFileWhileTheFirstGoesUp()
     startInTheMiddle(otherFile());
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->events.size(), 2, WaitMs);
     settles(2);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("file document"));
+    QCOMPARE(m_world->requestWords(), QString("file document"));
     QVERIFY(body(1).contains("\"name\":\"b.txt\""));
     m_spies->events.sort();
-    QCOMPARE(m_spies->log(), QStringLiteral("createDocumentFinish error"));
-    QCOMPARE(m_spies->finished[0]._id, QStringLiteral("d1"));
+    QCOMPARE(m_spies->log(), QString("createDocumentFinish error"));
+    QCOMPARE(m_spies->finished[0]._id, QString("d1"));
 }
 
 void TestUploadSecondStart::aMissingFileWhileTheFirstGoesUp()
 {
     startInTheMiddle(missingFile());
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("error"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("error"), WaitMs);
     settles(0);
-    QCOMPARE(m_spies->log(), QStringLiteral("error"));
+    QCOMPARE(m_spies->log(), QString("error"));
 }
 
 // The second file's reply is the first to come and makes its document; the first file's reply comes last, after
@@ -70,10 +70,10 @@ void TestUploadSecondStart::aSecondFileWhileTheFirstIsAnswered()
     m_instead.insert(0, ScriptedReply::json(R"({"files":["first"]})"));
     whenRequested(0, [this] { start(otherFile()); });
     start(smallFile());
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(),
-                              QStringLiteral("createDocumentFinish createDocumentFinish"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish createDocumentFinish"),
+                              WaitMs);
     settles(4);
-    QCOMPARE(m_world->requestWords(), QStringLiteral("file file document document"));
+    QCOMPARE(m_world->requestWords(), QString("file file document document"));
     QVERIFY(body(2).contains("\"file\":\"c1\""));
     QVERIFY(body(3).contains("\"file\":\"first\""));
     for (int request : {2, 3})
@@ -85,7 +85,7 @@ void TestUploadSecondStart::aMissingFileWhileTheFirstIsAnswered()
     m_slow = {0};
     whenRequested(0, [this] { start(missingFile()); });
     start(smallFile());
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
     settles(2);
     QVERIFY(body(1).contains("\"name\":\"missing.txt\""));
     QVERIFY(body(1).contains("\"file\":\"c1\""));

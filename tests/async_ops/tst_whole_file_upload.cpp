@@ -69,17 +69,17 @@ void TestWholeFileUpload::init()
 
 void TestWholeFileUpload::aFileBecomesADocument()
 {
-    VellDocument doc = m_world->makeFile(QStringLiteral("R&D 100% #1 + 图纸.dwg"), 100000);
-    doc.parentId = QStringLiteral("f1");
-    doc.category = QStringLiteral("doc");
+    VellDocument doc = m_world->makeFile("R&D 100% #1 + 图纸.dwg", 100000);
+    doc.parentId = "f1";
+    doc.category = "doc";
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1","name":"as stored","fileId":"c1"})");
-    m_job->createDocument(QStringLiteral("h1"), doc);
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
+    m_job->createDocument("h1", doc);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
 
-    QCOMPARE(m_world->requestLines(),
-             QStringList({QStringLiteral("POST /base-service/files"),
-                          QStringLiteral("POST /document-service/projects/p1/documents")}));
+    QCOMPARE(
+        m_world->requestLines(),
+        QStringList({"POST /base-service/files", "POST /document-service/projects/p1/documents"}));
     const QList<FormPart> parts = formParts(m_world->server.requests()[0]);
     QCOMPARE(parts.size(), 1);
     QCOMPARE(parts[0].disposition,
@@ -90,32 +90,31 @@ void TestWholeFileUpload::aFileBecomesADocument()
     QCOMPARE(body(1),
              QByteArray(R"({"category":"doc","file":"c1","name":"R&D 100% #1 + 图纸.dwg",)"
                         R"("parentId":"f1","type":"file"})"));
-    QCOMPARE(m_spies->finished[0]._id, QStringLiteral("d1"));
-    QCOMPARE(m_spies->finished[0].name, QStringLiteral("as stored"));
+    QCOMPARE(m_spies->finished[0]._id, QString("d1"));
+    QCOMPARE(m_spies->finished[0].name, QString("as stored"));
     QVERIFY(m_world->server.hasReusedItsConnection());
 }
 
 void TestWholeFileUpload::aFileBecomesAVersion()
 {
-    VellDocument doc = m_world->makeFile(QStringLiteral("plan.dwg"), 100);
-    doc._id = QStringLiteral("d1");
+    VellDocument doc = m_world->makeFile("plan.dwg", 100);
+    doc._id = "d1";
     answer(R"({"files":["c2"]})");
     answer(R"({"_id":"d1","hostId":"h1"})");
-    m_job->updateDocument(QStringLiteral("h1"), doc);
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
+    m_job->updateDocument("h1", doc);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
 
     QCOMPARE(m_world->requestLines(),
-             QStringList({QStringLiteral("POST /base-service/files"),
-                          QStringLiteral("PUT /document-service/documents/d1")}));
+             QStringList({"POST /base-service/files", "PUT /document-service/documents/d1"}));
     QCOMPARE(body(1),
              QByteArray(R"({"category":null,"file":"c2","hostId":"h1","name":"plan.dwg",)"
                         R"("parentId":null,"type":"file"})"));
-    QCOMPARE(m_spies->finished[0].hostId, QStringLiteral("h1"));
+    QCOMPARE(m_spies->finished[0].hostId, QString("h1"));
 }
 
 void TestWholeFileUpload::nullStandsForNoCategoryAndNoParent()
 {
-    const VellDocument doc = m_world->makeFile(QStringLiteral("a.txt"), 1);
+    const VellDocument doc = m_world->makeFile("a.txt", 1);
     answer(R"({"files":["c1"]})");
     answer("{}");
     m_job->createDocument(QString(), doc);
@@ -129,7 +128,7 @@ void TestWholeFileUpload::theHostOfANewDocumentIsNotSent()
 {
     answer(R"({"files":["c1"]})");
     answer("{}");
-    m_job->createDocument(QStringLiteral("h1"), m_world->makeFile(QStringLiteral("a.txt"), 1));
+    m_job->createDocument("h1", m_world->makeFile("a.txt", 1));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(!body(1).contains("host"));
 }
@@ -138,8 +137,8 @@ void TestWholeFileUpload::theSizeOfTheRecordDecides_data()
 {
     QTest::addColumn<qint64>("fileSize");
     QTest::addColumn<QString>("firstRequest");
-    const QString whole = QStringLiteral("POST /base-service/files");
-    const QString chunked = QStringLiteral("GET /base-service/largefiles/md5/");
+    const QString whole = "POST /base-service/files";
+    const QString chunked = "GET /base-service/largefiles/md5/";
     QTest::newRow("0") << Q_INT64_C(0) << whole;
     QTest::newRow("10,485,759") << UploadWorld::WholeFileLimit - 1 << whole;
     QTest::newRow("10,485,760") << UploadWorld::WholeFileLimit << whole;
@@ -153,7 +152,7 @@ void TestWholeFileUpload::theSizeOfTheRecordDecides()
 {
     QFETCH(qint64, fileSize);
     QFETCH(QString, firstRequest);
-    VellDocument doc = m_world->makeFile(QStringLiteral("a.bin"), 10);
+    VellDocument doc = m_world->makeFile("a.bin", 10);
     doc.fileSize = fileSize;
     m_job->createDocument(QString(), doc);
     QTRY_VERIFY_WITH_TIMEOUT(!m_world->requestLines().isEmpty(), WaitMs);
@@ -165,12 +164,12 @@ void TestWholeFileUpload::anEmptyFileIsAFile()
 {
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
-    m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("empty.txt"), 0));
+    m_job->createDocument(QString(), m_world->makeFile("empty.txt", 0));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     const QList<FormPart> parts = formParts(m_world->server.requests()[0]);
     QCOMPARE(parts.size(), 1);
     QCOMPARE(parts[0].body, QByteArray());
-    QCOMPARE(m_spies->finished[0]._id, QStringLiteral("d1"));
+    QCOMPARE(m_spies->finished[0]._id, QString("d1"));
 }
 
 void TestWholeFileUpload::theFirstNamedFileCounts_data()
@@ -196,7 +195,7 @@ void TestWholeFileUpload::theFirstNamedFileCounts()
     QFETCH(QByteArray, fileId);
     answer(reply);
     answer(R"({"_id":"d1"})");
-    m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
+    m_job->createDocument(QString(), m_world->makeFile("a.txt", 1));
     if (fileId.isEmpty()) {
         // A new document without a file is not asked for, and nobody is told.
         QTRY_COMPARE_WITH_TIMEOUT(m_world->server.requests().size(), 1, WaitMs);
@@ -221,7 +220,7 @@ void TestWholeFileUpload::anUpdateIsSentWithoutAFileToo()
     QFETCH(QByteArray, reply);
     answer(reply);
     answer(R"({"_id":"d1"})");
-    m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
+    m_job->updateDocument(QString(), m_world->makeFile("a.txt", 1));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(body(1).contains("\"file\":\"\""));
 }
@@ -233,18 +232,16 @@ void TestWholeFileUpload::theReplyIsReadAsADocument()
         "fileId":"at the top","file":{"fileId":"nested","fileSize":5000000000,"suffix":"dwg"},
         "auths":[{"key":"edit","value":"true"},{"key":"edit","value":"false"},
                  {"key":"delete","value":true},{"key":"upload","value":"true"}]})");
-    m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
+    m_job->createDocument(QString(), m_world->makeFile("a.txt", 1));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     const VellDocument &doc = m_spies->finished[0];
-    QCOMPARE(doc.fileId, QStringLiteral("at the top"));
+    QCOMPARE(doc.fileId, QString("at the top"));
     QCOMPARE(doc.fileSize, Q_INT64_C(5000000000));
-    QCOMPARE(doc.suffix, QStringLiteral("dwg"));
-    QCOMPARE(doc.category, QStringLiteral("doc"));
+    QCOMPARE(doc.suffix, QString("dwg"));
+    QCOMPARE(doc.category, QString("doc"));
     QCOMPARE(doc.order, 4);
     QVERIFY(doc.favorite);
-    const QMap<QString, bool> rights{{QStringLiteral("edit"), false},
-                                     {QStringLiteral("delete"), false},
-                                     {QStringLiteral("upload"), true}};
+    const QMap<QString, bool> rights{{"edit", false}, {"delete", false}, {"upload", true}};
     QCOMPARE(doc.auths, rights);
 }
 
@@ -256,10 +253,8 @@ void TestWholeFileUpload::repliesThatAreNoDocument_data()
     QTest::addColumn<int>("order");
     for (const bool isCreate : {true, false}) {
         const char *what = isCreate ? "new document" : "new version";
-        QTest::addRow("%s: empty reply", what)
-            << isCreate << QByteArray() << QStringLiteral("dir") << -1;
-        QTest::addRow("%s: no JSON", what)
-            << isCreate << QByteArray("<html>") << QStringLiteral("dir") << -1;
+        QTest::addRow("%s: empty reply", what) << isCreate << QByteArray() << "dir" << -1;
+        QTest::addRow("%s: no JSON", what) << isCreate << QByteArray("<html>") << "dir" << -1;
         // Readable, so it is mapped: of an object that is not there every field is empty.
         QTest::addRow("%s: a list", what) << isCreate << QByteArray("[]") << QString() << 0;
     }
@@ -273,12 +268,12 @@ void TestWholeFileUpload::repliesThatAreNoDocument()
     QFETCH(int, order);
     answer(R"({"files":["c1"]})");
     answer(reply);
-    const VellDocument doc = m_world->makeFile(QStringLiteral("a.txt"), 1);
+    const VellDocument doc = m_world->makeFile("a.txt", 1);
     if (isCreate)
         m_job->createDocument(QString(), doc);
     else
         m_job->updateDocument(QString(), doc);
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
     QCOMPARE(m_spies->finished[0]._id, QString());
     QCOMPARE(m_spies->finished[0].type, type);
     QCOMPARE(m_spies->finished[0].order, order);
@@ -287,9 +282,9 @@ void TestWholeFileUpload::repliesThatAreNoDocument()
 void TestWholeFileUpload::anEmptyFileReplyFinishesWithADefaultRecord()
 {
     answer("");
-    m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("createDocumentFinish"), WaitMs);
-    QCOMPARE(m_spies->finished[0].type, QStringLiteral("dir"));
+    m_job->createDocument(QString(), m_world->makeFile("a.txt", 1));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("createDocumentFinish"), WaitMs);
+    QCOMPARE(m_spies->finished[0].type, QString("dir"));
     QCOMPARE(m_world->server.requests().size(), 1);
 }
 
@@ -297,10 +292,9 @@ void TestWholeFileUpload::aFileThatCannotBeOpenedDoesNothing_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<qint64>("fileSize");
-    QTest::newRow("missing") << QStringLiteral("missing.txt") << Q_INT64_C(1);
-    QTest::newRow("missing, large")
-        << QStringLiteral("missing.txt") << UploadWorld::WholeFileLimit + 1;
-    QTest::newRow("a folder") << QStringLiteral(".") << Q_INT64_C(1);
+    QTest::newRow("missing") << "missing.txt" << Q_INT64_C(1);
+    QTest::newRow("missing, large") << "missing.txt" << UploadWorld::WholeFileLimit + 1;
+    QTest::newRow("a folder") << "." << Q_INT64_C(1);
     QTest::newRow("no path") << QString() << Q_INT64_C(1);
 }
 
@@ -349,8 +343,8 @@ void TestWholeFileUpload::networkErrorsAreRelayed()
     if (failingRequest == 1)
         answer(R"({"files":["c1"]})");
     m_world->server.enqueue(reply);
-    m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
-    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QStringLiteral("error"), WaitMs);
+    m_job->createDocument(QString(), m_world->makeFile("a.txt", 1));
+    QTRY_COMPARE_WITH_TIMEOUT(m_spies->log(), QString("error"), WaitMs);
     QCOMPARE(m_spies->errors, QList<int>({code}));
     NetworkSettings::instance().setStallTimeout(std::chrono::seconds(30));
 }
@@ -359,7 +353,7 @@ void TestWholeFileUpload::progressEndsWithTheFileOfANewDocument()
 {
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
-    m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 1000000));
+    m_job->createDocument(QString(), m_world->makeFile("a.bin", 1000000));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     QVERIFY(!m_spies->progress.isEmpty());
     const qint64 bodyBytes = body(0).size();
@@ -372,7 +366,7 @@ void TestWholeFileUpload::progressGoesOnWithTheRequestOfAVersion()
 {
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
-    m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 1000000));
+    m_job->updateDocument(QString(), m_world->makeFile("a.bin", 1000000));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 1, WaitMs);
     const qint64 documentBytes = body(1).size();
     bool seen = false;
@@ -387,20 +381,20 @@ void TestWholeFileUpload::aSecondUploadOfTheSameJob()
     for (int i = 0; i < 2; ++i) {
         answer(R"({"files":["c1"]})");
         answer(R"({"_id":"d1"})");
-        m_job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
+        m_job->createDocument(QString(), m_world->makeFile("a.txt", 1));
         QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), i + 1, WaitMs);
-        QCOMPARE(m_spies->finished[i]._id, QStringLiteral("d1"));
+        QCOMPARE(m_spies->finished[i]._id, QString("d1"));
     }
     QCOMPARE(m_world->server.requests().size(), 4);
 
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})");
-    m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
+    m_job->updateDocument(QString(), m_world->makeFile("a.txt", 1));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 3, WaitMs);
     answer(R"({"files":["c1"],"_id":"taken for a document"})");
-    m_job->updateDocument(QString(), m_world->makeFile(QStringLiteral("a.txt"), 1));
+    m_job->updateDocument(QString(), m_world->makeFile("a.txt", 1));
     QTRY_COMPARE_WITH_TIMEOUT(m_spies->finished.size(), 4, WaitMs);
-    QCOMPARE(m_spies->finished[3]._id, QStringLiteral("taken for a document"));
+    QCOMPARE(m_spies->finished[3]._id, QString("taken for a document"));
     QCOMPARE(m_world->server.requests().size(), 7);
 }
 
@@ -431,7 +425,7 @@ void TestWholeFileUpload::theJobMayBeDeletedInEachOfItsSignals()
 
     answer(R"({"files":["c1"]})");
     answer(R"({"_id":"d1"})", signal == QLatin1String("error") ? 500 : 200);
-    const VellDocument doc = m_world->makeFile(QStringLiteral("a.bin"), 3000000);
+    const VellDocument doc = m_world->makeFile("a.bin", 3000000);
     if (isCreate)
         job->createDocument(QString(), doc);
     else
@@ -445,7 +439,7 @@ void TestWholeFileUpload::theJobMayBeDeletedInFlight()
     auto *job = new AsyncCreateDocument;
     JobSpies spies(job);
     m_world->server.readSlowly(65536, 20);
-    job->createDocument(QString(), m_world->makeFile(QStringLiteral("a.bin"), 10000000));
+    job->createDocument(QString(), m_world->makeFile("a.bin", 10000000));
     QTRY_VERIFY_WITH_TIMEOUT(m_world->server.connectionCount() > 0, WaitMs);
     delete job;
     QTest::qWait(50);
@@ -455,10 +449,10 @@ void TestWholeFileUpload::theJobMayBeDeletedInFlight()
 
 void TestWholeFileUpload::theLocalFileIsClosedWhenItHasGoneUp()
 {
-    const VellDocument doc = m_world->makeFile(QStringLiteral("a.txt"), 1);
+    const VellDocument doc = m_world->makeFile("a.txt", 1);
     const auto openFiles = [&doc] {
         int count = 0;
-        const QDir handles(QStringLiteral("/proc/self/fd"));
+        const QDir handles("/proc/self/fd");
         for (const QString &handle : handles.entryList(QDir::System | QDir::Files))
             count += QFile::symLinkTarget(handles.filePath(handle)) == doc.filePath ? 1 : 0;
         return count;

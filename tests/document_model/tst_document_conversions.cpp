@@ -12,32 +12,32 @@ namespace {
 VellDocument filledRecord()
 {
     VellDocument doc;
-    doc._id = QStringLiteral("id");
-    doc.parentId = QStringLiteral("parent");
-    doc.name = QStringLiteral("name");
-    doc.documentId = QStringLiteral("documentId");
-    doc.hostId = QStringLiteral("hostId");
+    doc._id = "id";
+    doc.parentId = "parent";
+    doc.name = "name";
+    doc.documentId = "documentId";
+    doc.hostId = "hostId";
     doc.hostType = 3;
-    doc.category = QStringLiteral("category");
-    doc.projectId = QStringLiteral("projectId");
+    doc.category = "category";
+    doc.projectId = "projectId";
     doc.order = 7;
     doc.favorite = true;
-    doc.type = QStringLiteral("other");
-    doc.status = QStringLiteral("status");
-    doc.fileId = QStringLiteral("fileId");
-    doc.filePath = QStringLiteral("filePath");
+    doc.type = "other";
+    doc.status = "status";
+    doc.fileId = "fileId";
+    doc.filePath = "filePath";
     doc.fileSize = 11;
-    doc.suffix = QStringLiteral("suffix");
-    doc.pwd = QStringLiteral("pwd");
-    doc.previewId = QStringLiteral("previewId");
-    doc.remark = QStringLiteral("remark");
-    doc.auths.insert(QStringLiteral("edit"), true);
+    doc.suffix = "suffix";
+    doc.pwd = "pwd";
+    doc.previewId = "previewId";
+    doc.remark = "remark";
+    doc.auths.insert("edit", true);
     doc.recycle = 1;
     doc.children.append(VellDocument());
     doc.codeList.append(VellDocumentChange::EntityLinks);
-    doc.entity.insert(QStringLiteral("task"), {QStringLiteral("t1")});
-    doc.updatedBy = QStringLiteral("updatedBy");
-    doc.createdBy = QStringLiteral("createdBy");
+    doc.entity.insert("task", {"t1"});
+    doc.updatedBy = "updatedBy";
+    doc.createdBy = "createdBy";
     doc.updatedAt = QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC);
     doc.createdAt = QDateTime(QDate(2020, 2, 3), QTime(4, 5, 6), Qt::UTC);
     doc.downloadTime = QDateTime(QDate(2020, 3, 4), QTime(5, 6, 7), Qt::UTC);
@@ -65,12 +65,12 @@ QString fieldText(const VellDocument &doc)
 VellDocumentLite liteRecord()
 {
     VellDocumentLite lite;
-    lite._id = QStringLiteral("lite id");
-    lite.name = QStringLiteral("总图.dwg");
+    lite._id = "lite id";
+    lite.name = "总图.dwg";
     lite.fileSize = Q_INT64_C(5368709120);
-    lite.suffix = QStringLiteral("dwg");
-    lite.createdAt = QStringLiteral("2020-05-31T08:00:00.123Z");
-    lite.createdBy = QStringLiteral("user");
+    lite.suffix = "dwg";
+    lite.createdAt = "2020-05-31T08:00:00.123Z";
+    lite.createdBy = "user";
     return lite;
 }
 
@@ -106,12 +106,12 @@ private Q_SLOTS:
 void TestDocumentConversions::liteRecordFillsSixFieldsAndNoOther()
 {
     VellDocument expected = filledRecord();
-    expected._id = QStringLiteral("lite id");
-    expected.name = QStringLiteral("总图.dwg");
+    expected._id = "lite id";
+    expected.name = "总图.dwg";
     expected.fileSize = Q_INT64_C(5368709120);
-    expected.suffix = QStringLiteral("dwg");
+    expected.suffix = "dwg";
     expected.createdAt = QDateTime(QDate(2020, 5, 31), QTime(8, 0, 0, 123), Qt::UTC);
-    expected.createdBy = QStringLiteral("user");
+    expected.createdBy = "user";
 
     VellDocument doc = filledRecord();
     VellPubDoc::docLite2Document(liteRecord(), doc);
@@ -130,19 +130,19 @@ void TestDocumentConversions::unreadableCreationTimeOfALiteRecordIsInvalid()
 void TestDocumentConversions::liteListIsAppendedWithDefaultsEachTime()
 {
     VellDocumentLite second = liteRecord();
-    second._id = QStringLiteral("second");
+    second._id = "second";
     const QList<VellDocumentLite> lites{liteRecord(), second};
 
     QList<VellDocument> docs{filledRecord()};
     VellPubDoc::docLite2Document(lites, docs);
     QCOMPARE(docs.size(), 3);
     QCOMPARE(fieldText(docs.at(0)), fieldText(filledRecord()));
-    QCOMPARE(docs.at(2)._id, QStringLiteral("second"));
+    QCOMPARE(docs.at(2)._id, QString("second"));
 
     VellDocument expected;
     VellPubDoc::docLite2Document(liteRecord(), expected);
     QCOMPARE(fieldText(docs.at(1)), fieldText(expected));
-    QCOMPARE(docs.at(1).type, QStringLiteral("dir"));
+    QCOMPARE(docs.at(1).type, QString("dir"));
     QCOMPARE(docs.at(1).order, -1);
 
     VellPubDoc::docLite2Document(lites, docs);
@@ -157,12 +157,12 @@ void TestDocumentConversions::documentFillsAllSixFieldsOfALiteRecord()
     doc.fileSize = Q_INT64_C(5368709120);
     VellDocumentLite lite = liteRecord();
     VellPubDoc::document2DocLite(doc, lite);
-    QCOMPARE(lite._id, QStringLiteral("id"));
-    QCOMPARE(lite.name, QStringLiteral("name"));
+    QCOMPARE(lite._id, QString("id"));
+    QCOMPARE(lite.name, QString("name"));
     QCOMPARE(lite.fileSize, Q_INT64_C(5368709120));
-    QCOMPARE(lite.suffix, QStringLiteral("suffix"));
-    QCOMPARE(lite.createdAt, QStringLiteral("2020-02-03T04:05:06.000Z"));
-    QCOMPARE(lite.createdBy, QStringLiteral("createdBy"));
+    QCOMPARE(lite.suffix, QString("suffix"));
+    QCOMPARE(lite.createdAt, QString("2020-02-03T04:05:06.000Z"));
+    QCOMPARE(lite.createdBy, QString("createdBy"));
 }
 
 void TestDocumentConversions::invalidCreationTimeGivesEmptyText()
@@ -191,15 +191,15 @@ void TestDocumentConversions::conversionThereAndBackKeepsTheSixFields()
 void TestDocumentConversions::localFileFillsFiveFieldsAndNoOther()
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("图 1.PDF"));
+    const QString path = folder.filePath("图 1.PDF");
     writeFile(path, 4711);
 
     VellDocument expected = filledRecord();
     expected.filePath = path;
-    expected.name = QStringLiteral("图 1.PDF");
+    expected.name = "图 1.PDF";
     expected.fileSize = 4711;
-    expected.suffix = QStringLiteral("PDF");
-    expected.type = QStringLiteral("file");
+    expected.suffix = "PDF";
+    expected.type = "file";
 
     VellDocument fromInfo = filledRecord();
     VellPubDoc::getVellDocument(QFileInfo(path), fromInfo);
@@ -216,14 +216,13 @@ void TestDocumentConversions::localEntryGivesNameSuffixAndType_data()
     QTest::addColumn<bool>("isFolder");
     QTest::addColumn<QString>("suffix");
 
-    QTest::newRow("one dot") << QStringLiteral("plan.dwg") << false << QStringLiteral("dwg");
-    QTest::newRow("two dots") << QStringLiteral("data.tar.gz") << false << QStringLiteral("gz");
-    QTest::newRow("no dot") << QStringLiteral("README") << false << QString();
-    QTest::newRow("dot in front") << QStringLiteral(".profile") << false
-                                  << QStringLiteral("profile");
-    QTest::newRow("dot at the end") << QStringLiteral("odd.") << false << QString();
-    QTest::newRow("folder") << QStringLiteral("drawings") << true << QString();
-    QTest::newRow("folder with a dot") << QStringLiteral("v1.2") << true << QStringLiteral("2");
+    QTest::newRow("one dot") << "plan.dwg" << false << "dwg";
+    QTest::newRow("two dots") << "data.tar.gz" << false << "gz";
+    QTest::newRow("no dot") << "README" << false << QString();
+    QTest::newRow("dot in front") << ".profile" << false << "profile";
+    QTest::newRow("dot at the end") << "odd." << false << QString();
+    QTest::newRow("folder") << "drawings" << true << QString();
+    QTest::newRow("folder with a dot") << "v1.2" << true << "2";
 }
 
 void TestDocumentConversions::localEntryGivesNameSuffixAndType()
@@ -242,34 +241,34 @@ void TestDocumentConversions::localEntryGivesNameSuffixAndType()
     VellPubDoc::getVellDocument(folder.filePath(name), doc);
     QCOMPARE(doc.name, name);
     QCOMPARE(doc.suffix, suffix);
-    QCOMPARE(doc.type, isFolder ? QStringLiteral("dir") : QStringLiteral("file"));
+    QCOMPARE(doc.type, isFolder ? QString("dir") : QString("file"));
     QCOMPARE(doc.fileSize, QFileInfo(folder.filePath(name)).size());
 }
 
 void TestDocumentConversions::linkIsAlwaysAFile()
 {
     const QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("real")));
-    writeFile(folder.filePath(QStringLiteral("real.txt")), 12);
+    QVERIFY(QDir(folder.path()).mkdir("real"));
+    writeFile(folder.filePath("real.txt"), 12);
 #ifdef Q_OS_WIN
-    const QString ending = QStringLiteral(".lnk");
+    const QString ending = ".lnk";
 #else
     const QString ending;
 #endif
-    const QString toFolder = folder.filePath(QStringLiteral("to folder") + ending);
-    const QString toFile = folder.filePath(QStringLiteral("to file") + ending);
-    const QString toNothing = folder.filePath(QStringLiteral("to nothing") + ending);
-    QVERIFY(QFile::link(folder.filePath(QStringLiteral("real")), toFolder));
-    QVERIFY(QFile::link(folder.filePath(QStringLiteral("real.txt")), toFile));
-    QVERIFY(QFile::link(folder.filePath(QStringLiteral("missing")), toNothing));
+    const QString toFolder = folder.filePath(QString("to folder") + ending);
+    const QString toFile = folder.filePath(QString("to file") + ending);
+    const QString toNothing = folder.filePath(QString("to nothing") + ending);
+    QVERIFY(QFile::link(folder.filePath("real"), toFolder));
+    QVERIFY(QFile::link(folder.filePath("real.txt"), toFile));
+    QVERIFY(QFile::link(folder.filePath("missing"), toNothing));
 
     VellDocument doc;
     VellPubDoc::getVellDocument(toFolder, doc);
-    QCOMPARE(doc.type, QStringLiteral("file"));
+    QCOMPARE(doc.type, QString("file"));
     QCOMPARE(doc.filePath, toFolder);
 
     VellPubDoc::getVellDocument(toFile, doc);
-    QCOMPARE(doc.type, QStringLiteral("file"));
+    QCOMPARE(doc.type, QString("file"));
     QCOMPARE(doc.fileSize, Q_INT64_C(12));
 
     const QString before = fieldText(doc);
@@ -280,7 +279,7 @@ void TestDocumentConversions::linkIsAlwaysAFile()
 void TestDocumentConversions::missingPathLeavesTheRecord()
 {
     const QTemporaryDir folder;
-    const QString missing = folder.filePath(QStringLiteral("missing.txt"));
+    const QString missing = folder.filePath("missing.txt");
 
     VellDocument fresh;
     VellPubDoc::getVellDocument(missing, fresh);
@@ -295,14 +294,14 @@ void TestDocumentConversions::missingPathLeavesTheRecord()
 void TestDocumentConversions::pathIsKeptAsGiven()
 {
     const QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("sub")));
-    writeFile(folder.filePath(QStringLiteral("a.txt")), 1);
-    const QString roundabout = folder.path() + QStringLiteral("/sub/../a.txt");
+    QVERIFY(QDir(folder.path()).mkdir("sub"));
+    writeFile(folder.filePath("a.txt"), 1);
+    const QString roundabout = folder.path() + "/sub/../a.txt";
 
     VellDocument doc;
     VellPubDoc::getVellDocument(roundabout, doc);
     QCOMPARE(doc.filePath, roundabout);
-    QCOMPARE(doc.name, QStringLiteral("a.txt"));
+    QCOMPARE(doc.name, QString("a.txt"));
 }
 
 void TestDocumentConversions::treeKeepsEveryFieldOfARecord()

@@ -23,7 +23,7 @@ QJsonObject parsed(const char *json)
 VellDocument filledRecord()
 {
     VellDocument doc;
-    const QString old = QStringLiteral("old");
+    const QString old = "old";
     for (QString *text :
          {&doc._id, &doc.name, &doc.parentId, &doc.documentId, &doc.hostId, &doc.category,
           &doc.projectId, &doc.type, &doc.status, &doc.fileId, &doc.filePath, &doc.suffix, &doc.pwd,
@@ -103,10 +103,10 @@ void TestDocumentJson::everyKeyFillsItsField_data()
 #define ROW(reader, name, json, assignment)                                                        \
     row(#reader " " name, reader, json, [](VellDocument &d) { assignment; })
 #define TEXT_ROW(reader, key, member)                                                              \
-    ROW(reader, key, "{\"" key "\":\"x\"}", d.member = QStringLiteral("x"));                       \
+    ROW(reader, key, "{\"" key "\":\"x\"}", d.member = "x");                                       \
     ROW(reader, key " as a number counts as missing", "{\"" key "\":7}", Q_UNUSED(d))
 #define FILE_TEXT_ROW(reader, key, member)                                                         \
-    ROW(reader, "file." key, "{\"file\":{\"" key "\":\"x\"}}", d.member = QStringLiteral("x"))
+    ROW(reader, "file." key, "{\"file\":{\"" key "\":\"x\"}}", d.member = "x")
 #define TIME_ROW(reader, key, member)                                                              \
     ROW(reader, key, "{\"" key "\":\"2020-05-31T08:00:00.250Z\"}",                                 \
         d.member = QDateTime(QDate(2020, 5, 31), QTime(8, 0, 0, 250), Qt::UTC));                   \
@@ -145,8 +145,7 @@ void TestDocumentJson::everyKeyFillsItsField_data()
         d.fileSize = 5000000000);
     ROW(doc, "file.fileSize unreadable", "{\"file\":{\"fileSize\":\"big\"}}", Q_UNUSED(d));
     ROW(doc, "entity", "{\"entity\":[{\"kind\":\"room\",\"ids\":[\"r1\",\"r2\"]}]}",
-        d.entity.insert(QStringLiteral("room"),
-                        QStringList({QStringLiteral("r1"), QStringLiteral("r2")})));
+        d.entity.insert("room", QStringList({"r1", "r2"})));
     ROW(doc, "filePath is never the service's", "{\"filePath\":\"x\"}", Q_UNUSED(d));
 
     TEXT_ROW(history, "_id", _id);
@@ -226,7 +225,7 @@ void TestDocumentJson::anEmptyHistoryEntryLeavesTheOtherFieldsAlone()
 void TestDocumentJson::rightsAreMergedAndOnlyTheWordTrueGrants()
 {
     VellDocument doc;
-    doc.auths = {{QStringLiteral("kept"), true}, {QStringLiteral("lost"), true}};
+    doc.auths = {{"kept", true}, {"lost", true}};
     jsonToDocObject(parsed(R"({"auths":[
         {"key":"edit","value":"true"}, {"key":"edit","value":"yes"},
         {"key":"delete","value":"false"}, {"key":"delete","value":"true"},
@@ -234,13 +233,8 @@ void TestDocumentJson::rightsAreMergedAndOnlyTheWordTrueGrants()
         {"key":"lost"}, "not an object", {"value":"true"}]})"),
                     doc);
     const QMap<QString, bool> expected{
-        {QStringLiteral("kept"), true},
-        {QStringLiteral("edit"), false},
-        {QStringLiteral("delete"), true},
-        {QStringLiteral("upload"), false},
-        {QStringLiteral("capital"), false},
-        {QStringLiteral("lost"), false},
-        {QString(), true},
+        {"kept", true},     {"edit", false}, {"delete", true},  {"upload", false},
+        {"capital", false}, {"lost", false}, {QString(), true},
     };
     QCOMPARE(doc.auths, expected);
 }
@@ -249,7 +243,7 @@ void TestDocumentJson::theFilesSuffixAlwaysWinsInHistories()
 {
     VellDocument doc;
     jsonToDocHistoryObject(parsed(R"({"suffix":"dwg","file":{"suffix":"pdf"}})"), doc);
-    QCOMPARE(doc.suffix, QStringLiteral("pdf"));
+    QCOMPARE(doc.suffix, QString("pdf"));
     jsonToDocHistoryObject(parsed(R"({"suffix":"dwg"})"), doc);
     QCOMPARE(doc.suffix, QString());
 }
@@ -259,7 +253,7 @@ void TestDocumentJson::writingGivesTheClientsForm()
     const VellDocument doc = filledRecord();
     QJsonObject out;
     doc2JsonString(doc, out);
-    QVERIFY(!out.take(QStringLiteral("downloadTime")).toString().isEmpty());
+    QVERIFY(!out.take("downloadTime").toString().isEmpty());
     QCOMPARE(out, parsed(R"({"_id":"old","documentId":"old","name":"old",
         "createdAt":"2001-02-03T04:05:00.000Z","createdBy":"old",
         "updatedAt":"2001-02-03T04:05:00.000Z","updatedBy":"old",
@@ -267,12 +261,12 @@ void TestDocumentJson::writingGivesTheClientsForm()
         "file":{"fileSize":77,"suffix":"old"}})"));
 
     VellDocument version;
-    version._id = QStringLiteral("v1");
-    version.documentId = QStringLiteral("d1");
+    version._id = "v1";
+    version.documentId = "d1";
     doc2JsonString(version, out);
-    QCOMPARE(out.value(QStringLiteral("documentId")).toString(), QStringLiteral("v1"));
-    QCOMPARE(out.value(QStringLiteral("createdAt")), QJsonValue(QString()));
-    QCOMPARE(out.value(QStringLiteral("frequent")), QJsonValue(false));
+    QCOMPARE(out.value("documentId").toString(), QString("v1"));
+    QCOMPARE(out.value("createdAt"), QJsonValue(QString()));
+    QCOMPARE(out.value("frequent"), QJsonValue(false));
 }
 
 void TestDocumentJson::writingKeepsOtherKeysAndReplacesItsOwn()
@@ -280,11 +274,11 @@ void TestDocumentJson::writingKeepsOtherKeysAndReplacesItsOwn()
     QJsonObject out =
         parsed(R"({"mine":1,"name":"old","file":{"fileSize":1,"suffix":"x","more":2}})");
     VellDocument doc;
-    doc.name = QStringLiteral("new");
+    doc.name = "new";
     doc2JsonString(doc, out);
-    QCOMPARE(out.value(QStringLiteral("mine")), QJsonValue(1));
-    QCOMPARE(out.value(QStringLiteral("name")), QJsonValue(QStringLiteral("new")));
-    QCOMPARE(out.value(QStringLiteral("file")).toObject(), parsed(R"({"fileSize":0,"suffix":""})"));
+    QCOMPARE(out.value("mine"), QJsonValue(1));
+    QCOMPARE(out.value("name"), QJsonValue("new"));
+    QCOMPARE(out.value("file").toObject(), parsed(R"({"fileSize":0,"suffix":""})"));
 }
 
 void TestDocumentJson::sizesAreWrittenWrapped_data()
@@ -307,8 +301,7 @@ void TestDocumentJson::sizesAreWrittenWrapped()
     doc.fileSize = fileSize;
     QJsonObject out;
     doc2JsonString(doc, out);
-    QCOMPARE(out.value(QStringLiteral("file")).toObject().value(QStringLiteral("fileSize")),
-             QJsonValue(written));
+    QCOMPARE(out.value("file").toObject().value("fileSize"), QJsonValue(written));
 }
 
 void TestDocumentJson::theDownloadTimeIsTheTimeOfWriting()
@@ -318,7 +311,7 @@ void TestDocumentJson::theDownloadTimeIsTheTimeOfWriting()
     const auto written = [&doc] {
         QJsonObject out;
         doc2JsonString(doc, out);
-        return VellPub::getDateTimeByQString(out.value(QStringLiteral("downloadTime")).toString());
+        return VellPub::getDateTimeByQString(out.value("downloadTime").toString());
     };
     const QDateTime before = QDateTime::currentDateTimeUtc();
     const QDateTime first = written();

@@ -21,7 +21,7 @@ private Q_SLOTS:
 void TestDocumentRecord::aFreshRecordIsAFolderOfDefaults()
 {
     const VellDocument doc;
-    QCOMPARE(doc.type, QStringLiteral("dir"));
+    QCOMPARE(doc.type, QString("dir"));
     QCOMPARE(doc.order, -1);
     QCOMPARE(doc.hostType, 0);
     QCOMPARE(doc.recycle, 0);
@@ -44,20 +44,20 @@ void TestDocumentRecord::aFreshRecordIsAFolderOfDefaults()
 void TestDocumentRecord::aCopyOwnsItsSubtree()
 {
     VellDocument leaf;
-    leaf.name = QStringLiteral("leaf");
+    leaf.name = "leaf";
     VellDocument folder;
     folder.children.append(leaf);
     VellDocument root;
     root.children.append(folder);
-    root.auths.insert(QStringLiteral("edit"), true);
+    root.auths.insert("edit", true);
 
     VellDocument copy = root;
-    copy.children[0].children[0].name = QStringLiteral("renamed");
+    copy.children[0].children[0].name = "renamed";
     copy.auths.clear();
 
-    QCOMPARE(root.children[0].children[0].name, QStringLiteral("leaf"));
+    QCOMPARE(root.children[0].children[0].name, QString("leaf"));
     QCOMPARE(root.auths.size(), 1);
-    QCOMPARE(copy.children[0].children[0].name, QStringLiteral("renamed"));
+    QCOMPARE(copy.children[0].children[0].name, QString("renamed"));
 }
 
 void TestDocumentRecord::theMetaTypesAreRegisteredByName()
@@ -94,7 +94,7 @@ void TestDocumentRecord::aLiteRecordReadsTheServicesForm_data()
     QTest::newRow("largest 32-bit number") << QJsonValue(2147483647) << Q_INT64_C(2147483647);
     QTest::newRow("2 GiB is out of range") << QJsonValue(Q_INT64_C(2147483648)) << Q_INT64_C(0);
     QTest::newRow("a fraction is no size") << QJsonValue(1.5) << Q_INT64_C(0);
-    QTest::newRow("digits in a text") << QJsonValue(QStringLiteral("4096")) << Q_INT64_C(0);
+    QTest::newRow("digits in a text") << QJsonValue("4096") << Q_INT64_C(0);
     QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << Q_INT64_C(0);
 }
 
@@ -103,19 +103,19 @@ void TestDocumentRecord::aLiteRecordReadsTheServicesForm()
     QFETCH(QJsonValue, sizeOnTheWire);
     QFETCH(qint64, fileSize);
     const VellDocumentLite lite(QJsonObject{
-        {QStringLiteral("_id"), QStringLiteral("d1")},
-        {QStringLiteral("name"), QStringLiteral("plan.dwg")},
-        {QStringLiteral("fileSize"), sizeOnTheWire},
-        {QStringLiteral("suffix"), QStringLiteral("dwg")},
-        {QStringLiteral("createdAt"), QStringLiteral("not a date, only carried")},
-        {QStringLiteral("createdBy"), QStringLiteral("u1")},
+        {"_id", "d1"},
+        {"name", "plan.dwg"},
+        {"fileSize", sizeOnTheWire},
+        {"suffix", "dwg"},
+        {"createdAt", "not a date, only carried"},
+        {"createdBy", "u1"},
     });
-    QCOMPARE(lite._id, QStringLiteral("d1"));
-    QCOMPARE(lite.name, QStringLiteral("plan.dwg"));
+    QCOMPARE(lite._id, QString("d1"));
+    QCOMPARE(lite.name, QString("plan.dwg"));
     QCOMPARE(lite.fileSize, fileSize);
-    QCOMPARE(lite.suffix, QStringLiteral("dwg"));
-    QCOMPARE(lite.createdAt, QStringLiteral("not a date, only carried"));
-    QCOMPARE(lite.createdBy, QStringLiteral("u1"));
+    QCOMPARE(lite.suffix, QString("dwg"));
+    QCOMPARE(lite.createdAt, QString("not a date, only carried"));
+    QCOMPARE(lite.createdBy, QString("u1"));
 }
 
 QTEST_GUILESS_MAIN(TestDocumentRecord)

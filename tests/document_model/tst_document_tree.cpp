@@ -37,7 +37,7 @@ QString treeText(const QList<VellDocument> &docs)
 {
     QStringList words;
     for (const VellDocument &doc : docs) {
-        QString word = doc._id.isEmpty() ? QStringLiteral("-") : doc._id;
+        QString word = doc._id.isEmpty() ? QString("-") : doc._id;
         if (!doc.name.isEmpty())
             word += QLatin1Char(':') + doc.name;
         if (!doc.children.isEmpty())
@@ -165,54 +165,54 @@ void TestDocumentTree::flatListBecomesAForest()
 
 void TestDocumentTree::childrenBroughtAlongStayInFront()
 {
-    QList<VellDocument> docs = flatList(QStringLiteral("new/b b/a a/"));
-    docs[1].children = flatList(QStringLiteral("own/b kept/elsewhere"));
-    docs[2].children = flatList(QStringLiteral("first/a"));
+    QList<VellDocument> docs = flatList("new/b b/a a/");
+    docs[1].children = flatList("own/b kept/elsewhere");
+    docs[2].children = flatList("first/a");
     VellPubDoc::makeDocListTree(docs);
-    QCOMPARE(treeText(docs), QStringLiteral("a(first b(own kept new))"));
+    QCOMPARE(treeText(docs), QString("a(first b(own kept new))"));
 }
 
 void TestDocumentTree::recordsBelowBroughtChildrenAreFound()
 {
-    QList<VellDocument> docs = flatList(QStringLiteral("file/own a/"));
-    docs[1].children = flatList(QStringLiteral("other/a own/a"));
-    docs[1].children[0].children = flatList(QStringLiteral("deep/other"));
+    QList<VellDocument> docs = flatList("file/own a/");
+    docs[1].children = flatList("other/a own/a");
+    docs[1].children[0].children = flatList("deep/other");
     const QList<VellDocument> brought = docs.at(1).children;
     VellPubDoc::makeDocListTree(docs);
-    QCOMPARE(treeText(docs), QStringLiteral("a(other(deep) own(file))"));
-    QCOMPARE(treeText(brought), QStringLiteral("other(deep) own"));
+    QCOMPARE(treeText(docs), QString("a(other(deep) own(file))"));
+    QCOMPARE(treeText(brought), QString("other(deep) own"));
 
     // The way to z leads through itself here, but not where y was completed first.
-    QList<VellDocument> crossing = flatList(QStringLiteral("y/:1 z/:2 z/y:3 w/z"));
-    crossing[1].children = flatList(QStringLiteral("y/z:4"));
+    QList<VellDocument> crossing = flatList("y/:1 z/:2 z/y:3 w/z");
+    crossing[1].children = flatList("y/z:4");
     VellPubDoc::makeDocListTree(crossing);
-    QCOMPARE(treeText(crossing), QStringLiteral("y:1(z:3(w)) z:2(y:4(z:3) w)"));
+    QCOMPARE(treeText(crossing), QString("y:1(z:3(w)) z:2(y:4(z:3) w)"));
 }
 
 void TestDocumentTree::repeatedIdentifierKeepsBroughtChildren()
 {
-    QList<VellDocument> docs = flatList(QStringLiteral("a/:1 a/a:2 /a:3"));
-    docs[1].children = flatList(QStringLiteral("x/"));
-    docs[2].children = flatList(QStringLiteral("y/"));
+    QList<VellDocument> docs = flatList("a/:1 a/a:2 /a:3");
+    docs[1].children = flatList("x/");
+    docs[2].children = flatList("y/");
     VellPubDoc::makeDocListTree(docs);
-    QCOMPARE(treeText(docs), QStringLiteral("a:1(a:2(x) -:3(y))"));
+    QCOMPARE(treeText(docs), QString("a:1(a:2(x) -:3(y))"));
 }
 
 void TestDocumentTree::inputIsCopiedAndTheCallersOtherCopiesStay()
 {
-    const QList<VellDocument> flat = flatList(QStringLiteral("b/a a/ c/b"));
+    const QList<VellDocument> flat = flatList("b/a a/ c/b");
     QList<VellDocument> docs = flat;
     VellPubDoc::makeDocListTree(docs);
-    QCOMPARE(treeText(docs), QStringLiteral("a(b(c))"));
-    QCOMPARE(treeText(flat), QStringLiteral("b a c"));
+    QCOMPARE(treeText(docs), QString("a(b(c))"));
+    QCOMPARE(treeText(flat), QString("b a c"));
 }
 
 void TestDocumentTree::copiesOfAFolderListedTwiceAreIndependent()
 {
-    QList<VellDocument> docs = flatList(QStringLiteral("a/ a/ b/a c/b"));
+    QList<VellDocument> docs = flatList("a/ a/ b/a c/b");
     VellPubDoc::makeDocListTree(docs);
-    docs[0].children[0].children[0].name = QStringLiteral("changed");
-    QCOMPARE(treeText(docs), QStringLiteral("a(b(c:changed)) a(b(c))"));
+    docs[0].children[0].children[0].name = "changed";
+    QCOMPARE(treeText(docs), QString("a(b(c:changed)) a(b(c))"));
 }
 
 // Two pages of a list that overlap: every level doubles what stands below it.

@@ -8,7 +8,7 @@ void FacadeCacheTest::init()
     m_server = std::make_unique<ScriptedServer>();
     m_data = std::make_unique<VellDocumentData>();
     VellBaseApi::GetInstance().setBaseApi(m_server->baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
 }
 
 VellDocument FacadeCacheTest::document(const char *id, const char *name)

@@ -70,7 +70,7 @@ void checkRequestRow()
     QFETCH(RequestRow, row);
     QFETCH(ReplyKind, kind);
 
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p 1"));
+    GetSoftCache()->setCurrentProjectId("p 1");
     auto server = std::make_unique<ScriptedServer>();
     VellBaseApi::GetInstance().setBaseApi(server->baseApi());
     if (kind.status == 0) {
@@ -90,5 +90,5 @@ void checkRequestRow()
 
 QString word(bool value)
 {
-    return value ? QStringLiteral("true") : QStringLiteral("false");
+    return value ? QString("true") : QString("false");
 }

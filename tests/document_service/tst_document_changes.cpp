@@ -14,20 +14,20 @@ namespace {
 VellDocument folder(const QString &parentId)
 {
     VellDocument doc;
-    doc._id = QStringLiteral("old");
+    doc._id = "old";
     doc.parentId = parentId;
-    doc.name = QStringLiteral("Level 1");
-    doc.category = QStringLiteral("doc");
+    doc.name = "Level 1";
+    doc.category = "doc";
     return doc;
 }
 
 VellDocument linkedDocument(const QList<VellDocumentChange> &codes)
 {
     VellDocument doc;
-    doc._id = QStringLiteral("d 1");
+    doc._id = "d 1";
     doc.codeList = codes;
-    doc.entity.insert(QStringLiteral("room"), {QStringLiteral("r1"), QStringLiteral("r2")});
-    doc.entity.insert(QStringLiteral("axis"), {QStringLiteral("A")});
+    doc.entity.insert("room", {"r1", "r2"});
+    doc.entity.insert("axis", {"A"});
     return doc;
 }
 
@@ -40,12 +40,12 @@ RequestRow createRow(const char *name, const QString &parentId, const QByteArray
                 return doc._id + QLatin1Char('|') + doc.name + QLatin1String(", ") + word(ok);
             },
             "POST",
-            QStringLiteral("document-service/projects/p 1/documents"),
+            "document-service/projects/p 1/documents",
             body,
             Judged::ByBoth,
             R"({"_id":"f1","name":"Level 1, new"})",
-            QStringLiteral("f1|Level 1, new"),
-            QStringLiteral("|")};
+            "f1|Level 1, new",
+            "|"};
 }
 
 RequestRow updateRow(const char *name, const QList<VellDocumentChange> &codes,
@@ -58,12 +58,12 @@ RequestRow updateRow(const char *name, const QList<VellDocumentChange> &codes,
                 return doc._id + QLatin1Char('|') + doc.name + QLatin1String(", ") + word(ok);
             },
             "PUT",
-            QStringLiteral("document-service/documents/d 1?expand=true"),
+            "document-service/documents/d 1?expand=true",
             body,
             Judged::ByBoth,
             R"({"_id":"d 1","name":"plan"})",
-            QStringLiteral("d 1|plan"),
-            QStringLiteral("|")};
+            "d 1|plan",
+            "|"};
 }
 
 RequestRow statusRow(const char *name, const char *verb, const QString &path,
@@ -72,7 +72,7 @@ RequestRow statusRow(const char *name, const char *verb, const QString &path,
     return {name,
             [call] { return word(call()); },
             verb,
-            QStringLiteral("document-service/") + path,
+            QString("document-service/") + path,
             body,
             Judged::ByStatus,
             R"({"anything":1})",
@@ -105,55 +105,51 @@ void TestDocumentChanges::everyChangeSendsItsRequest_data()
         R"({"links":[{"ids":["A"],"kind":"axis"},{"ids":["r1","r2"],"kind":"room"}]})";
 
     addRequestRows({
-        createRow("createDocFolder", QStringLiteral("f 0"),
+        createRow("createDocFolder", "f 0",
                   R"({"category":"doc","name":"Level 1","parentId":"f 0","type":"dir"})"),
         createRow("createDocFolder at the top level", QString(),
                   R"({"category":"doc","name":"Level 1","parentId":null,"type":"dir"})"),
 
-        statusRow("changeDocOrder", "PUT", QStringLiteral("documents"),
+        statusRow("changeDocOrder", "PUT", "documents",
                   R"([{"_id":"a","order":2},{"_id":"b","order":1}])",
                   [] {
-                      return changeDocOrder({{QStringLiteral("b"), 1}, {QStringLiteral("a"), 2}});
+                      return changeDocOrder({{"b", 1}, {"a", 2}});
                   }),
-        statusRow("changeDocOrder of nothing", "PUT", QStringLiteral("documents"), "[]",
+        statusRow("changeDocOrder of nothing", "PUT", "documents", "[]",
                   [] { return changeDocOrder({}); }),
 
-        statusRow("moveToFolder", "PUT", QStringLiteral("documents"),
+        statusRow("moveToFolder", "PUT", "documents",
                   R"({"documentIds":["d2","d1"],"parentId":"f1"})",
                   [] {
-                      return moveToFolder({QStringLiteral("d2"), QStringLiteral("d1")},
-                                          QStringLiteral("f1"));
+                      return moveToFolder({"d2", "d1"}, "f1");
                   }),
-        statusRow("moveToFolder to the top level", "PUT", QStringLiteral("documents"),
+        statusRow("moveToFolder to the top level", "PUT", "documents",
                   R"({"documentIds":["d1"],"parentId":null})",
-                  [] { return moveToFolder({QStringLiteral("d1")}, QString()); }),
-        statusRow("moveToFolder of nothing", "PUT", QStringLiteral("documents"),
-                  R"({"documentIds":[],"parentId":"f1"})",
-                  [] { return moveToFolder({}, QStringLiteral("f1")); }),
+                  [] { return moveToFolder({"d1"}, QString()); }),
+        statusRow("moveToFolder of nothing", "PUT", "documents",
+                  R"({"documentIds":[],"parentId":"f1"})", [] { return moveToFolder({}, "f1"); }),
 
-        statusRow("deleteDoc", "DELETE", QStringLiteral("documents/d 1"), "",
+        statusRow("deleteDoc", "DELETE", "documents/d 1", "",
                   [] {
                       bool ok = false;
-                      deleteDoc(QStringLiteral("d 1"), ok);
+                      deleteDoc("d 1", ok);
                       return ok;
                   }),
-        statusRow("deleteDoc overwrites the caller's result", "DELETE",
-                  QStringLiteral("documents/d 1"), "",
+        statusRow("deleteDoc overwrites the caller's result", "DELETE", "documents/d 1", "",
                   [] {
                       bool ok = true;
-                      deleteDoc(QStringLiteral("d 1"), ok);
+                      deleteDoc("d 1", ok);
                       return ok;
                   }),
 
-        statusRow("emptyRecycled", "DELETE", QStringLiteral("documents?hostId=p 1&category=doc"),
-                  "", [] { return emptyRecycled(QStringLiteral("doc")); }),
+        statusRow("emptyRecycled", "DELETE", "documents?hostId=p 1&category=doc", "",
+                  [] { return emptyRecycled("doc"); }),
         statusRow("emptyRecycled without a category", "DELETE",
-                  QStringLiteral("documents?hostId=p 1&category="), "",
-                  [] { return emptyRecycled(QString()); }),
+                  "documents?hostId=p 1&category=", "", [] { return emptyRecycled(QString()); }),
 
-        {"uploadRecycleDoc", [] { return word(uploadRecycleDoc(QStringLiteral("d 1"))); }, "GET",
-         QStringLiteral("document-service/documents/d 1/restore"), "", Judged::ByContent,
-         R"({"hasSameDoc":true})", QStringLiteral("true"), QStringLiteral("false")},
+        {"uploadRecycleDoc", [] { return word(uploadRecycleDoc("d 1")); }, "GET",
+         "document-service/documents/d 1/restore", "", Judged::ByContent, R"({"hasSameDoc":true})",
+         "true", "false"},
 
         updateRow("updateDoc", {code(0)}, links),
         updateRow("updateDoc with other codes around", {code(1), code(0), code(7), code(0)}, links),
@@ -173,7 +169,7 @@ void TestDocumentChanges::anUpdateWithoutChangesSendsNothing()
     VellDocument doc = linkedDocument({});
     QVERIFY(!updateDoc(doc));
     QCOMPARE(server.requests().size(), 0);
-    QCOMPARE(doc._id, QStringLiteral("d 1"));
+    QCOMPARE(doc._id, QString("d 1"));
     QCOMPARE(doc.entity.size(), 2);
 }
 
@@ -194,7 +190,7 @@ void TestDocumentChanges::restoringTellsOnlyAJsonTrue()
     ScriptedServer server;
     server.enqueue(ScriptedReply::json(reply));
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
-    QCOMPARE(uploadRecycleDoc(QStringLiteral("d1")), hasSameDoc);
+    QCOMPARE(uploadRecycleDoc("d1"), hasSameDoc);
 }
 
 QTEST_GUILESS_MAIN(TestDocumentChanges)

@@ -14,14 +14,13 @@ using namespace VellDocService;
 namespace {
 
 const QByteArray twoDocuments = R"([{"_id":"d1","name":"a"},7,{"_id":"d2","name":"b"}])";
-const QString twoIds = QStringLiteral("old,d1,d2");
-const QString nothing = QStringLiteral("old");
-const QString everything =
-    QStringLiteral("where={\"parentId\":null}&select=-entities&linkedEntity=true");
+const QString twoIds = "old,d1,d2";
+const QString nothing = "old";
+const QString everything = "where={\"parentId\":null}&select=-entities&linkedEntity=true";
 
 QString documentsPath(const QString &query)
 {
-    return QStringLiteral("document-service/projects/p 1/documents?") + query;
+    return QString("document-service/projects/p 1/documents?") + query;
 }
 
 //! A list that holds a record already: results are appended.
@@ -29,7 +28,7 @@ template <typename Document>
 QList<Document> startedList()
 {
     Document old;
-    old._id = QStringLiteral("old");
+    old._id = "old";
     return {old};
 }
 
@@ -74,10 +73,10 @@ RequestRow favouritesRow(const char *name, const VellDocumentSort &sort, const Q
     return listRow(name, documentsPath(everything + tail), Judged::ByBoth, [=] {
         auto list = startedList<VellDocument>();
         VellDocumentConditon condition;
-        condition.projectId = QStringLiteral("another");
+        condition.projectId = "another";
         const bool ok = getFavorDocs(list, condition, sort);
         if (condition.projectId != QLatin1String("p 1"))
-            return QStringLiteral("the condition's project was not set");
+            return QString("the condition's project was not set");
         return ids(list) + QLatin1String(", ") + word(ok);
     });
 }
@@ -97,8 +96,8 @@ RequestRow countRow(const char *name, Count count)
             "",
             Judged::ByContent,
             R"({"count":50000})",
-            QStringLiteral("50000"),
-            QStringLiteral("0")};
+            "50000",
+            "0"};
 }
 
 } // namespace
@@ -123,22 +122,21 @@ private Q_SLOTS:
 void TestDocumentQueries::everyQueryAsksItsQuestion_data()
 {
     const VellDocumentSort byDefault;
-    const VellDocumentSort byName{QStringLiteral("name"), true, false};
-    const VellDocumentSort bySizeDown{QStringLiteral("file.fileSize"), false, false};
-    const VellDocumentSort defaultByName{QStringLiteral("name"), true, true};
+    const VellDocumentSort byName{"name", true, false};
+    const VellDocumentSort bySizeDown{"file.fileSize", false, false};
+    const VellDocumentSort defaultByName{"name", true, true};
 
     addRequestRows({
         {"getDoc",
          [] {
              VellDocument document;
-             document._id = QStringLiteral("old");
-             getDoc(QStringLiteral("d 1"), document);
+             document._id = "old";
+             getDoc("d 1", document);
              return document._id + QLatin1Char('|') + document.name + QLatin1Char('|')
                  + document.type;
          },
-         "GET", QStringLiteral("document-service/documents/d 1?expand=true"), "", Judged::ByContent,
-         R"({"_id":"d 1","name":"plan","type":"file"})", QStringLiteral("d 1|plan|file"),
-         QStringLiteral("||")},
+         "GET", "document-service/documents/d 1?expand=true", "", Judged::ByContent,
+         R"({"_id":"d 1","name":"plan","type":"file"})", "d 1|plan|file", "||"},
 
         listRow("getDocuments", documentsPath(everything), Judged::ByContent,
                 [] {
@@ -148,42 +146,37 @@ void TestDocumentQueries::everyQueryAsksItsQuestion_data()
                 }),
 
         pageRow("getDocumentsRange", 50, 100, byDefault,
-                QStringLiteral("&limit=50&skip=100&order=type order -updatedAt")),
+                "&limit=50&skip=100&order=type order -updatedAt"),
         pageRow("getDocumentsRange without a limit", 0, 100, byDefault,
-                QStringLiteral("&order=type order -updatedAt")),
+                "&order=type order -updatedAt"),
         pageRow("getDocumentsRange with a negative limit", -1, 100, byDefault,
-                QStringLiteral("&order=type order -updatedAt")),
-        pageRow("getDocumentsRange by name", 50, 0, byName,
-                QStringLiteral("&limit=50&skip=0&order=name")),
+                "&order=type order -updatedAt"),
+        pageRow("getDocumentsRange by name", 50, 0, byName, "&limit=50&skip=0&order=name"),
         pageRow("getDocumentsRange by size, descending", 50, 0, bySizeDown,
-                QStringLiteral("&limit=50&skip=0&order=-file.fileSize")),
+                "&limit=50&skip=0&order=-file.fileSize"),
         pageRow("getDocumentsRange, default beats the field", 50, 0, defaultByName,
-                QStringLiteral("&limit=50&skip=0&order=type order -updatedAt")),
+                "&limit=50&skip=0&order=type order -updatedAt"),
 
-        recycledRow("getRecycledDocumentsRange", 50, 100, byName,
-                    QStringLiteral("&limit=50&skip=100&order=name")),
+        recycledRow("getRecycledDocumentsRange", 50, 100, byName, "&limit=50&skip=100&order=name"),
         recycledRow("getRecycledDocumentsRange always sends limit and skip", 0, 3, byName,
-                    QStringLiteral("&limit=0&skip=3&order=name")),
+                    "&limit=0&skip=3&order=name"),
         recycledRow("getRecycledDocumentsRange with a negative limit", -1, 0, byName,
-                    QStringLiteral("&limit=-1&skip=0&order=name")),
+                    "&limit=-1&skip=0&order=name"),
         recycledRow("getRecycledDocumentsRange knows no default order", 50, 0, defaultByName,
-                    QStringLiteral("&limit=50&skip=0&order=name")),
+                    "&limit=50&skip=0&order=name"),
 
-        favouritesRow("getFavorDocs", byName, QStringLiteral("&order=name")),
-        favouritesRow("getFavorDocs, descending", bySizeDown,
-                      QStringLiteral("&order=-file.fileSize")),
-        favouritesRow("getFavorDocs knows no default order", byDefault,
-                      QStringLiteral("&order=-updatedAt")),
+        favouritesRow("getFavorDocs", byName, "&order=name"),
+        favouritesRow("getFavorDocs, descending", bySizeDown, "&order=-file.fileSize"),
+        favouritesRow("getFavorDocs knows no default order", byDefault, "&order=-updatedAt"),
 
         countRow("getDocumentsRangeCount", getDocumentsRangeCount),
         countRow("getDocumentsRecycledRangeCount", getDocumentsRecycledRangeCount),
 
-        listRow("getEntityDocByGuid",
-                QStringLiteral("document-service/projects/p 1/entities/e 1/documents"),
+        listRow("getEntityDocByGuid", "document-service/projects/p 1/entities/e 1/documents",
                 Judged::ByBoth,
                 [] {
                     auto list = startedList<VellDocumentLite>();
-                    const bool ok = getEntityDocByGuid(QStringLiteral("e 1"), list);
+                    const bool ok = getEntityDocByGuid("e 1", list);
                     return ids(list) + QLatin1String(", ") + word(ok);
                 }),
     });
@@ -199,18 +192,18 @@ void TestDocumentQueries::aPlaceholderInThePatternIsHit()
 {
     ScriptedServer server;
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
     VellDocumentConditon condition;
-    condition.searchName = QStringLiteral("100%3");
+    condition.searchName = "100%3";
     condition.noSelect = true;
     const QString where =
-        QStringLiteral("where={\"name\":{\"$options\":\"i\",\"$regex\":\"%1\"},\"parentId\":null}");
+        "where={\"name\":{\"$options\":\"i\",\"$regex\":\"%1\"},\"parentId\":null}";
     QList<VellDocument> list;
 
     getRecycledDocumentsRange(50, 7, condition, VellDocumentSort(), list);
     getDocuments(condition, list);
     QCOMPARE(server.requests().size(), 2);
-    const QString root = QStringLiteral("/document-service/projects/p1/documents?");
+    const QString root = "/document-service/projects/p1/documents?";
     QCOMPARE(server.requests()[0].decodedTarget(),
              root + QString(where).replace(QLatin1String("%1"), QLatin1String("10050"))
                  + QLatin1String("&limit=50&skip=7&order=-updatedAt"));
@@ -221,10 +214,10 @@ void TestDocumentQueries::aPlaceholderInThePatternIsHit()
 void TestDocumentQueries::placeholdersInIdentifiersStay_data()
 {
     QTest::addColumn<QString>("id");
-    QTest::newRow("%1") << QStringLiteral("a%1b");
-    QTest::newRow("%2") << QStringLiteral("a%2b");
-    QTest::newRow("%L1") << QStringLiteral("a%L1b");
-    QTest::newRow("%41") << QStringLiteral("a%41b");
+    QTest::newRow("%1") << "a%1b";
+    QTest::newRow("%2") << "a%2b";
+    QTest::newRow("%L1") << "a%L1b";
+    QTest::newRow("%41") << "a%41b";
     QTest::newRow("empty") << QString();
 }
 
@@ -237,7 +230,7 @@ void TestDocumentQueries::placeholdersInIdentifiersStay()
     getDoc(id, document);
     QCOMPARE(server.requests().size(), 1);
     QCOMPARE(server.requests().first().decodedTarget(),
-             QStringLiteral("/document-service/documents/") + id + QStringLiteral("?expand=true"));
+             QString("/document-service/documents/") + id + QString("?expand=true"));
 }
 
 void TestDocumentQueries::neighboursShareWhatTheyHaveInCommon()
@@ -254,9 +247,7 @@ void TestDocumentQueries::neighboursShareWhatTheyHaveInCommon()
     for (const VellDocument &doc : qAsConst(list))
         texts.append(
             QStringList{doc._id, doc.parentId, doc.type, doc.createdBy}.join(QLatin1Char(' ')));
-    QCOMPARE(texts,
-             QStringList({QStringLiteral("d1 f1 file u1"), QStringLiteral("d2 f1 dir u2"),
-                          QStringLiteral("d3 f2 dir u1")}));
+    QCOMPARE(texts, QStringList({"d1 f1 file u1", "d2 f1 dir u2", "d3 f2 dir u1"}));
     QCOMPARE(list[0].parentId.constData(), list[1].parentId.constData());
     QCOMPARE(list[1].type.constData(), list[2].type.constData());
 }
@@ -267,7 +258,7 @@ void TestDocumentQueries::everyRequestReadsAddressAndProjectAnew()
     ScriptedServer second;
     QList<VellDocument> list;
     VellBaseApi::GetInstance().setBaseApi(first.baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
     getDocuments(VellDocumentConditon(), list);
     VellBaseApi::GetInstance().setBaseApi(second.baseApi());
     GetSoftCache()->setCurrentProjectId(QString());
@@ -293,12 +284,12 @@ void TestDocumentQueries::requestsNest()
     QMetaObject::Connection once;
     once = connect(&server, &ScriptedServer::requestReceived, this, [&] {
         disconnect(once);
-        QTimer::singleShot(0, this, [&] { getDoc(QStringLiteral("inner"), inner); });
+        QTimer::singleShot(0, this, [&] { getDoc("inner", inner); });
     });
     VellDocument outer;
-    getDoc(QStringLiteral("outer"), outer);
-    QCOMPARE(inner._id, QStringLiteral("inner"));
-    QCOMPARE(outer._id, QStringLiteral("outer"));
+    getDoc("outer", outer);
+    QCOMPARE(inner._id, QString("inner"));
+    QCOMPARE(outer._id, QString("outer"));
 }
 
 void TestDocumentQueries::countsThatAreNoNumbersReadAsZero_data()

@@ -17,7 +17,7 @@ RequestRow recordRow(const char *name, const QByteArray &body, const std::functi
     return {name,
             [call] { return word(call()); },
             "PUT",
-            QStringLiteral("document-service/documents/d 1/records"),
+            "document-service/documents/d 1/records",
             body,
             Judged::ByStatus,
             R"({"anything":1})",
@@ -30,29 +30,25 @@ RequestRow shareRow(const char *name, const QDateTime &expiredAt, bool allowDown
 {
     return {name,
             [=] {
-                QString code = QStringLiteral("old");
-                const bool ok = shareDocument({QStringLiteral("d2"), QStringLiteral("d1")},
-                                              expiredAt, code, allowDownload);
+                QString code = "old";
+                const bool ok = shareDocument({"d2", "d1"}, expiredAt, code, allowDownload);
                 return code + QLatin1String(", ") + word(ok);
             },
             "POST",
-            QStringLiteral("document-service/documents/shares"),
+            "document-service/documents/shares",
             body,
             Judged::ByBoth,
             R"({"code":"Xy7"})",
-            QStringLiteral("Xy7"),
+            "Xy7",
             QString()};
 }
 
 RequestRow remarkRow(const char *name, bool history, const QString &path)
 {
     return {name,
-            [history] {
-                return word(updateDocRemake(history, QStringLiteral("d 1"),
-                                            QStringLiteral("checked \"twice\"")));
-            },
+            [history] { return word(updateDocRemake(history, "d 1", "checked \"twice\"")); },
             "PUT",
-            QStringLiteral("document-service/") + path,
+            QString("document-service/") + path,
             "{\"remark\":\"checked \\\"twice\\\"\"}",
             Judged::ByStatus,
             R"({"anything":1})",
@@ -81,39 +77,37 @@ void TestDocumentRecords::everyFunctionSendsItsRequest_data()
     addRequestRows({
         recordRow("restoreFile", R"({"type":5,"value":true})",
                   [] {
-                      QString out = QStringLiteral("kept");
-                      const bool ok = restoreFile(QStringLiteral("d 1"),
-                                                  {QStringLiteral("not sent")}, 5, true, out);
+                      QString out = "kept";
+                      const bool ok = restoreFile("d 1", {"not sent"}, 5, true, out);
                       return ok && out == QLatin1String("kept");
                   }),
         recordRow("setFrequentDocument on", R"({"type":1,"value":true})",
                   [] {
                       bool ok = false;
-                      setFrequentDocument(QStringLiteral("d 1"), true, ok);
+                      setFrequentDocument("d 1", true, ok);
                       return ok;
                   }),
         recordRow("setFrequentDocument off", R"({"type":1,"value":false})",
                   [] {
                       bool ok = true;
-                      setFrequentDocument(QStringLiteral("d 1"), false, ok);
+                      setFrequentDocument("d 1", false, ok);
                       return ok;
                   }),
         recordRow("setRectentDocument on", R"({"type":2,"value":true})",
-                  [] { return setRectentDocument(QStringLiteral("d 1"), true); }),
+                  [] { return setRectentDocument("d 1", true); }),
         recordRow("setRectentDocument off", R"({"type":2,"value":false})",
-                  [] { return setRectentDocument(QStringLiteral("d 1"), false); }),
+                  [] { return setRectentDocument("d 1", false); }),
 
         {"getFavorDoc",
          [] {
              int type = 77;
-             const bool ok = getFavorDoc(type, QStringLiteral("d 1"));
+             const bool ok = getFavorDoc(type, "d 1");
              return QString::number(type) + QLatin1String(", ") + word(ok);
          },
          "GET",
-         QStringLiteral("document-service/documents/records?where="
-                        "{\"documentId\":\"d 1\",\"type\":3}"),
-         "", Judged::ByBoth, R"([{"type":3},{"type":4}])", QStringLiteral("3"),
-         QStringLiteral("77")},
+         "document-service/documents/records?where="
+         "{\"documentId\":\"d 1\",\"type\":3}",
+         "", Judged::ByBoth, R"([{"type":3},{"type":4}])", "3", "77"},
 
         shareRow("shareDocument", expiry, true,
                  R"({"allowDownload":true,"documentIds":["d2","d1"],)"
@@ -124,29 +118,28 @@ void TestDocumentRecords::everyFunctionSendsItsRequest_data()
         {"getDocHistory",
          [] {
              VellDocument old;
-             old._id = QStringLiteral("old");
+             old._id = "old";
              QList<VellDocument> versions{old};
-             const bool ok = getDocHistory(QStringLiteral("d 1"), versions);
+             const bool ok = getDocHistory("d 1", versions);
              QString ids;
              for (const VellDocument &version : qAsConst(versions))
                  ids += version._id + QLatin1Char(' ');
              return ids + QLatin1String(", ") + word(ok);
          },
-         "GET", QStringLiteral("document-service/documents/d 1/histories?order=-createdAt"), "",
-         Judged::ByBoth, R"([{"_id":"v2"},{"_id":"v1"}])", QStringLiteral("old v2 v1 "),
-         QStringLiteral("old ")},
+         "GET", "document-service/documents/d 1/histories?order=-createdAt", "", Judged::ByBoth,
+         R"([{"_id":"v2"},{"_id":"v1"}])", "old v2 v1 ", "old "},
 
-        remarkRow("updateDocRemake of a document", false, QStringLiteral("documents/d 1")),
-        remarkRow("updateDocRemake of a version", true, QStringLiteral("documents/histories/d 1")),
+        remarkRow("updateDocRemake of a document", false, "documents/d 1"),
+        remarkRow("updateDocRemake of a version", true, "documents/histories/d 1"),
 
         {"getDocPwd",
          [] {
-             QString pwd = QStringLiteral("old");
-             getDocPwd(QStringLiteral("d 1"), pwd);
+             QString pwd = "old";
+             getDocPwd("d 1", pwd);
              return pwd;
          },
-         "GET", QStringLiteral("document-service/documents/d 1?pwd=true"), "", Judged::ByContent,
-         R"({"pwd":"s3cret"})", QStringLiteral("s3cret"), QString()},
+         "GET", "document-service/documents/d 1?pwd=true", "", Judged::ByContent,
+         R"({"pwd":"s3cret"})", "s3cret", QString()},
     });
 }
 
@@ -161,7 +154,7 @@ void TestDocumentRecords::anEmptyListOfRecordsLeavesTheTypeAlone()
     server.enqueue(ScriptedReply::json("[]"));
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
     int type = 77;
-    QVERIFY(getFavorDoc(type, QStringLiteral("d1")));
+    QVERIFY(getFavorDoc(type, "d1"));
     QCOMPARE(type, 77);
 }
 
@@ -171,7 +164,7 @@ void TestDocumentRecords::aRecordWithoutATypeReadsAsZero()
     server.enqueue(ScriptedReply::json(R"([{"documentId":"d1"}])"));
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
     int type = 77;
-    QVERIFY(getFavorDoc(type, QStringLiteral("d1")));
+    QVERIFY(getFavorDoc(type, "d1"));
     QCOMPARE(type, 0);
 }
 
@@ -180,7 +173,7 @@ void TestDocumentRecords::aShareWithoutACodeIsStillASuccess()
     ScriptedServer server;
     server.enqueue(ScriptedReply::json("{}"));
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
-    QString code = QStringLiteral("old");
+    QString code = "old";
     QVERIFY(shareDocument({}, QDateTime(), code, true));
     QCOMPARE(code, QString());
 }
@@ -193,14 +186,14 @@ void TestDocumentRecords::versionsAreReadAsHistoryEntries()
                             R"("file":{"fileId":"c1","fileSize":5000000000}}])"));
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
     QList<VellDocument> versions;
-    QVERIFY(getDocHistory(QStringLiteral("d1"), versions));
+    QVERIFY(getDocHistory("d1", versions));
     QCOMPARE(versions.size(), 1);
-    QCOMPARE(versions[0].type, QStringLiteral("dir")); // a fresh record's, not read from the entry
+    QCOMPARE(versions[0].type, QString("dir")); // a fresh record's, not read from the entry
     QCOMPARE(versions[0].suffix, QString());
     QCOMPARE(versions[0].fileSize, Q_INT64_C(0));
-    QCOMPARE(versions[0].fileId, QStringLiteral("c1"));
+    QCOMPARE(versions[0].fileId, QString("c1"));
     QCOMPARE(VellPub::getQStringByDateTime(versions[0].historyUpdatedAt),
-             QStringLiteral("2020-01-02T03:04:05.000Z"));
+             QString("2020-01-02T03:04:05.000Z"));
     QVERIFY(!versions[0].updatedAt.isValid());
 }
 

@@ -18,7 +18,7 @@ using Call = std::function<QString(VellDocumentData &)>;
 
 QString word(bool value)
 {
-    return value ? QStringLiteral("true") : QStringLiteral("false");
+    return value ? QString("true") : QString("false");
 }
 
 QString ids(const QList<VellDocument> &documents)
@@ -55,7 +55,7 @@ void TestFacade::init()
 {
     m_server = std::make_unique<ScriptedServer>();
     VellBaseApi::GetInstance().setBaseApi(m_server->baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
 }
 
 // Several threads ask first at the same moment.
@@ -84,52 +84,48 @@ void TestFacade::everyMethodForwardsItsRequest_data()
     const auto row = [](const char *name, const Call &call, const QByteArray &reply,
                         const QByteArray &verb, const QString &target, const QByteArray &body,
                         const QString &result) {
-        QTest::newRow(name) << call << reply << verb
-                            << QStringLiteral("/document-service/") + target << body << result;
+        QTest::newRow(name) << call << reply << verb << QString("/document-service/") + target
+                            << body << result;
     };
-    const QString a = QStringLiteral("a");
-    const QString b = QStringLiteral("b");
-    const QString yes = QStringLiteral("true");
-    const QString everything =
-        QStringLiteral("where={\"parentId\":null}&select=-entities&linkedEntity=true");
-    const QString documents = QStringLiteral("projects/p1/documents?") + everything;
+    const QString a = "a";
+    const QString b = "b";
+    const QString yes = "true";
+    const QString everything = "where={\"parentId\":null}&select=-entities&linkedEntity=true";
+    const QString documents = QString("projects/p1/documents?") + everything;
     const QByteArray granted = R"({"value":"true"})";
     const QByteArray list = R"([{"_id":"d1"},{"_id":"d2"}])";
-    const QString listed = QStringLiteral("d1,d2");
+    const QString listed = "d1,d2";
     const VellDocumentConditon all;
-    const VellDocumentSort byName{QStringLiteral("name"), true, false};
+    const VellDocumentSort byName{"name", true, false};
 
     using OnResource = bool (VellDocumentData::*)(const QString &, const QString &);
     using OnSelf = bool (VellDocumentData::*)(const QString &);
     const auto onResource = [&](const char *name, OnResource method, const QString &key) {
         row(
             name, [=](VellDocumentData &data) { return word((data.*method)(a, b)); }, granted,
-            "GET", QStringLiteral("projects/p1/auth?key=%1&category=b&rId=a").arg(key), "", yes);
+            "GET", QString("projects/p1/auth?key=%1&category=b&rId=a").arg(key), "", yes);
     };
     const auto onSelf = [&](const char *name, OnSelf method, const QString &key) {
         row(
             name, [=](VellDocumentData &data) { return word((data.*method)(b)); }, granted, "GET",
-            QStringLiteral("projects/p1/auth?key=%1&category=b").arg(key), "", yes);
+            QString("projects/p1/auth?key=%1&category=b").arg(key), "", yes);
     };
-    onResource("canDeleteDocFolder", &VellDocumentData::canDeleteDocFolder,
-               QStringLiteral("delete"));
-    onResource("canDownloadDocFolder", &VellDocumentData::canDownloadDocFolder,
-               QStringLiteral("download"));
-    onResource("canEditDocFolder", &VellDocumentData::canEditDocFolder, QStringLiteral("edit"));
-    onResource("canUploadDocFolder", &VellDocumentData::canUploadDocFolder,
-               QStringLiteral("upload"));
-    onSelf("canDeleteSelf", &VellDocumentData::canDeleteSelf, QStringLiteral("delete-self"));
-    onSelf("canEditSelf", &VellDocumentData::canEditSelf, QStringLiteral("edit-self"));
+    onResource("canDeleteDocFolder", &VellDocumentData::canDeleteDocFolder, "delete");
+    onResource("canDownloadDocFolder", &VellDocumentData::canDownloadDocFolder, "download");
+    onResource("canEditDocFolder", &VellDocumentData::canEditDocFolder, "edit");
+    onResource("canUploadDocFolder", &VellDocumentData::canUploadDocFolder, "upload");
+    onSelf("canDeleteSelf", &VellDocumentData::canDeleteSelf, "delete-self");
+    onSelf("canEditSelf", &VellDocumentData::canEditSelf, "edit-self");
 
     row(
         "changeDocOrder",
         [=](VellDocumentData &data) {
             return word(data.changeDocOrder({{a, 3}}));
         },
-        "", "PUT", QStringLiteral("documents"), R"([{"_id":"a","order":3}])", yes);
+        "", "PUT", "documents", R"([{"_id":"a","order":3}])", yes);
     row(
         "emptyRecycled", [=](VellDocumentData &data) { return word(data.emptyRecycled(b)); }, "",
-        "DELETE", QStringLiteral("documents?hostId=p1&category=b"), "", yes);
+        "DELETE", "documents?hostId=p1&category=b", "", yes);
     row(
         "getDocHistory",
         [=](VellDocumentData &data) {
@@ -137,8 +133,7 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             const bool ok = data.getDocHistory(a, versions);
             return ids(versions) + word(ok);
         },
-        list, "GET", QStringLiteral("documents/a/histories?order=-createdAt"), "",
-        QStringLiteral("d1,d2true"));
+        list, "GET", "documents/a/histories?order=-createdAt", "", "d1,d2true");
     row(
         "getDocPwd",
         [=](VellDocumentData &data) {
@@ -146,7 +141,7 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             data.getDocPwd(a, pwd);
             return pwd;
         },
-        R"({"pwd":"x"})", "GET", QStringLiteral("documents/a?pwd=true"), "", QStringLiteral("x"));
+        R"({"pwd":"x"})", "GET", "documents/a?pwd=true", "", "x");
     row(
         "getDocumentsRange passes limit and skip on",
         [=](VellDocumentData &data) {
@@ -154,8 +149,7 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             data.getDocumentsRange(page, 20, 10, all, byName);
             return ids(page);
         },
-        list, "GET", documents + QStringLiteral("&expand=true&limit=10&skip=20&order=name"), "",
-        listed);
+        list, "GET", documents + "&expand=true&limit=10&skip=20&order=name", "", listed);
     row(
         "getRecycledDocumentsRange passes limit and skip on",
         [=](VellDocumentData &data) {
@@ -163,19 +157,17 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             data.getRecycledDocumentsRange(page, 20, 10, all, byName);
             return ids(page);
         },
-        list, "GET", documents + QStringLiteral("&limit=10&skip=20&order=name"), "", listed);
+        list, "GET", documents + "&limit=10&skip=20&order=name", "", listed);
     row(
         "getDocumentsRangeCount",
         [=](VellDocumentData &data) { return QString::number(data.getDocumentsRangeCount(all)); },
-        R"({"count":7})", "GET", documents + QStringLiteral("&only_count=true"), "",
-        QStringLiteral("7"));
+        R"({"count":7})", "GET", documents + "&only_count=true", "", "7");
     row(
         "getDocumentsRecycledRangeCount",
         [=](VellDocumentData &data) {
             return QString::number(data.getDocumentsRecycledRangeCount(all));
         },
-        R"({"count":7})", "GET", documents + QStringLiteral("&only_count=true"), "",
-        QStringLiteral("7"));
+        R"({"count":7})", "GET", documents + "&only_count=true", "", "7");
     row(
         "getEntityDocByGuid",
         [=](VellDocumentData &data) {
@@ -183,8 +175,7 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             const bool ok = data.getEntityDocByGuid(a, found);
             return QString::number(found.size()) + word(ok);
         },
-        list, "GET", QStringLiteral("projects/p1/entities/a/documents"), "",
-        QStringLiteral("2true"));
+        list, "GET", "projects/p1/entities/a/documents", "", "2true");
     row(
         "getFavorDoc",
         [=](VellDocumentData &data) {
@@ -192,9 +183,8 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             const bool ok = data.getFavorDoc(type, a);
             return QString::number(type) + word(ok);
         },
-        R"([{"type":3}])", "GET",
-        QStringLiteral("documents/records?where={\"documentId\":\"a\",\"type\":3}"), "",
-        QStringLiteral("3true"));
+        R"([{"type":3}])", "GET", "documents/records?where={\"documentId\":\"a\",\"type\":3}", "",
+        "3true");
     row(
         "getFavorDocs",
         [=](VellDocumentData &data) {
@@ -203,11 +193,11 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             const bool ok = data.getFavorDocs(favourites, condition, byName);
             return ids(favourites) + condition.projectId + word(ok);
         },
-        list, "GET", documents + QStringLiteral("&order=name"), "", QStringLiteral("d1,d2p1true"));
+        list, "GET", documents + "&order=name", "", "d1,d2p1true");
     row(
         "setRectentDocument",
         [=](VellDocumentData &data) { return word(data.setRectentDocument(a, true)); }, "", "PUT",
-        QStringLiteral("documents/a/records"), R"({"type":2,"value":true})", yes);
+        "documents/a/records", R"({"type":2,"value":true})", yes);
     row(
         "restoreFile leaves its last argument alone",
         [=](VellDocumentData &data) {
@@ -215,8 +205,7 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             const bool ok = data.restoreFile(a, {b}, 4, true, out);
             return out + word(ok);
         },
-        "", "PUT", QStringLiteral("documents/a/records"), R"({"type":4,"value":true})",
-        QStringLiteral("btrue"));
+        "", "PUT", "documents/a/records", R"({"type":4,"value":true})", "btrue");
     row(
         "shareDocument",
         [=](VellDocumentData &data) {
@@ -224,11 +213,11 @@ void TestFacade::everyMethodForwardsItsRequest_data()
             const bool ok = data.shareDocument({a}, QDateTime(), code, true);
             return code + word(ok);
         },
-        R"({"code":"c"})", "POST", QStringLiteral("documents/shares"),
-        R"({"allowDownload":true,"documentIds":["a"],"hostId":"p1"})", QStringLiteral("ctrue"));
+        R"({"code":"c"})", "POST", "documents/shares",
+        R"({"allowDownload":true,"documentIds":["a"],"hostId":"p1"})", "ctrue");
     row(
         "uploadRecycleDoc", [=](VellDocumentData &data) { return word(data.uploadRecycleDoc(a)); },
-        R"({"hasSameDoc":true})", "GET", QStringLiteral("documents/a/restore"), "", yes);
+        R"({"hasSameDoc":true})", "GET", "documents/a/restore", "", yes);
 }
 
 void TestFacade::everyMethodForwardsItsRequest()
@@ -268,13 +257,13 @@ void TestFacade::listsAreAppendedTo()
     data.getDocuments(VellDocumentConditon(), list);
     data.getDocuments(VellDocumentConditon(), list);
     data.getDocumentsRange(list, 0, 2, VellDocumentConditon(), VellDocumentSort());
-    QCOMPARE(ids(list), QStringLiteral("d1,d2,d1,d2,d1,d2"));
+    QCOMPARE(ids(list), QString("d1,d2,d1,d2,d1,d2"));
 }
 
 void TestFacade::thePdfFolderIsTheSettings()
 {
-    GetSettings()->setPdfFileTempPath(QStringLiteral("some/where else"));
-    QCOMPARE(VellDocumentData::instance()->getPdfFileTempPath(), QStringLiteral("some/where else"));
+    GetSettings()->setPdfFileTempPath("some/where else");
+    QCOMPARE(VellDocumentData::instance()->getPdfFileTempPath(), QString("some/where else"));
     QCOMPARE(m_server->requests().size(), 0);
 }
 

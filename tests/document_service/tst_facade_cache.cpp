@@ -34,8 +34,8 @@ void TestFacadeCache::aCachedDocumentIsAnsweredWithoutARequest()
 {
     m_data->addDocToCache(document("d1", "plan"));
     VellDocument doc;
-    m_data->getDoc(QStringLiteral("d1"), doc, true);
-    QCOMPARE(doc.name, QStringLiteral("plan"));
+    m_data->getDoc("d1", doc, true);
+    QCOMPARE(doc.name, QString("plan"));
     QCOMPARE(requests(), 0);
 }
 
@@ -43,20 +43,20 @@ void TestFacadeCache::aCachedCopyDoesNotFollowTheCallersRecord()
 {
     VellDocument doc = document("d1", "plan");
     m_data->addDocToCache(doc);
-    doc.name = QStringLiteral("changed");
-    QCOMPARE(name("d1"), QStringLiteral("plan"));
+    doc.name = "changed";
+    QCOMPARE(name("d1"), QString("plan"));
     m_data->addDocToCache(doc);
-    QCOMPARE(name("d1"), QStringLiteral("changed"));
+    QCOMPARE(name("d1"), QString("changed"));
 }
 
 void TestFacadeCache::aFetchStoresWhatWasMissing()
 {
     answer(R"({"_id":"d1","name":"plan"})");
     VellDocument doc;
-    m_data->getDoc(QStringLiteral("d1"), doc, true);
+    m_data->getDoc("d1", doc, true);
     QCOMPARE(requests(), 1);
-    QCOMPARE(doc.name, QStringLiteral("plan"));
-    QCOMPARE(cached("d1").name, QStringLiteral("plan"));
+    QCOMPARE(doc.name, QString("plan"));
+    QCOMPARE(cached("d1").name, QString("plan"));
     QCOMPARE(requests(), 1);
 }
 
@@ -65,10 +65,10 @@ void TestFacadeCache::aFetchPastTheCacheRefreshesOnlyTheCaller()
     m_data->addDocToCache(document("d1", "old"));
     answer(R"({"_id":"d1","name":"new"})");
     VellDocument doc;
-    m_data->getDoc(QStringLiteral("d1"), doc, false);
+    m_data->getDoc("d1", doc, false);
     QCOMPARE(requests(), 1);
-    QCOMPARE(doc.name, QStringLiteral("new"));
-    QCOMPARE(name("d1"), QStringLiteral("old"));
+    QCOMPARE(doc.name, QString("new"));
+    QCOMPARE(name("d1"), QString("old"));
 }
 
 void TestFacadeCache::aFetchOfTheCallersOwnRecordStoresUnderTheRepliesId()
@@ -78,13 +78,13 @@ void TestFacadeCache::aFetchOfTheCallersOwnRecordStoresUnderTheRepliesId()
     // The identifier that is asked for is part of the record that the reply overwrites.
     answer(R"({"_id":"d2","name":"other"})");
     m_data->getDoc(doc._id, doc, false);
-    QCOMPARE(doc._id, QStringLiteral("d2"));
+    QCOMPARE(doc._id, QString("d2"));
     QVERIFY(!isCached("d2")); // d1 was asked for and is cached
-    QCOMPARE(name("d1"), QStringLiteral("old"));
+    QCOMPARE(name("d1"), QString("old"));
 
     answer(R"({"_id":"d4","name":"moved"})");
-    m_data->getDoc(QStringLiteral("d3"), doc, false);
-    QCOMPARE(name("d4"), QStringLiteral("moved"));
+    m_data->getDoc("d3", doc, false);
+    QCOMPARE(name("d4"), QString("moved"));
     QCOMPARE(name("d3"), QString());
 }
 
@@ -92,7 +92,7 @@ void TestFacadeCache::aFailedFetchStoresNothing()
 {
     answer(R"({"error":"no such document"})", 404);
     VellDocument doc = document("old", "old");
-    m_data->getDoc(QStringLiteral("d1"), doc, false);
+    m_data->getDoc("d1", doc, false);
     QCOMPARE(doc._id, QString());
     QCOMPARE(doc.type, QString());
     QVERIFY(!isCached("d1"));
@@ -110,7 +110,7 @@ void TestFacadeCache::addingStoresAlsoUnderTheEmptyId()
 {
     m_data->addDocToCache(document("", "nameless"));
     QVERIFY(isCached(""));
-    QCOMPARE(name(""), QStringLiteral("nameless"));
+    QCOMPARE(name(""), QString("nameless"));
 }
 
 void TestFacadeCache::clearForgetsEverything()
@@ -129,9 +129,9 @@ void TestFacadeCache::aListStoresItsDocuments()
     answer(R"([{"_id":"d1","name":"new"},{"_id":"d2","name":"b"},{"name":"nameless"}])");
     QList<VellDocument> list;
     m_data->getDocuments(VellDocumentConditon(), list);
-    QCOMPARE(name("d1"), QStringLiteral("new"));
-    QCOMPARE(name("d2"), QStringLiteral("b"));
-    QCOMPARE(name(""), QStringLiteral("nameless"));
+    QCOMPARE(name("d1"), QString("new"));
+    QCOMPARE(name("d2"), QString("b"));
+    QCOMPARE(name(""), QString("nameless"));
 }
 
 void TestFacadeCache::aListIsStoredInWhateverOrderItComes()
@@ -195,7 +195,7 @@ void TestFacadeCache::aPageStoresItsDocumentsWhateverItSelects()
     answer(R"([{"_id":"d1","name":"a"}])");
     QList<VellDocument> list;
     m_data->getDocumentsRange(list, 0, 10, condition, VellDocumentSort());
-    QCOMPARE(name("d1"), QStringLiteral("a"));
+    QCOMPARE(name("d1"), QString("a"));
 }
 
 void TestFacadeCache::listsThatAreNotStored()
@@ -210,8 +210,8 @@ void TestFacadeCache::listsThatAreNotStored()
     VellDocumentConditon condition;
     m_data->getRecycledDocumentsRange(list, 0, 10, condition, VellDocumentSort());
     m_data->getFavorDocs(list, condition, VellDocumentSort());
-    m_data->getDocHistory(QStringLiteral("d0"), list);
-    m_data->getEntityDocByGuid(QStringLiteral("e1"), lite);
+    m_data->getDocHistory("d0", list);
+    m_data->getEntityDocByGuid("e1", lite);
     QCOMPARE(list.size(), 3);
     QCOMPARE(lite.size(), 1);
     QVERIFY(!isCached("d1"));
@@ -223,7 +223,7 @@ void TestFacadeCache::onlyWhatThisRequestBroughtIsStored()
     QList<VellDocument> list{document("d1", "the caller's own")};
     m_data->getDocuments(VellDocumentConditon(), list);
     QCOMPARE(list.size(), 2);
-    QCOMPARE(name("d2"), QStringLiteral("b"));
+    QCOMPARE(name("d2"), QString("b"));
     QCOMPARE(name("d1"), QString());
 }
 
@@ -235,9 +235,9 @@ void TestFacadeCache::copiesAreIndependent()
     assigned = *m_data;
     copy.addDocToCache(document("d1", "copy"));
     m_data->clear();
-    QCOMPARE(m_data->getFolderName(QStringLiteral("d1")), QString());
-    QCOMPARE(copy.getFolderName(QStringLiteral("d1")), QStringLiteral("copy"));
-    QCOMPARE(assigned.getFolderName(QStringLiteral("d1")), QStringLiteral("plan"));
+    QCOMPARE(m_data->getFolderName("d1"), QString());
+    QCOMPARE(copy.getFolderName("d1"), QString("copy"));
+    QCOMPARE(assigned.getFolderName("d1"), QString("plan"));
 }
 
 QTEST_GUILESS_MAIN(TestFacadeCache)

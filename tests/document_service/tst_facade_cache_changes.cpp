@@ -37,8 +37,8 @@ void TestFacadeCacheChanges::aNewFolderIsStoredOnSuccessOnly()
     doc = document("", "Level 1");
     answer(R"({"_id":"f1","name":"Level 1"})");
     QVERIFY(m_data->createDocFolder(doc));
-    QCOMPARE(doc._id, QStringLiteral("f1"));
-    QCOMPARE(name("f1"), QStringLiteral("Level 1"));
+    QCOMPARE(doc._id, QString("f1"));
+    QCOMPARE(name("f1"), QString("Level 1"));
 }
 
 void TestFacadeCacheChanges::aNewFolderWithoutAnIdIsStoredUnderTheEmptyId()
@@ -46,7 +46,7 @@ void TestFacadeCacheChanges::aNewFolderWithoutAnIdIsStoredUnderTheEmptyId()
     VellDocument doc = document("", "Level 1");
     answer(R"({"name":"odd"})");
     QVERIFY(m_data->createDocFolder(doc));
-    QCOMPARE(name(""), QStringLiteral("odd"));
+    QCOMPARE(name(""), QString("odd"));
 }
 
 void TestFacadeCacheChanges::anUpdateIsStoredOnSuccessOnly()
@@ -56,11 +56,11 @@ void TestFacadeCacheChanges::anUpdateIsStoredOnSuccessOnly()
     doc.codeList = {VellDocumentChange::EntityLinks};
     answer(R"({"_id":"d1","name":"new"})", 500);
     QVERIFY(!m_data->updateDoc(doc));
-    QCOMPARE(name("d1"), QStringLiteral("old"));
+    QCOMPARE(name("d1"), QString("old"));
 
     answer(R"({"_id":"d1","name":"new"})");
     QVERIFY(m_data->updateDoc(doc));
-    QCOMPARE(name("d1"), QStringLiteral("new"));
+    QCOMPARE(name("d1"), QString("new"));
     QCOMPARE(requests(), 2);
 
     doc.codeList.clear();
@@ -72,10 +72,10 @@ void TestFacadeCacheChanges::aDeletedDocumentLeavesOnSuccessOnly()
 {
     m_data->addDocToCache(document("d1", "plan"));
     answer("", 403);
-    QVERIFY(!m_data->deleteDoc(QStringLiteral("d1")));
+    QVERIFY(!m_data->deleteDoc("d1"));
     QVERIFY(isCached("d1"));
     answer("");
-    QVERIFY(m_data->deleteDoc(QStringLiteral("d1")));
+    QVERIFY(m_data->deleteDoc("d1"));
     QVERIFY(!isCached("d1"));
 }
 
@@ -86,13 +86,13 @@ void TestFacadeCacheChanges::deletingSeveralGoesOnAfterAFailure()
     answer("");
     answer("", 403);
     answer("");
-    const QStringList ids{QStringLiteral("d1"), QStringLiteral("d2"), QStringLiteral("d3")};
+    const QStringList ids{"d1", "d2", "d3"};
     QVERIFY(!m_data->deleteDoc(ids));
     QCOMPARE(requests(), 3);
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(m_server->requests()[i].verb, QByteArray("DELETE"));
         QCOMPARE(m_server->requests()[i].decodedTarget(),
-                 QStringLiteral("/document-service/documents/") + ids[i]);
+                 QString("/document-service/documents/") + ids[i]);
     }
     QVERIFY(isCached("d2"));
     QVERIFY(!isCached("d1"));
@@ -111,15 +111,14 @@ void TestFacadeCacheChanges::aMoveFetchesAndStoresEachDocument()
     answer("");
     answer(R"({"_id":"d1","name":"new","parentId":"f1"})");
     answer(R"({"_id":"d2","name":"b","parentId":"f1"})");
-    QVERIFY(
-        m_data->moveToFolder({QStringLiteral("d1"), QStringLiteral("d2")}, QStringLiteral("f1")));
+    QVERIFY(m_data->moveToFolder({"d1", "d2"}, "f1"));
     QCOMPARE(requests(), 3);
     QCOMPARE(m_server->requests()[0].body,
              QByteArray(R"({"documentIds":["d1","d2"],"parentId":"f1"})"));
     QCOMPARE(m_server->requests()[1].decodedTarget(),
-             QStringLiteral("/document-service/documents/d1?expand=true"));
-    QCOMPARE(cached("d1").name, QStringLiteral("new"));
-    QCOMPARE(cached("d2").parentId, QStringLiteral("f1"));
+             QString("/document-service/documents/d1?expand=true"));
+    QCOMPARE(cached("d1").name, QString("new"));
+    QCOMPARE(cached("d2").parentId, QString("f1"));
     QCOMPARE(requests(), 3);
 }
 
@@ -128,8 +127,8 @@ void TestFacadeCacheChanges::aMoveWhoseFetchFailsStoresAnEmptyRecord()
     m_data->addDocToCache(document("d1", "old"));
     answer("");
     answer("", 500);
-    QVERIFY(m_data->moveToFolder({QStringLiteral("d1")}, QString()));
-    QCOMPARE(name("d1"), QStringLiteral("old"));
+    QVERIFY(m_data->moveToFolder({"d1"}, QString()));
+    QCOMPARE(name("d1"), QString("old"));
     QVERIFY(isCached(""));
     QCOMPARE(cached("").type, QString());
 }
@@ -137,7 +136,7 @@ void TestFacadeCacheChanges::aMoveWhoseFetchFailsStoresAnEmptyRecord()
 void TestFacadeCacheChanges::aFailedMoveFetchesNothing()
 {
     answer("", 403);
-    QVERIFY(!m_data->moveToFolder({QStringLiteral("d1")}, QString()));
+    QVERIFY(!m_data->moveToFolder({"d1"}, QString()));
     QCOMPARE(requests(), 1);
     QVERIFY(!isCached(""));
 }
@@ -146,18 +145,18 @@ void TestFacadeCacheChanges::theFrequentMarkChangesTheCachedRecord()
 {
     m_data->addDocToCache(document("d1", "plan"));
     answer("");
-    QVERIFY(m_data->setFrequentDocument(QStringLiteral("d1"), true));
+    QVERIFY(m_data->setFrequentDocument("d1", true));
     QCOMPARE(cached("d1").favorite, true);
-    QCOMPARE(cached("d1").name, QStringLiteral("plan"));
+    QCOMPARE(cached("d1").name, QString("plan"));
     answer("");
-    QVERIFY(m_data->setFrequentDocument(QStringLiteral("d1"), false));
+    QVERIFY(m_data->setFrequentDocument("d1", false));
     QCOMPARE(cached("d1").favorite, false);
 }
 
 void TestFacadeCacheChanges::theFrequentMarkOfAnUncachedDocumentStoresAnEmptyRecord()
 {
     answer("");
-    QVERIFY(m_data->setFrequentDocument(QStringLiteral("d1"), true));
+    QVERIFY(m_data->setFrequentDocument("d1", true));
     QVERIFY(isCached("d1"));
     QCOMPARE(cached("d1").favorite, true);
     QCOMPARE(cached("d1")._id, QString());
@@ -167,7 +166,7 @@ void TestFacadeCacheChanges::theFrequentMarkOfAnUncachedDocumentStoresAnEmptyRec
 void TestFacadeCacheChanges::aFailedFrequentMarkStoresNothing()
 {
     answer("", 500);
-    QVERIFY(!m_data->setFrequentDocument(QStringLiteral("d1"), true));
+    QVERIFY(!m_data->setFrequentDocument("d1", true));
     QVERIFY(!isCached("d1"));
 }
 
@@ -175,24 +174,24 @@ void TestFacadeCacheChanges::aRemarkChangesTheCachedRecord()
 {
     m_data->addDocToCache(document("d1", "plan"));
     answer("");
-    QVERIFY(m_data->updateDocRemake(false, QStringLiteral("d1"), QStringLiteral("checked")));
-    QCOMPARE(cached("d1").remark, QStringLiteral("checked"));
-    QCOMPARE(cached("d1").name, QStringLiteral("plan"));
+    QVERIFY(m_data->updateDocRemake(false, "d1", "checked"));
+    QCOMPARE(cached("d1").remark, QString("checked"));
+    QCOMPARE(cached("d1").name, QString("plan"));
 }
 
 void TestFacadeCacheChanges::aRemarkOfAnUncachedVersionStoresAnEmptyRecord()
 {
     answer("");
-    QVERIFY(m_data->updateDocRemake(true, QStringLiteral("v1"), QStringLiteral("checked")));
+    QVERIFY(m_data->updateDocRemake(true, "v1", "checked"));
     QVERIFY(isCached("v1"));
-    QCOMPARE(cached("v1").remark, QStringLiteral("checked"));
+    QCOMPARE(cached("v1").remark, QString("checked"));
     QCOMPARE(cached("v1")._id, QString());
 }
 
 void TestFacadeCacheChanges::aFailedRemarkStoresNothing()
 {
     answer("", 500);
-    QVERIFY(!m_data->updateDocRemake(false, QStringLiteral("d1"), QStringLiteral("checked")));
+    QVERIFY(!m_data->updateDocRemake(false, "d1", "checked"));
     QVERIFY(!isCached("d1"));
 }
 
@@ -202,9 +201,9 @@ void TestFacadeCacheChanges::aRecordRemovesTheDocumentBeforeItsRequest()
     QString out;
     bool wasCachedMeanwhile = true;
     connect(m_server.get(), &ScriptedServer::requestReceived, this,
-            [&] { wasCachedMeanwhile = !m_data->getFolderName(QStringLiteral("d1")).isEmpty(); });
+            [&] { wasCachedMeanwhile = !m_data->getFolderName("d1").isEmpty(); });
     answer("", 500);
-    QVERIFY(!m_data->restoreFile(QStringLiteral("d1"), {}, 3, true, out));
+    QVERIFY(!m_data->restoreFile("d1", {}, 3, true, out));
     QVERIFY(!wasCachedMeanwhile);
     QVERIFY(!isCached("d1"));
 }
@@ -214,7 +213,7 @@ void TestFacadeCacheChanges::otherChangesLeaveTheCacheAlone()
     VellDocument doc = document("d1", "plan");
     doc.order = 5;
     m_data->addDocToCache(doc);
-    const QString id = QStringLiteral("d1");
+    const QString id = "d1";
     m_server->setHandler([](const ScriptedRequest &) {
         return ScriptedReply::json(R"({"_id":"d9","name":"x","value":"true","code":"c"})");
     });
@@ -222,17 +221,17 @@ void TestFacadeCacheChanges::otherChangesLeaveTheCacheAlone()
     int number = 0;
     QVERIFY(m_data->changeDocOrder({{id, 9}}));
     QVERIFY(m_data->setRectentDocument(id, true));
-    QVERIFY(m_data->emptyRecycled(QStringLiteral("doc")));
+    QVERIFY(m_data->emptyRecycled("doc"));
     QVERIFY(!m_data->uploadRecycleDoc(id));
     QVERIFY(m_data->shareDocument({id}, QDateTime(), text, true));
     QVERIFY(m_data->getFavorDoc(number, id));
     m_data->getDocPwd(id, text);
-    QVERIFY(m_data->canEditDocFolder(id, QStringLiteral("doc")));
+    QVERIFY(m_data->canEditDocFolder(id, "doc"));
     m_data->getDocumentsRangeCount(VellDocumentConditon());
 
     const int before = requests();
     QCOMPARE(cached("d1").order, 5);
-    QCOMPARE(cached("d1").name, QStringLiteral("plan"));
+    QCOMPARE(cached("d1").name, QString("plan"));
     QCOMPARE(requests(), before);
     QVERIFY(!isCached("d9"));
 }

@@ -42,7 +42,7 @@ const QByteArray single = R"({"_id":"d1","name":"a","hasSameDoc":true,"pwd":"x"}
 
 QString word(bool value)
 {
-    return value ? QStringLiteral("true") : QStringLiteral("false");
+    return value ? QString("true") : QString("false");
 }
 
 QString ids(const QList<VellDocument> &documents)
@@ -72,8 +72,8 @@ void addColumns()
 void TestFacadeErrorBodies::whatIsJudgedByItsContent_data()
 {
     addColumns();
-    const QString a = QStringLiteral("a");
-    const QString yes = QStringLiteral("true");
+    const QString a = "a";
+    const QString yes = "true";
     const VellDocumentConditon all;
     row("canDeleteDocFolder", granted, yes,
         [=](auto &data) { return word(data.canDeleteDocFolder(a, a)); });
@@ -85,26 +85,26 @@ void TestFacadeErrorBodies::whatIsJudgedByItsContent_data()
         [=](auto &data) { return word(data.canUploadDocFolder(a, a)); });
     row("canDeleteSelf", granted, yes, [=](auto &data) { return word(data.canDeleteSelf(a)); });
     row("canEditSelf", granted, yes, [=](auto &data) { return word(data.canEditSelf(a)); });
-    row("getDocumentsRangeCount", counted, QStringLiteral("7"),
+    row("getDocumentsRangeCount", counted, "7",
         [=](auto &data) { return QString::number(data.getDocumentsRangeCount(all)); });
-    row("getDocumentsRecycledRangeCount", counted, QStringLiteral("7"),
+    row("getDocumentsRecycledRangeCount", counted, "7",
         [=](auto &data) { return QString::number(data.getDocumentsRecycledRangeCount(all)); });
     row("uploadRecycleDoc", single, yes,
         [=](auto &data) { return word(data.uploadRecycleDoc(a)); });
     row("isDocNameExist", listed, yes,
         [=](auto &data) { return word(data.isDocNameExist(a, a, a)); });
-    row("getDocumentIdByName", listed, QStringLiteral("d1true"), [=](auto &data) {
+    row("getDocumentIdByName", listed, "d1true", [=](auto &data) {
         VellDocumentConditon condition;
         QString id;
         const bool found = data.getDocumentIdByName(condition, id);
         return id + word(found);
     });
-    row("getDocPwd", single, QStringLiteral("x"), [=](auto &data) {
+    row("getDocPwd", single, "x", [=](auto &data) {
         QString pwd;
         data.getDocPwd(a, pwd);
         return pwd;
     });
-    row("getRecycledDocumentsRange", listed, QStringLiteral("d1"), [=](auto &data) {
+    row("getRecycledDocumentsRange", listed, "d1", [=](auto &data) {
         QList<VellDocument> list;
         data.getRecycledDocumentsRange(list, 0, 10, all, VellDocumentSort());
         return ids(list);
@@ -126,30 +126,30 @@ void TestFacadeErrorBodies::whatIsJudgedByItsContent()
 void TestFacadeErrorBodies::whatIsJudgedByItsStatusToo_data()
 {
     addColumns();
-    const QString a = QStringLiteral("a");
-    row("getFavorDocs", listed, QStringLiteral("d1false"), [=](auto &data) {
+    const QString a = "a";
+    row("getFavorDocs", listed, "d1false", [=](auto &data) {
         QList<VellDocument> list;
         VellDocumentConditon condition;
         const bool ok = data.getFavorDocs(list, condition, VellDocumentSort());
         return ids(list) + word(ok);
     });
-    row("getDocHistory", listed, QStringLiteral("d1false"), [=](auto &data) {
+    row("getDocHistory", listed, "d1false", [=](auto &data) {
         QList<VellDocument> list;
         const bool ok = data.getDocHistory(a, list);
         return ids(list) + word(ok);
     });
-    row("createDocFolder", single, QStringLiteral("d1false"), [](auto &data) {
+    row("createDocFolder", single, "d1false", [](auto &data) {
         VellDocument folder;
         const bool ok = data.createDocFolder(folder);
         return folder._id + word(ok);
     });
-    row("updateDoc", single, QStringLiteral("d1false"), [](auto &data) {
+    row("updateDoc", single, "d1false", [](auto &data) {
         VellDocument doc;
         doc.codeList = {VellDocumentChange::EntityLinks};
         const bool ok = data.updateDoc(doc);
         return doc._id + word(ok);
     });
-    row("moveToFolder", single, QStringLiteral("false"),
+    row("moveToFolder", single, "false",
         [=](auto &data) { return word(data.moveToFolder({a}, a)); });
 }
 
@@ -162,10 +162,10 @@ void TestFacadeErrorBodies::aFetchedDocumentIsStored()
 {
     answer(single, 403);
     VellDocument doc;
-    m_data->getDoc(QStringLiteral("d1"), doc, true);
-    QCOMPARE(doc.name, QStringLiteral("a"));
+    m_data->getDoc("d1", doc, true);
+    QCOMPARE(doc.name, QString("a"));
     QVERIFY(isCached("d1"));
-    QCOMPARE(name("d1"), QStringLiteral("a"));
+    QCOMPARE(name("d1"), QString("a"));
 }
 
 void TestFacadeErrorBodies::aFetchedDocumentReplacesNoOther()
@@ -173,9 +173,9 @@ void TestFacadeErrorBodies::aFetchedDocumentReplacesNoOther()
     m_data->addDocToCache(document("d1", "old"));
     answer(single, 403);
     VellDocument doc;
-    m_data->getDoc(QStringLiteral("d1"), doc, false);
-    QCOMPARE(doc.name, QStringLiteral("a"));
-    QCOMPARE(name("d1"), QStringLiteral("old"));
+    m_data->getDoc("d1", doc, false);
+    QCOMPARE(doc.name, QString("a"));
+    QCOMPARE(name("d1"), QString("old"));
 }
 
 void TestFacadeErrorBodies::aListIsStored_data()
@@ -195,8 +195,8 @@ void TestFacadeErrorBodies::aListIsStored()
         m_data->getDocumentsRange(list, 0, 10, VellDocumentConditon(), VellDocumentSort());
     else
         m_data->getDocuments(VellDocumentConditon(), list);
-    QCOMPARE(ids(list), QStringLiteral("d1"));
-    QCOMPARE(name("d1"), QStringLiteral("a"));
+    QCOMPARE(ids(list), QString("d1"));
+    QCOMPARE(name("d1"), QString("a"));
 }
 
 void TestFacadeErrorBodies::aListOfNamesIsNotStored()
@@ -206,7 +206,7 @@ void TestFacadeErrorBodies::aListOfNamesIsNotStored()
     condition.selectName = true;
     QList<VellDocument> list;
     m_data->getDocuments(condition, list);
-    QCOMPARE(ids(list), QStringLiteral("d1"));
+    QCOMPARE(ids(list), QString("d1"));
     QVERIFY(!isCached("d1"));
 }
 
@@ -214,17 +214,17 @@ void TestFacadeErrorBodies::aChangeThatFailedStoresNothing()
 {
     m_data->addDocToCache(document("d1", "old"));
     m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json(single, 409); });
-    const QString id = QStringLiteral("d1");
+    const QString id = "d1";
     VellDocument folder;
     VellDocument doc = document("d1", "new");
     doc.codeList = {VellDocumentChange::EntityLinks};
     QVERIFY(!m_data->createDocFolder(folder));
     QVERIFY(!m_data->updateDoc(doc));
-    QVERIFY(!m_data->updateDocRemake(false, id, QStringLiteral("remark")));
+    QVERIFY(!m_data->updateDocRemake(false, id, "remark"));
     QVERIFY(!m_data->setFrequentDocument(id, true));
     QVERIFY(!m_data->moveToFolder({id}, QString()));
     QVERIFY(!m_data->deleteDoc(id));
-    QCOMPARE(name("d1"), QStringLiteral("old"));
+    QCOMPARE(name("d1"), QString("old"));
     QCOMPARE(cached("d1").remark, QString());
     QVERIFY(!cached("d1").favorite);
 }
@@ -232,25 +232,25 @@ void TestFacadeErrorBodies::aChangeThatFailedStoresNothing()
 void TestFacadeErrorBodies::theCacheOutlivesAChangeOfTheProject()
 {
     m_data->addDocToCache(document("d1", "plan"));
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p2"));
+    GetSoftCache()->setCurrentProjectId("p2");
     QVERIFY(isCached("d1"));
-    QCOMPARE(name("d1"), QStringLiteral("plan"));
+    QCOMPARE(name("d1"), QString("plan"));
 
     answer(R"([{"_id":"d2","name":"other"}])");
     QList<VellDocument> list;
     m_data->getDocuments(VellDocumentConditon(), list);
     QVERIFY(m_server->requests().last().target.startsWith("/document-service/projects/p2/"));
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
-    QCOMPARE(name("d1"), QStringLiteral("plan"));
-    QCOMPARE(name("d2"), QStringLiteral("other"));
+    GetSoftCache()->setCurrentProjectId("p1");
+    QCOMPARE(name("d1"), QString("plan"));
+    QCOMPARE(name("d2"), QString("other"));
 }
 
 void TestFacadeErrorBodies::theTokenGoesWithoutTheLineBreakAfterIt_data()
 {
     QTest::addColumn<QString>("token");
-    QTest::newRow("line feed") << QStringLiteral("t0k3n\n");
-    QTest::newRow("carriage return and line feed") << QStringLiteral("t0k3n\r\n");
-    QTest::newRow("blanks") << QStringLiteral(" t0k3n \t");
+    QTest::newRow("line feed") << "t0k3n\n";
+    QTest::newRow("carriage return and line feed") << "t0k3n\r\n";
+    QTest::newRow("blanks") << " t0k3n \t";
 }
 
 // Compared as it stood on the wire: the header field ends with its own line break.

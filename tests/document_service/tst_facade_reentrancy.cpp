@@ -49,7 +49,7 @@ void TestFacadeReentrancy::init()
     m_server = std::make_unique<ScriptedServer>();
     m_data = std::make_unique<VellDocumentData>();
     VellBaseApi::GetInstance().setBaseApi(m_server->baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
     m_server->setHandler([](const ScriptedRequest &request) {
         const QByteArray path = request.target.split('?').first();
         ScriptedReply reply = path.endsWith("/documents")
@@ -64,21 +64,21 @@ void TestFacadeReentrancy::clearWhileAFetchWaits()
 {
     meanwhile(0, [this] { m_data->clear(); });
     VellDocument doc;
-    m_data->getDoc(QStringLiteral("d1"), doc, false);
-    QCOMPARE(doc.name, QStringLiteral("x"));
-    QCOMPARE(m_data->getFolderName(QStringLiteral("d1")), QStringLiteral("x"));
+    m_data->getDoc("d1", doc, false);
+    QCOMPARE(doc.name, QString("x"));
+    QCOMPARE(m_data->getFolderName("d1"), QString("x"));
 }
 
 void TestFacadeReentrancy::aSecondFetchInsideTheFirst()
 {
     VellDocument inner;
-    meanwhile(0, [&] { m_data->getDoc(QStringLiteral("d2"), inner, true); });
+    meanwhile(0, [&] { m_data->getDoc("d2", inner, true); });
     VellDocument outer;
-    m_data->getDoc(QStringLiteral("d1"), outer, true);
-    QCOMPARE(outer._id, QStringLiteral("d1"));
-    QTRY_COMPARE(inner._id, QStringLiteral("d2"));
-    QCOMPARE(m_data->getFolderName(QStringLiteral("d1")), QStringLiteral("x"));
-    QCOMPARE(m_data->getFolderName(QStringLiteral("d2")), QStringLiteral("x"));
+    m_data->getDoc("d1", outer, true);
+    QCOMPARE(outer._id, QString("d1"));
+    QTRY_COMPARE(inner._id, QString("d2"));
+    QCOMPARE(m_data->getFolderName("d1"), QString("x"));
+    QCOMPARE(m_data->getFolderName("d2"), QString("x"));
 }
 
 void TestFacadeReentrancy::clearWhileAListWaits()
@@ -87,7 +87,7 @@ void TestFacadeReentrancy::clearWhileAListWaits()
     QList<VellDocument> list;
     m_data->getDocuments(VellDocumentConditon(), list);
     QCOMPARE(list.size(), 2);
-    QCOMPARE(m_data->getFolderName(QStringLiteral("d2")), QStringLiteral("b"));
+    QCOMPARE(m_data->getFolderName("d2"), QString("b"));
 }
 
 void TestFacadeReentrancy::aListInsideAListOfTheSameCaller()
@@ -100,12 +100,12 @@ void TestFacadeReentrancy::aListInsideAListOfTheSameCaller()
     m_data->getDocuments(VellDocumentConditon(), list);
     QCOMPARE(m_server->requests().size(), 2);
     QCOMPARE(list.size(), 4);
-    QCOMPARE(m_data->getFolderName(QStringLiteral("d1")), QStringLiteral("a"));
+    QCOMPARE(m_data->getFolderName("d1"), QString("a"));
 }
 
 void TestFacadeReentrancy::theCallersListMayChangeWhileItIsDeleted()
 {
-    QStringList ids{QStringLiteral("d1"), QStringLiteral("d2"), QStringLiteral("d3")};
+    QStringList ids{"d1", "d2", "d3"};
     meanwhile(0, [&] { ids.clear(); });
     QVERIFY(m_data->deleteDoc(ids));
     QCOMPARE(m_server->requests().size(), 3);
@@ -113,14 +113,14 @@ void TestFacadeReentrancy::theCallersListMayChangeWhileItIsDeleted()
 
 void TestFacadeReentrancy::clearInsideAMove()
 {
-    QStringList ids{QStringLiteral("d1"), QStringLiteral("d2")};
+    QStringList ids{"d1", "d2"};
     meanwhile(1, [&] {
         m_data->clear();
         ids.clear();
     });
     QVERIFY(m_data->moveToFolder(ids, QString()));
     QCOMPARE(m_server->requests().size(), 3);
-    QCOMPARE(m_data->getFolderName(QStringLiteral("d2")), QStringLiteral("x"));
+    QCOMPARE(m_data->getFolderName("d2"), QString("x"));
 }
 
 // The search goes on with the documents that were cached when it began.
@@ -129,16 +129,16 @@ void TestFacadeReentrancy::clearWhileANameIsSearched()
     for (const char *name : {"a(2).dwg", "a(3).dwg"}) {
         VellDocument doc;
         doc._id = doc.name = QString::fromLatin1(name);
-        doc.type = QStringLiteral("file");
+        doc.type = "file";
         m_data->addDocToCache(doc);
     }
     m_server->enqueue(ScriptedReply::json(R"([{"_id":"d1","name":"a.dwg"}])"));
     m_server->enqueue(ScriptedReply::json("[]"));
     meanwhile(0, [this] { m_data->clear(); });
     QString existingId;
-    QCOMPARE(m_data->getValidDocName(QString(), QStringLiteral("a.dwg"), existingId, QString(), {}),
-             QStringLiteral("a(4).dwg"));
-    QCOMPARE(existingId, QStringLiteral("d1"));
+    QCOMPARE(m_data->getValidDocName(QString(), "a.dwg", existingId, QString(), {}),
+             QString("a(4).dwg"));
+    QCOMPARE(existingId, QString("d1"));
     QCOMPARE(m_server->requests().size(), 2);
 }
 
@@ -160,7 +160,7 @@ void TestFacadeReentrancy::manyLevelsDeep()
     fetchOneMore();
     QTRY_COMPARE(finished, Levels);
     for (int i = 0; i < Levels; ++i)
-        QCOMPARE(m_data->getFolderName(QString::number(i)), QStringLiteral("x"));
+        QCOMPARE(m_data->getFolderName(QString::number(i)), QString("x"));
 }
 
 QTEST_GUILESS_MAIN(TestFacadeReentrancy)

@@ -15,8 +15,8 @@
 
 namespace {
 
-const QString folderId = QStringLiteral("f1");
-const QString categoryWord = QStringLiteral("doc");
+const QString folderId = "f1";
+const QString categoryWord = "doc";
 
 QString text(const char *utf8)
 {
@@ -30,7 +30,7 @@ VellDocument file(const QString &id, const QString &name)
     doc.name = name;
     doc.parentId = folderId;
     doc.category = categoryWord;
-    doc.type = QStringLiteral("file");
+    doc.type = "file";
     return doc;
 }
 
@@ -85,7 +85,7 @@ void TestNameChecks::init()
     m_data = std::make_unique<VellDocumentData>();
     m_existingId.clear();
     VellBaseApi::GetInstance().setBaseApi(m_server->baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
     serviceHas({});
 }
 
@@ -93,13 +93,12 @@ void TestNameChecks::serviceHas(const QStringList &names)
 {
     m_server->setHandler([names](const ScriptedRequest &request) {
         const QUrlQuery query(QUrl::fromEncoded(request.target));
-        const QByteArray where =
-            query.queryItemValue(QStringLiteral("where"), QUrl::FullyDecoded).toUtf8();
+        const QByteArray where = query.queryItemValue("where", QUrl::FullyDecoded).toUtf8();
         const QString name =
             QJsonDocument::fromJson(where).object().value(QLatin1String("name")).toString();
         QJsonArray found;
         if (names.contains(name))
-            found.append(QJsonObject{{QStringLiteral("_id"), QStringLiteral("id of ") + name}});
+            found.append(QJsonObject{{"_id", QString("id of ") + name}});
         return ScriptedReply::json(QJsonDocument(found).toJson(QJsonDocument::Compact));
     });
 }

@@ -30,37 +30,36 @@ void TestPermissionChecks::everyCheckAsksItsQuestion_data()
     const auto onResource = [](const char *name, OnResource function, const QString &key) {
         return RequestRow{
             name,
-            [function] { return word(function(QStringLiteral("r 1"), QStringLiteral("doc"))); },
+            [function] { return word(function("r 1", "doc")); },
             "GET",
-            QStringLiteral("document-service/projects/p 1/auth?key=%1&category=doc&rId=r 1")
-                .arg(key),
+            QString("document-service/projects/p 1/auth?key=%1&category=doc&rId=r 1").arg(key),
             "",
             Judged::ByContent,
             R"({"value":"true"})",
-            QStringLiteral("true"),
-            QStringLiteral("false"),
+            "true",
+            "false",
         };
     };
     const auto onSelf = [](const char *name, OnSelf function, const QString &key) {
         return RequestRow{
             name,
-            [function] { return word(function(QStringLiteral("doc"))); },
+            [function] { return word(function("doc")); },
             "GET",
-            QStringLiteral("document-service/projects/p 1/auth?key=%1&category=doc").arg(key),
+            QString("document-service/projects/p 1/auth?key=%1&category=doc").arg(key),
             "",
             Judged::ByContent,
             R"({"value":"true"})",
-            QStringLiteral("true"),
-            QStringLiteral("false"),
+            "true",
+            "false",
         };
     };
     addRequestRows({
-        onResource("canDeleteDocFolder", canDeleteDocFolder, QStringLiteral("delete")),
-        onSelf("canDeleteSelf", canDeleteSelf, QStringLiteral("delete-self")),
-        onResource("canDownloadDocFolder", canDownloadDocFolder, QStringLiteral("download")),
-        onResource("canEditDocFolder", canEditDocFolder, QStringLiteral("edit")),
-        onSelf("canEditSelf", canEditSelf, QStringLiteral("edit-self")),
-        onResource("canUploadDocFolder", canUploadDocFolder, QStringLiteral("upload")),
+        onResource("canDeleteDocFolder", canDeleteDocFolder, "delete"),
+        onSelf("canDeleteSelf", canDeleteSelf, "delete-self"),
+        onResource("canDownloadDocFolder", canDownloadDocFolder, "download"),
+        onResource("canEditDocFolder", canEditDocFolder, "edit"),
+        onSelf("canEditSelf", canEditSelf, "edit-self"),
+        onResource("canUploadDocFolder", canUploadDocFolder, "upload"),
     });
 }
 
@@ -92,8 +91,8 @@ void TestPermissionChecks::onlyTheWordTrueGrants()
     ScriptedServer server;
     server.setHandler([&](const ScriptedRequest &) { return ScriptedReply::json(reply); });
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
-    const QString id = QStringLiteral("r1");
-    const QString category = QStringLiteral("doc");
+    const QString id = "r1";
+    const QString category = "doc";
 
     QCOMPARE(canDeleteDocFolder(id, category), isGranted);
     QCOMPARE(canDeleteSelf(category), isGranted);
@@ -109,13 +108,14 @@ void TestPermissionChecks::wordsGoOutAsTheyAre_data()
     QTest::addColumn<QString>("category");
     QTest::addColumn<QString>("query");
 
-    QTest::newRow("empty identifier")
-        << QString() << QStringLiteral("doc") << QStringLiteral("key=edit&category=doc&rId=");
-    QTest::newRow("an ampersand splits the query")
-        << QStringLiteral("r1") << QStringLiteral("a&b")
-        << QStringLiteral("key=edit&category=a&b&rId=r1");
-    QTest::newRow("a percent sign is data") << QStringLiteral("50%25") << QStringLiteral("doc")
-                                            << QStringLiteral("key=edit&category=doc&rId=50%25");
+    QTest::newRow("empty identifier") << QString() << "doc"
+                                      << "key=edit&category=doc&rId=";
+    QTest::newRow("an ampersand splits the query") << "r1"
+                                                   << "a&b"
+                                                   << "key=edit&category=a&b&rId=r1";
+    QTest::newRow("a percent sign is data") << "50%25"
+                                            << "doc"
+                                            << "key=edit&category=doc&rId=50%25";
 }
 
 void TestPermissionChecks::wordsGoOutAsTheyAre()
@@ -126,12 +126,12 @@ void TestPermissionChecks::wordsGoOutAsTheyAre()
     ScriptedServer server;
     server.enqueue(ScriptedReply::json("{}"));
     VellBaseApi::GetInstance().setBaseApi(server.baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
 
     canEditDocFolder(rId, category);
     QCOMPARE(server.requests().size(), 1);
     QCOMPARE(server.requests().first().decodedTarget(),
-             QStringLiteral("/document-service/projects/p1/auth?") + query);
+             QString("/document-service/projects/p1/auth?") + query);
 }
 
 QTEST_GUILESS_MAIN(TestPermissionChecks)

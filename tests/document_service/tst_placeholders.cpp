@@ -8,7 +8,6 @@
 #include <QTest>
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 namespace {
@@ -23,14 +22,13 @@ struct Words
     //! The condition of parent \a id in \a category, as it goes into an address.
     QString query() const
     {
-        return QStringLiteral("{\"parentId\":\"") + id + QStringLiteral("\"}&category=") + category
-            + QStringLiteral("&select=-entities&linkedEntity=true");
+        return QString("{\"parentId\":\"") + id + QString("\"}&category=") + category
+            + "&select=-entities&linkedEntity=true";
     }
     QString nameQuery() const
     {
-        return QStringLiteral("{\"name\":\"") + id + QStringLiteral("\",\"parentId\":\"") + id
-            + QStringLiteral("\"}&category=") + category
-            + QStringLiteral("&words=true&select=name");
+        return QString("{\"name\":\"") + id + QString("\",\"parentId\":\"") + id
+            + QString("\"}&category=") + category + "&words=true&select=name";
     }
     VellDocumentConditon condition() const
     {
@@ -54,7 +52,7 @@ struct Row
 //! Puts each value in turn in the place of the lowest placeholder, whichever value brought that placeholder.
 QString filled(QString text, const QStringList &values)
 {
-    static const QRegularExpression placeholder(QStringLiteral("%([1-9])"));
+    static const QRegularExpression placeholder("%([1-9])");
     for (const QString &value : values) {
         QChar lowest(u'9' + 1);
         for (auto it = placeholder.globalMatch(text); it.hasNext();)
@@ -70,7 +68,7 @@ using OnSelf = bool (VellDocumentData::*)(const QString &);
 Row onResource(const char *name, OnResource method, const QString &key)
 {
     return {name, [=](auto &data, const auto &words) { (data.*method)(words.id, words.category); },
-            QStringLiteral("projects/%1/auth?key=") + key + QStringLiteral("&category=%2&rId=%3"),
+            QString("projects/%1/auth?key=") + key + "&category=%2&rId=%3",
             [](const Words &words) {
                 return QStringList{words.project, words.category, words.id};
             },
@@ -80,7 +78,7 @@ Row onResource(const char *name, OnResource method, const QString &key)
 Row onSelf(const char *name, OnSelf method, const QString &key)
 {
     return {name, [=](auto &data, const auto &words) { (data.*method)(words.category); },
-            QStringLiteral("projects/%1/auth?key=") + key + QStringLiteral("&category=%2"),
+            QString("projects/%1/auth?key=") + key + "&category=%2",
             [](const Words &words) {
                 return QStringList{words.project, words.category};
             },
@@ -104,7 +102,7 @@ Row onQuery(const char *name,
                 VellDocumentConditon condition = words.condition();
                 call(data, condition);
             },
-            QStringLiteral("projects/%1/documents?where=%2") + QString::fromLatin1(rest),
+            QString("projects/%1/documents?where=%2") + QString::fromLatin1(rest),
             [=](const Words &words) {
                 return QStringList{words.project, words.query()} + more;
             },
@@ -114,21 +112,18 @@ Row onQuery(const char *name,
 std::vector<Row> permissionRows()
 {
     return {
-        onResource("canDeleteDocFolder", &VellDocumentData::canDeleteDocFolder,
-                   QStringLiteral("delete")),
-        onResource("canDownloadDocFolder", &VellDocumentData::canDownloadDocFolder,
-                   QStringLiteral("download")),
-        onResource("canEditDocFolder", &VellDocumentData::canEditDocFolder, QStringLiteral("edit")),
-        onResource("canUploadDocFolder", &VellDocumentData::canUploadDocFolder,
-                   QStringLiteral("upload")),
-        onSelf("canDeleteSelf", &VellDocumentData::canDeleteSelf, QStringLiteral("delete-self")),
-        onSelf("canEditSelf", &VellDocumentData::canEditSelf, QStringLiteral("edit-self")),
+        onResource("canDeleteDocFolder", &VellDocumentData::canDeleteDocFolder, "delete"),
+        onResource("canDownloadDocFolder", &VellDocumentData::canDownloadDocFolder, "download"),
+        onResource("canEditDocFolder", &VellDocumentData::canEditDocFolder, "edit"),
+        onResource("canUploadDocFolder", &VellDocumentData::canUploadDocFolder, "upload"),
+        onSelf("canDeleteSelf", &VellDocumentData::canDeleteSelf, "delete-self"),
+        onSelf("canEditSelf", &VellDocumentData::canEditSelf, "edit-self"),
     };
 }
 
 std::vector<Row> queryRows()
 {
-    static const VellDocumentSort byName{QStringLiteral("name"), true, false};
+    static const VellDocumentSort byName{"name", true, false};
     static QList<VellDocument> list;
     return {
         onQuery(
@@ -156,12 +151,12 @@ std::vector<Row> queryRows()
                 [](auto &data, auto &condition) {
                     data.getRecycledDocumentsRange(list, 20, 10, condition, byName);
                 },
-                "&limit=%3&skip=%4", "&order=name", {QStringLiteral("10"), QStringLiteral("20")}),
+                "&limit=%3&skip=%4", "&order=name", {"10", "20"}),
         {"isDocNameExist",
          [](auto &data, const auto &words) {
              data.isDocNameExist(words.id, words.id, words.category);
          },
-         QStringLiteral("projects/%1/documents?where=%2"),
+         "projects/%1/documents?where=%2",
          [](const Words &words) {
              return QStringList{words.project, words.nameQuery()};
          },
@@ -171,7 +166,7 @@ std::vector<Row> queryRows()
              QList<VellDocumentLite> found;
              data.getEntityDocByGuid(words.id, found);
          },
-         QStringLiteral("projects/%1/entities/%2/documents"),
+         "projects/%1/entities/%2/documents",
          [](const Words &words) {
              return QStringList{words.project, words.id};
          },
@@ -244,10 +239,10 @@ std::vector<Row> documentRows()
              folder.category = words.category;
              data.createDocFolder(folder);
          },
-         QStringLiteral("projects/%1/documents"),
-         [](const Words &words) { return QStringList{words.project}; }, QString()},
+         "projects/%1/documents", [](const Words &words) { return QStringList{words.project}; },
+         QString()},
         {"emptyRecycled", [](auto &data, const auto &words) { data.emptyRecycled(words.category); },
-         QStringLiteral("documents?hostId=%1&category=%2"),
+         "documents?hostId=%1&category=%2",
          [](const Words &words) {
              return QStringList{words.project, words.category};
          },
@@ -261,10 +256,9 @@ void addRows(const std::vector<Row> &rows)
         for (const QLatin1String marker :
              {QLatin1String("%1"), QLatin1String("%2"), QLatin1String("%3")}) {
             const std::pair<const char *, Words> cases[] = {
-                {"project", {QLatin1Char('p') + marker, QStringLiteral("c"), QStringLiteral("d")}},
-                {"category", {QStringLiteral("p"), QLatin1Char('c') + marker, QStringLiteral("d")}},
-                {"identifier",
-                 {QStringLiteral("p"), QStringLiteral("c"), QLatin1Char('d') + marker}},
+                {"project", {QLatin1Char('p') + marker, "c", "d"}},
+                {"category", {"p", QLatin1Char('c') + marker, "d"}},
+                {"identifier", {"p", "c", QLatin1Char('d') + marker}},
             };
             for (const auto &[where, words] : cases)
                 QTest::addRow("%s: %s in the %s", row.name, marker.data(), where) << row << words;
@@ -289,13 +283,10 @@ private Q_SLOTS:
 
 void TestPlaceholders::theLowestPlaceholderIsFilled()
 {
-    const QString text = QStringLiteral("%1/%2/%3");
-    QCOMPARE(filled(text, {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}),
-             QStringLiteral("a/b/c"));
-    QCOMPARE(filled(text, {QStringLiteral("%3"), QStringLiteral("b"), QStringLiteral("c")}),
-             QStringLiteral("c/b/c"));
-    QCOMPARE(filled(text, {QStringLiteral("%1"), QStringLiteral("b"), QStringLiteral("c")}),
-             QStringLiteral("b/c/%3"));
+    const QString text = "%1/%2/%3";
+    QCOMPARE(filled(text, {"a", "b", "c"}), QString("a/b/c"));
+    QCOMPARE(filled(text, {"%3", "b", "c"}), QString("c/b/c"));
+    QCOMPARE(filled(text, {"%1", "b", "c"}), QString("b/c/%3"));
 }
 
 void TestPlaceholders::everyTemplateIsFilledInTurn_data()
@@ -318,7 +309,7 @@ void TestPlaceholders::everyTemplateIsFilledInTurn()
     row.call(data, words);
     QCOMPARE(server.requests().size(), 1);
     QCOMPARE(server.requests().first().decodedTarget(),
-             QStringLiteral("/document-service/") + filled(row.pathTemplate, row.values(words))
+             QString("/document-service/") + filled(row.pathTemplate, row.values(words))
                  + row.tail);
 }
 

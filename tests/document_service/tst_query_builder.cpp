@@ -22,8 +22,8 @@ private Q_SLOTS:
 
 namespace {
 
-const QString wholeSelect = QStringLiteral("&select=-entities&linkedEntity=true");
-const QString topLevel = QStringLiteral("{\"parentId\":null}");
+const QString wholeSelect = "&select=-entities&linkedEntity=true";
+const QString topLevel = "{\"parentId\":null}";
 
 QDateTime utc(int year, int month, int day)
 {
@@ -46,7 +46,7 @@ void TestQueryBuilder::aFreshConditionAsksForTheTopLevel()
 void TestQueryBuilder::aFreshSortIsTheDefaultOrder()
 {
     const VellDocumentSort sort;
-    QCOMPARE(sort.sortField, QStringLiteral("updatedAt"));
+    QCOMPARE(sort.sortField, QString("updatedAt"));
     QVERIFY(!sort.isAsc);
     QVERIFY(sort.isDefault);
 }
@@ -67,17 +67,17 @@ void TestQueryBuilder::everyConditionHasItsText_data()
     row(
         "default", [](auto &) {}, topLevel + wholeSelect);
     row(
-        "parent", [](auto &c) { c.parentId = QStringLiteral("f1"); },
+        "parent", [](auto &c) { c.parentId = QString("f1"); },
         text(R"({"parentId":"f1"})") + wholeSelect);
     row(
-        "no parent", [](auto &c) { c.hasParentId = false; }, QStringLiteral("{}") + wholeSelect);
+        "no parent", [](auto &c) { c.hasParentId = false; }, QString("{}") + wholeSelect);
     row(
         "no parent, though one is named",
         [](auto &c) {
             c.hasParentId = false;
-            c.parentId = QStringLiteral("f1");
+            c.parentId = "f1";
         },
-        QStringLiteral("{}") + wholeSelect);
+        QString("{}") + wholeSelect);
     row(
         "span of time",
         [](auto &c) {
@@ -99,72 +99,70 @@ void TestQueryBuilder::everyConditionHasItsText_data()
         },
         topLevel + wholeSelect);
     row(
-        "pattern", [](auto &c) { c.searchName = QStringLiteral("^plan.*\\.dwg$"); },
+        "pattern", [](auto &c) { c.searchName = QString("^plan.*\\.dwg$"); },
         text(R"({"name":{"$options":"i","$regex":"^plan.*\\.dwg$"},"parentId":null})")
             + wholeSelect);
     row(
-        "name", [](auto &c) { c.name = QStringLiteral("plan.dwg"); },
+        "name", [](auto &c) { c.name = QString("plan.dwg"); },
         text(R"({"name":"plan.dwg","parentId":null}&words=true)") + wholeSelect);
     row(
         "the name beats the pattern",
         [](auto &c) {
-            c.name = QStringLiteral("plan.dwg");
-            c.searchName = QStringLiteral("^x");
+            c.name = "plan.dwg";
+            c.searchName = "^x";
         },
         text(R"({"name":"plan.dwg","parentId":null}&words=true)") + wholeSelect);
     row(
-        "quotes and braces in a name", [](auto &c) { c.name = QStringLiteral("a\"{}b"); },
+        "quotes and braces in a name", [](auto &c) { c.name = QString("a\"{}b"); },
         text(R"({"name":"a\"{}b","parentId":null}&words=true)") + wholeSelect);
     row(
-        "document", [](auto &c) { c.documentId = QStringLiteral("d1"); },
+        "document", [](auto &c) { c.documentId = QString("d1"); },
         text(R"({"documentId":"d1","parentId":null})") + wholeSelect);
     row(
-        "type", [](auto &c) { c.type = QStringLiteral("file"); },
+        "type", [](auto &c) { c.type = QString("file"); },
         text(R"({"parentId":null,"type":"file"})") + wholeSelect);
     row(
         "users, an empty one as null",
         [](auto &c) {
             c.isAllUser = false;
-            c.userIds = QStringList{QStringLiteral("u1"), QString()};
+            c.userIds = QStringList{"u1", QString()};
         },
         text(R"({"parentId":null,"updatedBy":{"$in":["u1",null]}})") + wholeSelect);
     row(
         "no user at all", [](auto &c) { c.isAllUser = false; },
         text(R"({"parentId":null,"updatedBy":{"$in":[]}})") + wholeSelect);
     row(
-        "users that are not asked for",
-        [](auto &c) { c.userIds = QStringList{QStringLiteral("u1")}; }, topLevel + wholeSelect);
+        "users that are not asked for", [](auto &c) { c.userIds = QStringList{"u1"}; },
+        topLevel + wholeSelect);
     row(
-        "category", [](auto &c) { c.category = QStringLiteral("recycle"); },
-        topLevel + QStringLiteral("&category=recycle") + wholeSelect);
+        "category", [](auto &c) { c.category = QString("recycle"); },
+        topLevel + QString("&category=recycle") + wholeSelect);
     row(
         "record type", [](auto &c) { c.recordType = 3; },
-        topLevel + QStringLiteral("&recordType=3") + wholeSelect);
+        topLevel + QString("&recordType=3") + wholeSelect);
     row(
         "record type 0", [](auto &c) { c.recordType = 0; }, topLevel + wholeSelect);
     row(
         "record type -1", [](auto &c) { c.recordType = -1; }, topLevel + wholeSelect);
     row(
         "frequent", [](auto &c) { c.isFrequent = true; },
-        topLevel + QStringLiteral("&frequent=true") + wholeSelect);
+        topLevel + QString("&frequent=true") + wholeSelect);
     row(
-        "deep", [](auto &c) { c.isDeep = true; },
-        topLevel + QStringLiteral("&deep=true") + wholeSelect);
+        "deep", [](auto &c) { c.isDeep = true; }, topLevel + QString("&deep=true") + wholeSelect);
     row(
         "every field", [](auto &c) { c.noSelect = true; }, topLevel);
     row(
-        "names only", [](auto &c) { c.selectName = true; },
-        topLevel + QStringLiteral("&select=name"));
-    const QString tree = QStringLiteral(
-        "&select=parentId name type suffix fileType fileSize fileId updatedAt&deep=true");
+        "names only", [](auto &c) { c.selectName = true; }, topLevel + "&select=name");
+    const QString tree =
+        "&select=parentId name type suffix fileType fileSize fileId updatedAt&deep=true";
     row(
         "tree", [](auto &c) { c.selectTree = true; }, topLevel + tree);
     row(
         "a deep tree says so twice", [](auto &c) { c.isDeep = c.selectTree = true; },
-        topLevel + QStringLiteral("&deep=true") + tree);
+        topLevel + QString("&deep=true") + tree);
     row(
         "names beat the tree", [](auto &c) { c.selectName = c.selectTree = true; },
-        topLevel + QStringLiteral("&select=name"));
+        topLevel + "&select=name");
     row(
         "every field beats both", [](auto &c) { c.noSelect = c.selectName = c.selectTree = true; },
         topLevel);
@@ -172,7 +170,7 @@ void TestQueryBuilder::everyConditionHasItsText_data()
         "the reserved flag and the project say nothing",
         [](auto &c) {
             c.reservedFlag = true;
-            c.projectId = QStringLiteral("p2");
+            c.projectId = "p2";
         },
         topLevel + wholeSelect);
     row(
@@ -181,12 +179,12 @@ void TestQueryBuilder::everyConditionHasItsText_data()
             c.isAllTime = c.isAllUser = false;
             c.startTime = utc(2020, 1, 1);
             c.endTime = utc(2020, 12, 31);
-            c.userIds = QStringList{QStringLiteral("u1")};
-            c.parentId = QStringLiteral("f1");
-            c.name = QStringLiteral("图纸");
-            c.documentId = QStringLiteral("d1");
-            c.type = QStringLiteral("file");
-            c.category = QStringLiteral("doc");
+            c.userIds = QStringList{"u1"};
+            c.parentId = "f1";
+            c.name = "图纸";
+            c.documentId = "d1";
+            c.type = "file";
+            c.category = "doc";
             c.recordType = 2;
             c.isFrequent = c.isDeep = true;
         },
@@ -211,7 +209,7 @@ void TestQueryBuilder::theWhereBuilderHoldsSpanAndPattern_data()
     QTest::addColumn<QByteArray>("where");
 
     QTest::newRow("neither") << true << QString() << QByteArray("{}");
-    QTest::newRow("pattern") << true << QStringLiteral("a")
+    QTest::newRow("pattern") << true << "a"
                              << QByteArray(R"({"name":{"$options":"i","$regex":"a"}})");
     QTest::newRow("span") << false << QString()
                           << QByteArray(R"({"updatedAt":{"$gte":"2020-05-30T00:00:00.000Z",)"
@@ -228,8 +226,8 @@ void TestQueryBuilder::theWhereBuilderHoldsSpanAndPattern()
     condition.startTime = utc(2020, 5, 30);
     condition.endTime = utc(2020, 5, 31);
     condition.searchName = searchName;
-    condition.name = QStringLiteral("not here");
-    condition.parentId = QStringLiteral("not here");
+    condition.name = "not here";
+    condition.parentId = "not here";
     QCOMPARE(QJsonDocument(conditionToWhere(condition)).toJson(QJsonDocument::Compact), where);
 }
 
@@ -239,9 +237,8 @@ void TestQueryBuilder::aListBecomesAnIn_data()
     QTest::addColumn<QByteArray>("json");
 
     QTest::newRow("empty") << QStringList() << QByteArray(R"({"$in":[]})");
-    QTest::newRow("in order") << QStringList{QStringLiteral("b"), QStringLiteral("a")}
-                              << QByteArray(R"({"$in":["b","a"]})");
-    QTest::newRow("empty text") << QStringList{QStringLiteral("a"), QString()}
+    QTest::newRow("in order") << QStringList{"b", "a"} << QByteArray(R"({"$in":["b","a"]})");
+    QTest::newRow("empty text") << QStringList{"a", QString()}
                                 << QByteArray(R"({"$in":["a",null]})");
 }
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-QString iconPath(const QString &suffix, const QString &type = QStringLiteral("file"))
+QString iconPath(const QString &suffix, const QString &type = "file")
 {
     VellDocument doc;
     doc.type = type;
@@ -28,7 +28,7 @@ private Q_SLOTS:
 
 void TestAppResources::everyIconIsThereAndUnlikeTheOthers()
 {
-    QStringList paths{iconPath(QString(), QStringLiteral("dir")), iconPath(QString())};
+    QStringList paths{iconPath(QString(), "dir"), iconPath(QString())};
     for (const char *suffix :
          {"png", "docx", "xlsx", "pptx", "pdf", "txt", "mp3", "mp4", "dwg", "zip"})
         paths.append(iconPath(QString::fromLatin1(suffix)));

@@ -41,7 +41,7 @@ QByteArray encoded(const QImage &image, const QByteArray &format)
 
 QImage resource(const QString &name)
 {
-    const QImage image(QStringLiteral(":/DocumentManagement/Resources/") + name);
+    const QImage image(QString(":/DocumentManagement/Resources/") + name);
     return image.convertToFormat(QImage::Format_RGB32);
 }
 
@@ -89,14 +89,13 @@ void TestFileIcons::pictureIsShownByItsSuffix_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("format");
 
-    QTest::newRow("png") << QStringLiteral("a.png") << QByteArray("png");
-    QTest::newRow("bmp") << QStringLiteral("a.bmp") << QByteArray("bmp");
-    QTest::newRow("jpg") << QStringLiteral("a.jpg") << QByteArray("jpg");
-    QTest::newRow("jpeg") << QStringLiteral("a.jpeg") << QByteArray("jpeg");
-    QTest::newRow("capitals") << QStringLiteral("A.PNG") << QByteArray("png");
-    QTest::newRow("two dots") << QStringLiteral("a.dwg.png") << QByteArray("png");
-    QTest::newRow("hash, percent and Chinese")
-        << QStringLiteral("图 50% #1.png") << QByteArray("png");
+    QTest::newRow("png") << "a.png" << QByteArray("png");
+    QTest::newRow("bmp") << "a.bmp" << QByteArray("bmp");
+    QTest::newRow("jpg") << "a.jpg" << QByteArray("jpg");
+    QTest::newRow("jpeg") << "a.jpeg" << QByteArray("jpeg");
+    QTest::newRow("capitals") << "A.PNG" << QByteArray("png");
+    QTest::newRow("two dots") << "a.dwg.png" << QByteArray("png");
+    QTest::newRow("hash, percent and Chinese") << "图 50% #1.png" << QByteArray("png");
 }
 
 void TestFileIcons::pictureIsShownByItsSuffix()
@@ -126,7 +125,7 @@ void TestFileIcons::contentDecidesTheDecoder_data()
     if (readable.contains("gif")) {
         // 32 x 16, two colours: LZW codes for sixteen rows of 16 zeros and 16 ones.
         QTest::newRow("gif named .png")
-            << QStringLiteral("png")
+            << "png"
             << QByteArray::fromBase64("R0lGODlhIAAQAIAAAAAAAP///ywAAAAAIAAQAAACK4SPCcHtH5Q8sLY5rcVS"
                                       "V654EJiID4mYDkqpDGu4LyxHtAwv+O3mtb9j1QoAOw==");
     }
@@ -137,7 +136,7 @@ void TestFileIcons::contentDecidesTheDecoder()
     QFETCH(QString, suffix);
     QFETCH(QByteArray, content);
     QVERIFY(!content.isEmpty());
-    const QString path = write(QStringLiteral("content.") + suffix, content);
+    const QString path = write(QString("content.") + suffix, content);
     QVERIFY(isHalves(VellPubDoc::getFileIcon(path)));
 }
 
@@ -157,12 +156,12 @@ void TestFileIcons::unreadablePictureGivesANullPixmap_data()
 void TestFileIcons::unreadablePictureGivesANullPixmap()
 {
     QFETCH(QByteArray, content);
-    QVERIFY(VellPubDoc::getFileIcon(write(QStringLiteral("bad.png"), content)).isNull());
-    QVERIFY(VellPubDoc::getFileIcon(write(QStringLiteral("bad.jpg"), content)).isNull());
-    QVERIFY(VellPubDoc::getFileIcon(m_folder.filePath(QStringLiteral("missing.png"))).isNull());
+    QVERIFY(VellPubDoc::getFileIcon(write("bad.png", content)).isNull());
+    QVERIFY(VellPubDoc::getFileIcon(write("bad.jpg", content)).isNull());
+    QVERIFY(VellPubDoc::getFileIcon(m_folder.filePath("missing.png")).isNull());
 
-    QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("folder.png")));
-    QVERIFY(VellPubDoc::getFileIcon(m_folder.filePath(QStringLiteral("folder.png"))).isNull());
+    QVERIFY(QDir(m_folder.path()).mkpath("folder.png"));
+    QVERIFY(VellPubDoc::getFileIcon(m_folder.filePath("folder.png")).isNull());
 }
 
 void TestFileIcons::cutOffJpegGivesItsReadablePart()
@@ -170,7 +169,7 @@ void TestFileIcons::cutOffJpegGivesItsReadablePart()
     const QSize size(400, 400);
     const QByteArray jpeg = encoded(halves(size), "jpg");
     const QPixmap pixmap =
-        VellPubDoc::getFileIcon(write(QStringLiteral("cut.jpg"), jpeg.left(jpeg.size() * 3 / 4)));
+        VellPubDoc::getFileIcon(write("cut.jpg", jpeg.left(jpeg.size() * 3 / 4)));
     QCOMPARE(pixmap.size(), size);
     QVERIFY(qGray(pixmap.toImage().pixel(2, 2)) < 32);
 }
@@ -184,21 +183,12 @@ void TestFileIcons::otherFilesShowThePictureOfTheirCategory_data()
         for (const QString &name : names)
             QTest::newRow(qPrintable(name)) << name << picture;
     };
-    add(QStringLiteral("file_show.png"),
-        {QStringLiteral("a.txt"), QStringLiteral("a.xlsx"), QStringLiteral("a.xls"),
-         QStringLiteral("a.doc"), QStringLiteral("a.docx"), QStringLiteral("a.dot"),
-         QStringLiteral("a.pdf"), QStringLiteral("a.ppt"), QStringLiteral("a.pptx"),
-         QStringLiteral("a.png.PDF")});
-    add(QStringLiteral("drawing _show.png"),
-        {QStringLiteral("a.dwg"), QStringLiteral("a.dwf"), QStringLiteral("a.dxf"),
-         QStringLiteral("a.dws"), QStringLiteral("a.DWT")});
-    add(QStringLiteral("movie_show.png"),
-        {QStringLiteral("a.mp3"), QStringLiteral("a.wav"), QStringLiteral("a.mid"),
-         QStringLiteral("a.avi"), QStringLiteral("a.rmvb"), QStringLiteral("a.mp4"),
-         QStringLiteral("a.Wmv")});
-    add(QStringLiteral("other_show.png"),
-        {QStringLiteral("a.zip"), QStringLiteral("a.gif"), QStringLiteral("a"), QString(),
-         QStringLiteral("a.png/b"), QStringLiteral("a.png~")});
+    add("file_show.png",
+        {"a.txt", "a.xlsx", "a.xls", "a.doc", "a.docx", "a.dot", "a.pdf", "a.ppt", "a.pptx",
+         "a.png.PDF"});
+    add("drawing _show.png", {"a.dwg", "a.dwf", "a.dxf", "a.dws", "a.DWT"});
+    add("movie_show.png", {"a.mp3", "a.wav", "a.mid", "a.avi", "a.rmvb", "a.mp4", "a.Wmv"});
+    add("other_show.png", {"a.zip", "a.gif", "a", QString(), "a.png/b", "a.png~"});
 }
 
 void TestFileIcons::otherFilesShowThePictureOfTheirCategory()
@@ -213,9 +203,9 @@ void TestFileIcons::otherFilesShowThePictureOfTheirCategory()
 
 void TestFileIcons::contentOfOtherFilesIsNotLookedAt()
 {
-    const QString path = write(QStringLiteral("picture.pdf"), encoded(halves(), "png"));
+    const QString path = write("picture.pdf", encoded(halves(), "png"));
     QCOMPARE(VellPubDoc::getFileIcon(path).toImage().convertToFormat(QImage::Format_RGB32),
-             resource(QStringLiteral("file_show.png")));
+             resource("file_show.png"));
 }
 
 void TestFileIcons::pictureOfAHundredMegapixelsIsReadInFull()
@@ -226,7 +216,7 @@ void TestFileIcons::pictureOfAHundredMegapixelsIsReadInFull()
     image.fill(1);
     for (int y = 0; y < size.height(); ++y)
         std::fill_n(image.scanLine(y), size.width() / 16, uchar(0));
-    const QString path = m_folder.filePath(QStringLiteral("large.png"));
+    const QString path = m_folder.filePath("large.png");
     QVERIFY(image.save(path));
     image = QImage();
     QVERIFY(isHalves(VellPubDoc::getFileIcon(path), size));

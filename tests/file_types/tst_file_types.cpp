@@ -8,7 +8,7 @@ namespace {
 
 QString iconPath(const QString &name)
 {
-    return QStringLiteral(":/item/Resources/item/") + name + QStringLiteral(".png");
+    return QString(":/item/Resources/item/") + name + ".png";
 }
 
 struct SuffixRow
@@ -46,7 +46,7 @@ QString inMixedCase(const QString &text)
 VellDocument fileRecord(const QString &suffix)
 {
     VellDocument doc;
-    doc.type = QStringLiteral("file");
+    doc.type = "file";
     doc.suffix = suffix;
     return doc;
 }
@@ -59,7 +59,7 @@ void addSuffixRows()
     for (const SuffixRow &row : SuffixTable) {
         const QString suffix = QString::fromUtf8(row.suffix);
         const QString category = QString::fromUtf8(row.category);
-        const QString path = iconPath(QStringLiteral("type/") + QString::fromUtf8(row.icon));
+        const QString path = iconPath(QString("type/") + QString::fromUtf8(row.icon));
         QTest::addRow("\"%s\"", row.suffix) << suffix << category << path;
         if (suffix.toUpper() == suffix)
             continue;
@@ -121,18 +121,22 @@ void TestFileTypes::typeComesBeforeSuffix_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("icon");
 
-    QTest::newRow("folder") << QStringLiteral("dir") << QStringLiteral("folder");
-    QTest::newRow("file") << QStringLiteral("file") << QStringLiteral("type/pdf");
-    QTest::newRow("no type") << QString() << QStringLiteral("type/pdf");
-    QTest::newRow("folder in capitals") << QStringLiteral("DIR") << QStringLiteral("type/pdf");
-    QTest::newRow("folder and more") << QStringLiteral("dirs") << QStringLiteral("type/pdf");
+    QTest::newRow("folder") << "dir"
+                            << "folder";
+    QTest::newRow("file") << "file"
+                          << "type/pdf";
+    QTest::newRow("no type") << QString() << "type/pdf";
+    QTest::newRow("folder in capitals") << "DIR"
+                                        << "type/pdf";
+    QTest::newRow("folder and more") << "dirs"
+                                     << "type/pdf";
 }
 
 void TestFileTypes::typeComesBeforeSuffix()
 {
     QFETCH(QString, type);
     QFETCH(QString, icon);
-    VellDocument doc = fileRecord(QStringLiteral("pdf"));
+    VellDocument doc = fileRecord("pdf");
     doc.type = type;
     QCOMPARE(VellPubDoc::getFileTypeIconPath(doc), iconPath(icon));
     const QImage expected = QImage(iconPath(icon)).convertToFormat(QImage::Format_ARGB32);
@@ -146,10 +150,10 @@ void TestFileTypes::typeComesBeforeSuffix()
 void TestFileTypes::onlyTypeAndSuffixDecideTheIcon()
 {
     VellDocument doc = fileRecord(QString());
-    doc.name = QStringLiteral("plan.dwg");
-    doc.filePath = QStringLiteral("/tmp/plan.dwg");
+    doc.name = "plan.dwg";
+    doc.filePath = "/tmp/plan.dwg";
     doc.category = FILE_TYPE_DWG;
-    QCOMPARE(VellPubDoc::getFileTypeIconPath(doc), iconPath(QStringLiteral("type/unknown")));
+    QCOMPARE(VellPubDoc::getFileTypeIconPath(doc), iconPath("type/unknown"));
 }
 
 void TestFileTypes::everyKnownSuffixIsInTheTable()
@@ -173,16 +177,25 @@ void TestFileTypes::categoryHasAName_data()
     QTest::addColumn<QString>("category");
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("dwg") << QStringLiteral("dwg") << QStringLiteral("图纸");
-    QTest::newRow("image") << QStringLiteral("image") << QStringLiteral("图片");
-    QTest::newRow("office") << QStringLiteral("office") << QStringLiteral("文档");
-    QTest::newRow("video") << QStringLiteral("video") << QStringLiteral("音/视频");
-    QTest::newRow("other") << QStringLiteral("other") << QStringLiteral("其他");
-    QTest::newRow("empty") << QString() << QStringLiteral("其他");
-    QTest::newRow("capital letter") << QStringLiteral("Video") << QStringLiteral("其他");
-    QTest::newRow("capitals") << QStringLiteral("DWG") << QStringLiteral("其他");
-    QTest::newRow("word of no category") << QStringLiteral("recycle") << QStringLiteral("其他");
-    QTest::newRow("suffix of a category") << QStringLiteral("pdf") << QStringLiteral("其他");
+    QTest::newRow("dwg") << "dwg"
+                         << "图纸";
+    QTest::newRow("image") << "image"
+                           << "图片";
+    QTest::newRow("office") << "office"
+                            << "文档";
+    QTest::newRow("video") << "video"
+                           << "音/视频";
+    QTest::newRow("other") << "other"
+                           << "其他";
+    QTest::newRow("empty") << QString() << "其他";
+    QTest::newRow("capital letter") << "Video"
+                                    << "其他";
+    QTest::newRow("capitals") << "DWG"
+                              << "其他";
+    QTest::newRow("word of no category") << "recycle"
+                                         << "其他";
+    QTest::newRow("suffix of a category") << "pdf"
+                                          << "其他";
 }
 
 void TestFileTypes::categoryHasAName()
@@ -195,16 +208,16 @@ void TestFileTypes::categoryHasAName()
 void TestFileTypes::filtersAreTheTenOfTheDialog()
 {
     const QStringList expected{
-        QStringLiteral("所有类型 (*.*)"),
-        QStringLiteral("Image files (*.png *.bmp *.jpg)"),
-        QStringLiteral("Text files (*.txt)"),
-        QStringLiteral("Excel files(*.xlsx *.xls)"),
-        QStringLiteral("PPT files(*.pptx *.ppt)"),
-        QStringLiteral("Word files (*.doc *.docx *.dot)"),
-        QStringLiteral("Pdf files(*.pdf) "),
-        QStringLiteral("Drawing files (*.dwt *.dwg *.dws *.dxf)"),
-        QStringLiteral("Music files (*.mp3 *.wav *.mid)"),
-        QStringLiteral("Movie files (*.avi *.rmvb *.mp4 *.wmv)"),
+        "所有类型 (*.*)",
+        "Image files (*.png *.bmp *.jpg)",
+        "Text files (*.txt)",
+        "Excel files(*.xlsx *.xls)",
+        "PPT files(*.pptx *.ppt)",
+        "Word files (*.doc *.docx *.dot)",
+        "Pdf files(*.pdf) ",
+        "Drawing files (*.dwt *.dwg *.dws *.dxf)",
+        "Music files (*.mp3 *.wav *.mid)",
+        "Movie files (*.avi *.rmvb *.mp4 *.wmv)",
     };
     QCOMPARE(VellPubDoc::getNameFilters(), expected);
 

@@ -139,8 +139,7 @@ void TestSameNamePrompt::answerIsTheCodeOfTheButton()
 
     const User user(action);
     bool applyToLater = false;
-    const int answer = VellPubDoc::showSameNameMsgBox(QStringLiteral("a.dwg"),
-                                                      QStringLiteral("a(1).dwg"), applyToLater);
+    const int answer = VellPubDoc::showSameNameMsgBox("a.dwg", "a(1).dwg", applyToLater);
     QVERIFY(user.hasClosedTheBox());
     QCOMPARE(answer, code);
     QCOMPARE(applyToLater, false);
@@ -191,7 +190,7 @@ void TestSameNamePrompt::applyToLaterFollowsTheCheckBox()
         action(box);
     });
     bool applyToLater = before;
-    VellPubDoc::showSameNameMsgBox(QStringLiteral("a"), QStringLiteral("b"), applyToLater);
+    VellPubDoc::showSameNameMsgBox("a", "b", applyToLater);
     QVERIFY(user.hasClosedTheBox());
     QCOMPARE(applyToLater, after);
 }
@@ -207,7 +206,7 @@ void TestSameNamePrompt::applyToLaterIsWrittenAtOnce()
         seen.append(applyToLater);
         press(QMessageBox::Ok)(box);
     });
-    VellPubDoc::showSameNameMsgBox(QStringLiteral("a"), QStringLiteral("b"), applyToLater);
+    VellPubDoc::showSameNameMsgBox("a", "b", applyToLater);
     QVERIFY(user.hasClosedTheBox());
     QCOMPARE(seen, QList<bool>({true, false}));
 }
@@ -217,11 +216,12 @@ void TestSameNamePrompt::boxShowsTextsAndLabels_data()
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QString>("newName");
 
-    QTest::newRow("plain") << QStringLiteral("总图.dwg") << QStringLiteral("总图(1).dwg");
-    QTest::newRow("empty new name") << QStringLiteral("a.dwg") << QString();
+    QTest::newRow("plain") << "总图.dwg"
+                           << "总图(1).dwg";
+    QTest::newRow("empty new name") << "a.dwg" << QString();
     QTest::newRow("empty names") << QString() << QString();
-    QTest::newRow("characters with a meaning elsewhere")
-        << QStringLiteral("<b>R&D</b> 100% %1 \\n.txt") << QStringLiteral("&amp; %2(1).txt");
+    QTest::newRow("characters with a meaning elsewhere") << "<b>R&D</b> 100% %1 \\n.txt"
+                                                         << "&amp; %2(1).txt";
     QTest::newRow("255 letters") << QString(255, QLatin1Char('m')) << QString(255, QChar(0x56fe));
 }
 
@@ -244,17 +244,17 @@ void TestSameNamePrompt::boxShowsTextsAndLabels()
     QApplication::setWindowIcon(QIcon());
 
     QVERIFY(user.hasClosedTheBox());
-    QCOMPARE(shown.text, QStringLiteral("此位置已存在同名文件：\n") + fileName);
+    QCOMPARE(shown.text, QString("此位置已存在同名文件：\n") + fileName);
     QCOMPARE(shown.informativeText,
-             QStringLiteral("新文件替换已存在的同名文件\n或\n保留原有文件并将其新文件重命名为")
-                 + newName + QStringLiteral("？"));
-    QCOMPARE(shown.applyText, QStringLiteral("为之后同名文件执行此操作"));
+             QString("新文件替换已存在的同名文件\n或\n保留原有文件并将其新文件重命名为") + newName
+                 + QString("？"));
+    QCOMPARE(shown.applyText, QString("为之后同名文件执行此操作"));
     QCOMPARE(shown.isApplyTicked, false);
     const QMap<int, QString> labels{
-        {QMessageBox::Ok, QStringLiteral("替换")},
-        {QMessageBox::Save, QStringLiteral("新增")},
-        {QMessageBox::Discard, QStringLiteral("跳过")},
-        {QMessageBox::Cancel, QStringLiteral("取消")},
+        {QMessageBox::Ok, "替换"},
+        {QMessageBox::Save, "新增"},
+        {QMessageBox::Discard, "跳过"},
+        {QMessageBox::Cancel, "取消"},
     };
     QCOMPARE(shown.labels, labels);
     QCOMPARE(shown.defaultButton, int(QMessageBox::Ok));
@@ -272,7 +272,7 @@ void TestSameNamePrompt::nextBoxStartsUnticked()
         clickApplyBox(box);
         press(QMessageBox::Save)(box);
     });
-    VellPubDoc::showSameNameMsgBox(QStringLiteral("a"), QStringLiteral("b"), applyToLater);
+    VellPubDoc::showSameNameMsgBox("a", "b", applyToLater);
     QVERIFY(first.hasClosedTheBox());
     QCOMPARE(applyToLater, true);
 
@@ -282,8 +282,7 @@ void TestSameNamePrompt::nextBoxStartsUnticked()
         shown = read(box);
         press(QMessageBox::Ok)(box);
     });
-    QCOMPARE(VellPubDoc::showSameNameMsgBox(QStringLiteral("a"), QStringLiteral("b"), applyToLater),
-             1024);
+    QCOMPARE(VellPubDoc::showSameNameMsgBox("a", "b", applyToLater), 1024);
     QVERIFY(second.hasClosedTheBox());
     QCOMPARE(shown.isApplyTicked, false);
     QCOMPARE(applyToLater, false);
@@ -297,7 +296,7 @@ void TestSameNamePrompt::boxIsGoneAfterwards()
         press(QMessageBox::Ok)(box);
     });
     bool applyToLater = false;
-    VellPubDoc::showSameNameMsgBox(QStringLiteral("a"), QStringLiteral("b"), applyToLater);
+    VellPubDoc::showSameNameMsgBox("a", "b", applyToLater);
     QVERIFY(user.hasClosedTheBox());
     QVERIFY(user.isBoxGone());
     QVERIFY(applyBox.isNull());

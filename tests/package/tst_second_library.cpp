@@ -26,10 +26,10 @@ void TestSecondLibrary::seesTheSameObjects()
 
 void TestSecondLibrary::seesWhatTheProgramHasSet()
 {
-    VellBaseApi::GetInstance().setBaseApi(QStringLiteral("http://127.0.0.1:1/"));
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("tower"));
-    QCOMPARE(baseApiSeenBySecondLibrary(), QStringLiteral("http://127.0.0.1:1/"));
-    QCOMPARE(projectSeenBySecondLibrary(), QStringLiteral("tower"));
+    VellBaseApi::GetInstance().setBaseApi("http://127.0.0.1:1/");
+    GetSoftCache()->setCurrentProjectId("tower");
+    QCOMPARE(baseApiSeenBySecondLibrary(), QString("http://127.0.0.1:1/"));
+    QCOMPARE(projectSeenBySecondLibrary(), QString("tower"));
 }
 
 QTEST_GUILESS_MAIN(TestSecondLibrary)

@@ -7,10 +7,11 @@
 
 #include <QHttpMultiPart>
 #include <QJsonObject>
+#include <QPointer>
 #include <QSignalMapper>
 #include <QSignalSpy>
+#include <QTest>
 #include <QThread>
-#include <QtTest>
 
 #include <algorithm>
 #include <functional>
@@ -142,7 +143,7 @@ void TestAsyncNetManager::everyVerbSendsItsBody()
     m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
     AsyncNetManager manager;
     QSignalSpy completed(&manager, &AsyncNetManager::netComplete);
-    QJsonObject body{{QStringLiteral("name"), QStringLiteral("图 1")}};
+    QJsonObject body{{"name", "图 1"}};
 
     manager.get(m_url);
     QTRY_COMPARE(completed.size(), 1);

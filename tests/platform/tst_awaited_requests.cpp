@@ -4,12 +4,13 @@
 #include <VellNetwork/NetworkManager.h>
 #include <VellNetwork/NetworkSettings.h>
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QSemaphore>
+#include <QTest>
 #include <QThread>
 #include <QTimer>
-#include <QtTest>
 
 #include <atomic>
 #include <functional>
@@ -138,16 +139,16 @@ void TestAwaitedRequests::eventsRunWhileTheServerTakesItsTime()
             || eventHasRun.tryAcquire(1, int(milliseconds(LongEnough).count()));
         return isInTime ? echo(request) : ScriptedReply::json("{}", 500);
     });
-    QCOMPARE(targetOf(server.url(QStringLiteral("first"))), QStringLiteral("/first"));
+    QCOMPARE(targetOf(server.url("first")), QString("/first"));
     QTimer::singleShot(0, this, [&] { eventHasRun.release(); });
-    QCOMPARE(targetOf(server.url(QStringLiteral("late"))), QStringLiteral("/late"));
+    QCOMPARE(targetOf(server.url("late")), QString("/late"));
 }
 
 void TestAwaitedRequests::requestGoesOnWhileItsThreadIsBusy()
 {
     ServerThread server(&echo);
-    QCOMPARE(targetOf(server.url(QStringLiteral("first"))), QStringLiteral("/first"));
-    const std::unique_ptr<QNetworkReply> reply(get(server.url(QStringLiteral("second"))));
+    QCOMPARE(targetOf(server.url("first")), QString("/first"));
+    const std::unique_ptr<QNetworkReply> reply(get(server.url("second")));
     // The thread looks at what has come for the reply and runs nothing else.
     QVERIFY(comesTrueWithoutEvents([&] {
         QCoreApplication::sendPostedEvents(reply.get());
@@ -163,8 +164,8 @@ void TestAwaitedRequests::requestThatIsDroppedAtOnceHindersNobody()
                                             : echo(request);
     });
     for (int i = 0; i < 20; ++i) {
-        QCOMPARE(targetOf(server.url(QStringLiteral("kept"))), QStringLiteral("/kept"));
-        delete get(server.url(QStringLiteral("dropped")));
+        QCOMPARE(targetOf(server.url("kept")), QString("/kept"));
+        delete get(server.url("dropped"));
     }
 }
 
@@ -178,9 +179,9 @@ void TestAwaitedRequests::threadsDoNotHoldEachOtherUp()
         isAsked = true;
         return ScriptedReply::endingAs(Ending::Withheld);
     });
-    QCOMPARE(targetOf(server.url(QStringLiteral("first"))), QStringLiteral("/first"));
+    QCOMPARE(targetOf(server.url("first")), QString("/first"));
     const std::unique_ptr<QThread> waiting(QThread::create([&] {
-        NetworkEventLoop loop(get(server.url(QStringLiteral("withheld"))));
+        NetworkEventLoop loop(get(server.url("withheld")));
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
             if (isOver.tryAcquire())
@@ -192,7 +193,7 @@ void TestAwaitedRequests::threadsDoNotHoldEachOtherUp()
     waiting->start();
     QVERIFY(comesTrueWithoutEvents([&] { return isAsked.load(); }));
     for (int i = 0; i < 20; ++i)
-        QCOMPARE(targetOf(server.url(QStringLiteral("other"))), QStringLiteral("/other"));
+        QCOMPARE(targetOf(server.url("other")), QString("/other"));
     isOver.release();
     QVERIFY(waiting->wait(milliseconds(LongEnough).count()));
 }
@@ -207,7 +208,7 @@ void TestAwaitedRequests::threadsGetEachItsOwnResponse()
     for (int thread = 0; thread < Threads; ++thread) {
         threads.emplace_back(QThread::create([&, thread] {
             for (int i = 0; i < Requests; ++i) {
-                const QString path = QStringLiteral("%1/%2").arg(thread).arg(i);
+                const QString path = QString("%1/%2").arg(thread).arg(i);
                 right += targetOf(server.url(path)) == QLatin1Char('/') + path ? 1 : 0;
             }
         }));

@@ -1,6 +1,6 @@
 #include <VellPublicFun/VellPub.h>
 
-#include <QtTest>
+#include <QTest>
 
 //! Date-times as the service writes them.
 class TestDateTimeText : public QObject
@@ -125,7 +125,7 @@ void TestDateTimeText::refusesWhatIsNoDateTime()
 void TestDateTimeText::writesUtcWithMilliseconds()
 {
     const QDate day(2020, 5, 31);
-    const QString expected = QStringLiteral("2020-05-31T08:00:00.007Z");
+    const QString expected = "2020-05-31T08:00:00.007Z";
     QCOMPARE(VellPub::getQStringByDateTime(QDateTime(day, QTime(8, 0, 0, 7), Qt::UTC)), expected);
     QCOMPARE(VellPub::getQStringByDateTime(
                  QDateTime(day, QTime(16, 0, 0, 7), Qt::OffsetFromUTC, 8 * 3600)),

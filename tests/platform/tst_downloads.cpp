@@ -5,7 +5,7 @@
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 
@@ -41,10 +41,7 @@ public:
         });
     }
 
-    QString url() const
-    {
-        return QStringLiteral("http://127.0.0.1:%1/").arg(m_server.serverPort());
-    }
+    QString url() const { return QString("http://127.0.0.1:%1/").arg(m_server.serverPort()); }
     qint64 takenBytes() const { return m_blocks * BlockBytes - m_socket->bytesToWrite(); }
 
 private:

@@ -1,7 +1,9 @@
 #include <VellPublicFun/VellPub.h>
 
+#include <QJsonArray>
 #include <QJsonDocument>
-#include <QtTest>
+#include <QMap>
+#include <QTest>
 
 using Links = QMap<QString, QStringList>;
 
@@ -35,7 +37,7 @@ void TestEntityLinks::readsLinks_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<Links>("expected");
-    const QString wall = QStringLiteral("wall");
+    const QString wall = "wall";
 
     QTest::newRow("none") << QByteArray("[]") << Links();
     QTest::newRow("one kind") << QByteArray(R"([{"kind":"wall","ids":["a","b"]}])")
@@ -44,11 +46,11 @@ void TestEntityLinks::readsLinks_data()
         << QByteArray(R"([{"kind":"wall","ids":[]}])") << Links{{wall, {}}};
     QTest::newRow("two kinds") << QByteArray(
         R"([{"kind":"wall","ids":["a"]},{"kind":"门","ids":["b"]}])")
-                               << Links{{wall, words("a")}, {QStringLiteral("门"), words("b")}};
+                               << Links{{wall, words("a")}, {"门", words("b")}};
     QTest::newRow("a kind that occurs twice")
         << QByteArray(R"([{"kind":"wall","ids":["b"]},{"kind":"x","ids":["c"]},)"
                       R"({"kind":"wall","ids":["a","b"]}])")
-        << Links{{wall, words("b a b")}, {QStringLiteral("x"), words("c")}};
+        << Links{{wall, words("b a b")}, {"x", words("c")}};
     QTest::newRow("elements of other types")
         << QByteArray(R"([null,1,"wall",["wall"],{"kind":"wall","ids":["a"]}])")
         << Links{{wall, words("a")}};
@@ -69,7 +71,7 @@ void TestEntityLinks::readsLinks()
 
 void TestEntityLinks::writesKindsInMapOrder()
 {
-    const Links links{{QStringLiteral("wall"), words("b a")}, {QStringLiteral("door"), {}}};
+    const Links links{{"wall", words("b a")}, {"door", {}}};
     QCOMPARE(QJsonDocument(VellPub::linksEntityToJsonArray(links)).toJson(QJsonDocument::Compact),
              QByteArray(R"([{"ids":[],"kind":"door"},{"ids":["b","a"],"kind":"wall"}])"));
     QCOMPARE(VellPub::linksEntityToJsonArray({}), QJsonArray());
@@ -77,10 +79,10 @@ void TestEntityLinks::writesKindsInMapOrder()
 
 void TestEntityLinks::writingAndReadingAreInverses()
 {
-    const Links links{{QStringLiteral("wall"), words("b a b")},
-                      {QStringLiteral("墙 \"1\""), words("é 图")},
+    const Links links{{"wall", words("b a b")},
+                      {"墙 \"1\"", words("é 图")},
                       {QString(), words("c")},
-                      {QStringLiteral("none"), {}}};
+                      {"none", {}}};
     QCOMPARE(VellPub::jsonArrayToLinksEntity(VellPub::linksEntityToJsonArray(links)), links);
 }
 

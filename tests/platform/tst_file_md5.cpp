@@ -1,8 +1,12 @@
 #include <VellPublicFun/VellPub.h>
 
 #include <QCryptographicHash>
+#include <QFile>
+#include <QFileDevice>
+#include <QFileInfo>
+#include <QIODevice>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 //! The MD5 of a file's content.
 class TestFileMd5 : public QObject
@@ -26,7 +30,7 @@ private Q_SLOTS:
     void aFileChangedJustBeforeIsNotRemembered();
 
 private:
-    QString write(const QByteArray &content, const QString &name = QStringLiteral("file"));
+    QString write(const QByteArray &content, const QString &name = "file");
 
     QTemporaryDir m_folder;
 };
@@ -95,12 +99,12 @@ void TestFileMd5::whatCannotBeReadHasNone_data()
     QTest::addColumn<QString>("path");
 
     QTest::newRow("no path") << QString();
-    QTest::newRow("missing") << m_folder.filePath(QStringLiteral("missing"));
+    QTest::newRow("missing") << m_folder.filePath("missing");
     QTest::newRow("a folder") << m_folder.path();
-    QTest::newRow("below a file") << write("x") + QStringLiteral("/y");
+    QTest::newRow("below a file") << write("x") + "/y";
 #ifdef Q_OS_LINUX
     // Opens, and fails to be read.
-    QTest::newRow("a read error") << QStringLiteral("/proc/self/mem");
+    QTest::newRow("a read error") << "/proc/self/mem";
 #endif
 }
 
@@ -115,7 +119,7 @@ void TestFileMd5::unusualNamesAreFound()
 {
     for (const char *name : {"图纸 100% #1 + R&D.dwg", ".hidden", "-dash", "e\u0301"}) {
         QCOMPARE(VellPub::getFileMd5(write("abc", QString::fromUtf8(name))),
-                 QStringLiteral("900150983cd24fb0d6963f7d28e17f72"));
+                 QString("900150983cd24fb0d6963f7d28e17f72"));
     }
 }
 
@@ -180,7 +184,7 @@ void TestFileMd5::aResultIsRemembered()
     QVERIFY(age(path));
     QVERIFY(!isRemembered(path));
     QVERIFY(remember(path));
-    const QString md5 = QStringLiteral("9a0364b9e99bb480dd25e1f0284c8555");
+    const QString md5 = "9a0364b9e99bb480dd25e1f0284c8555";
     QCOMPARE(VellPub::getFileMd5(path), md5);
     QCOMPARE(VellPub::getFileMd5(path, nullptr), md5);
 }
@@ -199,10 +203,10 @@ void TestFileMd5::aFileOfTheFutureIsRemembered()
 void TestFileMd5::aChangedFileIsReadAgain_data()
 {
     QTest::addColumn<QString>("change");
-    QTest::newRow("longer") << QStringLiteral("longer");
-    QTest::newRow("same size, another time") << QStringLiteral("time");
-    QTest::newRow("same size, and its old time again") << QStringLiteral("entry");
-    QTest::newRow("another file in its place") << QStringLiteral("replaced");
+    QTest::newRow("longer") << "longer";
+    QTest::newRow("same size, another time") << "time";
+    QTest::newRow("same size, and its old time again") << "entry";
+    QTest::newRow("another file in its place") << "replaced";
 }
 
 void TestFileMd5::aChangedFileIsReadAgain()
@@ -217,7 +221,7 @@ void TestFileMd5::aChangedFileIsReadAgain()
     const QDateTime time = QFileInfo(path).lastModified();
     QVERIFY(remember(path));
     if (change == QLatin1String("replaced")) {
-        const QString other = write("another", QStringLiteral("other"));
+        const QString other = write("another", "other");
         QVERIFY(QFile::remove(path));
         QVERIFY(QFile::rename(other, path));
     } else {
@@ -237,7 +241,7 @@ void TestFileMd5::aChangedFileIsReadAgain()
 
 void TestFileMd5::aFileChangedJustBeforeIsNotRemembered()
 {
-    const QString path = write("content", QStringLiteral("fresh"));
+    const QString path = write("content", "fresh");
     VellPub::getFileMd5(path, nullptr);
     // A change in the same moment would leave no trace.
     QVERIFY(!isRemembered(path));

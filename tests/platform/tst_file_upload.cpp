@@ -6,12 +6,14 @@
 #include <VellNetwork/NetworkSettings.h>
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QHttpMultiPart>
+#include <QIODevice>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 #include <memory>
@@ -25,7 +27,7 @@ constexpr qint64 MiB = 1048576;
 // The most memory that the process has needed so far; 0 where the system does not tell.
 qint64 peakBytes()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status("/proc/self/status");
     if (!status.open(QIODevice::ReadOnly))
         return 0;
     const QList<QByteArray> lines = status.readAll().split('\n');
@@ -49,10 +51,7 @@ public:
         });
     }
 
-    QString url() const
-    {
-        return QStringLiteral("http://127.0.0.1:%1/").arg(m_server.serverPort());
-    }
+    QString url() const { return QString("http://127.0.0.1:%1/").arg(m_server.serverPort()); }
 
     //! Called with the bytes that have come so far, whenever more have.
     std::function<void(qint64)> onBytes;
@@ -123,7 +122,7 @@ QString TestFileUpload::write(const QString &name, const QByteArray &content)
 
 QString TestFileUpload::writeSparse(qint64 size)
 {
-    QFile file(m_folder.filePath(QStringLiteral("sparse.bin")));
+    QFile file(m_folder.filePath("sparse.bin"));
     if (!file.open(QIODevice::WriteOnly) || !file.resize(size))
         return {};
     return file.fileName();
@@ -189,12 +188,12 @@ void TestFileUpload::whatIsNoFileHasNoBody_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("no path") << QString();
-    QTest::newRow("missing") << m_folder.filePath(QStringLiteral("missing"));
+    QTest::newRow("missing") << m_folder.filePath("missing");
     QTest::newRow("a folder") << m_folder.path();
-    QTest::newRow("below a file") << write(QStringLiteral("file"), "x") + QStringLiteral("/y");
+    QTest::newRow("below a file") << write("file", "x") + "/y";
 #ifdef Q_OS_LINUX
     // A file that nobody may open for reading, root included.
-    QTest::newRow("unreadable") << QStringLiteral("/proc/sysrq-trigger");
+    QTest::newRow("unreadable") << "/proc/sysrq-trigger";
 #endif
 }
 
@@ -210,8 +209,8 @@ void TestFileUpload::whatIsNoFileHasNoBody()
 void TestFileUpload::bodyMayBeDeletedUnsent()
 {
     QFile *opened = nullptr;
-    const std::unique_ptr<QHttpMultiPart> body(CFileUploadProxy::getFileHttpMultiPart(
-        &opened, write(QStringLiteral("unsent"), "content")));
+    const std::unique_ptr<QHttpMultiPart> body(
+        CFileUploadProxy::getFileHttpMultiPart(&opened, write("unsent", "content")));
     const std::unique_ptr<QFile> file(opened);
     QCOMPARE(file->readAll(), QByteArray("content"));
 }
@@ -244,8 +243,8 @@ void TestFileUpload::redirectRepeatsTheFile()
         return reply;
     });
     QFile *opened = nullptr;
-    QHttpMultiPart *body = CFileUploadProxy::getFileHttpMultiPart(
-        &opened, write(QStringLiteral("again"), QByteArray(200000, 'a')));
+    QHttpMultiPart *body =
+        CFileUploadProxy::getFileHttpMultiPart(&opened, write("again", QByteArray(200000, 'a')));
     const std::unique_ptr<QFile> file(opened);
     AsyncNetManager manager;
     QSignalSpy completed(&manager, &AsyncNetManager::netComplete);
@@ -298,7 +297,7 @@ void TestFileUpload::fileLostWhileSendingEndsTheUpload()
     QCOMPARE(completed.size(), 0);
     QCOMPARE(failures.size(), 1);
     QCOMPARE(failures.first().first().value<NetworkFailure>().message,
-             QStringLiteral("The file could not be read to its end"));
+             QString("The file could not be read to its end"));
 }
 
 void TestFileUpload::fileThatGrowsIsSentAsItWas()
@@ -325,7 +324,7 @@ void TestFileUpload::fileMayBeReadMeanwhile()
         content += QByteArray::number(number) + ' ';
     QFile *opened = nullptr;
     QHttpMultiPart *body =
-        CFileUploadProxy::getFileHttpMultiPart(&opened, write(QStringLiteral("shared"), content));
+        CFileUploadProxy::getFileHttpMultiPart(&opened, write("shared", content));
     const std::unique_ptr<QFile> file(opened);
     AsyncNetManager manager;
     QSignalSpy completed(&manager, &AsyncNetManager::netComplete);

@@ -6,7 +6,7 @@
 
 #include <QJsonObject>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 
@@ -19,7 +19,7 @@ enum class Verb { Get, Post, Put, Delete };
 
 QNetworkReply *send(Verb verb, const QString &url)
 {
-    const QJsonObject body{{QStringLiteral("a"), 1}};
+    const QJsonObject body{{"a", 1}};
     switch (verb) {
     case Verb::Get:
         return NetworkManager::instance()->get(url);
@@ -114,10 +114,9 @@ void TestRedirects::redirectsAreFollowed()
     QFETCH(int, status);
     QFETCH(QByteArray, lastVerb);
     m_server->setHandler([status](const ScriptedRequest &request) {
-        return request.target == "/x" ? redirect(status, QStringLiteral("/y"))
-                                      : ScriptedReply::json("{\"b\":2}");
+        return request.target == "/x" ? redirect(status, "/y") : ScriptedReply::json("{\"b\":2}");
     });
-    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
+    NetworkSettings::instance().setAccessToken("t0k3n");
     QCOMPARE(errorOf(verb, m_url), QNetworkReply::NoError);
     const ScriptedRequest &last = m_server->requests().last();
     QCOMPARE(last.target, QByteArray("/y"));
@@ -129,8 +128,7 @@ void TestRedirects::redirectsAreFollowed()
 void TestRedirects::redirectedBodiesArriveWhole()
 {
     m_server->setHandler([](const ScriptedRequest &request) {
-        return request.target == "/x" ? redirect(308, QStringLiteral("/y"))
-                                      : ScriptedReply::json("{}");
+        return request.target == "/x" ? redirect(308, "/y") : ScriptedReply::json("{}");
     });
     for (int i = 0; i < 300; ++i) {
         m_server->clearRequests();
@@ -146,9 +144,8 @@ void TestRedirects::readingWhatCameOfAChangeMayBeRedirectedAgain()
 {
     m_server->setHandler([](const ScriptedRequest &request) {
         if (request.target == "/x")
-            return redirect(303, QStringLiteral("/y"));
-        return request.target == "/y" ? redirect(302, QStringLiteral("/z"))
-                                      : ScriptedReply::json("{}");
+            return redirect(303, "/y");
+        return request.target == "/y" ? redirect(302, "/z") : ScriptedReply::json("{}");
     });
     QCOMPARE(errorOf(Verb::Post, m_url), QNetworkReply::NoError);
     QCOMPARE(m_server->requests().last().target, QByteArray("/z"));
@@ -159,7 +156,7 @@ void TestRedirects::lostConnectionBehindARedirectNeverRepeatsAChange()
     int changes = 0;
     m_server->setHandler([&](const ScriptedRequest &request) {
         if (request.target == "/x")
-            return redirect(307, QStringLiteral("/y"));
+            return redirect(307, "/y");
         return ++changes == 1 ? ScriptedReply::endingAs(Ending::Dropped)
                               : ScriptedReply::json("{}");
     });
@@ -185,8 +182,7 @@ void TestRedirects::redirectsThatWouldLoseTheChangeAreRefused()
     QFETCH(Verb, verb);
     QFETCH(int, status);
     m_server->setHandler([status](const ScriptedRequest &request) {
-        return request.target == "/x" ? redirect(status, QStringLiteral("/y"))
-                                      : ScriptedReply::json("{}");
+        return request.target == "/x" ? redirect(status, "/y") : ScriptedReply::json("{}");
     });
     QSignalSpy failures(NetworkManager::instance(), &NetworkManager::requestFailed);
     NetworkEventLoop loop(send(verb, m_url));
@@ -209,7 +205,7 @@ void TestRedirects::otherServersAreFollowedOnlyWithoutToken()
     QCOMPARE(errorOf(Verb::Get, m_url), QNetworkReply::NoError);
     QCOMPARE(other.requests().size(), 1);
 
-    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
+    NetworkSettings::instance().setAccessToken("t0k3n");
     QCOMPARE(errorOf(Verb::Get, m_url), QNetworkReply::InsecureRedirectError);
     QTest::qWait(50);
     QCOMPARE(other.requests().size(), 1);
@@ -218,8 +214,7 @@ void TestRedirects::otherServersAreFollowedOnlyWithoutToken()
 
 void TestRedirects::redirectsInACircleEnd()
 {
-    m_server->setHandler(
-        [](const ScriptedRequest &) { return redirect(302, QStringLiteral("/x")); });
+    m_server->setHandler([](const ScriptedRequest &) { return redirect(302, "/x"); });
     QCOMPARE(errorOf(Verb::Get, m_url), QNetworkReply::TooManyRedirectsError);
     QVERIFY(m_server->requests().size() < 200);
 }
@@ -227,9 +222,9 @@ void TestRedirects::redirectsInACircleEnd()
 void TestRedirects::redirectsToOtherSchemesAreRefused_data()
 {
     QTest::addColumn<QString>("target");
-    QTest::newRow("a file") << QStringLiteral("file:///etc/hostname");
-    QTest::newRow("data") << QStringLiteral("data:application/json,{}");
-    QTest::newRow("ftp") << QStringLiteral("ftp://127.0.0.1/x");
+    QTest::newRow("a file") << "file:///etc/hostname";
+    QTest::newRow("data") << "data:application/json,{}";
+    QTest::newRow("ftp") << "ftp://127.0.0.1/x";
 }
 
 void TestRedirects::redirectsToOtherSchemesAreRefused()

@@ -4,12 +4,17 @@
 #include <VellNetwork/NetworkManager.h>
 #include <VellNetwork/NetworkSettings.h>
 
+#include <QCoreApplication>
+#include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QPointer>
 #include <QSignalSpy>
+#include <QTest>
 #include <QThread>
 #include <QTimer>
-#include <QtTest>
 
 #include <memory>
 
@@ -198,8 +203,7 @@ void TestReplies::everyVerbSendsItsBody()
 {
     m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
     NetworkManager *manager = NetworkManager::instance();
-    const QJsonObject object{{QStringLiteral("name"), QStringLiteral("图 1")},
-                             {QStringLiteral("parentId"), QJsonValue()}};
+    const QJsonObject object{{"name", "图 1"}, {"parentId", QJsonValue()}};
     NetworkEventLoop(manager->get(m_url)).exec();
     NetworkEventLoop(manager->postJson(m_url, object)).exec();
     NetworkEventLoop(manager->putJson(m_url, object)).exec();
@@ -305,8 +309,8 @@ void TestReplies::requestsMayOverlap()
         inside = inner.object().value(QLatin1String("target")).toString();
     });
     outer.exec();
-    QCOMPARE(inside, QStringLiteral("/inner"));
-    QCOMPARE(outer.object().value(QLatin1String("target")).toString(), QStringLiteral("/outer"));
+    QCOMPARE(inside, QString("/inner"));
+    QCOMPARE(outer.object().value(QLatin1String("target")).toString(), QString("/outer"));
 }
 
 void TestReplies::innerWaitMayOutliveTheOuterReply()
@@ -412,19 +416,19 @@ void TestReplies::errorEmitComesOnceBeforeExecReturns()
     NetworkEventLoop loop(get());
     QStringList log;
     connect(NetworkManager::instance(), &NetworkManager::requestFailed, &loop,
-            [&] { log += QStringLiteral("failed"); });
+            [&] { log += "failed"; });
     connect(&loop, &NetworkEventLoop::errorEmit, &loop,
             [&](int code) { log += QString::number(code); });
     loop.exec();
-    log += QStringLiteral("returned");
+    log += "returned";
     loop.exec();
-    QCOMPARE(log.join(QLatin1Char(' ')), QStringLiteral("failed 203 returned"));
+    QCOMPARE(log.join(QLatin1Char(' ')), QString("failed 203 returned"));
 }
 
 void TestReplies::uploadProgressIsRelayed()
 {
     m_server->enqueue(ScriptedReply::json("{}"));
-    const QJsonObject body{{QStringLiteral("a"), QString(100000, QLatin1Char('a'))}};
+    const QJsonObject body{{"a", QString(100000, QLatin1Char('a'))}};
     NetworkEventLoop loop(NetworkManager::instance()->postJson(m_url, body));
     QSignalSpy progress(&loop, &NetworkEventLoop::uploadProgress);
     loop.exec();

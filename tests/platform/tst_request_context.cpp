@@ -10,7 +10,6 @@
 #include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 #include <thread>
 
@@ -57,8 +56,8 @@ constexpr int WaitMs = 20'000;
 void TestRequestContext::init()
 {
     m_server = std::make_unique<ScriptedServer>();
-    VellBaseApi::GetInstance().setBaseApi(QStringLiteral("http://process/"));
-    NetworkSettings::instance().setAccessToken(QStringLiteral("process"));
+    VellBaseApi::GetInstance().setBaseApi("http://process/");
+    NetworkSettings::instance().setAccessToken("process");
     NetworkSettings::instance().setCaCertificates(QString());
     NetworkSettings::instance().setClientCertificate({});
     NetworkSettings::instance().setProxy(NetworkSettings::noProxy());
@@ -69,52 +68,52 @@ void TestRequestContext::aScopeHasSettingsOfItsOwn()
     QVERIFY(!RequestContext::current());
     {
         RequestSettings own;
-        own.baseApi = QStringLiteral("http://own");
-        own.accessToken = QStringLiteral("token");
-        own.caCertificates = QStringLiteral("ca.pem");
-        own.clientCertificate.certificate = QStringLiteral("client.pem");
-        own.proxy = QStringLiteral("http://proxy:1");
+        own.baseApi = "http://own";
+        own.accessToken = "token";
+        own.caCertificates = "ca.pem";
+        own.clientCertificate.certificate = "client.pem";
+        own.proxy = "http://proxy:1";
         RequestContext context(own);
         const RequestScope scope(context);
         QCOMPARE(RequestContext::current(), &context);
-        QCOMPARE(VellBaseApi::GetInstance().getBaseApi(), QStringLiteral("http://own/"));
+        QCOMPARE(VellBaseApi::GetInstance().getBaseApi(), QString("http://own/"));
         const NetworkSettings &network = NetworkSettings::instance();
-        QCOMPARE(network.accessToken(), QStringLiteral("token"));
-        QCOMPARE(network.caCertificates(), QStringLiteral("ca.pem"));
-        QCOMPARE(network.clientCertificate().certificate, QStringLiteral("client.pem"));
-        QCOMPARE(network.proxy(), QStringLiteral("http://proxy:1"));
+        QCOMPARE(network.accessToken(), QString("token"));
+        QCOMPARE(network.caCertificates(), QString("ca.pem"));
+        QCOMPARE(network.clientCertificate().certificate, QString("client.pem"));
+        QCOMPARE(network.proxy(), QString("http://proxy:1"));
     }
     QVERIFY(!RequestContext::current());
-    QCOMPARE(VellBaseApi::GetInstance().getBaseApi(), QStringLiteral("http://process/"));
-    QCOMPARE(NetworkSettings::instance().accessToken(), QStringLiteral("process"));
+    QCOMPARE(VellBaseApi::GetInstance().getBaseApi(), QString("http://process/"));
+    QCOMPARE(NetworkSettings::instance().accessToken(), QString("process"));
     QCOMPARE(NetworkSettings::instance().caCertificates(), QString());
 }
 
 void TestRequestContext::scopesMayBeNested()
 {
-    RequestContext outer(settings(QStringLiteral("outer")));
-    RequestContext inner(settings(QStringLiteral("inner")));
+    RequestContext outer(settings("outer"));
+    RequestContext inner(settings("inner"));
     const RequestScope scope(outer);
     {
         const RequestScope nested(inner);
-        QCOMPARE(NetworkSettings::instance().accessToken(), QStringLiteral("inner"));
+        QCOMPARE(NetworkSettings::instance().accessToken(), QString("inner"));
     }
-    QCOMPARE(NetworkSettings::instance().accessToken(), QStringLiteral("outer"));
+    QCOMPARE(NetworkSettings::instance().accessToken(), QString("outer"));
 }
 
 void TestRequestContext::anotherThreadIsNotInTheScope()
 {
-    RequestContext context(settings(QStringLiteral("own")));
+    RequestContext context(settings("own"));
     const RequestScope scope(context);
     QString token;
     std::thread([&token] { token = NetworkSettings::instance().accessToken(); }).join();
-    QCOMPARE(token, QStringLiteral("process"));
+    QCOMPARE(token, QString("process"));
 }
 
 void TestRequestContext::requestsUseTheTokenOfTheContext()
 {
     m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
-    RequestContext context(settings(QStringLiteral("own")));
+    RequestContext context(settings("own"));
     {
         const RequestScope scope(context);
         NetworkEventLoop loop(
@@ -215,7 +214,7 @@ void TestRequestContext::eachContextHasItsOwnFailure()
     }
     QVERIFY(failing.failure());
     QCOMPARE(failing.failure()->httpStatus, 507);
-    QCOMPARE(failing.failure()->message, QStringLiteral("no room"));
+    QCOMPARE(failing.failure()->message, QString("no room"));
     QVERIFY(!other.failure());
     failing.forgetFailure();
     QVERIFY(!failing.failure());
@@ -254,7 +253,7 @@ void TestRequestContext::speedLimitsHold()
     const RequestScope scope(context);
     QElapsedTimer timer;
     timer.start();
-    const QJsonObject body{{QStringLiteral("text"), QString(isSent ? Bytes : 1, QLatin1Char('a'))}};
+    const QJsonObject body{{"text", QString(isSent ? Bytes : 1, QLatin1Char('a'))}};
     NetworkEventLoop loop(NetworkManager::instance()->postJson(address({}), body));
     loop.exec();
     QVERIFY(loop.isSuccessful());
@@ -273,8 +272,7 @@ void TestRequestContext::theRestOfAContentIsAskedFor()
 {
     QFETCH(QByteArray, entityTag);
     m_server->enqueue(ScriptedReply::json("rest", 206));
-    NetworkEventLoop loop(
-        NetworkManager::instance()->getFrom(address(QStringLiteral("f")), 5000000000, entityTag));
+    NetworkEventLoop loop(NetworkManager::instance()->getFrom(address("f"), 5000000000, entityTag));
     loop.exec();
     QVERIFY(loop.isSuccessful());
     QCOMPARE(loop.content(), QByteArray("rest"));

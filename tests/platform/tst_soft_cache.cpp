@@ -19,30 +19,30 @@ private Q_SLOTS:
 
 void TestSoftCache::aScopeHidesTheProcess()
 {
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
-    GetSoftCache()->setCurrentUserId(QStringLiteral("u1"));
+    GetSoftCache()->setCurrentProjectId("p1");
+    GetSoftCache()->setCurrentUserId("u1");
     {
-        const VellSoftCacheScope outer(QStringLiteral("p2"), QStringLiteral("u2"));
+        const VellSoftCacheScope outer("p2", "u2");
         {
-            const VellSoftCacheScope inner(QStringLiteral("p3"), QString());
-            QCOMPARE(GetSoftCache()->currentProjectId(), QStringLiteral("p3"));
+            const VellSoftCacheScope inner("p3", QString());
+            QCOMPARE(GetSoftCache()->currentProjectId(), QString("p3"));
             QCOMPARE(GetSoftCache()->currentUserId(), QString());
         }
-        GetSoftCache()->setCurrentProjectId(QStringLiteral("p4"));
-        QCOMPARE(GetSoftCache()->currentProjectId(), QStringLiteral("p2"));
-        QCOMPARE(GetSoftCache()->currentUserId(), QStringLiteral("u2"));
+        GetSoftCache()->setCurrentProjectId("p4");
+        QCOMPARE(GetSoftCache()->currentProjectId(), QString("p2"));
+        QCOMPARE(GetSoftCache()->currentUserId(), QString("u2"));
     }
-    QCOMPARE(GetSoftCache()->currentProjectId(), QStringLiteral("p4"));
-    QCOMPARE(GetSoftCache()->currentUserId(), QStringLiteral("u1"));
+    QCOMPARE(GetSoftCache()->currentProjectId(), QString("p4"));
+    QCOMPARE(GetSoftCache()->currentUserId(), QString("u1"));
 }
 
 void TestSoftCache::aScopeIsOfOneThread()
 {
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
-    const VellSoftCacheScope scope(QStringLiteral("p2"), QString());
+    GetSoftCache()->setCurrentProjectId("p1");
+    const VellSoftCacheScope scope("p2", QString());
     QString seen;
     std::thread([&seen] { seen = GetSoftCache()->currentProjectId(); }).join();
-    QCOMPARE(seen, QStringLiteral("p1"));
+    QCOMPARE(seen, QString("p1"));
 }
 
 void TestSoftCache::severalThreadsMayUseIt()

@@ -10,12 +10,13 @@
 #include <QHttpMultiPart>
 #include <QJsonObject>
 #include <QLoggingCategory>
+#include <QMessageLogContext>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTest>
 #include <QThread>
 #include <QTimer>
-#include <QtTest>
 
 #include <memory>
 
@@ -28,7 +29,7 @@ enum class Verb { Get, Post, Put, Delete };
 
 QNetworkReply *send(Verb verb, const QString &url)
 {
-    const QJsonObject body{{QStringLiteral("a"), 1}};
+    const QJsonObject body{{"a", 1}};
     switch (verb) {
     case Verb::Get:
         return NetworkManager::instance()->get(url);
@@ -201,8 +202,8 @@ void TestTransport::busyThreadIsNoStall()
     NetworkSettings::instance().setStallTimeout(milliseconds(800));
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
-    QNetworkReply *reply = NetworkManager::instance()->get(
-        QStringLiteral("http://127.0.0.1:%1/").arg(server.serverPort()));
+    QNetworkReply *reply =
+        NetworkManager::instance()->get(QString("http://127.0.0.1:%1/").arg(server.serverPort()));
     NetworkEventLoop loop(reply);
     QTRY_VERIFY(server.hasPendingConnections());
     QThread::msleep(1600);
@@ -244,7 +245,7 @@ void TestTransport::lostConnectionNeverRepeatsAChange()
     QCOMPARE(m_server->requests().size(), 1);
     QCOMPARE(failures.size(), 1);
     QCOMPARE(failures.first().first().value<NetworkFailure>().message,
-             QStringLiteral("The connection was closed before the answer came"));
+             QString("The connection was closed before the answer came"));
 }
 
 void TestTransport::lostConnectionNeverRepeatsAForm()
@@ -274,7 +275,7 @@ void TestTransport::connectionLostWhileSendingIsSaidAlike()
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
     });
     QVERIFY(server.listen(QHostAddress::LocalHost));
-    const QString url = QStringLiteral("http://127.0.0.1:%1/x").arg(server.serverPort());
+    const QString url = QString("http://127.0.0.1:%1/x").arg(server.serverPort());
     for (int attempt = 0; attempt < 30; ++attempt) {
         QHttpPart part;
         part.setRawHeader("Content-Disposition", "form-data; name=\"file\"");
@@ -293,7 +294,7 @@ void TestTransport::tokenGoesWithEveryRequest()
 {
     m_server->setHandler([](const ScriptedRequest &) { return ScriptedReply::json("{}"); });
     waitFor(m_url, QNetworkReply::NoError);
-    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n\n"));
+    NetworkSettings::instance().setAccessToken("t0k3n\n");
     waitFor(m_url, QNetworkReply::NoError);
     AsyncNetManager manager;
     QSignalSpy completed(&manager, &AsyncNetManager::netComplete);
@@ -330,18 +331,18 @@ void TestTransport::traceIsOffByDefault()
 
 void TestTransport::traceHasOneLineWithoutSecrets()
 {
-    QLoggingCategory::setFilterRules(QStringLiteral("vell.network=true"));
-    NetworkSettings::instance().setAccessToken(QStringLiteral("t0k3n"));
+    QLoggingCategory::setFilterRules("vell.network=true");
+    NetworkSettings::instance().setAccessToken("t0k3n");
     m_server->setHandler([](const ScriptedRequest &request) {
         return request.verb == "DELETE" ? ScriptedReply::json("", 404) : ScriptedReply::json("{}");
     });
     QString url =
         m_server->baseApi() + QLatin1String("d?pwd=%1&Password=%2&code=%3&token=%4&a=b c");
     url.replace(QLatin1String("http://"), QLatin1String("http://user:s3cret@"));
-    const QString secret = QStringLiteral("s3cret");
+    const QString secret = "s3cret";
     const LogLines log;
     waitFor(url.arg(secret, secret, secret, secret), QNetworkReply::NoError);
-    waitFor(url.arg(QStringLiteral("true"), secret, secret, secret), QNetworkReply::NoError);
+    waitFor(url.arg("true", secret, secret, secret), QNetworkReply::NoError);
     NetworkEventLoop(send(Verb::Put, m_url)).exec();
     NetworkEventLoop(send(Verb::Delete, m_url)).exec();
 
@@ -349,13 +350,12 @@ void TestTransport::traceHasOneLineWithoutSecrets()
     const QString text = LogLines::lines().join(QLatin1Char('\n'));
     QVERIFY2(!text.contains(secret) && !text.contains(QLatin1String("t0k3n")), qPrintable(text));
     const QString base = m_server->baseApi();
-    const QStringList expected{
-        QStringLiteral("GET %1d?pwd=***&Password=***&code=***&token=***&a=b%20c 200, "
-                       "0 bytes sent, 2 received, "),
-        QStringLiteral("GET %1d?pwd=true&Password=***&code=***&token=***&a=b%20c 200, "
-                       "0 bytes sent, 2 received, "),
-        QStringLiteral("PUT %1x 200, 7 bytes sent, 2 received, "),
-        QStringLiteral("DELETE %1x 404 ContentNotFoundError, 0 bytes sent, 0 received, ")};
+    const QStringList expected{"GET %1d?pwd=***&Password=***&code=***&token=***&a=b%20c 200, "
+                               "0 bytes sent, 2 received, ",
+                               "GET %1d?pwd=true&Password=***&code=***&token=***&a=b%20c 200, "
+                               "0 bytes sent, 2 received, ",
+                               "PUT %1x 200, 7 bytes sent, 2 received, ",
+                               "DELETE %1x 404 ContentNotFoundError, 0 bytes sent, 0 received, "};
     for (int i = 0; i < expected.size(); ++i) {
         QString start = QLatin1String("vell.network: ") + expected.at(i);
         start.replace(QLatin1String("%1"), base);
@@ -366,11 +366,11 @@ void TestTransport::traceHasOneLineWithoutSecrets()
 
 void TestTransport::traceKeepsEncodedAddresses()
 {
-    QLoggingCategory::setFilterRules(QStringLiteral("vell.network=true"));
+    QLoggingCategory::setFilterRules("vell.network=true");
     m_server->enqueue(ScriptedReply::json("{}"));
     const LogLines log;
     waitFor(m_url + QLatin1String("?where={\"name\":\"5%6\"}"), QNetworkReply::NoError);
-    const QString start = QStringLiteral("vell.network: GET ") + m_url
+    const QString start = QString("vell.network: GET ") + m_url
         + QLatin1String("?where=%7B%22name%22%3A%225%256%22%7D 200, 0 bytes sent, 2 received, ");
     QCOMPARE(LogLines::lines().value(0).left(start.size()), start);
 }
@@ -384,17 +384,17 @@ void TestTransport::failuresTellNoPassword()
     waitFor(url, QNetworkReply::InternalServerError);
     const auto failure = failures.first().first().value<NetworkFailure>();
     QCOMPARE(failure.url, QUrl(m_url));
-    QCOMPARE(failure.message, QStringLiteral("The service answered 500 Scripted"));
+    QCOMPARE(failure.message, QString("The service answered 500 Scripted"));
 }
 
 void TestTransport::baseAddressEndsWithSlash()
 {
     VellBaseApi &api = VellBaseApi::GetInstance();
     QCOMPARE(api.getBaseApi(), QString());
-    api.setBaseApi(QStringLiteral("http://host:8080"));
-    QCOMPARE(api.getBaseApi(), QStringLiteral("http://host:8080/"));
-    api.setBaseApi(QStringLiteral("http://host/a b/"));
-    QCOMPARE(VellBaseApi::GetInstance().getBaseApi(), QStringLiteral("http://host/a b/"));
+    api.setBaseApi("http://host:8080");
+    QCOMPARE(api.getBaseApi(), QString("http://host:8080/"));
+    api.setBaseApi("http://host/a b/");
+    QCOMPARE(VellBaseApi::GetInstance().getBaseApi(), QString("http://host/a b/"));
     api.setBaseApi(QString());
     QCOMPARE(api.getBaseApi(), QString());
 }

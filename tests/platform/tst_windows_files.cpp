@@ -61,7 +61,7 @@ bool TestWindowsFiles::hasBody(const QString &path)
 void TestWindowsFiles::fileIsFound_data()
 {
     QTest::addColumn<QString>("path");
-    const QString plain = write(QStringLiteral("plain/图纸 100% #1 + R&D.dwg"));
+    const QString plain = write("plain/图纸 100% #1 + R&D.dwg");
     QTest::newRow("drive and slashes") << plain;
     QTest::newRow("drive and backslashes") << QDir::toNativeSeparators(plain);
     QTest::newRow("in another case") << plain.toUpper();
@@ -69,19 +69,19 @@ void TestWindowsFiles::fileIsFound_data()
                                                            QLatin1String("plain/../plain/./"));
     QTest::newRow("longer than 260 characters")
         << write(QString(100, QLatin1Char('d')) + QLatin1Char('/') + QString(100, QLatin1Char('e'))
-                 + QLatin1Char('/') + QString(100, QChar(0x56fe)) + QStringLiteral("/a.dwg"));
+                 + QLatin1Char('/') + QString(100, QChar(0x56fe)) + "/a.dwg");
 }
 
 void TestWindowsFiles::fileIsFound()
 {
     QFETCH(QString, path);
-    QCOMPARE(VellPub::getFileMd5(path), QStringLiteral("900150983cd24fb0d6963f7d28e17f72"));
+    QCOMPARE(VellPub::getFileMd5(path), QString("900150983cd24fb0d6963f7d28e17f72"));
     QVERIFY(hasBody(path));
 }
 
 void TestWindowsFiles::fileThatNobodyElseMayHaveIsNotRead()
 {
-    const QString path = write(QStringLiteral("kept.dwg"));
+    const QString path = write("kept.dwg");
     const HANDLE other = open(path, GENERIC_READ, 0);
     QVERIFY(other != INVALID_HANDLE_VALUE);
     QCOMPARE(VellPub::getFileMd5(path), QString());
@@ -92,17 +92,17 @@ void TestWindowsFiles::fileThatNobodyElseMayHaveIsNotRead()
 
 void TestWindowsFiles::fileThatOthersWriteIsRead()
 {
-    const QString path = write(QStringLiteral("shared.dwg"));
+    const QString path = write("shared.dwg");
     const HANDLE other = open(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     QVERIFY(other != INVALID_HANDLE_VALUE);
-    QCOMPARE(VellPub::getFileMd5(path), QStringLiteral("900150983cd24fb0d6963f7d28e17f72"));
+    QCOMPARE(VellPub::getFileMd5(path), QString("900150983cd24fb0d6963f7d28e17f72"));
     QVERIFY(hasBody(path));
     CloseHandle(other);
 }
 
 void TestWindowsFiles::fileThatIsBeingSentCannotBeRemoved()
 {
-    const QString path = write(QStringLiteral("sent.dwg"));
+    const QString path = write("sent.dwg");
     QFile *opened = nullptr;
     std::unique_ptr<QHttpMultiPart> body(CFileUploadProxy::getFileHttpMultiPart(&opened, path));
     std::unique_ptr<QFile> file(opened);

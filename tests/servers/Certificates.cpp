@@ -5,18 +5,16 @@
 
 namespace {
 
-const QString p256 = QStringLiteral("ec_paramgen_curve:P-256");
+const QString p256 = "ec_paramgen_curve:P-256";
 
 } // namespace
 
 Certificates::Certificates() : m_authority(nextPair())
 {
     QFile::setPermissions(m_folder.path(), QFile::Permissions(0x7755));
-    openssl({QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
-             QStringLiteral("ec"), QStringLiteral("-pkeyopt"), p256, QStringLiteral("-nodes"),
-             QStringLiteral("-keyout"), m_authority.key, QStringLiteral("-out"),
-             m_authority.certificate, QStringLiteral("-subj"), QStringLiteral("/CN=Test Authority"),
-             QStringLiteral("-days"), QStringLiteral("2")});
+    openssl({"req", "-x509", "-newkey", "ec", "-pkeyopt", p256, "-nodes", "-keyout",
+             m_authority.key, "-out", m_authority.certificate, "-subj", "/CN=Test Authority",
+             "-days", "2"});
 }
 
 Certificates::Pair Certificates::nextPair()
@@ -28,7 +26,7 @@ Certificates::Pair Certificates::nextPair()
 void Certificates::openssl(const QStringList &arguments) const
 {
     QProcess process;
-    process.start(QStringLiteral("openssl"), arguments);
+    process.start("openssl", arguments);
     if (!process.waitForFinished() || process.exitCode() != 0)
         qFatal("openssl %s: %s", qPrintable(arguments.join(QLatin1Char(' '))),
                process.readAllStandardError().constData());
@@ -39,41 +37,35 @@ Certificates::Pair Certificates::sign(const QString &subject, const QByteArray &
 {
     const Pair pair = nextPair();
     const QString request = pair.certificate + QLatin1String(".csr");
-    openssl({QStringLiteral("req"), QStringLiteral("-newkey"), QStringLiteral("ec"),
-             QStringLiteral("-pkeyopt"), p256, QStringLiteral("-nodes"), QStringLiteral("-keyout"),
-             pair.key, QStringLiteral("-out"), request, QStringLiteral("-subj"), subject});
-    QFile file(path(QStringLiteral("extensions")));
+    openssl({"req", "-newkey", "ec", "-pkeyopt", p256, "-nodes", "-keyout", pair.key, "-out",
+             request, "-subj", subject});
+    QFile file(path("extensions"));
     if (!file.open(QIODevice::WriteOnly) || file.write(extensions) != extensions.size())
         qFatal("%s: %s", qPrintable(file.fileName()), qPrintable(file.errorString()));
     file.close();
-    openssl({QStringLiteral("x509"), QStringLiteral("-req"), QStringLiteral("-in"), request,
-             QStringLiteral("-CA"), m_authority.certificate, QStringLiteral("-CAkey"),
-             m_authority.key, QStringLiteral("-CAcreateserial"), QStringLiteral("-out"),
-             pair.certificate, QStringLiteral("-days"), QString::number(days),
-             QStringLiteral("-extfile"), file.fileName()});
+    openssl({"x509", "-req", "-in", request, "-CA", m_authority.certificate, "-CAkey",
+             m_authority.key, "-CAcreateserial", "-out", pair.certificate, "-days",
+             QString::number(days), "-extfile", file.fileName()});
     QFile::setPermissions(pair.key, QFile::Permissions(0x6644));
     return pair;
 }
 
 Certificates::Pair Certificates::forServer(const QString &names, int days)
 {
-    return sign(QStringLiteral("/CN=server"), "subjectAltName=" + names.toLatin1() + '\n', days);
+    return sign("/CN=server", "subjectAltName=" + names.toLatin1() + '\n', days);
 }
 
 Certificates::Pair Certificates::forClient()
 {
-    return sign(QStringLiteral("/CN=client"), "extendedKeyUsage=clientAuth\n", 2);
+    return sign("/CN=client", "extendedKeyUsage=clientAuth\n", 2);
 }
 
 Certificates::Pair Certificates::selfSigned()
 {
     const Pair pair = nextPair();
-    openssl({QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
-             QStringLiteral("ec"), QStringLiteral("-pkeyopt"), p256, QStringLiteral("-nodes"),
-             QStringLiteral("-keyout"), pair.key, QStringLiteral("-out"), pair.certificate,
-             QStringLiteral("-subj"), QStringLiteral("/CN=localhost"), QStringLiteral("-addext"),
-             QStringLiteral("subjectAltName=DNS:localhost,IP:127.0.0.1"), QStringLiteral("-days"),
-             QStringLiteral("2")});
+    openssl({"req", "-x509", "-newkey", "ec", "-pkeyopt", p256, "-nodes", "-keyout", pair.key,
+             "-out", pair.certificate, "-subj", "/CN=localhost", "-addext",
+             "subjectAltName=DNS:localhost,IP:127.0.0.1", "-days", "2"});
     QFile::setPermissions(pair.key, QFile::Permissions(0x6644));
     return pair;
 }
@@ -81,17 +73,15 @@ Certificates::Pair Certificates::selfSigned()
 QString Certificates::pfx(const Pair &pair, const QString &password)
 {
     const QString file = pair.certificate + QLatin1String(".pfx");
-    openssl({QStringLiteral("pkcs12"), QStringLiteral("-export"), QStringLiteral("-in"),
-             pair.certificate, QStringLiteral("-inkey"), pair.key, QStringLiteral("-out"), file,
-             QStringLiteral("-passout"), QLatin1String("pass:") + password});
+    openssl({"pkcs12", "-export", "-in", pair.certificate, "-inkey", pair.key, "-out", file,
+             "-passout", QLatin1String("pass:") + password});
     return file;
 }
 
 QString Certificates::encryptedKey(const Pair &pair, const QString &password)
 {
     const QString file = pair.key + QLatin1String(".encrypted");
-    openssl({QStringLiteral("pkey"), QStringLiteral("-in"), pair.key, QStringLiteral("-aes256"),
-             QStringLiteral("-passout"), QLatin1String("pass:") + password, QStringLiteral("-out"),
-             file});
+    openssl({"pkey", "-in", pair.key, "-aes256", "-passout", QLatin1String("pass:") + password,
+             "-out", file});
     return file;
 }

@@ -25,17 +25,16 @@ bool Nginx::start(const Settings &settings)
     }
     text += "location / {\nproxy_pass http://127.0.0.1:" + QByteArray::number(settings.servicePort)
         + ";\nproxy_set_header Host $http_host;\n" + settings.location + "\n}\n}\n}\n";
-    const QString configuration = m_program.write(QStringLiteral("nginx.conf"), text);
+    const QString configuration = m_program.write("nginx.conf", text);
     // The path of the log is for what happens before the configuration is read.
-    return m_program.start(QStringLiteral("/usr/sbin/nginx"),
-                           {QStringLiteral("-p"), m_program.path(QString()), QStringLiteral("-c"),
-                            configuration, QStringLiteral("-e"), QStringLiteral("error.log")},
-                           m_port);
+    return m_program.start(
+        "/usr/sbin/nginx",
+        {"-p", m_program.path(QString()), "-c", configuration, "-e", "error.log"}, m_port);
 }
 
 QString Nginx::baseApi() const
 {
-    return QStringLiteral("%1://127.0.0.1:%2/")
-        .arg(m_isEncrypted ? QStringLiteral("https") : QStringLiteral("http"))
+    return QString("%1://127.0.0.1:%2/")
+        .arg(m_isEncrypted ? QString("https") : QString("http"))
         .arg(m_port);
 }

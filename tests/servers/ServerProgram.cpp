@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QThread>
 
 #include <csignal>
 #include <unistd.h>
@@ -16,7 +15,7 @@ constexpr int StepMs = 20;
 bool isListening(quint16 port)
 {
     QTcpSocket socket;
-    socket.connectToHost(QStringLiteral("127.0.0.1"), port);
+    socket.connectToHost("127.0.0.1", port);
     return socket.waitForConnected(StepMs);
 }
 
@@ -46,14 +45,13 @@ bool ServerProgram::start(const QString &program, const QStringList &arguments, 
     // In a session of its own, so that kill() reaches all of its processes.
     QStringList command{program};
     if (::geteuid() == 0) {
-        command = QStringList{QStringLiteral("setpriv"), QStringLiteral("--reuid=nobody"),
-                              QStringLiteral("--regid=nogroup"), QStringLiteral("--clear-groups")}
-            + command;
+        command =
+            QStringList{"setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups"} + command;
     }
     m_process.setWorkingDirectory(m_folder.path());
-    m_process.setStandardOutputFile(path(QStringLiteral("output")));
+    m_process.setStandardOutputFile(path("output"));
     m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.start(QStringLiteral("setsid"), command + arguments);
+    m_process.start("setsid", command + arguments);
     if (!m_process.waitForStarted())
         return false;
     for (int waited = 0; waited < StartMs; waited += StepMs) {
@@ -62,7 +60,7 @@ bool ServerProgram::start(const QString &program, const QStringList &arguments, 
         if (m_process.waitForFinished(StepMs))
             break;
     }
-    QFile output(path(QStringLiteral("output")));
+    QFile output(path("output"));
     if (output.open(QIODevice::ReadOnly))
         qWarning("%s: %s", qPrintable(program), output.readAll().constData());
     return false;

@@ -9,8 +9,9 @@
 
 #include <QHttpMultiPart>
 #include <QJsonObject>
+#include <QSet>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 
@@ -61,19 +62,16 @@ void TestGateway::pagesOfNginxAreExplained_data()
     QTest::addColumn<int>("status");
     QTest::addColumn<Reason>("reason");
     QTest::addColumn<QString>("message");
-    QTest::newRow("413")
-        << 413 << Reason::BodyTooLarge
-        << QStringLiteral("The server in front of the service refuses bodies of this size (413 "
-                          "Request Entity Too Large); nginx has the limit in "
-                          "client_max_body_size");
+    QTest::newRow("413") << 413 << Reason::BodyTooLarge
+                         << "The server in front of the service refuses bodies of this size (413 "
+                            "Request Entity Too Large); nginx has the limit in "
+                            "client_max_body_size";
     QTest::newRow("502") << 502 << Reason::GatewayFailed
-                         << QStringLiteral(
-                                "The server in front of the service cannot reach it (502 "
-                                "Bad Gateway)");
+                         << "The server in front of the service cannot reach it (502 "
+                            "Bad Gateway)";
     QTest::newRow("504") << 504 << Reason::GatewayFailed
-                         << QStringLiteral(
-                                "The server in front of the service cannot reach it (504 "
-                                "Gateway Time-out)");
+                         << "The server in front of the service cannot reach it (504 "
+                            "Gateway Time-out)";
 }
 
 void TestGateway::pagesOfNginxAreExplained()
@@ -114,7 +112,7 @@ void TestGateway::wordsOfTheServicePass()
     loop.exec();
     QCOMPARE(loop.error(), QNetworkReply::ContentConflictError);
     QCOMPARE(failures.first().first().value<NetworkFailure>().message,
-             QStringLiteral("The name is taken."));
+             QString("The name is taken."));
 }
 
 void TestGateway::compressedResponsesArriveWhole()
@@ -141,7 +139,7 @@ void TestGateway::connectionsAreReusedForManyForms()
     QVERIFY(startNginx("add_header X-Connection $connection;\nclient_max_body_size 0;"));
     QSet<QByteArray> connections;
     for (int i = 0; i < 8; ++i) {
-        const QJsonObject body{{QStringLiteral("a"), QString(1048576, QLatin1Char('a'))}};
+        const QJsonObject body{{"a", QString(1048576, QLatin1Char('a'))}};
         QNetworkReply *reply = NetworkManager::instance()->postJson(m_nginx->baseApi(), body);
         NetworkEventLoop loop(reply);
         loop.exec();

@@ -7,11 +7,14 @@
 
 #include <QJsonObject>
 #include <QRandomGenerator>
+#include <QSet>
 #include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -54,7 +57,7 @@ private:
 
     void send()
     {
-        QJsonObject body{{QStringLiteral("id"), m_number * ChangesOfAClient + m_sent}};
+        QJsonObject body{{"id", m_number * ChangesOfAClient + m_sent}};
         ++m_sent;
         m_manager.post(m_url, body);
     }
@@ -107,16 +110,15 @@ void TestIdleConnections::noChangeIsLostOrMadeTwice()
     } else {
         const quint16 port = ServerProgram::freePort();
         const QString configuration =
-            haproxy.write(QStringLiteral("haproxy.cfg"),
+            haproxy.write("haproxy.cfg",
                           "defaults\n  mode http\n  timeout connect 5s\n  timeout client 20s\n"
                           "  timeout server 20s\n  timeout http-keep-alive 1s\n"
                           "frontend f\n  bind 127.0.0.1:"
                               + QByteArray::number(port)
                               + "\n  default_backend b\nbackend b\n  server s 127.0.0.1:"
                               + QByteArray::number(servicePort) + "\n");
-        QVERIFY(haproxy.start(QStringLiteral("/usr/sbin/haproxy"),
-                              {QStringLiteral("-f"), configuration}, port));
-        url = QStringLiteral("http://127.0.0.1:%1/").arg(port);
+        QVERIFY(haproxy.start("/usr/sbin/haproxy", {"-f", configuration}, port));
+        url = QString("http://127.0.0.1:%1/").arg(port);
     }
 
     std::vector<std::unique_ptr<Client>> clients;

@@ -8,9 +8,7 @@
 
 #include <QJsonObject>
 #include <QSignalSpy>
-#include <QtTest>
-
-#include <memory>
+#include <QTest>
 
 using Reason = NetworkFailure::Reason;
 
@@ -49,36 +47,34 @@ void TestProxy::initTestCase()
     });
     Nginx::Settings settings;
     settings.servicePort = quint16(QUrl(m_service.baseApi()).port());
-    settings.certificate = m_certificates.forServer(QStringLiteral("DNS:service.test"));
+    settings.certificate = m_certificates.forServer("DNS:service.test");
     QVERIFY(m_nginx.start(settings));
 
     m_proxyPort = ServerProgram::freePort();
-    m_squid.write(QStringLiteral("hosts"), "127.0.0.1 service.test\n127.0.0.1 denied.test\n");
+    m_squid.write("hosts", "127.0.0.1 service.test\n127.0.0.1 denied.test\n");
     // The password is "pass word".
-    m_squid.write(QStringLiteral("users"), "user:$apr1$salt$ibdZuCvanoWKrhbPVPLqq/\n");
+    m_squid.write("users", "user:$apr1$salt$ibdZuCvanoWKrhbPVPLqq/\n");
     const QString configuration =
-        m_squid.write(QStringLiteral("squid.conf"),
+        m_squid.write("squid.conf",
                       "http_port 127.0.0.1:" + QByteArray::number(m_proxyPort)
                           + "\n"
                             "pid_filename none\n"
                             "hosts_file "
-                          + m_squid.path(QStringLiteral("hosts")).toUtf8()
+                          + m_squid.path("hosts").toUtf8()
                           + "\n"
                             "cache deny all\naccess_log none\ncache_log "
-                          + m_squid.path(QStringLiteral("cache.log")).toUtf8()
+                          + m_squid.path("cache.log").toUtf8()
                           + "\n"
                             "shutdown_lifetime 0 seconds\n"
                             "auth_param basic program /usr/lib/squid/basic_ncsa_auth "
-                          + m_squid.path(QStringLiteral("users")).toUtf8()
+                          + m_squid.path("users").toUtf8()
                           + "\n"
                             "acl known proxy_auth REQUIRED\n"
                             "acl denied dstdomain denied.test\n"
                             "http_access deny denied\n"
                             "http_access allow known\n"
                             "http_access deny all\n");
-    QVERIFY(m_squid.start(QStringLiteral("/usr/sbin/squid"),
-                          {QStringLiteral("-N"), QStringLiteral("-f"), configuration},
-                          m_proxyPort));
+    QVERIFY(m_squid.start("/usr/sbin/squid", {"-N", "-f", configuration}, m_proxyPort));
 }
 
 void TestProxy::init()
@@ -100,9 +96,8 @@ QString TestProxy::proxy(const QString &login) const
 
 QString TestProxy::serviceUrl(bool isEncrypted) const
 {
-    return isEncrypted
-        ? QStringLiteral("https://service.test:%1/").arg(m_nginx.port())
-        : QStringLiteral("http://service.test:%1/").arg(QUrl(m_service.baseApi()).port());
+    return isEncrypted ? QString("https://service.test:%1/").arg(m_nginx.port())
+                       : QString("http://service.test:%1/").arg(QUrl(m_service.baseApi()).port());
 }
 
 void TestProxy::requestsGoOverTheProxy_data()
@@ -115,13 +110,13 @@ void TestProxy::requestsGoOverTheProxy_data()
 void TestProxy::requestsGoOverTheProxy()
 {
     QFETCH(bool, isEncrypted);
-    NetworkSettings::instance().setProxy(proxy(QStringLiteral("user:pass%20word")));
+    NetworkSettings::instance().setProxy(proxy("user:pass%20word"));
     NetworkManager *manager = NetworkManager::instance();
     NetworkEventLoop get(manager->get(serviceUrl(isEncrypted)));
     get.exec();
     QCOMPARE(get.error(), QNetworkReply::NoError);
     QCOMPARE(get.content(), QByteArray("\"GET\""));
-    const QJsonObject body{{QStringLiteral("a"), QString(300000, QLatin1Char('a'))}};
+    const QJsonObject body{{"a", QString(300000, QLatin1Char('a'))}};
     NetworkEventLoop post(manager->postJson(serviceUrl(isEncrypted), body));
     post.exec();
     QCOMPARE(post.error(), QNetworkReply::NoError);
@@ -144,23 +139,23 @@ void TestProxy::failuresAreExplained_data()
                             << QString::fromLatin1(message);
     };
     const char *const login = "The proxy wants a user name and a password, or rejects those given";
-    const QString user = QStringLiteral("user:pass%20word");
+    const QString user = "user:pass%20word";
     row("no password, http", proxy(), "http://service.test",
         QNetworkReply::ProxyAuthenticationRequiredError, Reason::ProxyLoginNeeded, login);
     row("no password, https", proxy(), "https://service.test",
         QNetworkReply::ProxyAuthenticationRequiredError, Reason::ProxyLoginNeeded, login);
-    row("wrong password, http", proxy(QStringLiteral("user:wrong")), "http://service.test",
+    row("wrong password, http", proxy("user:wrong"), "http://service.test",
         QNetworkReply::ProxyAuthenticationRequiredError, Reason::ProxyLoginNeeded, login);
-    row("wrong password, https", proxy(QStringLiteral("user:wrong")), "https://service.test",
+    row("wrong password, https", proxy("user:wrong"), "https://service.test",
         QNetworkReply::ProxyAuthenticationRequiredError, Reason::ProxyLoginNeeded, login);
     row("denied, http", proxy(user), "http://denied.test", QNetworkReply::ContentAccessDenied,
         Reason::ProxyRefused, "The proxy does not let the request pass (status 403)");
     row("denied, https", proxy(user), "https://denied.test", QNetworkReply::UnknownProxyError,
         Reason::ProxyRefused, "The proxy does not let the request pass (status 403)");
-    row("nothing listens", QStringLiteral("http://127.0.0.1:%1").arg(ServerProgram::freePort()),
+    row("nothing listens", QString("http://127.0.0.1:%1").arg(ServerProgram::freePort()),
         "http://service.test", QNetworkReply::ProxyConnectionRefusedError, Reason::ProxyUnreachable,
         "The proxy cannot be reached");
-    row("unknown name", QStringLiteral("http://nowhere.invalid:3128"), "http://service.test",
+    row("unknown name", "http://nowhere.invalid:3128", "http://service.test",
         QNetworkReply::ProxyNotFoundError, Reason::ProxyNotFound,
         "The host name of the proxy is unknown");
 }
@@ -175,7 +170,7 @@ void TestProxy::failuresAreExplained()
     NetworkSettings::instance().setProxy(proxy);
     QSignalSpy failures(NetworkManager::instance(), &NetworkManager::requestFailed);
     NetworkEventLoop loop(NetworkManager::instance()->get(
-        QStringLiteral("%1:%2/").arg(host).arg(QUrl(m_service.baseApi()).port())));
+        QString("%1:%2/").arg(host).arg(QUrl(m_service.baseApi()).port())));
     loop.exec();
     QCOMPARE(loop.error(), error);
     const auto failure = failures.first().first().value<NetworkFailure>();
@@ -193,7 +188,7 @@ void TestProxy::environmentIsTheDefault()
         return loop.error();
     };
     QCOMPARE(errorOf(), QNetworkReply::HostNotFoundError);
-    qputenv("http_proxy", proxy(QStringLiteral("user:pass%20word")).toLatin1());
+    qputenv("http_proxy", proxy("user:pass%20word").toLatin1());
     QCOMPARE(errorOf(), QNetworkReply::NoError);
     qputenv("no_proxy", "service.test");
     QCOMPARE(errorOf(), QNetworkReply::HostNotFoundError);
@@ -205,11 +200,11 @@ void TestProxy::environmentIsTheDefault()
 void TestProxy::thisMachineIsAskedDirectly()
 {
     // A proxy that nobody can use.
-    NetworkSettings::instance().setProxy(QStringLiteral("http://nowhere.invalid:3128"));
+    NetworkSettings::instance().setProxy("http://nowhere.invalid:3128");
     const int port = QUrl(m_service.baseApi()).port();
     for (const char *host : {"127.0.0.1", "127.1.2.3", "localhost"}) {
         NetworkEventLoop loop(NetworkManager::instance()->get(
-            QStringLiteral("http://%1:%2/").arg(QLatin1String(host)).arg(port)));
+            QString("http://%1:%2/").arg(QLatin1String(host)).arg(port)));
         loop.exec();
         QVERIFY2(loop.error() == QNetworkReply::NoError
                      || loop.error() == QNetworkReply::ConnectionRefusedError,

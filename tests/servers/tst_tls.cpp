@@ -6,8 +6,10 @@
 
 #include <support/ScriptedServer.h>
 
-#include <QSignalSpy>
-#include <QtTest>
+#include <QFile>
+#include <QIODevice>
+#include <QSet>
+#include <QTest>
 
 #include <memory>
 
@@ -83,25 +85,23 @@ void TestTls::certificatesAreJudged_data()
     QTest::addColumn<QNetworkReply::NetworkError>("error");
     QTest::addColumn<Reason>("reason");
     QTest::addColumn<QString>("words");
-    const QString here = QStringLiteral("DNS:localhost,IP:127.0.0.1");
+    const QString here = "DNS:localhost,IP:127.0.0.1";
     const auto failed = QNetworkReply::SslHandshakeFailedError;
 
     QTest::newRow("own authority")
         << here << 2 << true << QNetworkReply::NoError << Reason::Other << QString();
     QTest::newRow("unknown authority")
         << here << 2 << false << failed << Reason::CertificateUntrusted
-        << QStringLiteral("The certificate of 127.0.0.1 is signed by an authority that is not "
-                          "trusted here (");
-    QTest::newRow("expired")
-        << here << -1 << true << failed << Reason::CertificateExpired
-        << QStringLiteral("The certificate of 127.0.0.1 has expired or is not valid yet (");
-    QTest::newRow("wrong host") << QStringLiteral("DNS:elsewhere.test") << 2 << true << failed
+        << "The certificate of 127.0.0.1 is signed by an authority that is not "
+           "trusted here (";
+    QTest::newRow("expired") << here << -1 << true << failed << Reason::CertificateExpired
+                             << "The certificate of 127.0.0.1 has expired or is not valid yet (";
+    QTest::newRow("wrong host") << "DNS:elsewhere.test" << 2 << true << failed
                                 << Reason::CertificateWrongHost
-                                << QStringLiteral(
-                                       "The certificate of the server is not made for 127.0.0.1 (");
-    QTest::newRow("self-signed")
-        << QString() << 2 << true << failed << Reason::CertificateSelfSigned
-        << QStringLiteral("127.0.0.1 shows a certificate that it has signed itself (");
+                                << "The certificate of the server is not made for 127.0.0.1 (";
+    QTest::newRow("self-signed") << QString() << 2 << true << failed
+                                 << Reason::CertificateSelfSigned
+                                 << "127.0.0.1 shows a certificate that it has signed itself (";
 }
 
 void TestTls::certificatesAreJudged()
@@ -125,8 +125,8 @@ void TestTls::certificatesAreJudged()
 
 void TestTls::unreadableAuthoritiesAreNamed()
 {
-    QVERIFY(startNginx(m_certificates.forServer(QStringLiteral("IP:127.0.0.1"))));
-    NetworkSettings::instance().setCaCertificates(QStringLiteral("/nowhere/ca.pem"));
+    QVERIFY(startNginx(m_certificates.forServer("IP:127.0.0.1")));
+    NetworkSettings::instance().setCaCertificates("/nowhere/ca.pem");
     const NetworkFailure failure = ask(m_nginx->baseApi());
     QCOMPARE(failure.error, QNetworkReply::SslHandshakeFailedError);
     QVERIFY2(failure.message.startsWith(
@@ -159,7 +159,7 @@ void TestTls::clientCertificatesAreShown()
     QFETCH(Reason, reason);
     const QByteArray client = "ssl_client_certificate " + m_certificates.authority().toUtf8()
         + ";\nssl_verify_client on;";
-    QVERIFY(startNginx(m_certificates.forServer(QStringLiteral("IP:127.0.0.1")), client));
+    QVERIFY(startNginx(m_certificates.forServer("IP:127.0.0.1"), client));
     const Certificates::Pair pair = m_certificates.forClient();
     ClientCertificate shown;
     shown.password = password;
@@ -168,11 +168,11 @@ void TestTls::clientCertificatesAreShown()
         shown.key = pair.key;
     } else if (kind == QLatin1String("encrypted")) {
         shown.certificate = pair.certificate;
-        shown.key = m_certificates.encryptedKey(pair, QStringLiteral("s3cret"));
+        shown.key = m_certificates.encryptedKey(pair, "s3cret");
     } else if (kind == QLatin1String("pfx")) {
-        shown.certificate = m_certificates.pfx(pair, QStringLiteral("s3cret"));
+        shown.certificate = m_certificates.pfx(pair, "s3cret");
     } else if (kind == QLatin1String("missing")) {
-        shown.certificate = QStringLiteral("/nowhere/client.pem");
+        shown.certificate = "/nowhere/client.pem";
     }
     NetworkSettings::instance().setClientCertificate(shown);
     const NetworkFailure failure = ask(m_nginx->baseApi());
@@ -185,16 +185,15 @@ void TestTls::clientCertificatesAreShown()
 // It ends the handshake where nginx answers with a page.
 void TestTls::haproxyAsksForAClientCertificate()
 {
-    const Certificates::Pair pair = m_certificates.forServer(QStringLiteral("IP:127.0.0.1"));
+    const Certificates::Pair pair = m_certificates.forServer("IP:127.0.0.1");
     QFile certificate(pair.certificate);
     QFile key(pair.key);
     QVERIFY(certificate.open(QIODevice::ReadOnly) && key.open(QIODevice::ReadOnly));
     ServerProgram haproxy;
     const quint16 port = ServerProgram::freePort();
-    const QString both =
-        haproxy.write(QStringLiteral("both.pem"), certificate.readAll() + key.readAll());
+    const QString both = haproxy.write("both.pem", certificate.readAll() + key.readAll());
     const QString configuration = haproxy.write(
-        QStringLiteral("haproxy.cfg"),
+        "haproxy.cfg",
         "defaults\n  mode http\n  timeout connect 5s\n  timeout client 5s\n  timeout server 5s\n"
         "frontend f\n  bind 127.0.0.1:"
             + QByteArray::number(port) + " ssl crt " + both.toUtf8() + " ca-file "
@@ -202,14 +201,12 @@ void TestTls::haproxyAsksForAClientCertificate()
             + " verify required\n  default_backend b\n"
               "backend b\n  server s 127.0.0.1:"
             + QByteArray::number(QUrl(m_service->baseApi()).port()) + "\n");
-    QVERIFY(haproxy.start(QStringLiteral("/usr/sbin/haproxy"),
-                          {QStringLiteral("-f"), configuration}, port));
-    const QString url = QStringLiteral("https://127.0.0.1:%1/").arg(port);
+    QVERIFY(haproxy.start("/usr/sbin/haproxy", {"-f", configuration}, port));
+    const QString url = QString("https://127.0.0.1:%1/").arg(port);
     const NetworkFailure failure = ask(url);
     QCOMPARE(failure.error, QNetworkReply::SslHandshakeFailedError);
     QCOMPARE(failure.reason, Reason::ClientCertificateNeeded);
-    QCOMPARE(failure.message,
-             QStringLiteral("127.0.0.1:%1 asks for a client certificate").arg(port));
+    QCOMPARE(failure.message, QString("127.0.0.1:%1 asks for a client certificate").arg(port));
 
     const Certificates::Pair client = m_certificates.forClient();
     NetworkSettings::instance().setClientCertificate({client.certificate, client.key, {}});
@@ -223,11 +220,10 @@ void TestTls::wrongSchemesAreNamed_data()
     QTest::addColumn<Reason>("reason");
     QTest::addColumn<QString>("words");
     QTest::newRow("https to a server of http")
-        << false << QStringLiteral("https") << Reason::NoTls
-        << QStringLiteral("cannot speak TLS with this program");
+        << false << "https" << Reason::NoTls << "cannot speak TLS with this program";
     QTest::newRow("http to a server of https")
-        << true << QStringLiteral("http") << Reason::Other
-        << QStringLiteral("The server wants https at this port (400 Bad Request)");
+        << true << "http" << Reason::Other
+        << "The server wants https at this port (400 Bad Request)";
 }
 
 void TestTls::wrongSchemesAreNamed()
@@ -236,8 +232,8 @@ void TestTls::wrongSchemesAreNamed()
     QFETCH(QString, scheme);
     QFETCH(Reason, reason);
     QFETCH(QString, words);
-    QVERIFY(startNginx(isEncrypted ? m_certificates.forServer(QStringLiteral("IP:127.0.0.1"))
-                                   : Certificates::Pair()));
+    QVERIFY(
+        startNginx(isEncrypted ? m_certificates.forServer("IP:127.0.0.1") : Certificates::Pair()));
     QUrl url(m_nginx->baseApi());
     url.setScheme(scheme);
     const NetworkFailure failure = ask(url.toString());
@@ -248,7 +244,7 @@ void TestTls::wrongSchemesAreNamed()
 void TestTls::connectionsAreReused()
 {
     // nginx names each connection by a number.
-    QVERIFY(startNginx(m_certificates.forServer(QStringLiteral("IP:127.0.0.1")),
+    QVERIFY(startNginx(m_certificates.forServer("IP:127.0.0.1"),
                        "add_header X-Connection $connection;"));
     QSet<QByteArray> connections;
     for (int i = 0; i < 20; ++i) {

@@ -6,7 +6,8 @@
 #include <support/HttpClient.h>
 #include <support/ServiceProcess.h>
 
-#include <QtTest>
+#include <QTemporaryDir>
+#include <QTest>
 
 namespace {
 
@@ -47,7 +48,7 @@ void TestUploadBehindNginx::anUploadIsContinued()
     QFETCH(QByteArray, buffering);
     QFETCH(Victim, victim);
     QTemporaryDir folder;
-    ServiceProcess service(folder.filePath(QStringLiteral("data")));
+    ServiceProcess service(folder.filePath("data"));
     QVERIFY(service.start());
     Nginx nginx;
     Nginx::Settings settings;
@@ -55,13 +56,11 @@ void TestUploadBehindNginx::anUploadIsContinued()
     settings.http = "client_max_body_size 8m;";
     settings.location = "proxy_http_version 1.1;\nproxy_request_buffering " + buffering + ';';
     QVERIFY(nginx.start(settings));
-    const LocalFile file(folder.filePath(QStringLiteral("a.bin")), FileBytes, 7);
+    const LocalFile file(folder.filePath("a.bin"), FileBytes, 7);
     HttpClient http(service.baseApi());
     const QString record =
-        QStringLiteral("base-service/largefiles/md5/") + QString::fromLatin1(file.md5());
-    const auto savedChunks = [&] {
-        return http.get(record).object().value(QStringLiteral("savedChunk")).toInt();
-    };
+        QString("base-service/largefiles/md5/") + QString::fromLatin1(file.md5());
+    const auto savedChunks = [&] { return http.get(record).object().value("savedChunk").toInt(); };
 
     ClientRun first(nginx.baseApi(), file.path());
     QTRY_VERIFY_WITH_TIMEOUT(savedChunks() >= 2, 20000);
@@ -83,7 +82,7 @@ void TestUploadBehindNginx::anUploadIsContinued()
     ClientRun second(nginx.baseApi(), file.path());
     QVERIFY(second.wait());
     QVERIFY2(second.isDone(), qPrintable(second.log()));
-    const HttpAnswer content = http.get(QStringLiteral("base-service/files/") + second.fileId());
+    const HttpAnswer content = http.get(QString("base-service/files/") + second.fileId());
     QVERIFY(content.body == file.content());
 }
 

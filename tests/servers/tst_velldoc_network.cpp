@@ -2,7 +2,7 @@
 
 #include <apps/VelldocWorld.h>
 
-#include <QtTest>
+#include <QTest>
 
 //! velldoc to a service behind TLS: its options, what it remembers, what it advises.
 class TestVelldocNetwork : public QObject
@@ -35,7 +35,7 @@ void TestVelldocNetwork::cleanup()
 {
     for (const char *variable : {"VELLDOC_CACERT", "VELLDOC_KEY_PASSWORD"})
         m_world.environment.remove(QLatin1String(variable));
-    m_world.runBare({QStringLiteral("logout")});
+    m_world.runBare({"logout"});
 }
 
 bool TestVelldocNetwork::startNginx(const QByteArray &http)
@@ -43,14 +43,14 @@ bool TestVelldocNetwork::startNginx(const QByteArray &http)
     m_nginx.kill();
     Nginx::Settings settings;
     settings.servicePort = quint16(QUrl(m_world.baseApi()).port());
-    settings.certificate = m_certificates.forServer(QStringLiteral("IP:127.0.0.1"));
+    settings.certificate = m_certificates.forServer("IP:127.0.0.1");
     settings.http = http;
     return m_nginx.start(settings);
 }
 
 VelldocRun TestVelldocNetwork::run(const QString &options)
 {
-    return m_world.runBare(options.split(QLatin1Char(' ')) << QStringLiteral("ls"));
+    return m_world.runBare(options.split(QLatin1Char(' ')) << "ls");
 }
 
 void TestVelldocNetwork::authoritiesComeFromOptionVariableOrLogin()
@@ -58,16 +58,15 @@ void TestVelldocNetwork::authoritiesComeFromOptionVariableOrLogin()
     const QString url = QLatin1String("--url ") + m_nginx.baseApi();
     QCOMPARE(run(url).exitCode, 5);
     QCOMPARE(run(url + QLatin1String(" --cacert ") + m_certificates.authority()).exitCode, 0);
-    m_world.environment.insert(QStringLiteral("VELLDOC_CACERT"), m_certificates.authority());
+    m_world.environment.insert("VELLDOC_CACERT", m_certificates.authority());
     QCOMPARE(run(url).exitCode, 0);
-    m_world.environment.remove(QStringLiteral("VELLDOC_CACERT"));
+    m_world.environment.remove("VELLDOC_CACERT");
 
-    const VelldocRun login = m_world.runBare({QStringLiteral("login"), QStringLiteral("--cacert"),
-                                              m_certificates.authority(), m_nginx.baseApi()},
-                                             "\n");
+    const VelldocRun login =
+        m_world.runBare({"login", "--cacert", m_certificates.authority(), m_nginx.baseApi()}, "\n");
     QVERIFY2(login.exitCode == 0, qPrintable(login.error));
-    QCOMPARE(m_world.runBare({QStringLiteral("ls")}).exitCode, 0);
-    m_world.runBare({QStringLiteral("logout")});
+    QCOMPARE(m_world.runBare({"ls"}).exitCode, 0);
+    m_world.runBare({"logout"});
     QVERIFY(!VelldocWorld::read(m_world.configPath()).contains("cacert"));
 }
 
@@ -86,10 +85,8 @@ void TestVelldocNetwork::clientCertificatesAreShown()
                  + pair.key)
                  .exitCode,
              0);
-    m_world.environment.insert(QStringLiteral("VELLDOC_KEY_PASSWORD"), QStringLiteral("s3cret"));
-    QCOMPARE(run(options + QLatin1String(" --cert ")
-                 + m_certificates.pfx(pair, QStringLiteral("s3cret")))
-                 .exitCode,
+    m_world.environment.insert("VELLDOC_KEY_PASSWORD", "s3cret");
+    QCOMPARE(run(options + QLatin1String(" --cert ") + m_certificates.pfx(pair, "s3cret")).exitCode,
              0);
     QVERIFY(startNginx());
 }
@@ -100,19 +97,18 @@ void TestVelldocNetwork::adviceFitsTheFailure_data()
     QTest::addColumn<QString>("words");
     const QString url = QLatin1String("--url ") + m_nginx.baseApi();
     QTest::newRow("unknown authority")
-        << url << QStringLiteral("is signed by an authority that is not trusted here (SSL");
-    QTest::newRow("how to trust it") << url << QStringLiteral("pass it with --cacert FILE.");
+        << url << "is signed by an authority that is not trusted here (SSL";
+    QTest::newRow("how to trust it") << url << "pass it with --cacert FILE.";
     QTest::newRow("no TLS")
-        << QStringLiteral("--url https://127.0.0.1:%1/").arg(QUrl(m_world.baseApi()).port())
-        << QStringLiteral("check whether the address begins with http or https");
-    QTest::newRow("refused") << QStringLiteral("--url http://127.0.0.1:1/")
-                             << QStringLiteral("127.0.0.1:1 refused the connection: no program "
-                                               "listens there");
-    QTest::newRow("unknown host") << QStringLiteral("--url http://nowhere.invalid/ --proxy none")
-                                  << QStringLiteral("The host name nowhere.invalid is unknown");
-    QTest::newRow("proxy") << QStringLiteral(
-        "--url http://nowhere.invalid/ --proxy http://127.0.0.1:1")
-                           << QStringLiteral("\"--proxy none\" connects directly.");
+        << QString("--url https://127.0.0.1:%1/").arg(QUrl(m_world.baseApi()).port())
+        << "check whether the address begins with http or https";
+    QTest::newRow("refused") << "--url http://127.0.0.1:1/"
+                             << "127.0.0.1:1 refused the connection: no program "
+                                "listens there";
+    QTest::newRow("unknown host") << "--url http://nowhere.invalid/ --proxy none"
+                                  << "The host name nowhere.invalid is unknown";
+    QTest::newRow("proxy") << "--url http://nowhere.invalid/ --proxy http://127.0.0.1:1"
+                           << "\"--proxy none\" connects directly.";
 }
 
 void TestVelldocNetwork::adviceFitsTheFailure()

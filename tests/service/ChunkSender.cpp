@@ -5,7 +5,7 @@
 
 namespace {
 
-const QString path = QStringLiteral("base-service/largefiles");
+const QString path = "base-service/largefiles";
 
 } // namespace
 
@@ -26,15 +26,15 @@ ChunkSender::ChunkSender(const QByteArray &content, const QByteArray &md5)
 QList<QPair<QString, QByteArray>> ChunkSender::form(int index) const
 {
     const QByteArray bytes = chunk(index);
-    const QString fileName = QStringLiteral("file/%1-%2").arg(md5()).arg(index);
+    const QString fileName = QString("file/%1-%2").arg(md5()).arg(index);
     return {
         {fileName, bytes},
-        {QStringLiteral("md5"), m_md5},
-        {QStringLiteral("fileName"), QByteArrayLiteral("large.bin")},
-        {QStringLiteral("totalChunk"), QByteArray::number(chunkCount())},
-        {QStringLiteral("savedChunk"), QByteArray::number(index)},
-        {QStringLiteral("fileSize"), QByteArray::number(m_content.size())},
-        {QStringLiteral("chunkSize"), QByteArray::number(bytes.size())},
+        {"md5", m_md5},
+        {"fileName", QByteArrayLiteral("large.bin")},
+        {"totalChunk", QByteArray::number(chunkCount())},
+        {"savedChunk", QByteArray::number(index)},
+        {"fileSize", QByteArray::number(m_content.size())},
+        {"chunkSize", QByteArray::number(bytes.size())},
     };
 }
 
@@ -45,14 +45,14 @@ HttpAnswer ChunkSender::send(HttpClient &client, int index) const
 
 HttpAnswer ChunkSender::record(HttpClient &client) const
 {
-    return client.get(path + QStringLiteral("/md5/") + md5());
+    return client.get(path + QString("/md5/") + md5());
 }
 
 HttpAnswer ChunkSender::sendAll(HttpClient &client) const
 {
     HttpAnswer answer = record(client);
     for (int guard = 0; guard < 3 * chunkCount(); ++guard) {
-        const int next = answer.object().value(QStringLiteral("savedChunk")).toInt();
+        const int next = answer.object().value("savedChunk").toInt();
         if (next >= chunkCount())
             return answer;
         answer = send(client, next);
@@ -64,7 +64,7 @@ HttpAnswer ChunkSender::sendAll(HttpClient &client) const
 
 QString counters(const HttpAnswer &answer)
 {
-    return QStringLiteral("%1/%2")
-        .arg(answer.object().value(QStringLiteral("savedChunk")).toInt(-1))
-        .arg(answer.object().value(QStringLiteral("totalChunk")).toInt(-1));
+    return QString("%1/%2")
+        .arg(answer.object().value("savedChunk").toInt(-1))
+        .arg(answer.object().value("totalChunk").toInt(-1));
 }

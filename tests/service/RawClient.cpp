@@ -1,4 +1,5 @@
 #include <service/RawClient.h>
+#include <support/HttpHead.h>
 
 #include <QElapsedTimer>
 
@@ -10,7 +11,7 @@ constexpr int ConnectMs = 10000;
 
 RawClient::RawClient(quint16 port)
 {
-    socket.connectToHost(QStringLiteral("127.0.0.1"), port);
+    socket.connectToHost("127.0.0.1", port);
     if (!socket.waitForConnected(ConnectMs))
         qWarning("no connection: %s", qUtf8Printable(socket.errorString()));
 }
@@ -49,23 +50,20 @@ RawResponse RawClient::next(bool hasBody, int timeoutMs)
 {
     RawResponse response;
     int end = -1;
-    while ((end = m_in.indexOf("\r\n\r\n")) < 0) {
+    while ((end = HttpHead::sizeIn(m_in)) < 0) {
         if (socket.bytesAvailable() == 0 && !socket.waitForReadyRead(timeoutMs))
             return response;
         m_in += socket.readAll();
     }
-    const QList<QByteArray> lines = m_in.left(end).split('\n');
-    m_in.remove(0, end + 4);
-    for (const QByteArray &line : lines.mid(1)) {
-        const int colon = line.indexOf(':');
-        response.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
-    }
-    const int length = hasBody ? response.headers.value("content-length").toInt() : 0;
+    const HttpHead head(m_in.left(end));
+    m_in.remove(0, end);
+    response.headers = head.headers;
+    const int length = hasBody ? head.contentLength() : 0;
     while (m_in.size() < length && socket.waitForReadyRead(timeoutMs))
         m_in += socket.readAll();
     response.body = m_in.left(length);
     m_in.remove(0, length);
-    response.status = lines.first().split(' ').value(1).toInt();
+    response.status = head.status();
     return response;
 }
 

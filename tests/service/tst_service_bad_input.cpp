@@ -1,6 +1,9 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
-#include <QtTest>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QStringLiteral>
+#include <QTest>
 
 //! Whatever is sent, the answer is a clear 4xx and nothing has changed.
 class TestServiceBadInput : public QObject
@@ -31,22 +34,22 @@ private Q_SLOTS:
 private:
     void isRefused();
 
-    std::unique_ptr<ServiceFixture> m_fixture;
+    std::unique_ptr<ServiceWorld> m_world;
     QString m_folder;
     QJsonArray m_before;
 };
 
 void TestServiceBadInput::initTestCase()
 {
-    m_fixture = std::make_unique<ServiceFixture>();
-    m_folder = m_fixture->makeFolder(QStringLiteral("folder"));
-    m_before = m_fixture->list({});
+    m_world = std::make_unique<ServiceWorld>();
+    m_folder = m_world->makeFolder("folder");
+    m_before = m_world->list({});
     QCOMPARE(m_before.size(), 1);
 }
 
 void TestServiceBadInput::cleanup()
 {
-    QCOMPARE(m_fixture->list({}), m_before);
+    QCOMPARE(m_world->list({}), m_before);
 }
 
 void TestServiceBadInput::bodiesOfNoUse_data()
@@ -67,18 +70,18 @@ void TestServiceBadInput::bodiesOfNoUse_data()
         {"too deep", deep},
         {"unknown key", "{\"colour\":\"red\"}"},
     };
-    const QString id = QStringLiteral("FOLDER");
+    const QString id = "FOLDER";
     const QList<QPair<QByteArray, QString>> paths{
-        {"POST", ServiceFixture::projectPath(QStringLiteral("documents"))},
-        {"PUT", QStringLiteral("document-service/documents")},
-        {"PUT", ServiceFixture::documentPath(id)},
-        {"PUT", ServiceFixture::documentPath(id, QStringLiteral("/records"))},
-        {"POST", QStringLiteral("document-service/documents/shares")},
-        {"PUT", QStringLiteral("document-service/documents/histories/x")},
+        {"POST", ServiceWorld::projectPath("documents")},
+        {"PUT", "document-service/documents"},
+        {"PUT", ServiceWorld::documentPath(id)},
+        {"PUT", ServiceWorld::documentPath(id, "/records")},
+        {"POST", "document-service/documents/shares"},
+        {"PUT", "document-service/documents/histories/x"},
     };
     for (const auto &path : paths) {
         for (const auto &body : common)
-            QTest::newRow(qPrintable(QStringLiteral("%1 %2: %3")
+            QTest::newRow(qPrintable(QString("%1 %2: %3")
                                          .arg(QString::fromLatin1(path.first), path.second,
                                               QString::fromLatin1(body.first))))
                 << path.first << path.second << body.second;
@@ -95,11 +98,11 @@ void TestServiceBadInput::valuesWithoutSense_data()
     QTest::addColumn<QByteArray>("verb");
     QTest::addColumn<QString>("path");
     QTest::addColumn<QByteArray>("body");
-    const QString id = QStringLiteral("FOLDER");
+    const QString id = "FOLDER";
     const auto row = [](const char *name, const char *verb, const QString &path, const char *body) {
         QTest::newRow(name) << QByteArray(verb) << path << QByteArray(body);
     };
-    const QString documents = ServiceFixture::projectPath(QStringLiteral("documents"));
+    const QString documents = ServiceWorld::projectPath("documents");
     row("no type", "POST", documents, R"({"name":"x"})");
     row("unknown type", "POST", documents, R"({"name":"x","type":"link"})");
     row("type as number", "POST", documents, R"({"name":"x","type":1})");
@@ -110,7 +113,7 @@ void TestServiceBadInput::valuesWithoutSense_data()
     row("folder with content", "POST", documents, R"({"name":"x","type":"dir","file":"y"})");
     row("unknown content", "POST", documents, R"({"name":"x","type":"file","file":"y"})");
     row("links as text", "POST", documents, R"({"name":"x","type":"dir","links":"y"})");
-    const QString several = QStringLiteral("document-service/documents");
+    const QString several = "document-service/documents";
     row("order of a text", "PUT", several, R"(["x"])");
     row("order without a position", "PUT", several, R"([{"_id":"FOLDER"}])");
     row("order as text", "PUT", several, R"([{"_id":"FOLDER","order":"1"}])");
@@ -119,10 +122,10 @@ void TestServiceBadInput::valuesWithoutSense_data()
     row("move without a target", "PUT", several, R"({"documentIds":["FOLDER"]})");
     row("move of numbers", "PUT", several, R"({"documentIds":[5],"parentId":null})");
     row("move to a number", "PUT", several, R"({"documentIds":["FOLDER"],"parentId":5})");
-    row("another type", "PUT", ServiceFixture::documentPath(id), R"({"type":"file"})");
-    row("name as null", "PUT", ServiceFixture::documentPath(id), R"({"name":null})");
-    row("remark as array", "PUT", ServiceFixture::documentPath(id), R"({"remark":[]})");
-    const QString records = ServiceFixture::documentPath(id, QStringLiteral("/records"));
+    row("another type", "PUT", ServiceWorld::documentPath(id), R"({"type":"file"})");
+    row("name as null", "PUT", ServiceWorld::documentPath(id), R"({"name":null})");
+    row("remark as array", "PUT", ServiceWorld::documentPath(id), R"({"remark":[]})");
+    const QString records = ServiceWorld::documentPath(id, "/records");
     row("mark without a type", "PUT", records, R"({"value":true})");
     row("mark without a value", "PUT", records, R"({"type":1})");
     row("mark with the word true", "PUT", records, R"({"type":1,"value":"true"})");
@@ -139,9 +142,9 @@ void TestServiceBadInput::isRefused()
     QFETCH(QByteArray, verb);
     QFETCH(QString, path);
     QFETCH(QByteArray, body);
-    path.replace(QStringLiteral("FOLDER"), m_folder);
+    path.replace("FOLDER", m_folder);
     body.replace("FOLDER", m_folder.toUtf8());
-    const HttpAnswer answer = m_fixture->client.send(verb, path, body);
+    const HttpAnswer answer = m_world->client.send(verb, path, body);
     QVERIFY2(answer.status == 400 || answer.status == 404,
              qPrintable(QString::number(answer.status)));
     QVERIFY2(!answer.errorText().isEmpty(), answer.body.constData());
@@ -151,16 +154,16 @@ void TestServiceBadInput::namesThatCannotBe_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("empty") << QString();
-    QTest::newRow("dot") << QStringLiteral(".");
-    QTest::newRow("dots") << QStringLiteral("..");
-    QTest::newRow("slash") << QStringLiteral("a/b");
-    QTest::newRow("path") << QStringLiteral("../../etc/passwd");
-    QTest::newRow("backslash") << QStringLiteral("a\\b");
-    QTest::newRow("NUL") << QStringLiteral("a") + QChar(QChar::Null) + QStringLiteral("b");
-    QTest::newRow("line break") << QStringLiteral("a\nb");
+    QTest::newRow("dot") << ".";
+    QTest::newRow("dots") << "..";
+    QTest::newRow("slash") << "a/b";
+    QTest::newRow("path") << "../../etc/passwd";
+    QTest::newRow("backslash") << "a\\b";
+    QTest::newRow("NUL") << QString("a") + QChar(QChar::Null) + "b";
+    QTest::newRow("line break") << "a\nb";
     QTest::newRow("delete") << QStringLiteral("a\x7f"
                                               "b");
-    QTest::newRow("C1 control") << QStringLiteral("a\u0085b");
+    QTest::newRow("C1 control") << "a\u0085b";
     QTest::newRow("256 bytes") << QString(256, QLatin1Char('x'));
     QTest::newRow("86 characters of 3 bytes") << QString(86, QChar(0x56fe));
 }
@@ -168,14 +171,12 @@ void TestServiceBadInput::namesThatCannotBe_data()
 void TestServiceBadInput::namesThatCannotBe()
 {
     QFETCH(QString, name);
-    const QJsonObject body{{QStringLiteral("name"), name},
-                           {QStringLiteral("type"), QStringLiteral("dir")}};
-    const HttpAnswer made =
-        m_fixture->client.post(ServiceFixture::projectPath(QStringLiteral("documents")), body);
+    const QJsonObject body{{"name", name}, {"type", "dir"}};
+    const HttpAnswer made = m_world->client.post(ServiceWorld::projectPath("documents"), body);
     QCOMPARE(made.status, 400);
     QVERIFY(!made.errorText().isEmpty());
-    const HttpAnswer renamed = m_fixture->client.put(ServiceFixture::documentPath(m_folder),
-                                                     {{QStringLiteral("name"), name}});
+    const HttpAnswer renamed =
+        m_world->client.put(ServiceWorld::documentPath(m_folder), {{"name", name}});
     QCOMPARE(renamed.status, 400);
 }
 
@@ -212,7 +213,7 @@ void TestServiceBadInput::unknownPathsAndVerbs()
     QFETCH(QString, path);
     QFETCH(int, status);
     QFETCH(QByteArray, allow);
-    const HttpAnswer answer = m_fixture->client.send(verb, path);
+    const HttpAnswer answer = m_world->client.send(verb, path);
     QCOMPARE(answer.status, status);
     QCOMPARE(answer.headers.value("allow"), allow);
     QVERIFY2(!answer.errorText().isEmpty(), answer.body.constData());
@@ -224,8 +225,7 @@ void TestServiceBadInput::unknownIdsAreNotFound_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QByteArray>("body");
     const auto row = [](const char *verb, const char *path, const char *body) {
-        QTest::newRow(
-            qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(verb), QLatin1String(path))))
+        QTest::newRow(qPrintable(QString("%1 %2").arg(QLatin1String(verb), QLatin1String(path))))
             << QByteArray(verb) << QString::fromLatin1(path) << QByteArray(body);
     };
     row("GET", "documents/none", "");
@@ -250,7 +250,7 @@ void TestServiceBadInput::unknownIdsAreNotFound()
     QFETCH(QByteArray, verb);
     QFETCH(QString, path);
     QFETCH(QByteArray, body);
-    const HttpAnswer answer = m_fixture->client.send(verb, path, body);
+    const HttpAnswer answer = m_world->client.send(verb, path, body);
     QCOMPARE(answer.status, 404);
     QVERIFY(!answer.errorText().isEmpty());
 }
@@ -259,16 +259,16 @@ void TestServiceBadInput::bodiesTooLarge()
 {
     const QByteArray large = "{\"name\":\"" + QByteArray(2 * 1024 * 1024, 'x') + "\"}";
     const HttpAnswer answer =
-        m_fixture->client.send("PUT", ServiceFixture::documentPath(m_folder), large);
+        m_world->client.send("PUT", ServiceWorld::documentPath(m_folder), large);
     QCOMPARE(answer.status, 413);
     QVERIFY(!answer.errorText().isEmpty());
 
     ServiceOptions options;
     options.maxBodyBytes = 10000;
-    ServiceFixture small(options);
+    ServiceWorld small(options);
     QVERIFY(!small.upload(QByteArray(5000, 'x')).isEmpty());
-    const HttpAnswer refused = small.client.postForm(
-        QStringLiteral("base-service/files"), {{QStringLiteral("file/x"), QByteArray(20000, 'x')}});
+    const HttpAnswer refused =
+        small.client.postForm("base-service/files", {{"file/x", QByteArray(20000, 'x')}});
     QCOMPARE(refused.status, 413);
     QVERIFY(!refused.errorText().isEmpty());
 }
@@ -305,8 +305,8 @@ void TestServiceBadInput::formsThatAreNone()
     QFETCH(QByteArray, body);
     QFETCH(int, status);
     for (const char *path : {"base-service/files", "base-service/largefiles"}) {
-        const HttpAnswer answer = m_fixture->client.send("POST", QString::fromLatin1(path), body,
-                                                         {{"Content-Type", contentType}});
+        const HttpAnswer answer = m_world->client.send("POST", QString::fromLatin1(path), body,
+                                                       {{"Content-Type", contentType}});
         QCOMPARE(answer.status, status);
         QVERIFY(!answer.errorText().isEmpty());
     }
@@ -351,7 +351,7 @@ void TestServiceBadInput::bytesThatAreNoHttp()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, statusLine);
-    const QByteArray answer = m_fixture->exchange(bytes);
+    const QByteArray answer = m_world->exchange(bytes);
     QVERIFY2(answer.startsWith(statusLine), answer.left(200).constData());
     if (!statusLine.endsWith("200"))
         QVERIFY2(answer.contains("{\"error\":\""), answer.constData());
@@ -360,10 +360,9 @@ void TestServiceBadInput::bytesThatAreNoHttp()
 void TestServiceBadInput::longAddressesAreRefusedInJson()
 {
     const HttpAnswer answer =
-        m_fixture->client.get(QStringLiteral("base-service/me"),
-                              {{QStringLiteral("x"), QString(9000, QLatin1Char('a'))}});
+        m_world->client.get("base-service/me", {{"x", QString(9000, QLatin1Char('a'))}});
     QCOMPARE(answer.status, 414);
-    QVERIFY2(answer.errorText().contains(QStringLiteral("too long")), answer.body.constData());
+    QVERIFY2(answer.errorText().contains("too long"), answer.body.constData());
 }
 
 void TestServiceBadInput::aRefusedUploadLeavesTheConnectionUsable()
@@ -373,7 +372,7 @@ void TestServiceBadInput::aRefusedUploadLeavesTheConnectionUsable()
         "POST /base-service/me HTTP/1.1\r\nHost: localhost\r\nContent-Length: "
         + QByteArray::number(body.size()) + "\r\n\r\n" + body;
     const QByteArray answers =
-        m_fixture->exchange(request + "GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n");
+        m_world->exchange(request + "GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n");
     QVERIFY2(answers.startsWith("HTTP/1.1 405"), answers.constData());
     QVERIFY2(answers.contains("HTTP/1.1 200"), answers.constData());
 }

@@ -2,9 +2,12 @@
 #include <service/api/ServiceContext.h>
 
 #include <QFile>
+#include <QIODevice>
 #include <QRegularExpression>
+#include <QRegularExpressionMatch>
+#include <QStringLiteral>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 using namespace service;
 
@@ -27,16 +30,16 @@ void TestServiceContract::initTestCase()
 {
     QFile contract(QStringLiteral(VELL_SERVICE_CONTRACT));
     QVERIFY(contract.open(QIODevice::ReadOnly));
-    const QRegularExpression pathLine(QStringLiteral("^  /(\\S+):$"));
-    const QRegularExpression methodLine(QStringLiteral("^    (get|head|put|post|delete|patch):$"));
-    const QRegularExpression parameter(QStringLiteral("\\{\\w+\\}"));
+    const QRegularExpression pathLine("^  /(\\S+):$");
+    const QRegularExpression methodLine("^    (get|head|put|post|delete|patch):$");
+    const QRegularExpression parameter("\\{\\w+\\}");
     QString path;
     while (!contract.atEnd()) {
         const QString line = QString::fromUtf8(contract.readLine()).remove(QLatin1Char('\n'));
         const QRegularExpressionMatch newPath = pathLine.match(line);
         const QRegularExpressionMatch method = methodLine.match(line);
         if (newPath.hasMatch())
-            path = newPath.captured(1).replace(parameter, QStringLiteral("*"));
+            path = newPath.captured(1).replace(parameter, "*");
         if (method.hasMatch())
             m_written.append(method.captured(1).toUpper() + QLatin1Char(' ') + path);
     }
@@ -45,9 +48,9 @@ void TestServiceContract::initTestCase()
     const Dispatcher dispatcher(context);
     for (const Router::Route &route : dispatcher.router().routes()) {
         const QString tail = QLatin1Char(' ') + route.segments.join(QLatin1Char('/'));
-        m_routes.append(QString::fromLatin1(route.verb) + tail);
+        m_routes.append(QString::fromLatin1(route.method) + tail);
         if (route.hasHead)
-            m_routes.append(QStringLiteral("HEAD") + tail);
+            m_routes.append(QString("HEAD") + tail);
     }
     QVERIFY(m_written.size() > 40);
     QVERIFY(m_routes.size() > 40);

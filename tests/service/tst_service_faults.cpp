@@ -1,7 +1,8 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
+#include <QElapsedTimer>
 #include <QTcpSocket>
-#include <QtTest>
+#include <QTest>
 
 //! Misbehaving as told.
 class TestServiceFaults : public QObject
@@ -25,13 +26,13 @@ private Q_SLOTS:
     void specificationsWithoutSenseAreRefused();
 
 private:
-    static void add(ServiceFixture &fixture, const char *specification)
+    static void add(ServiceWorld &world, const char *specification)
     {
         FaultRule rule;
         QString error;
         if (!FaultRule::parse(QString::fromLatin1(specification), &rule, &error))
             qFatal("%s", qUtf8Printable(error));
-        fixture.service->addFault(rule);
+        world.service->addFault(rule);
     }
     static QByteArray newFolderRequest()
     {
@@ -45,93 +46,93 @@ private:
 // These three speak on plain sockets: Qt's client would send the request again by itself.
 void TestServiceFaults::aLostReplyHasDoneTheWork()
 {
-    ServiceFixture fixture;
-    add(fixture, "lose-reply,verb=POST");
-    QCOMPARE(fixture.exchange(newFolderRequest()), QByteArray());
-    QCOMPARE(fixture.names({}), QStringList{QStringLiteral("made")});
+    ServiceWorld world;
+    add(world, "lose-reply,verb=POST");
+    QCOMPARE(world.exchange(newFolderRequest()), QByteArray());
+    QCOMPARE(world.names({}), QStringList{"made"});
 }
 
 void TestServiceFaults::aDroppedRequestHasDoneNothing()
 {
-    ServiceFixture fixture;
-    add(fixture, "drop-after=10,verb=POST");
-    QCOMPARE(fixture.exchange(newFolderRequest()), QByteArray());
-    add(fixture, "drop-after=0,verb=POST");
-    QCOMPARE(fixture.exchange(newFolderRequest()), QByteArray());
-    QCOMPARE(fixture.names({}), QStringList());
-    QVERIFY(fixture.exchange(newFolderRequest()).startsWith("HTTP/1.1 200"));
+    ServiceWorld world;
+    add(world, "drop-after=10,verb=POST");
+    QCOMPARE(world.exchange(newFolderRequest()), QByteArray());
+    add(world, "drop-after=0,verb=POST");
+    QCOMPARE(world.exchange(newFolderRequest()), QByteArray());
+    QCOMPARE(world.names({}), QStringList());
+    QVERIFY(world.exchange(newFolderRequest()).startsWith("HTTP/1.1 200"));
 }
 
 void TestServiceFaults::aStatusIsAnsweredAsOftenAsTold()
 {
-    ServiceFixture fixture;
-    add(fixture, "status=503,times=2");
-    const QString me = QStringLiteral("base-service/me");
-    QCOMPARE(fixture.client.get(me).status, 503);
-    const HttpAnswer second = fixture.client.get(me);
+    ServiceWorld world;
+    add(world, "status=503,times=2");
+    const QString me = "base-service/me";
+    QCOMPARE(world.client.get(me).status, 503);
+    const HttpAnswer second = world.client.get(me);
     QCOMPARE(second.status, 503);
     QVERIFY(!second.errorText().isEmpty());
-    QCOMPARE(fixture.client.get(me).status, 200);
+    QCOMPARE(world.client.get(me).status, 200);
 }
 
 void TestServiceFaults::theNthRequestIsStruck()
 {
-    ServiceFixture fixture;
-    add(fixture, "status=500,nth=2");
-    const QString me = QStringLiteral("base-service/me");
-    QCOMPARE(fixture.client.get(me).status, 200);
-    QCOMPARE(fixture.client.get(me).status, 500);
-    QCOMPARE(fixture.client.get(me).status, 200);
+    ServiceWorld world;
+    add(world, "status=500,nth=2");
+    const QString me = "base-service/me";
+    QCOMPARE(world.client.get(me).status, 200);
+    QCOMPARE(world.client.get(me).status, 500);
+    QCOMPARE(world.client.get(me).status, 200);
 }
 
 void TestServiceFaults::onlyWhatFitsIsStruck()
 {
-    ServiceFixture fixture;
-    add(fixture, "status=500,verb=post,path=document-service/projects,times=0");
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/me")).status, 200);
-    QVERIFY(!fixture.upload("x").isEmpty());
-    QCOMPARE(fixture.list({}).size(), 0);
+    ServiceWorld world;
+    add(world, "status=500,verb=post,path=document-service/projects,times=0");
+    QCOMPARE(world.client.get("base-service/me").status, 200);
+    QVERIFY(!world.upload("x").isEmpty());
+    QCOMPARE(world.list({}).size(), 0);
     for (int i = 0; i < 3; ++i)
-        QVERIFY(fixture.makeFolder(QStringLiteral("x")).isEmpty());
+        QVERIFY(world.makeFolder("x").isEmpty());
 }
 
 void TestServiceFaults::aStallEndsWithTheService()
 {
-    ServiceFixture fixture;
-    add(fixture, "stall=300");
+    ServiceWorld world;
+    add(world, "stall=300");
     QElapsedTimer clock;
     clock.start();
-    QCOMPARE(fixture.exchange("GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n"),
+    QCOMPARE(world.exchange("GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n"),
              QByteArray());
     QVERIFY(clock.elapsed() >= 290);
 
-    add(fixture, "stall");
+    add(world, "stall");
     QTcpSocket socket;
-    socket.connectToHost(QStringLiteral("127.0.0.1"), fixture.service->port());
+    socket.connectToHost("127.0.0.1", world.service->port());
     QVERIFY(socket.waitForConnected());
     socket.write("GET /base-service/me HTTP/1.1\r\nHost: localhost\r\n\r\n");
     QVERIFY(!socket.waitForReadyRead(200));
-    fixture.service->stop();
+    world.service->stop();
     QVERIFY(socket.state() == QTcpSocket::UnconnectedState || socket.waitForDisconnected());
     QCOMPARE(socket.readAll(), QByteArray());
 }
 
 void TestServiceFaults::aSlowReplyIsLate()
 {
-    ServiceFixture fixture;
-    add(fixture, "slow=200");
+    ServiceWorld world;
+    add(world, "slow=200");
     QElapsedTimer clock;
     clock.start();
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/me")).status, 200);
+    QCOMPARE(world.client.get("base-service/me").status, 200);
     QVERIFY(clock.elapsed() >= 190);
 }
 
 void TestServiceFaults::aCutReplyIsIncomplete()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.upload(QByteArray(100000, 'x'));
-    add(fixture, "cut-reply=70000");
-    const HttpAnswer answer = fixture.client.get(QStringLiteral("base-service/files/") + id);
+    ServiceWorld world;
+    const QString id = world.upload(QByteArray(100000, 'x'));
+    add(world, "cut-reply=70000");
+    const HttpAnswer answer = world.client.get(QString("base-service/files/") + id);
     QVERIFY(!answer.isWhole);
     QCOMPARE(answer.body.size(), 70000);
     QCOMPARE(answer.headers.value("content-length"), QByteArray("100000"));
@@ -139,21 +140,20 @@ void TestServiceFaults::aCutReplyIsIncomplete()
 
 void TestServiceFaults::noRoomDoesNothing()
 {
-    ServiceFixture fixture;
-    add(fixture, "no-room,path=/base-service/files");
-    const HttpAnswer answer = fixture.client.postForm(QStringLiteral("base-service/files"),
-                                                      {{QStringLiteral("file/a"), "x"}});
+    ServiceWorld world;
+    add(world, "no-room,path=/base-service/files");
+    const HttpAnswer answer = world.client.postForm("base-service/files", {{"file/a", "x"}});
     QCOMPARE(answer.status, 507);
-    QVERIFY(!fixture.upload("x").isEmpty());
+    QVERIFY(!world.upload("x").isEmpty());
 }
 
 void TestServiceFaults::clearedFaultsAreGone()
 {
-    ServiceFixture fixture;
-    add(fixture, "status=500,times=0");
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/me")).status, 500);
-    fixture.service->clearFaults();
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/me")).status, 200);
+    ServiceWorld world;
+    add(world, "status=500,times=0");
+    QCOMPARE(world.client.get("base-service/me").status, 500);
+    world.service->clearFaults();
+    QCOMPARE(world.client.get("base-service/me").status, 200);
 }
 
 void TestServiceFaults::specificationsAreRead_data()

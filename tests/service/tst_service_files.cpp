@@ -1,9 +1,14 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
+#include <QDir>
 #include <QDirIterator>
+#include <QFile>
+#include <QIODevice>
+#include <QJsonObject>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QtTest>
+#include <QTest>
 
 //! Whole contents: up, stored once, down again.
 class TestServiceFiles : public QObject
@@ -27,7 +32,7 @@ namespace {
 
 QString filePath(const QString &id)
 {
-    return QStringLiteral("base-service/files/") + id;
+    return QString("base-service/files/") + id;
 }
 
 int countFiles(const QString &folder)
@@ -45,29 +50,27 @@ int countFiles(const QString &folder)
 
 void TestServiceFiles::theSameContentIsStoredOnce()
 {
-    ServiceFixture fixture;
-    const QString first = fixture.upload("same content", QStringLiteral("a.txt"));
-    const QString second = fixture.upload("same content", QStringLiteral("b.txt"));
-    const QString other = fixture.upload("other content");
+    ServiceWorld world;
+    const QString first = world.upload("same content", "a.txt");
+    const QString second = world.upload("same content", "b.txt");
+    const QString other = world.upload("other content");
     QCOMPARE(first, second);
     QVERIFY(first != other);
-    QCOMPARE(countFiles(fixture.folder.path() + QStringLiteral("/data/content")), 2);
-    QCOMPARE(countFiles(fixture.folder.path() + QStringLiteral("/data/tmp")), 0);
+    QCOMPARE(countFiles(world.folder.path() + "/data/content"), 2);
+    QCOMPARE(countFiles(world.folder.path() + "/data/tmp"), 0);
 }
 
 void TestServiceFiles::contentsAreNamedByTheirMd5()
 {
-    ServiceFixture fixture;
+    ServiceWorld world;
     const QByteArray content = "hello\n";
-    const QString id = fixture.upload(content);
-    const QString md5 = QStringLiteral("b1946ac92492d2347c6235b4d2611184");
-    QVERIFY(QFile::exists(fixture.folder.path() + QStringLiteral("/data/content/b1/94/") + md5));
-    const QString path = QStringLiteral("base-service/md5/%1/info");
-    QCOMPARE(fixture.client.get(path.arg(md5)).object().value(QStringLiteral("_id")).toString(),
-             id);
-    QCOMPARE(fixture.client.get(path.arg(QString(md5).replace(0, 1, QLatin1Char('c')))).status,
-             404);
-    QCOMPARE(fixture.client.get(path.arg(QStringLiteral("nonsense"))).status, 404);
+    const QString id = world.upload(content);
+    const QString md5 = "b1946ac92492d2347c6235b4d2611184";
+    QVERIFY(QFile::exists(world.folder.path() + QString("/data/content/b1/94/") + md5));
+    const QString path = "base-service/md5/%1/info";
+    QCOMPARE(world.client.get(path.arg(md5)).object().value("_id").toString(), id);
+    QCOMPARE(world.client.get(path.arg(QString(md5).replace(0, 1, QLatin1Char('c')))).status, 404);
+    QCOMPARE(world.client.get(path.arg("nonsense")).status, 404);
 }
 
 void TestServiceFiles::rangesAreServed_data()
@@ -100,9 +103,9 @@ void TestServiceFiles::rangesAreServed()
     QFETCH(int, status);
     QFETCH(QByteArray, body);
     QFETCH(QByteArray, contentRange);
-    ServiceFixture fixture;
-    const QString id = fixture.upload("0123456789");
-    const HttpAnswer answer = fixture.client.send("GET", filePath(id), {}, {{"Range", range}});
+    ServiceWorld world;
+    const QString id = world.upload("0123456789");
+    const HttpAnswer answer = world.client.send("GET", filePath(id), {}, {{"Range", range}});
     QCOMPARE(answer.status, status);
     QCOMPARE(answer.headers.value("content-range"), contentRange);
     if (status < 400)
@@ -111,16 +114,15 @@ void TestServiceFiles::rangesAreServed()
 
 void TestServiceFiles::anUnchangedFileIsNotSentAgain()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.upload("0123456789");
-    const HttpAnswer first = fixture.client.get(filePath(id));
+    ServiceWorld world;
+    const QString id = world.upload("0123456789");
+    const HttpAnswer first = world.client.get(filePath(id));
     const QByteArray etag = first.headers.value("etag");
     QVERIFY(!etag.isEmpty());
-    const HttpAnswer again =
-        fixture.client.send("GET", filePath(id), {}, {{"If-None-Match", etag}});
+    const HttpAnswer again = world.client.send("GET", filePath(id), {}, {{"If-None-Match", etag}});
     QCOMPARE(again.status, 304);
     QCOMPARE(again.body, QByteArray());
-    const HttpAnswer resumed = fixture.client.send(
+    const HttpAnswer resumed = world.client.send(
         "GET", filePath(id), {}, {{"If-Range", "\"another\""}, {"Range", "bytes=5-"}});
     QCOMPARE(resumed.status, 200);
     QCOMPARE(resumed.body, QByteArray("0123456789"));
@@ -129,98 +131,95 @@ void TestServiceFiles::anUnchangedFileIsNotSentAgain()
 void TestServiceFiles::aFileAbove4GiBHasItsLength()
 {
     const qint64 size = Q_INT64_C(5) * 1024 * 1024 * 1024;
-    ServiceFixture fixture;
-    const QString id = fixture.upload("hello\n");
-    fixture.service->stop();
+    ServiceWorld world;
+    const QString id = world.upload("hello\n");
+    world.service->stop();
     // Made large behind the service's back, so that no such file has to travel.
-    const QString data = fixture.folder.path() + QStringLiteral("/data");
-    QFile content(data + QStringLiteral("/content/b1/94/b1946ac92492d2347c6235b4d2611184"));
+    const QString data = world.folder.path() + "/data";
+    QFile content(data + "/content/b1/94/b1946ac92492d2347c6235b4d2611184");
     QVERIFY(content.resize(size));
     {
-        QSqlDatabase database =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("enlarge"));
-        database.setDatabaseName(data + QStringLiteral("/records.sqlite"));
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "enlarge");
+        database.setDatabaseName(data + "/records.sqlite");
         QVERIFY(database.open());
         QSqlQuery query(database);
-        QVERIFY(query.exec(QStringLiteral("UPDATE file SET size = %1").arg(size)));
+        QVERIFY(query.exec(QString("UPDATE file SET size = %1").arg(size)));
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("enlarge"));
+    QSqlDatabase::removeDatabase("enlarge");
     QVERIFY(content.open(QIODevice::ReadWrite));
     QVERIFY(content.seek(size - 4));
     QCOMPARE(content.write("tail"), Q_INT64_C(4));
     content.close();
 
-    QVERIFY(fixture.restart());
-    const HttpAnswer head = fixture.client.send("HEAD", filePath(id));
+    QVERIFY(world.restart());
+    const HttpAnswer head = world.client.send("HEAD", filePath(id));
     QCOMPARE(head.headers.value("content-length"), QByteArray::number(size));
-    const HttpAnswer tail = fixture.client.send(
+    const HttpAnswer tail = world.client.send(
         "GET", filePath(id), {}, {{"Range", "bytes=" + QByteArray::number(size - 4) + '-'}});
     QCOMPARE(tail.status, 206);
     QCOMPARE(tail.body, QByteArray("tail"));
-    const QJsonObject made = fixture.client
-                                 .post(ServiceFixture::projectPath(QStringLiteral("documents")),
-                                       {{QStringLiteral("name"), QStringLiteral("large")},
-                                        {QStringLiteral("type"), QStringLiteral("file")},
-                                        {QStringLiteral("file"), id}})
+    const QJsonObject made = world.client
+                                 .post(ServiceWorld::projectPath("documents"),
+                                       {{"name", "large"}, {"type", "file"}, {"file", id}})
                                  .object();
-    QCOMPARE(made.value(QStringLiteral("fileSize")).toVariant().toLongLong(), size);
+    QCOMPARE(made.value("fileSize").toVariant().toLongLong(), size);
 }
 
 void TestServiceFiles::onlyThoseWhoMayDownload()
 {
-    ServiceFixture fixture;
-    const QString anna = fixture.service->addUser(QStringLiteral("anna"));
-    const QString ben = fixture.service->addUser(QStringLiteral("ben"));
-    const QString p1 = QStringLiteral("p1");
-    QVERIFY(fixture.service->addProject(p1, QString()));
-    QVERIFY(fixture.service->setRole(p1, QStringLiteral("anna"), QStringLiteral("editor")));
-    fixture.client.setToken(anna);
-    const QString id = fixture.upload("secret");
-    QCOMPARE(fixture.client.get(filePath(id)).status, 200); // her own, without a document
-    QVERIFY(!fixture.makeFile(QStringLiteral("a.txt"), {}, "secret").isEmpty());
-    fixture.client.setToken(ben);
-    QCOMPARE(fixture.client.get(filePath(id)).status, 404);
-    QVERIFY(fixture.service->setRole(p1, QStringLiteral("ben"), QStringLiteral("viewer")));
-    QCOMPARE(fixture.client.get(filePath(id)).status, 200);
+    ServiceWorld world;
+    const QString anna = world.service->addUser("anna");
+    const QString ben = world.service->addUser("ben");
+    const QString p1 = "p1";
+    QVERIFY(world.service->addProject(p1, QString()));
+    QVERIFY(world.service->setRole(p1, "anna", "editor"));
+    world.client.setToken(anna);
+    const QString id = world.upload("secret");
+    QCOMPARE(world.client.get(filePath(id)).status, 200); // her own, without a document
+    QVERIFY(!world.makeFile("a.txt", {}, "secret").isEmpty());
+    world.client.setToken(ben);
+    QCOMPARE(world.client.get(filePath(id)).status, 404);
+    QVERIFY(world.service->setRole(p1, "ben", "viewer"));
+    QCOMPARE(world.client.get(filePath(id)).status, 200);
 }
 
 void TestServiceFiles::anUploadNeedsARightSomewhere()
 {
-    ServiceFixture fixture;
-    fixture.client.setToken(fixture.service->addUser(QStringLiteral("anna")));
-    const QString p1 = QStringLiteral("p1");
-    QVERIFY(fixture.service->addProject(p1, QString()));
-    QVERIFY(fixture.upload("x").isEmpty());
-    QVERIFY(fixture.service->setRole(p1, QStringLiteral("anna"), QStringLiteral("viewer")));
-    QVERIFY(fixture.upload("x").isEmpty());
-    QVERIFY(fixture.service->setRole(p1, QStringLiteral("anna"), QStringLiteral("contributor")));
-    QVERIFY(!fixture.upload("x").isEmpty());
+    ServiceWorld world;
+    world.client.setToken(world.service->addUser("anna"));
+    const QString p1 = "p1";
+    QVERIFY(world.service->addProject(p1, QString()));
+    QVERIFY(world.upload("x").isEmpty());
+    QVERIFY(world.service->setRole(p1, "anna", "viewer"));
+    QVERIFY(world.upload("x").isEmpty());
+    QVERIFY(world.service->setRole(p1, "anna", "contributor"));
+    QVERIFY(!world.upload("x").isEmpty());
 }
 
 void TestServiceFiles::aFullStoreSaysSo()
 {
     ServiceOptions options;
     options.storeQuotaBytes = 1000;
-    ServiceFixture fixture(options);
-    QVERIFY(!fixture.upload(QByteArray(600, 'a')).isEmpty());
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("quota")));
-    const HttpAnswer answer = fixture.client.postForm(
-        QStringLiteral("base-service/files"), {{QStringLiteral("file/b"), QByteArray(600, 'b')}});
+    ServiceWorld world(options);
+    QVERIFY(!world.upload(QByteArray(600, 'a')).isEmpty());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("quota"));
+    const HttpAnswer answer =
+        world.client.postForm("base-service/files", {{"file/b", QByteArray(600, 'b')}});
     QCOMPARE(answer.status, 507);
     QVERIFY(!answer.errorText().isEmpty());
-    QCOMPARE(countFiles(fixture.folder.path() + QStringLiteral("/data/tmp")), 0);
-    QVERIFY(!fixture.upload(QByteArray(300, 'c')).isEmpty());
+    QCOMPARE(countFiles(world.folder.path() + "/data/tmp"), 0);
+    QVERIFY(!world.upload(QByteArray(300, 'c')).isEmpty());
 }
 
 void TestServiceFiles::leftoversOfACrashAreCleared()
 {
-    ServiceFixture fixture;
-    fixture.service->stop();
-    const QString tmp = fixture.folder.path() + QStringLiteral("/data/tmp");
-    QFile leftover(tmp + QStringLiteral("/half"));
+    ServiceWorld world;
+    world.service->stop();
+    const QString tmp = world.folder.path() + "/data/tmp";
+    QFile leftover(tmp + "/half");
     QVERIFY(leftover.open(QIODevice::WriteOnly));
     leftover.close();
-    QVERIFY(fixture.restart());
+    QVERIFY(world.restart());
     QCOMPARE(countFiles(tmp), 0);
 }
 

@@ -1,12 +1,16 @@
 #include <service/RawClient.h>
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 #include <support/ServiceProcess.h>
 
+#include <QByteArrayList>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QIODevice>
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTemporaryDir>
+#include <QTest>
 
 #include <sys/socket.h>
 
@@ -40,10 +44,10 @@ namespace {
 
 qint64 memoryOf(const ServiceProcess &process)
 {
-    QFile status(QStringLiteral("/proc/%1/status").arg(process.processId()));
+    QFile status(QString("/proc/%1/status").arg(process.processId()));
     if (!status.open(QIODevice::ReadOnly))
         return -1;
-    const QRegularExpression line(QStringLiteral("RssAnon:\\s+(\\d+) kB"));
+    const QRegularExpression line("RssAnon:\\s+(\\d+) kB");
     return line.match(QString::fromLatin1(status.readAll())).captured(1).toLongLong() * 1024;
 }
 
@@ -189,7 +193,7 @@ void TestServiceHostile::attack(quint16 port)
     ::shutdown(static_cast<int>(client.socket.socketDescriptor()), SHUT_WR);
     QByteArray answers;
     QVERIFY2(client.readToEnd(&answers, EndMs), ("no end after\n" + sent).constData());
-    const QRegularExpression failure(QStringLiteral("HTTP/1\\.1 5\\d\\d"));
+    const QRegularExpression failure("HTTP/1\\.1 5\\d\\d");
     QVERIFY2(!failure.match(QString::fromLatin1(answers)).hasMatch(),
              (answers + "\nafter\n" + sent).constData());
 }
@@ -200,7 +204,7 @@ void TestServiceHostile::initTestCase()
     const QString folder = qEnvironmentVariable("VELL_RECORD_EXCHANGES");
     if (folder.isEmpty())
         return;
-    const QString own = folder + QStringLiteral("/hostile");
+    const QString own = folder + "/hostile";
     QVERIFY(QDir().mkpath(own));
     qputenv("VELL_RECORD_EXCHANGES", own.toUtf8());
 }
@@ -225,7 +229,7 @@ void TestServiceHostile::nothingBreaks()
         if (connections % 50 != 0)
             continue;
         HttpClient honest(process.baseApi());
-        QCOMPARE(honest.get(QStringLiteral("base-service/me")).status, 200);
+        QCOMPARE(honest.get("base-service/me").status, 200);
     }
     const qint64 late = memoryOf(process);
     qInfo(

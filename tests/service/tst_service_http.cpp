@@ -1,7 +1,11 @@
 #include <service/RawClient.h>
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
-#include <QtTest>
+#include <QFile>
+#include <QIODevice>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
 
 //! HTTP by the letter: what is refused because two programs could read it in two ways, and what each response has.
 class TestServiceHttp : public QObject
@@ -30,16 +34,16 @@ private Q_SLOTS:
     void shareCodesStayOutOfTheLog();
 
 private:
-    quint16 port() const { return m_fixture->service->port(); }
+    quint16 port() const { return m_world->service->port(); }
 
-    std::unique_ptr<ServiceFixture> m_fixture;
+    std::unique_ptr<ServiceWorld> m_world;
     QString m_fileId;
 };
 
 void TestServiceHttp::initTestCase()
 {
-    m_fixture = std::make_unique<ServiceFixture>();
-    m_fileId = m_fixture->upload("0123456789");
+    m_world = std::make_unique<ServiceWorld>();
+    m_fileId = m_world->upload("0123456789");
     QVERIFY(!m_fileId.isEmpty());
 }
 
@@ -136,9 +140,8 @@ void TestServiceHttp::unusualRequestsAreServed()
 
 void TestServiceHttp::everyResponseHasADate()
 {
-    const QRegularExpression form(
-        QStringLiteral("^(Mon|Tue|Wed|Thu|Fri|Sat|Sun), \\d\\d \\w{3} \\d{4} "
-                       "\\d\\d:\\d\\d:\\d\\d GMT$"));
+    const QRegularExpression form("^(Mon|Tue|Wed|Thu|Fri|Sat|Sun), \\d\\d \\w{3} \\d{4} "
+                                  "\\d\\d:\\d\\d:\\d\\d GMT$");
     for (const QByteArray &target :
          {QByteArray("/base-service/me"), QByteArray("/none"),
           "/base-service/files/" + m_fileId.toLatin1(), QByteArray("nonsense")}) {
@@ -156,7 +159,7 @@ void TestServiceHttp::anUnreadBodyIsNoRequest_data()
     const QByteArray host = " HTTP/1.1\r\nHost: localhost\r\n";
     for (const int length : {1000, 500000, 3000000}) {
         const auto row = [length](const char *name, const QByteArray &head) {
-            QTest::newRow(qPrintable(QStringLiteral("%1, %2").arg(QLatin1String(name)).arg(length)))
+            QTest::newRow(qPrintable(QString("%1, %2").arg(QLatin1String(name)).arg(length)))
                 << head << length;
         };
         row("unknown path", "POST /none" + host);
@@ -233,21 +236,21 @@ void TestServiceHttp::headHasTheHeadersAndChangesNothing()
     QCOMPARE(client.next(false).status, 404);
     QVERIFY(client.next().body.contains("\"local\""));
 
-    const QString id = m_fixture->makeFolder(QStringLiteral("deleted"));
-    QVERIFY(m_fixture->client.remove(ServiceFixture::documentPath(id)).isSuccess());
+    const QString id = m_world->makeFolder("deleted");
+    QVERIFY(m_world->client.remove(ServiceWorld::documentPath(id)).isSuccess());
     client.send(
         RawClient::request("HEAD", "/document-service/documents/" + id.toLatin1() + "/restore"));
     const RawResponse restore = client.next(false);
     QCOMPARE(restore.status, 405);
     QCOMPARE(restore.headers.value("allow"), QByteArray("GET"));
-    QCOMPARE(m_fixture->document(id).value(QStringLiteral("recycle")).toInt(), 1);
+    QCOMPARE(m_world->document(id).value("recycle").toInt(), 1);
 }
 
 void TestServiceHttp::aMissingTokenNamesTheScheme()
 {
-    ServiceFixture fixture;
-    QVERIFY(!fixture.service->addUser(QStringLiteral("anna")).isEmpty());
-    const HttpAnswer answer = fixture.client.get(QStringLiteral("base-service/me"));
+    ServiceWorld world;
+    QVERIFY(!world.service->addUser("anna").isEmpty());
+    const HttpAnswer answer = world.client.get("base-service/me");
     QCOMPARE(answer.status, 401);
     QVERIFY(answer.headers.value("www-authenticate").startsWith("Bearer "));
 }
@@ -301,10 +304,10 @@ void TestServiceHttp::addressesAreDecodedOnce_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QString>("found");
-    QTest::newRow("plus") << QByteArray("a%2Bb") << QStringLiteral("a+b");
-    QTest::newRow("space as plus") << QByteArray("a+b") << QStringLiteral("a b");
-    QTest::newRow("space") << QByteArray("a%20b") << QStringLiteral("a b");
-    QTest::newRow("percent") << QByteArray("a%2520b") << QStringLiteral("a%20b");
+    QTest::newRow("plus") << QByteArray("a%2Bb") << "a+b";
+    QTest::newRow("space as plus") << QByteArray("a+b") << "a b";
+    QTest::newRow("space") << QByteArray("a%20b") << "a b";
+    QTest::newRow("percent") << QByteArray("a%2520b") << "a%20b";
     QTest::newRow("a digit is missing") << QByteArray("a%2") << QString();
     QTest::newRow("no digits") << QByteArray("a%zz") << QString();
     QTest::newRow("percent at the end") << QByteArray("a%") << QString();
@@ -315,11 +318,10 @@ void TestServiceHttp::addressesAreDecodedOnce()
 {
     QFETCH(QByteArray, name);
     QFETCH(QString, found);
-    ServiceFixture fixture;
-    for (const QString &each :
-         {QStringLiteral("a+b"), QStringLiteral("a b"), QStringLiteral("a%20b")})
-        QVERIFY(!fixture.makeFolder(each).isEmpty());
-    RawClient client(fixture.service->port());
+    ServiceWorld world;
+    for (const char *each : {"a+b", "a b", "a%20b"})
+        QVERIFY(!world.makeFolder(each).isEmpty());
+    RawClient client(world.service->port());
     client.send(RawClient::request("GET",
                                    "/document-service/projects/p1/documents?select=name&where="
                                    "%7B%22name%22:%22"
@@ -359,12 +361,12 @@ void TestServiceHttp::whileThereAreNoUsersOnlyThisMachineIsServed()
 {
     QFETCH(QByteArray, headers);
     QFETCH(bool, isServed);
-    ServiceFixture fixture;
+    ServiceWorld world;
     const QByteArray request = "GET /base-service/me HTTP/1.1\r\n" + headers + "\r\n";
-    RawClient client(fixture.service->port());
+    RawClient client(world.service->port());
     client.send(request);
     QCOMPARE(client.next().status, isServed ? 200 : 403);
-    QVERIFY(!fixture.service->addUser(QStringLiteral("anna")).isEmpty());
+    QVERIFY(!world.service->addUser("anna").isEmpty());
     client.send(request);
     QCOMPARE(client.next().status, 401);
 }
@@ -374,18 +376,18 @@ void TestServiceHttp::shareCodesStayOutOfTheLog()
 {
     QTemporaryDir folder;
     ServiceOptions options;
-    options.accessLog = folder.filePath(QStringLiteral("access.log"));
+    options.accessLog = folder.filePath("access.log");
     options.maxBodyBytes = 1000;
-    ServiceFixture fixture(options);
+    ServiceWorld world(options);
     for (const QByteArray &headers :
          {QByteArray("Content-Length: 5000\r\n"), QByteArray("Transfer-Encoding: chunked\r\n"),
           QByteArray("Content-Length: x\r\n"), QByteArray("Expect: cake\r\n")}) {
-        RawClient client(fixture.service->port());
+        RawClient client(world.service->port());
         client.send(RawClient::request("POST", "/share/secret-code", headers));
         QVERIFY(client.next().status >= 400);
     }
-    QCOMPARE(fixture.client.get(QStringLiteral("share/secret-code/files/secret")).status, 404);
-    fixture.service->stop();
+    QCOMPARE(world.client.get("share/secret-code/files/secret").status, 404);
+    world.service->stop();
     QFile log(options.accessLog);
     QVERIFY(log.open(QIODevice::ReadOnly));
     const QByteArray text = log.readAll();

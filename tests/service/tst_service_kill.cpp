@@ -1,14 +1,21 @@
 #include <service/ChunkSender.h>
 #include <support/ServiceProcess.h>
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
+#include <QFile>
 #include <QFileInfo>
+#include <QIODevice>
+#include <QJsonArray>
+#include <QJsonValue>
+#include <QMap>
 #include <QRandomGenerator>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 //! The program is killed again and again in the middle of its work; what it has acknowledged is there.
 class TestServiceKill : public QObject
@@ -49,7 +56,7 @@ namespace {
 // 200 in all: each row on a data folder of its own, so that looking after a kill stays quick.
 constexpr int Rows = 4;
 constexpr int Kills = 50;
-const QString documentsPath = QStringLiteral("document-service/projects/p1/documents");
+const QString documentsPath = "document-service/projects/p1/documents";
 
 } // namespace
 
@@ -128,31 +135,29 @@ bool TestServiceKill::makeDocument()
 {
     ++m_counter;
     const QByteArray content = QByteArray::number(m_counter) + QByteArray(m_counter, 'x');
-    const HttpAnswer upload = m_client.postForm(QStringLiteral("base-service/files"),
-                                                {{QStringLiteral("file/f"), content}});
+    const HttpAnswer upload = m_client.postForm("base-service/files", {{"file/f", content}});
     if (!upload.isSuccess())
         return false;
-    const QString name = QStringLiteral("document %1").arg(m_counter);
-    const HttpAnswer made = m_client.post(
-        documentsPath,
-        {{QStringLiteral("name"), name},
-         {QStringLiteral("type"), QStringLiteral("file")},
-         {QStringLiteral("file"), upload.object().value(QStringLiteral("files")).toArray().at(0)}});
+    const QString name = QString("document %1").arg(m_counter);
+    const HttpAnswer made =
+        m_client.post(documentsPath,
+                      {{"name", name},
+                       {"type", "file"},
+                       {"file", upload.object().value("files").toArray().at(0)}});
     if (!made.isSuccess())
         return false;
-    m_names.insert(made.object().value(QStringLiteral("_id")).toString(), name);
+    m_names.insert(made.object().value("_id").toString(), name);
     return true;
 }
 
 bool TestServiceKill::renameDocument()
 {
-    const QString id =
-        m_names.key(QStringLiteral("document %1").arg(m_random.bounded(m_counter + 1)));
+    const QString id = m_names.key(QString("document %1").arg(m_random.bounded(m_counter + 1)));
     if (id.isEmpty())
         return false;
-    const QString name = QStringLiteral("renamed %1").arg(++m_counter);
-    const HttpAnswer answer = m_client.put(QStringLiteral("document-service/documents/") + id,
-                                           {{QStringLiteral("name"), name}});
+    const QString name = QString("renamed %1").arg(++m_counter);
+    const HttpAnswer answer =
+        m_client.put(QString("document-service/documents/") + id, {{"name", name}});
     if (answer.isSuccess())
         m_names.insert(id, name);
     else
@@ -162,11 +167,10 @@ bool TestServiceKill::renameDocument()
 
 bool TestServiceKill::deleteDocument()
 {
-    const QString id =
-        m_names.key(QStringLiteral("document %1").arg(m_random.bounded(m_counter + 1)));
+    const QString id = m_names.key(QString("document %1").arg(m_random.bounded(m_counter + 1)));
     if (id.isEmpty())
         return false;
-    const HttpAnswer answer = m_client.remove(QStringLiteral("document-service/documents/") + id);
+    const HttpAnswer answer = m_client.remove(QString("document-service/documents/") + id);
     if (answer.isSuccess())
         m_names.insert(id, QString());
     else
@@ -179,7 +183,7 @@ bool TestServiceKill::sendChunk()
     const HttpAnswer answer = m_upload->send(m_client, m_savedChunks);
     if (!answer.isSuccess())
         return false;
-    m_savedChunks = answer.object().value(QStringLiteral("savedChunk")).toInt();
+    m_savedChunks = answer.object().value("savedChunk").toInt();
     if (m_savedChunks == m_upload->chunkCount()) {
         m_upload = std::make_unique<ChunkSender>(2 * ChunkSender::ChunkBytes + 7, ++m_uploads);
         m_savedChunks = 0;
@@ -194,8 +198,8 @@ void TestServiceKill::checkDocuments()
     QVERIFY2(answer.status == 200, answer.body.constData());
     const QJsonArray list = answer.array();
     for (const QJsonValue &document : list)
-        found.insert(document.toObject().value(QStringLiteral("_id")).toString(),
-                     document.toObject().value(QStringLiteral("name")).toString());
+        found.insert(document.toObject().value("_id").toString(),
+                     document.toObject().value("name").toString());
     for (auto it = m_names.begin(); it != m_names.end(); ++it) {
         if (m_unsure.contains(it.key()))
             it.value() = found.value(it.key()); // done or not, from now on it stays so
@@ -208,7 +212,7 @@ void TestServiceKill::checkUpload()
 {
     const HttpAnswer record = m_upload->record(m_client);
     QVERIFY2(record.status == 200 || record.status == 404, record.body.constData());
-    const int saved = record.object().value(QStringLiteral("savedChunk")).toInt();
+    const int saved = record.object().value("savedChunk").toInt();
     QVERIFY2(saved >= m_savedChunks, "an acknowledged chunk was lost");
     QVERIFY2(saved <= m_savedChunks + 1, "a chunk is counted that was never sent");
     m_savedChunks = saved;
@@ -221,20 +225,19 @@ void TestServiceKill::checkUpload()
 void TestServiceKill::checkDatabase()
 {
     {
-        QSqlDatabase database =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
-        database.setDatabaseName(m_folder->filePath(QStringLiteral("records.sqlite")));
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "check");
+        database.setDatabaseName(m_folder->filePath("records.sqlite"));
         QVERIFY(database.open());
         QSqlQuery query(database);
-        QVERIFY(query.exec(QStringLiteral("PRAGMA integrity_check")) && query.next());
-        QCOMPARE(query.value(0).toString(), QStringLiteral("ok"));
-        QVERIFY(query.exec(QStringLiteral("PRAGMA foreign_key_check")));
+        QVERIFY(query.exec("PRAGMA integrity_check") && query.next());
+        QCOMPARE(query.value(0).toString(), QString("ok"));
+        QVERIFY(query.exec("PRAGMA foreign_key_check"));
         QVERIFY2(!query.next(), "a foreign key leads nowhere");
-        QVERIFY(query.exec(QStringLiteral("SELECT md5, size FROM file")));
+        QVERIFY(query.exec("SELECT md5, size FROM file"));
         while (query.next()) {
             const QString md5 = query.value(0).toString();
             QFile content(m_folder->filePath(
-                QStringLiteral("content/%1/%2/%3").arg(md5.left(2), md5.mid(2, 2), md5)));
+                QString("content/%1/%2/%3").arg(md5.left(2), md5.mid(2, 2), md5)));
             QVERIFY2(content.open(QIODevice::ReadOnly), "a content file is missing");
             QCOMPARE(content.size(), query.value(1).toLongLong());
             if (m_read.contains(md5))
@@ -245,7 +248,7 @@ void TestServiceKill::checkDatabase()
             QCOMPARE(QString::fromLatin1(hash.result().toHex()), md5);
         }
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("check"));
+    QSqlDatabase::removeDatabase("check");
 }
 
 QTEST_GUILESS_MAIN(TestServiceKill)

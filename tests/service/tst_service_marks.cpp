@@ -1,7 +1,10 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
+#include <QJsonArray>
 #include <QJsonDocument>
-#include <QtTest>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QTest>
 
 //! Each user's marks on documents.
 class TestServiceMarks : public QObject
@@ -20,48 +23,46 @@ private Q_SLOTS:
 private:
     HttpAnswer mark(const QString &id, int type, bool value)
     {
-        return m_fixture->client.put(
-            ServiceFixture::documentPath(id, QStringLiteral("/records")),
-            {{QStringLiteral("type"), type}, {QStringLiteral("value"), value}});
+        return m_world->client.put(ServiceWorld::documentPath(id, "/records"),
+                                   {{"type", type}, {"value", value}});
     }
     QJsonArray records(const QJsonObject &where)
     {
-        return m_fixture->client
-            .get(QStringLiteral("document-service/documents/records"),
-                 {{QStringLiteral("where"),
-                   QString::fromUtf8(QJsonDocument(where).toJson(QJsonDocument::Compact))}})
+        return m_world->client
+            .get(
+                "document-service/documents/records",
+                {{"where", QString::fromUtf8(QJsonDocument(where).toJson(QJsonDocument::Compact))}})
             .array();
     }
 
-    std::unique_ptr<ServiceFixture> m_fixture;
+    std::unique_ptr<ServiceWorld> m_world;
     QString m_anna;
     QString m_ben;
 };
 
 void TestServiceMarks::init()
 {
-    m_fixture = std::make_unique<ServiceFixture>();
-    m_anna = m_fixture->service->addUser(QStringLiteral("anna"));
-    m_ben = m_fixture->service->addUser(QStringLiteral("ben"));
-    QVERIFY(m_fixture->service->addProject(QStringLiteral("p1"), QString()));
+    m_world = std::make_unique<ServiceWorld>();
+    m_anna = m_world->service->addUser("anna");
+    m_ben = m_world->service->addUser("ben");
+    QVERIFY(m_world->service->addProject("p1", QString()));
     for (const char *name : {"anna", "ben"}) {
-        QVERIFY(m_fixture->service->setRole(QStringLiteral("p1"), QString::fromLatin1(name),
-                                            QStringLiteral("editor")));
+        QVERIFY(m_world->service->setRole("p1", QString::fromLatin1(name), "editor"));
     }
-    m_fixture->client.setToken(m_anna);
+    m_world->client.setToken(m_anna);
 }
 
 void TestServiceMarks::marksBelongToTheirUser()
 {
-    const QString id = m_fixture->makeFile(QStringLiteral("a.txt"));
+    const QString id = m_world->makeFile("a.txt");
     QCOMPARE(mark(id, 3, true).status, 200);
-    QCOMPARE(m_fixture->document(id).value(QStringLiteral("favorite")), QJsonValue(true));
-    m_fixture->client.setToken(m_ben);
-    QCOMPARE(m_fixture->document(id).value(QStringLiteral("favorite")), QJsonValue(false));
-    QCOMPARE(records({{QStringLiteral("documentId"), id}}).size(), 0);
-    m_fixture->client.setToken(m_anna);
+    QCOMPARE(m_world->document(id).value("favorite"), QJsonValue(true));
+    m_world->client.setToken(m_ben);
+    QCOMPARE(m_world->document(id).value("favorite"), QJsonValue(false));
+    QCOMPARE(records({{"documentId", id}}).size(), 0);
+    m_world->client.setToken(m_anna);
     QCOMPARE(mark(id, 3, false).status, 200);
-    QCOMPARE(m_fixture->document(id).value(QStringLiteral("favorite")), QJsonValue(false));
+    QCOMPARE(m_world->document(id).value("favorite"), QJsonValue(false));
     QCOMPARE(mark(id, 3, false).status, 200);
 }
 
@@ -79,53 +80,48 @@ void TestServiceMarks::frequentAndFavouriteShowInTheDocument()
 {
     QFETCH(int, type);
     QFETCH(bool, isShown);
-    const QString id = m_fixture->makeFile(QStringLiteral("a.txt"));
+    const QString id = m_world->makeFile("a.txt");
     QCOMPARE(mark(id, type, true).status, 200);
-    QCOMPARE(m_fixture->document(id).value(QStringLiteral("favorite")), QJsonValue(isShown));
+    QCOMPARE(m_world->document(id).value("favorite"), QJsonValue(isShown));
 }
 
 void TestServiceMarks::listsAreLimitedToMarks()
 {
-    const QString frequent = m_fixture->makeFile(QStringLiteral("frequent"));
-    const QString favourite = m_fixture->makeFile(QStringLiteral("favourite"));
-    m_fixture->makeFile(QStringLiteral("neither"));
+    const QString frequent = m_world->makeFile("frequent");
+    const QString favourite = m_world->makeFile("favourite");
+    m_world->makeFile("neither");
     mark(frequent, 1, true);
     mark(favourite, 3, true);
-    QCOMPARE(m_fixture->names({}, {{QStringLiteral("frequent"), QStringLiteral("true")}}),
-             QStringList{QStringLiteral("frequent")});
-    QCOMPARE(m_fixture->names({}, {{QStringLiteral("recordType"), QStringLiteral("3")}}),
-             QStringList{QStringLiteral("favourite")});
-    QCOMPARE(m_fixture->names({}, {{QStringLiteral("recordType"), QStringLiteral("9")}}),
-             QStringList());
-    m_fixture->client.setToken(m_ben);
-    QCOMPARE(m_fixture->names({}, {{QStringLiteral("recordType"), QStringLiteral("3")}}),
-             QStringList());
+    QCOMPARE(m_world->names({}, {{"frequent", "true"}}), QStringList{"frequent"});
+    QCOMPARE(m_world->names({}, {{"recordType", "3"}}), QStringList{"favourite"});
+    QCOMPARE(m_world->names({}, {{"recordType", "9"}}), QStringList());
+    m_world->client.setToken(m_ben);
+    QCOMPARE(m_world->names({}, {{"recordType", "3"}}), QStringList());
 }
 
 void TestServiceMarks::recordsOfOneDocumentAreFound()
 {
-    const QString id = m_fixture->makeFile(QStringLiteral("a.txt"));
+    const QString id = m_world->makeFile("a.txt");
     mark(id, 3, true);
     mark(id, 2, true);
-    const QJsonArray found =
-        records({{QStringLiteral("documentId"), id}, {QStringLiteral("type"), 3}});
+    const QJsonArray found = records({{"documentId", id}, {"type", 3}});
     QCOMPARE(found.size(), 1);
-    QCOMPARE(found.at(0).toObject().value(QStringLiteral("type")).toInt(), 3);
-    QCOMPARE(found.at(0).toObject().value(QStringLiteral("documentId")).toString(), id);
-    QCOMPARE(records({{QStringLiteral("documentId"), id}}).size(), 2);
-    QCOMPARE(records({{QStringLiteral("type"), 2}}).size(), 1);
-    QCOMPARE(records({{QStringLiteral("documentId"), id}, {QStringLiteral("type"), 1}}).size(), 0);
+    QCOMPARE(found.at(0).toObject().value("type").toInt(), 3);
+    QCOMPARE(found.at(0).toObject().value("documentId").toString(), id);
+    QCOMPARE(records({{"documentId", id}}).size(), 2);
+    QCOMPARE(records({{"type", 2}}).size(), 1);
+    QCOMPARE(records({{"documentId", id}, {"type", 1}}).size(), 0);
 }
 
 void TestServiceMarks::aDownloadIsRemembered()
 {
-    const QString id = m_fixture->makeFile(QStringLiteral("a.txt"));
-    QVERIFY(m_fixture->document(id).value(QStringLiteral("downloadTime")).isNull());
-    const QString fileId = m_fixture->document(id).value(QStringLiteral("fileId")).toString();
-    QCOMPARE(m_fixture->client.get(QStringLiteral("base-service/files/") + fileId).status, 200);
-    QVERIFY(m_fixture->document(id).value(QStringLiteral("downloadTime")).isString());
-    m_fixture->client.setToken(m_ben);
-    QVERIFY(m_fixture->document(id).value(QStringLiteral("downloadTime")).isNull());
+    const QString id = m_world->makeFile("a.txt");
+    QVERIFY(m_world->document(id).value("downloadTime").isNull());
+    const QString fileId = m_world->document(id).value("fileId").toString();
+    QCOMPARE(m_world->client.get(QString("base-service/files/") + fileId).status, 200);
+    QVERIFY(m_world->document(id).value("downloadTime").isString());
+    m_world->client.setToken(m_ben);
+    QVERIFY(m_world->document(id).value("downloadTime").isNull());
 }
 
 QTEST_GUILESS_MAIN(TestServiceMarks)

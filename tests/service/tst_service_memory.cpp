@@ -1,12 +1,14 @@
 #include <service/RawClient.h>
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 #include <support/ServiceProcess.h>
 
 #include <QFile>
+#include <QIODevice>
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QtTest>
+#include <QTemporaryDir>
+#include <QTest>
 
 //! What the program needs for its work has a bound, whatever clients do and however many there are.
 class TestServiceMemory : public QObject
@@ -30,7 +32,7 @@ private:
 
     const QTemporaryDir m_folder;
     std::unique_ptr<ServiceProcess> m_process;
-    const QString m_path = ServiceFixture::projectPath(QStringLiteral("documents"));
+    const QString m_path = ServiceWorld::projectPath("documents");
 };
 
 namespace {
@@ -41,10 +43,10 @@ constexpr qint64 MiB = 1024 * 1024;
 
 qint64 TestServiceMemory::bytesNow() const
 {
-    QFile status(QStringLiteral("/proc/%1/status").arg(m_process->processId()));
+    QFile status(QString("/proc/%1/status").arg(m_process->processId()));
     if (!status.open(QIODevice::ReadOnly))
         return -1;
-    const QRegularExpression line(QStringLiteral("RssAnon:\\s+(\\d+) kB"));
+    const QRegularExpression line("RssAnon:\\s+(\\d+) kB");
     return line.match(QString::fromLatin1(status.readAll())).captured(1).toLongLong() * 1024;
 }
 
@@ -53,29 +55,26 @@ static bool multiply(const QString &dataFolder, int first, int last)
 {
     bool isDone = false;
     {
-        QSqlDatabase database =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("multiply"));
-        database.setDatabaseName(dataFolder + QStringLiteral("/records.sqlite"));
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "multiply");
+        database.setDatabaseName(dataFolder + "/records.sqlite");
         if (!database.open())
             return false;
         QSqlQuery query(database);
-        query.exec(QStringLiteral("PRAGMA table_info(document)"));
+        query.exec("PRAGMA table_info(document)");
         QStringList columns;
         while (query.next())
             columns.append(query.value(1).toString());
         const QString names = columns.join(QLatin1Char(','));
-        columns.replace(columns.indexOf(QStringLiteral("id")),
-                        QStringLiteral("printf('%024x', n)"));
-        isDone =
-            query.exec(QStringLiteral("WITH RECURSIVE number (n) AS (SELECT %1 UNION ALL "
-                                      "SELECT n + 1 FROM number WHERE n < %2) "
-                                      "INSERT INTO document (%3) SELECT %4 FROM number, document "
-                                      "WHERE id NOT LIKE '0000000000%'")
-                           .arg(first)
-                           .arg(last)
-                           .arg(names, columns.join(QLatin1Char(','))));
+        columns.replace(columns.indexOf("id"), "printf('%024x', n)");
+        isDone = query.exec(QString("WITH RECURSIVE number (n) AS (SELECT %1 UNION ALL "
+                                    "SELECT n + 1 FROM number WHERE n < %2) "
+                                    "INSERT INTO document (%3) SELECT %4 FROM number, document "
+                                    "WHERE id NOT LIKE '0000000000%'")
+                                .arg(first)
+                                .arg(last)
+                                .arg(names, columns.join(QLatin1Char(','))));
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("multiply"));
+    QSqlDatabase::removeDatabase("multiply");
     return isDone;
 }
 
@@ -85,11 +84,8 @@ void TestServiceMemory::initTestCase()
     m_process = std::make_unique<ServiceProcess>(m_folder.path());
     QVERIFY(m_process->start());
     HttpClient maker(m_process->baseApi());
-    const HttpAnswer answer =
-        maker.post(m_path,
-                   {{QStringLiteral("name"), QStringLiteral("large")},
-                    {QStringLiteral("type"), QStringLiteral("dir")},
-                    {QStringLiteral("remark"), QString(10000, QLatin1Char('r'))}});
+    const HttpAnswer answer = maker.post(
+        m_path, {{"name", "large"}, {"type", "dir"}, {"remark", QString(10000, QLatin1Char('r'))}});
     QVERIFY2(answer.isSuccess(), qPrintable(answer.errorText()));
     QCOMPARE(m_process->terminate(), 0);
     QVERIFY(multiply(m_folder.path(), 1, 1200));
@@ -149,8 +145,7 @@ void TestServiceMemory::fewLongListsAreMadeAtTheSameTime()
 void TestServiceMemory::longListsAreRefused()
 {
     HttpClient client(m_process->baseApi());
-    const HttpAnswer tooMany =
-        client.get(m_path, {{QStringLiteral("limit"), QStringLiteral("100001")}});
+    const HttpAnswer tooMany = client.get(m_path, {{"limit", "100001"}});
     QCOMPARE(tooMany.status, 400);
     QCOMPARE(m_process->terminate(), 0);
     QVERIFY(multiply(m_folder.path(), 1801, 9500));
@@ -158,9 +153,8 @@ void TestServiceMemory::longListsAreRefused()
     client.setBaseApi(m_process->baseApi());
     const HttpAnswer tooLong = client.get(m_path);
     QCOMPARE(tooLong.status, 400);
-    QVERIFY2(tooLong.errorText().contains(QStringLiteral("in pages")), tooLong.body.constData());
-    QCOMPARE(client.get(m_path, {{QStringLiteral("limit"), QStringLiteral("500")}}).array().size(),
-             500);
+    QVERIFY2(tooLong.errorText().contains("in pages"), tooLong.body.constData());
+    QCOMPARE(client.get(m_path, {{"limit", "500"}}).array().size(), 500);
 }
 
 void TestServiceMemory::keysThatOccurTwiceCostNothing()
@@ -186,15 +180,15 @@ void TestServiceMemory::unknownFieldsAreNotKept()
 {
     QList<QPair<QString, QByteArray>> fields;
     for (int i = 0; i < 1000; ++i)
-        fields.append({QStringLiteral("field%1").arg(i), QByteArray(4000, 'x')});
+        fields.append({QString("field%1").arg(i), QByteArray(4000, 'x')});
     HttpClient client(m_process->baseApi());
     const qint64 before = bytesNow();
     for (int i = 0; i < 20; ++i) {
-        QCOMPARE(client.postForm(QStringLiteral("base-service/largefiles"), fields).status, 400);
-        QCOMPARE(client.postForm(QStringLiteral("base-service/files"), fields).status, 400);
+        QCOMPARE(client.postForm("base-service/largefiles", fields).status, 400);
+        QCOMPARE(client.postForm("base-service/files", fields).status, 400);
     }
-    fields.append({QStringLiteral("more"), QByteArray(500000, 'x')});
-    QCOMPARE(client.postForm(QStringLiteral("base-service/largefiles"), fields).status, 413);
+    fields.append({"more", QByteArray(500000, 'x')});
+    QCOMPARE(client.postForm("base-service/largefiles", fields).status, 413);
     const qint64 growth = bytesNow() - before;
     QVERIFY2(growth < 24 * MiB, qPrintable(QString::number(growth)));
 }
@@ -211,7 +205,7 @@ void TestServiceMemory::halfBodiesHaveABound()
                              + half);
     }
     HttpClient honest(m_process->baseApi());
-    QCOMPARE(honest.get(QStringLiteral("base-service/me")).status, 200);
+    QCOMPARE(honest.get("base-service/me").status, 200);
     const qint64 growth = bytesNow() - before;
     QVERIFY2(growth < 128 * MiB, qPrintable(QString::number(growth)));
     clients.front()->send(QByteArray(1000000 - half.size() - 1, ' ') + ']');

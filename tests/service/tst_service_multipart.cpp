@@ -1,6 +1,6 @@
 #include <service/http/MultipartParser.h>
 
-#include <QtTest>
+#include <QTest>
 
 using namespace service;
 
@@ -67,7 +67,7 @@ void TestServiceMultipart::everyPartComesWhole_data()
 {
     QTest::addColumn<int>("step");
     for (const int step : {1, 2, 3, 7, 64, 100000})
-        QTest::newRow(qPrintable(QStringLiteral("%1 bytes at a time").arg(step))) << step;
+        QTest::newRow(qPrintable(QString("%1 bytes at a time").arg(step))) << step;
 }
 
 void TestServiceMultipart::everyPartComesWhole()
@@ -75,9 +75,7 @@ void TestServiceMultipart::everyPartComesWhole()
     QFETCH(int, step);
     const QByteArray body = "a preamble\r\n" + partOf("first", "one\r\ntwo") + partOf("empty", "")
         + partOf("last", "three") + "--B--\r\nan epilogue";
-    QCOMPARE(readAll(body, step),
-             QStringList({QStringLiteral("first=one\r\ntwo"), QStringLiteral("empty="),
-                          QStringLiteral("last=three")}));
+    QCOMPARE(readAll(body, step), QStringList({"first=one\r\ntwo", "empty=", "last=three"}));
 }
 
 void TestServiceMultipart::contentsThatLookLikeBoundaries_data()
@@ -98,7 +96,7 @@ void TestServiceMultipart::contentsThatLookLikeBoundaries()
     QFETCH(QByteArray, content);
     for (const int step : {1, 3, 1000})
         QCOMPARE(readAll(partOf("f", content) + "--B--", step),
-                 QStringList{QStringLiteral("f=") + QString::fromLatin1(content)});
+                 QStringList{QString("f=") + QString::fromLatin1(content)});
 }
 
 void TestServiceMultipart::headersAreReadAsTheyAreWritten_data()
@@ -110,19 +108,16 @@ void TestServiceMultipart::headersAreReadAsTheyAreWritten_data()
                         const QString &file) {
         QTest::newRow(title) << QByteArray(header) << name << file;
     };
-    row("usual", "Content-Disposition: form-data; name=\"n\"; filename=\"f.txt\"",
-        QStringLiteral("n"), QStringLiteral("f.txt"));
-    row("lower case", "content-disposition: form-data; name=\"n\"", QStringLiteral("n"), QString());
-    row("without quotes", "Content-Disposition: form-data; name=n; filename=f", QStringLiteral("n"),
-        QStringLiteral("f"));
-    row("file name first", "Content-Disposition: form-data; filename=\"f\"; name=\"n\"",
-        QStringLiteral("n"), QStringLiteral("f"));
+    row("usual", "Content-Disposition: form-data; name=\"n\"; filename=\"f.txt\"", "n", "f.txt");
+    row("lower case", "content-disposition: form-data; name=\"n\"", "n", QString());
+    row("without quotes", "Content-Disposition: form-data; name=n; filename=f", "n", "f");
+    row("file name first", "Content-Disposition: form-data; filename=\"f\"; name=\"n\"", "n", "f");
     row("semicolon inside", "Content-Disposition: form-data; name=\"a;b\"; filename=\"c; name=d\"",
-        QStringLiteral("a;b"), QStringLiteral("c; name=d"));
-    row("escaped quote", R"(Content-Disposition: form-data; name="n"; filename="a\"b")",
-        QStringLiteral("n"), QStringLiteral("a\"b"));
-    row("UTF-8", "Content-Disposition: form-data; name=\"n\"; filename=\"\xe5\x9b\xbe.dwg\"",
-        QStringLiteral("n"), QStringLiteral("图.dwg"));
+        "a;b", "c; name=d");
+    row("escaped quote", R"(Content-Disposition: form-data; name="n"; filename="a\"b")", "n",
+        "a\"b");
+    row("UTF-8", "Content-Disposition: form-data; name=\"n\"; filename=\"\xe5\x9b\xbe.dwg\"", "n",
+        "图.dwg");
 }
 
 void TestServiceMultipart::headersAreReadAsTheyAreWritten()

@@ -1,9 +1,14 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
 #include <support/TestDatabase.h>
 
+#include <QElapsedTimer>
+#include <QJsonArray>
 #include <QJsonDocument>
-#include <QtTest>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QSet>
+#include <QTest>
 
 //! The query language of lists: conditions, parameters, sorts, pages.
 class TestServiceQuery : public QObject
@@ -32,11 +37,10 @@ private:
     QJsonObject where(const QByteArray &text) const;
     void makeThousand();
 
-    std::unique_ptr<ServiceFixture> m_fixture;
+    std::unique_ptr<ServiceWorld> m_world;
     QString m_folder;
     QString m_inner;
-    std::unique_ptr<ServiceFixture>
-        m_thousand; //!< one folder of 1,000 with long ties in every sort
+    std::unique_ptr<ServiceWorld> m_thousand; //!< one folder of 1,000 with long ties in every sort
     QStringList m_ids;
 };
 
@@ -52,7 +56,7 @@ QStringList idsOf(const QJsonArray &documents)
 {
     QStringList ids;
     for (const QJsonValue &document : documents)
-        ids.append(document.toObject().value(QStringLiteral("_id")).toString());
+        ids.append(document.toObject().value("_id").toString());
     return ids;
 }
 
@@ -61,28 +65,26 @@ QStringList idsOf(const QJsonArray &documents)
 //! Ten names and one content for all.
 void TestServiceQuery::makeThousand()
 {
-    m_thousand = std::make_unique<ServiceFixture>();
+    m_thousand = std::make_unique<ServiceWorld>();
     const QString fileId = m_thousand->upload("same");
     for (int i = 0; i < 1000; ++i) {
         const HttpAnswer made = m_thousand->client.post(
-            ServiceFixture::projectPath(QStringLiteral("documents")),
-            {{QStringLiteral("name"), QStringLiteral("name %1").arg(i % 10)},
-             {QStringLiteral("type"), QStringLiteral("file")},
-             {QStringLiteral("file"), fileId}});
-        m_ids.append(made.object().value(QStringLiteral("_id")).toString());
+            ServiceWorld::projectPath("documents"),
+            {{"name", QString("name %1").arg(i % 10)}, {"type", "file"}, {"file", fileId}});
+        m_ids.append(made.object().value("_id").toString());
     }
 }
 
 void TestServiceQuery::initTestCase()
 {
-    m_fixture = std::make_unique<ServiceFixture>();
-    m_folder = m_fixture->makeFolder(QStringLiteral("folder"));
-    m_inner = m_fixture->makeFolder(QStringLiteral("inner"), m_folder);
-    m_fixture->makeFile(QStringLiteral("Alpha.txt"), {}, "1", QStringLiteral("c"));
+    m_world = std::make_unique<ServiceWorld>();
+    m_folder = m_world->makeFolder("folder");
+    m_inner = m_world->makeFolder("inner", m_folder);
+    m_world->makeFile("Alpha.txt", {}, "1", "c");
     waitForTheNextMillisecond(); // so that newer and older can be told apart
-    m_fixture->makeFile(QStringLiteral("beta.pdf"), {}, "22", QStringLiteral("d"));
-    m_fixture->makeFile(QStringLiteral("below.txt"), m_folder, "333", QStringLiteral("c"));
-    m_fixture->makeFile(QStringLiteral("deep.txt"), m_inner, "4444", QStringLiteral("d"));
+    m_world->makeFile("beta.pdf", {}, "22", "d");
+    m_world->makeFile("below.txt", m_folder, "333", "c");
+    m_world->makeFile("deep.txt", m_inner, "4444", "d");
     makeThousand();
 }
 
@@ -144,19 +146,17 @@ void TestServiceQuery::conditionsSelect()
     QFETCH(QByteArray, condition);
     QFETCH(QString, parameters);
     QFETCH(QString, expected);
-    HttpClient::Parameters further{{QStringLiteral("order"), QStringLiteral("name")}};
+    HttpClient::Parameters further{{"order", "name"}};
     if (!parameters.isEmpty()) {
         further.append(
             {parameters.section(QLatin1Char('='), 0, 0), parameters.section(QLatin1Char('='), 1)});
     }
-    QCOMPARE(m_fixture->names(where(condition), further).join(QLatin1Char(',')), expected);
+    QCOMPARE(m_world->names(where(condition), further).join(QLatin1Char(',')), expected);
 
-    further.append({QStringLiteral("only_count"), QStringLiteral("true")});
-    further.append(
-        {QStringLiteral("where"), QString::fromUtf8(QJsonDocument(where(condition)).toJson())});
-    const HttpAnswer count =
-        m_fixture->client.get(ServiceFixture::projectPath(QStringLiteral("documents")), further);
-    QCOMPARE(count.object().value(QStringLiteral("count")).toInt(-1),
+    further.append(qMakePair(QString("only_count"), QString("true")));
+    further.append({"where", QString::fromUtf8(QJsonDocument(where(condition)).toJson())});
+    const HttpAnswer count = m_world->client.get(ServiceWorld::projectPath("documents"), further);
+    QCOMPARE(count.object().value("count").toInt(-1),
              expected.split(QLatin1Char(','), Qt::SkipEmptyParts).size());
 }
 
@@ -164,59 +164,57 @@ void TestServiceQuery::spansOfTimeSelect()
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const auto span = [](const QDateTime &from, const QDateTime &to) {
-        return QJsonObject{{QStringLiteral("parentId"), QJsonValue()},
-                           {QStringLiteral("type"), QStringLiteral("dir")},
-                           {QStringLiteral("updatedAt"),
-                            QJsonObject{{QStringLiteral("$gte"), from.toString(Qt::ISODateWithMs)},
-                                        {QStringLiteral("$lt"), to.toString(Qt::ISODateWithMs)}}}};
+        return QJsonObject{{"parentId", QJsonValue()},
+                           {"type", "dir"},
+                           {"updatedAt",
+                            QJsonObject{{"$gte", from.toString(Qt::ISODateWithMs)},
+                                        {"$lt", to.toString(Qt::ISODateWithMs)}}}};
     };
-    QCOMPARE(m_fixture->names(span(now.addDays(-1), now.addDays(1))).size(), 1);
-    QCOMPARE(m_fixture->names(span(now.addDays(-2), now.addDays(-1))).size(), 0);
+    QCOMPARE(m_world->names(span(now.addDays(-1), now.addDays(1))).size(), 1);
+    QCOMPARE(m_world->names(span(now.addDays(-2), now.addDays(-1))).size(), 0);
     const QDateTime exact = QDateTime::fromString(
-        m_fixture->document(m_folder).value(QStringLiteral("updatedAt")).toString(),
-        Qt::ISODateWithMs);
-    QCOMPARE(m_fixture->names(span(exact, exact.addMSecs(1))).size(), 1);
-    QCOMPARE(m_fixture->names(span(exact.addMSecs(-1), exact)).size(), 0);
+        m_world->document(m_folder).value("updatedAt").toString(), Qt::ISODateWithMs);
+    QCOMPARE(m_world->names(span(exact, exact.addMSecs(1))).size(), 1);
+    QCOMPARE(m_world->names(span(exact.addMSecs(-1), exact)).size(), 0);
 }
 
 void TestServiceQuery::sortsOrder_data()
 {
     QTest::addColumn<QString>("order");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("name") << QStringLiteral("name") << QStringLiteral("Alpha.txt,beta.pdf,folder");
-    QTest::newRow("name, descending")
-        << QStringLiteral("-name") << QStringLiteral("folder,beta.pdf,Alpha.txt");
-    QTest::newRow("folders first, then the newest")
-        << QStringLiteral("type order -updatedAt") << QStringLiteral("folder,beta.pdf,Alpha.txt");
-    QTest::newRow("without an order") << QString() << QStringLiteral("folder,beta.pdf,Alpha.txt");
-    QTest::newRow("newest first") << QStringLiteral("-createdAt")
-                                  << QStringLiteral("beta.pdf,Alpha.txt,folder");
-    QTest::newRow("size") << QStringLiteral("-file.fileSize")
-                          << QStringLiteral("beta.pdf,Alpha.txt,folder");
-    QTest::newRow("two keys") << QStringLiteral("category -name")
-                              << QStringLiteral("folder,Alpha.txt,beta.pdf");
-    QTest::newRow("the same key again")
-        << QStringLiteral("-name name") << QStringLiteral("folder,beta.pdf,Alpha.txt");
+    QTest::newRow("name") << "name"
+                          << "Alpha.txt,beta.pdf,folder";
+    QTest::newRow("name, descending") << "-name"
+                                      << "folder,beta.pdf,Alpha.txt";
+    QTest::newRow("folders first, then the newest") << "type order -updatedAt"
+                                                    << "folder,beta.pdf,Alpha.txt";
+    QTest::newRow("without an order") << QString() << "folder,beta.pdf,Alpha.txt";
+    QTest::newRow("newest first") << "-createdAt"
+                                  << "beta.pdf,Alpha.txt,folder";
+    QTest::newRow("size") << "-file.fileSize"
+                          << "beta.pdf,Alpha.txt,folder";
+    QTest::newRow("two keys") << "category -name"
+                              << "folder,Alpha.txt,beta.pdf";
+    QTest::newRow("the same key again") << "-name name"
+                                        << "folder,beta.pdf,Alpha.txt";
 }
 
 void TestServiceQuery::sortsOrder()
 {
     QFETCH(QString, order);
     QFETCH(QString, expected);
-    const QStringList names =
-        m_fixture->names(ServiceFixture::below(QString()), {{QStringLiteral("order"), order}});
+    const QStringList names = m_world->names(ServiceWorld::below(QString()), {{"order", order}});
     QCOMPARE(names.join(QLatin1Char(',')), expected);
 }
 
 void TestServiceQuery::anAddressFullOfSortKeysIsServed()
 {
-    const QString path =
-        ServiceFixture::projectPath(QStringLiteral("documents?select=name&order=-name"));
-    const HttpAnswer answer = m_fixture->client.get(path + QStringLiteral("+_id").repeated(2020));
+    const QString path = ServiceWorld::projectPath("documents?select=name&order=-name");
+    const HttpAnswer answer = m_world->client.get(path + QString("+_id").repeated(2020));
     QCOMPARE(answer.status, 200);
-    const HttpClient::Parameters sorted{{QStringLiteral("order"), QStringLiteral("-name")}};
-    QCOMPARE(answer.array().at(0).toObject().value(QStringLiteral("name")).toString(),
-             m_fixture->names({}, sorted).first());
+    const HttpClient::Parameters sorted{{"order", "-name"}};
+    QCOMPARE(answer.array().at(0).toObject().value("name").toString(),
+             m_world->names({}, sorted).first());
 }
 
 void TestServiceQuery::pagesNeitherLoseNorRepeat_data()
@@ -230,41 +228,33 @@ void TestServiceQuery::pagesNeitherLoseNorRepeat_data()
 void TestServiceQuery::pagesNeitherLoseNorRepeat()
 {
     QFETCH(QString, order);
-    const HttpClient::Parameters sorted{{QStringLiteral("order"), order},
-                                        {QStringLiteral("select"), QStringLiteral("name")}};
+    const HttpClient::Parameters sorted{{"order", order}, {"select", "name"}};
     QStringList paged;
     for (int skip = 0; skip < 1100; skip += 70) {
         paged += idsOf(m_thousand->list(
-            ServiceFixture::below(QString()),
-            sorted
-                + HttpClient::Parameters{{QStringLiteral("limit"), QStringLiteral("70")},
-                                         {QStringLiteral("skip"), QString::number(skip)}}));
+            ServiceWorld::below(QString()),
+            sorted + HttpClient::Parameters{{"limit", "70"}, {"skip", QString::number(skip)}}));
     }
     QCOMPARE(paged.size(), 1000);
-    QCOMPARE(paged, idsOf(m_thousand->list(ServiceFixture::below(QString()), sorted)));
+    QCOMPARE(paged, idsOf(m_thousand->list(ServiceWorld::below(QString()), sorted)));
     QCOMPARE(QSet<QString>(paged.begin(), paged.end()), QSet<QString>(m_ids.begin(), m_ids.end()));
 }
 
 void TestServiceQuery::selectionsLimitTheFields()
 {
     const auto keys = [this](const QString &select, bool linked) {
-        HttpClient::Parameters parameters{{QStringLiteral("select"), select}};
+        HttpClient::Parameters parameters{{"select", select}};
         if (linked)
-            parameters.append({QStringLiteral("linkedEntity"), QStringLiteral("true")});
-        const QJsonObject condition{{QStringLiteral("name"), QStringLiteral("Alpha.txt")}};
-        return m_fixture->list(condition, parameters)
-            .at(0)
-            .toObject()
-            .keys()
-            .join(QLatin1Char(' '));
+            parameters.append(qMakePair(QString("linkedEntity"), QString("true")));
+        const QJsonObject condition{{"name", "Alpha.txt"}};
+        return m_world->list(condition, parameters).at(0).toObject().keys().join(QLatin1Char(' '));
     };
-    QCOMPARE(keys(QStringLiteral("name"), false), QStringLiteral("_id name"));
-    QCOMPARE(
-        keys(QStringLiteral("parentId name type suffix fileType fileSize fileId updatedAt"), false),
-        QStringLiteral("_id file fileId fileSize name parentId suffix type updatedAt"));
-    QVERIFY(!keys(QStringLiteral("-entities"), false).contains(QStringLiteral("entity")));
-    QVERIFY(keys(QStringLiteral("-entities"), true).contains(QStringLiteral("entity")));
-    QVERIFY(keys(QString(), false).contains(QStringLiteral("entity")));
+    QCOMPARE(keys("name", false), QString("_id name"));
+    QCOMPARE(keys("parentId name type suffix fileType fileSize fileId updatedAt", false),
+             QString("_id file fileId fileSize name parentId suffix type updatedAt"));
+    QVERIFY(!keys("-entities", false).contains("entity"));
+    QVERIFY(keys("-entities", true).contains("entity"));
+    QVERIFY(keys(QString(), false).contains("entity"));
 }
 
 void TestServiceQuery::whatTheLanguageDoesNotHaveIsRefused_data()
@@ -302,33 +292,29 @@ void TestServiceQuery::whatTheLanguageDoesNotHaveIsRefused()
 {
     QFETCH(QString, name);
     QFETCH(QString, value);
-    const HttpAnswer answer = m_fixture->client.get(
-        ServiceFixture::projectPath(QStringLiteral("documents")), {{name, value}});
+    const HttpAnswer answer =
+        m_world->client.get(ServiceWorld::projectPath("documents"), {{name, value}});
     QCOMPARE(answer.status, 400);
     QVERIFY(!answer.errorText().isEmpty());
 }
 
 void TestServiceQuery::anExpressionWithoutEndIsRefusedSoon()
 {
-    ServiceFixture fixture;
-    fixture.makeFolder(QString(200, QLatin1Char('a')) + QLatin1Char('!'));
-    const QJsonObject catastrophic{
-        {QStringLiteral("name"),
-         QJsonObject{{QStringLiteral("$regex"), QStringLiteral("^(a+)+$")}}}};
-    const QJsonObject nested{{QStringLiteral("name"),
-                              QJsonObject{{QStringLiteral("$regex"),
-                                           QStringLiteral("(*LIMIT_MATCH=999999999)^(a|aa)+$")}}}};
+    ServiceWorld world;
+    world.makeFolder(QString(200, QLatin1Char('a')) + QLatin1Char('!'));
+    const QJsonObject catastrophic{{"name", QJsonObject{{"$regex", "^(a+)+$"}}}};
+    const QJsonObject nested{
+        {"name", QJsonObject{{"$regex", "(*LIMIT_MATCH=999999999)^(a|aa)+$"}}}};
     for (const QJsonObject &condition : {catastrophic, nested}) {
         QElapsedTimer clock;
         clock.start();
-        const HttpAnswer answer = fixture.client.get(
-            ServiceFixture::projectPath(QStringLiteral("documents")),
-            {{QStringLiteral("where"), QString::fromUtf8(QJsonDocument(condition).toJson())}});
-        // PostgreSQL reads the first one without going back, and refuses what begins the other one.
+        const HttpAnswer answer =
+            world.client.get(ServiceWorld::projectPath("documents"),
+                             {{"where", QString::fromUtf8(QJsonDocument(condition).toJson())}});
+        // PostgreSQL evaluates the first pattern without backtracking, and rejects the beginning of the second one.
         if (!TestDatabase::isPostgres()) {
             QCOMPARE(answer.status, 400);
-            QVERIFY2(answer.errorText().contains(QStringLiteral("too long")),
-                     qUtf8Printable(answer.errorText()));
+            QVERIFY2(answer.errorText().contains("too long"), qUtf8Printable(answer.errorText()));
         }
         QVERIFY(clock.elapsed() < 5000);
     }
@@ -338,43 +324,40 @@ void TestServiceQuery::expressionsFindWhatTheySay_data()
 {
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<bool>("isFound");
-    QTest::newRow("anchored") << QStringLiteral("^R&D") << true;
-    QTest::newRow("per cent") << QStringLiteral("100%") << true;
-    QTest::newRow("escaped plus") << QStringLiteral("\\+") << true;
-    QTest::newRow("Chinese") << QStringLiteral("图.") << true;
-    QTest::newRow("placeholder") << QStringLiteral("%3") << false;
-    QTest::newRow("quote") << QStringLiteral("'") << false;
+    QTest::newRow("anchored") << "^R&D" << true;
+    QTest::newRow("per cent") << "100%" << true;
+    QTest::newRow("escaped plus") << "\\+" << true;
+    QTest::newRow("Chinese") << "图." << true;
+    QTest::newRow("placeholder") << "%3" << false;
+    QTest::newRow("quote") << "'" << false;
 }
 
 void TestServiceQuery::expressionsFindWhatTheySay()
 {
     QFETCH(QString, pattern);
     QFETCH(bool, isFound);
-    ServiceFixture fixture;
-    QVERIFY(!fixture.makeFolder(QStringLiteral("R&D 100% #1 + 图纸.dwg")).isEmpty());
-    const QJsonObject condition{{QStringLiteral("parentId"), QJsonValue()},
-                                {QStringLiteral("name"),
-                                 QJsonObject{{QStringLiteral("$regex"), pattern},
-                                             {QStringLiteral("$options"), QStringLiteral("i")}}}};
-    QCOMPARE(fixture.list(condition).size(), isFound ? 1 : 0);
+    ServiceWorld world;
+    QVERIFY(!world.makeFolder("R&D 100% #1 + 图纸.dwg").isEmpty());
+    const QJsonObject condition{{"parentId", QJsonValue()},
+                                {"name", QJsonObject{{"$regex", pattern}, {"$options", "i"}}}};
+    QCOMPARE(world.list(condition).size(), isFound ? 1 : 0);
 }
 
 void TestServiceQuery::ordersPutNewOnesToTheEnd()
 {
-    ServiceFixture fixture;
-    const QString a = fixture.makeFolder(QStringLiteral("a"));
-    const QString b = fixture.makeFolder(QStringLiteral("b"));
+    ServiceWorld world;
+    const QString a = world.makeFolder("a");
+    const QString b = world.makeFolder("b");
     const auto position = [](const QString &id, int order) {
-        return QJsonObject{{QStringLiteral("_id"), id}, {QStringLiteral("order"), order}};
+        return QJsonObject{{"_id", id}, {"order", order}};
     };
-    const HttpAnswer answer = fixture.client.putArray(QStringLiteral("document-service/documents"),
-                                                      QJsonArray{position(a, 1), position(b, 0)});
+    const HttpAnswer answer = world.client.putArray("document-service/documents",
+                                                    QJsonArray{position(a, 1), position(b, 0)});
     QCOMPARE(answer.status, 200);
-    QCOMPARE(fixture.names(ServiceFixture::below(QString())).join(QString()), QStringLiteral("ba"));
-    const QString c = fixture.makeFolder(QStringLiteral("c"));
-    QCOMPARE(fixture.document(c).value(QStringLiteral("order")).toInt(), 2);
-    QCOMPARE(fixture.names(ServiceFixture::below(QString())).join(QString()),
-             QStringLiteral("bac"));
+    QCOMPARE(world.names(ServiceWorld::below(QString())).join(QString()), QString("ba"));
+    const QString c = world.makeFolder("c");
+    QCOMPARE(world.document(c).value("order").toInt(), 2);
+    QCOMPARE(world.names(ServiceWorld::below(QString())).join(QString()), QString("bac"));
 }
 
 QTEST_GUILESS_MAIN(TestServiceQuery)

@@ -1,7 +1,8 @@
 #include <service/ReadOnlyDisk.h>
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
-#include <QtTest>
+#include <QRegularExpression>
+#include <QTest>
 
 #include <memory>
 #include <vector>
@@ -20,15 +21,15 @@ private Q_SLOTS:
     void anUploadIsRefusedAndLeavesNothing();
 
 private:
-    ServiceFixture m_fixture;
+    ServiceWorld m_world;
     QString m_document;
     QString m_fileId;
 };
 
 void TestServiceReadOnly::initTestCase()
 {
-    m_document = m_fixture.makeFile(QStringLiteral("a.txt"), {}, "hello\n");
-    m_fileId = m_fixture.document(m_document).value(QStringLiteral("fileId")).toString();
+    m_document = m_world.makeFile("a.txt", {}, "hello\n");
+    m_fileId = m_world.document(m_document).value("fileId").toString();
     QVERIFY(!m_fileId.isEmpty());
     QVERIFY(makeDiskReadOnly());
 }
@@ -36,12 +37,11 @@ void TestServiceReadOnly::initTestCase()
 //! On several connections at once, so that threads take part that have not read the records yet.
 void TestServiceReadOnly::contentsAreGiven()
 {
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("vell-service: ")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("vell-service: "));
     std::vector<std::unique_ptr<HttpClient>> clients;
     for (int i = 0; i < 40; ++i) {
-        clients.push_back(std::make_unique<HttpClient>(m_fixture.service->baseApi()));
-        const HttpAnswer answer =
-            clients.back()->get(QStringLiteral("base-service/files/") + m_fileId);
+        clients.push_back(std::make_unique<HttpClient>(m_world.service->baseApi()));
+        const HttpAnswer answer = clients.back()->get(QString("base-service/files/") + m_fileId);
         QCOMPARE(answer.status, 200);
         QCOMPARE(answer.body, QByteArray("hello\n"));
     }
@@ -49,7 +49,7 @@ void TestServiceReadOnly::contentsAreGiven()
 
 void TestServiceReadOnly::listsAreAnswered()
 {
-    QCOMPARE(m_fixture.names({}), QStringList{QStringLiteral("a.txt")});
+    QCOMPARE(m_world.names({}), QStringList{"a.txt"});
 }
 
 void TestServiceReadOnly::changesAreRefused_data()
@@ -57,12 +57,11 @@ void TestServiceReadOnly::changesAreRefused_data()
     QTest::addColumn<QByteArray>("verb");
     QTest::addColumn<QString>("path");
     QTest::addColumn<QByteArray>("body");
-    QTest::newRow("a new folder") << QByteArray("POST")
-                                  << ServiceFixture::projectPath(QStringLiteral("documents"))
+    QTest::newRow("a new folder") << QByteArray("POST") << ServiceWorld::projectPath("documents")
                                   << QByteArray(R"({"name":"x","type":"dir"})");
-    QTest::newRow("a new name") << QByteArray("PUT") << ServiceFixture::documentPath(m_document)
+    QTest::newRow("a new name") << QByteArray("PUT") << ServiceWorld::documentPath(m_document)
                                 << QByteArray(R"({"name":"b.txt"})");
-    QTest::newRow("a deletion") << QByteArray("DELETE") << ServiceFixture::documentPath(m_document)
+    QTest::newRow("a deletion") << QByteArray("DELETE") << ServiceWorld::documentPath(m_document)
                                 << QByteArray();
 }
 
@@ -71,20 +70,17 @@ void TestServiceReadOnly::changesAreRefused()
     QFETCH(QByteArray, verb);
     QFETCH(QString, path);
     QFETCH(QByteArray, body);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("vell-service: ")));
-    const HttpAnswer answer = m_fixture.client.send(verb, path, body);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("vell-service: "));
+    const HttpAnswer answer = m_world.client.send(verb, path, body);
     QCOMPARE(answer.status, 507);
-    QVERIFY2(answer.errorText().contains(QStringLiteral("read-only")), answer.body.constData());
+    QVERIFY2(answer.errorText().contains("read-only"), answer.body.constData());
 }
 
 void TestServiceReadOnly::anUploadIsRefusedAndLeavesNothing()
 {
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("vell-service: ")));
-    QCOMPARE(m_fixture.client
-                 .postForm(QStringLiteral("base-service/files"), {{QStringLiteral("file/b"), "b"}})
-                 .status,
-             507);
-    QCOMPARE(m_fixture.names({}), QStringList{QStringLiteral("a.txt")});
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("vell-service: "));
+    QCOMPARE(m_world.client.postForm("base-service/files", {{"file/b", "b"}}).status, 507);
+    QCOMPARE(m_world.names({}), QStringList{"a.txt"});
 }
 
 QTEST_GUILESS_MAIN(TestServiceReadOnly)

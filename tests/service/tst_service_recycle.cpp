@@ -1,6 +1,8 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
-#include <QtTest>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QTest>
 
 //! The recycle bin.
 class TestServiceRecycle : public QObject
@@ -21,127 +23,118 @@ private Q_SLOTS:
     void emptyingKeepsWhatItDoesNotConcern();
 
 private:
-    static QStringList bin(ServiceFixture &fixture, const QJsonObject &where = {})
+    static QStringList bin(ServiceWorld &world, const QJsonObject &where = {})
     {
-        return fixture.names(where,
-                             {{QStringLiteral("category"), QStringLiteral("recycle")},
-                              {QStringLiteral("order"), QStringLiteral("name")}});
+        return world.names(where, {{"category", "recycle"}, {"order", "name"}});
     }
-    static HttpAnswer remove(ServiceFixture &fixture, const QString &id)
+    static HttpAnswer remove(ServiceWorld &world, const QString &id)
     {
-        return fixture.client.remove(ServiceFixture::documentPath(id));
+        return world.client.remove(ServiceWorld::documentPath(id));
     }
-    static HttpAnswer restore(ServiceFixture &fixture, const QString &id)
+    static HttpAnswer restore(ServiceWorld &world, const QString &id)
     {
-        return fixture.client.get(ServiceFixture::documentPath(id, QStringLiteral("/restore")));
+        return world.client.get(ServiceWorld::documentPath(id, "/restore"));
     }
-    static HttpAnswer empty(ServiceFixture &fixture, const QString &category)
+    static HttpAnswer empty(ServiceWorld &world, const QString &category)
     {
-        return fixture.client.remove(QStringLiteral("document-service/documents"),
-                                     {{QStringLiteral("hostId"), QStringLiteral("p1")},
-                                      {QStringLiteral("category"), category}});
+        return world.client.remove("document-service/documents",
+                                   {{"hostId", "p1"}, {"category", category}});
     }
 };
 
 void TestServiceRecycle::aDeletedFileIsInTheBin()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    QCOMPARE(remove(fixture, id).status, 200);
-    QCOMPARE(fixture.names(ServiceFixture::below(QString())), QStringList());
-    QCOMPARE(bin(fixture), QStringList{QStringLiteral("a.txt")});
-    QCOMPARE(bin(fixture, ServiceFixture::below(QString())), QStringList{QStringLiteral("a.txt")});
-    QCOMPARE(fixture.document(id).value(QStringLiteral("recycle")).toInt(), 1);
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    QCOMPARE(remove(world, id).status, 200);
+    QCOMPARE(world.names(ServiceWorld::below(QString())), QStringList());
+    QCOMPARE(bin(world), QStringList{"a.txt"});
+    QCOMPARE(bin(world, ServiceWorld::below(QString())), QStringList{"a.txt"});
+    QCOMPARE(world.document(id).value("recycle").toInt(), 1);
 }
 
 void TestServiceRecycle::aDeletedFolderTakesEverythingBelow()
 {
-    ServiceFixture fixture;
-    const QString outer = fixture.makeFolder(QStringLiteral("outer"));
-    const QString inner = fixture.makeFolder(QStringLiteral("inner"), outer);
-    const QString file = fixture.makeFile(QStringLiteral("file"), inner);
-    remove(fixture, outer);
-    QCOMPARE(fixture.names({}), QStringList());
-    QCOMPARE(bin(fixture), QStringList{QStringLiteral("outer")});
-    QCOMPARE(bin(fixture, ServiceFixture::below(outer)), QStringList{QStringLiteral("inner")});
-    QCOMPARE(fixture.document(file).value(QStringLiteral("recycle")).toInt(), 2);
-    QCOMPARE(restore(fixture, file).status, 409);
+    ServiceWorld world;
+    const QString outer = world.makeFolder("outer");
+    const QString inner = world.makeFolder("inner", outer);
+    const QString file = world.makeFile("file", inner);
+    remove(world, outer);
+    QCOMPARE(world.names({}), QStringList());
+    QCOMPARE(bin(world), QStringList{"outer"});
+    QCOMPARE(bin(world, ServiceWorld::below(outer)), QStringList{"inner"});
+    QCOMPARE(world.document(file).value("recycle").toInt(), 2);
+    QCOMPARE(restore(world, file).status, 409);
 }
 
 void TestServiceRecycle::deletingTwiceIsNoError()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    QCOMPARE(remove(fixture, id).status, 200);
-    QCOMPARE(remove(fixture, id).status, 200);
-    QCOMPARE(bin(fixture).size(), 1);
-    QCOMPARE(remove(fixture, QStringLiteral("none")).status, 404);
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    QCOMPARE(remove(world, id).status, 200);
+    QCOMPARE(remove(world, id).status, 200);
+    QCOMPARE(bin(world).size(), 1);
+    QCOMPARE(remove(world, "none").status, 404);
 }
 
 void TestServiceRecycle::whatIsInTheBinCannotBeChanged()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    remove(fixture, id);
-    QCOMPARE(fixture.client
-                 .put(ServiceFixture::documentPath(id),
-                      {{QStringLiteral("name"), QStringLiteral("b.txt")}})
-                 .status,
-             409);
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    remove(world, id);
+    QCOMPARE(world.client.put(ServiceWorld::documentPath(id), {{"name", "b.txt"}}).status, 409);
 }
 
 void TestServiceRecycle::restoringBringsTheContentBack()
 {
-    ServiceFixture fixture;
-    const QString top = fixture.makeFolder(QStringLiteral("top"));
-    const QString folder = fixture.makeFolder(QStringLiteral("folder"), top);
-    fixture.makeFile(QStringLiteral("file"), folder);
-    remove(fixture, folder);
-    const HttpAnswer answer = restore(fixture, folder);
+    ServiceWorld world;
+    const QString top = world.makeFolder("top");
+    const QString folder = world.makeFolder("folder", top);
+    world.makeFile("file", folder);
+    remove(world, folder);
+    const HttpAnswer answer = restore(world, folder);
     QCOMPARE(answer.status, 200);
-    QCOMPARE(answer.object().value(QStringLiteral("hasSameDoc")), QJsonValue(false));
-    QCOMPARE(answer.object().value(QStringLiteral("parentId")).toString(), top);
-    QCOMPARE(answer.object().value(QStringLiteral("recycle")).toInt(-1), 0);
-    QCOMPARE(fixture.names(ServiceFixture::below(folder)), QStringList{QStringLiteral("file")});
-    QCOMPARE(bin(fixture), QStringList());
+    QCOMPARE(answer.object().value("hasSameDoc"), QJsonValue(false));
+    QCOMPARE(answer.object().value("parentId").toString(), top);
+    QCOMPARE(answer.object().value("recycle").toInt(-1), 0);
+    QCOMPARE(world.names(ServiceWorld::below(folder)), QStringList{"file"});
+    QCOMPARE(bin(world), QStringList());
 }
 
 void TestServiceRecycle::whatWasDeletedBeforeItsFolderStaysInTheBin()
 {
-    ServiceFixture fixture;
-    const QString folder = fixture.makeFolder(QStringLiteral("folder"));
-    const QString inner = fixture.makeFolder(QStringLiteral("inner"), folder);
-    fixture.makeFile(QStringLiteral("below inner"), inner);
-    fixture.makeFile(QStringLiteral("stays"), folder);
-    remove(fixture, inner);
-    remove(fixture, folder);
-    restore(fixture, folder);
-    QCOMPARE(fixture.names(ServiceFixture::below(folder),
-                           {{QStringLiteral("deep"), QStringLiteral("true")}}),
-             QStringList{QStringLiteral("stays")});
-    QCOMPARE(bin(fixture), QStringList{QStringLiteral("inner")});
+    ServiceWorld world;
+    const QString folder = world.makeFolder("folder");
+    const QString inner = world.makeFolder("inner", folder);
+    world.makeFile("below inner", inner);
+    world.makeFile("stays", folder);
+    remove(world, inner);
+    remove(world, folder);
+    restore(world, folder);
+    QCOMPARE(world.names(ServiceWorld::below(folder), {{"deep", "true"}}), QStringList{"stays"});
+    QCOMPARE(bin(world), QStringList{"inner"});
 }
 
 void TestServiceRecycle::withoutItsFolderItComesBackAtTheTop()
 {
-    ServiceFixture fixture;
-    const QString folder = fixture.makeFolder(QStringLiteral("folder"));
-    const QString file = fixture.makeFile(QStringLiteral("file"), folder);
-    remove(fixture, file);
-    remove(fixture, folder);
-    QCOMPARE(restore(fixture, file).status, 200);
-    QVERIFY(fixture.document(file).value(QStringLiteral("parentId")).isNull());
+    ServiceWorld world;
+    const QString folder = world.makeFolder("folder");
+    const QString file = world.makeFile("file", folder);
+    remove(world, file);
+    remove(world, folder);
+    QCOMPARE(restore(world, file).status, 200);
+    QVERIFY(world.document(file).value("parentId").isNull());
 }
 
 void TestServiceRecycle::restoringTellsOfTheSameName()
 {
-    ServiceFixture fixture;
-    const QString first = fixture.makeFile(QStringLiteral("a.txt"));
-    remove(fixture, first);
-    fixture.makeFile(QStringLiteral("a.txt"));
-    const HttpAnswer answer = restore(fixture, first);
-    QCOMPARE(answer.object().value(QStringLiteral("hasSameDoc")), QJsonValue(true));
-    QCOMPARE(fixture.names(ServiceFixture::below(QString())).size(), 2);
+    ServiceWorld world;
+    const QString first = world.makeFile("a.txt");
+    remove(world, first);
+    world.makeFile("a.txt");
+    const HttpAnswer answer = restore(world, first);
+    QCOMPARE(answer.object().value("hasSameDoc"), QJsonValue(true));
+    QCOMPARE(world.names(ServiceWorld::below(QString())).size(), 2);
 }
 
 void TestServiceRecycle::emptyingPurges_data()
@@ -149,40 +142,40 @@ void TestServiceRecycle::emptyingPurges_data()
     QTest::addColumn<QString>("category");
     QTest::addColumn<QString>("left");
     QTest::newRow("everything") << QString() << QString();
-    QTest::newRow("everything by the bin's word") << QStringLiteral("recycle") << QString();
-    QTest::newRow("one category") << QStringLiteral("c") << QStringLiteral("of d");
+    QTest::newRow("everything by the bin's word") << "recycle" << QString();
+    QTest::newRow("one category") << "c"
+                                  << "of d";
 }
 
 void TestServiceRecycle::emptyingPurges()
 {
     QFETCH(QString, category);
     QFETCH(QString, left);
-    ServiceFixture fixture;
-    const QString folder = fixture.makeFolder(QStringLiteral("of c"));
-    const QString below =
-        fixture.makeFile(QStringLiteral("below"), folder, "x", QStringLiteral("d"));
-    const QString other = fixture.makeFile(QStringLiteral("of d"), {}, "y", QStringLiteral("d"));
-    fixture.makeFile(QStringLiteral("not deleted"));
-    remove(fixture, folder);
-    remove(fixture, other);
-    QCOMPARE(empty(fixture, category).status, 200);
-    QCOMPARE(bin(fixture).join(QLatin1Char(',')), left);
-    QCOMPARE(fixture.client.get(ServiceFixture::documentPath(below)).status, 404);
-    QCOMPARE(fixture.names({}), QStringList{QStringLiteral("not deleted")});
+    ServiceWorld world;
+    const QString folder = world.makeFolder("of c");
+    const QString below = world.makeFile("below", folder, "x", "d");
+    const QString other = world.makeFile("of d", {}, "y", "d");
+    world.makeFile("not deleted");
+    remove(world, folder);
+    remove(world, other);
+    QCOMPARE(empty(world, category).status, 200);
+    QCOMPARE(bin(world).join(QLatin1Char(',')), left);
+    QCOMPARE(world.client.get(ServiceWorld::documentPath(below)).status, 404);
+    QCOMPARE(world.names({}), QStringList{"not deleted"});
 }
 
 void TestServiceRecycle::emptyingKeepsWhatItDoesNotConcern()
 {
-    ServiceFixture fixture;
-    const QString folder = fixture.makeFolder(QStringLiteral("of c"));
-    const QString file = fixture.makeFile(QStringLiteral("of d"), folder, "x", QStringLiteral("d"));
-    remove(fixture, file); // on its own, before its folder
-    remove(fixture, folder);
-    QCOMPARE(empty(fixture, QStringLiteral("c")).status, 200);
-    QCOMPARE(bin(fixture), QStringList{QStringLiteral("of d")});
-    QCOMPARE(restore(fixture, file).status, 200);
-    QVERIFY(fixture.document(file).value(QStringLiteral("parentId")).isNull());
-    QCOMPARE(fixture.client.remove(QStringLiteral("document-service/documents")).status, 400);
+    ServiceWorld world;
+    const QString folder = world.makeFolder("of c");
+    const QString file = world.makeFile("of d", folder, "x", "d");
+    remove(world, file); // on its own, before its folder
+    remove(world, folder);
+    QCOMPARE(empty(world, "c").status, 200);
+    QCOMPARE(bin(world), QStringList{"of d"});
+    QCOMPARE(restore(world, file).status, 200);
+    QVERIFY(world.document(file).value("parentId").isNull());
+    QCOMPARE(world.client.remove("document-service/documents").status, 400);
 }
 
 QTEST_GUILESS_MAIN(TestServiceRecycle)

@@ -1,7 +1,11 @@
 #include <service/RawClient.h>
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
-#include <QtTest>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QMap>
+#include <QTest>
 
 //! Who may do what: the answers to "may I" are what the service then does.
 class TestServiceRoles : public QObject
@@ -33,64 +37,56 @@ private Q_SLOTS:
 private:
     QString answer(const QString &key, const QString &id = {})
     {
-        return m_fixture->client
-            .get(ServiceFixture::projectPath(QStringLiteral("auth")),
-                 {{QStringLiteral("key"), key},
-                  {QStringLiteral("category"), QStringLiteral("c")},
-                  {QStringLiteral("rId"), id}})
+        return m_world->client
+            .get(ServiceWorld::projectPath("auth"), {{"key", key}, {"category", "c"}, {"rId", id}})
             .object()
-            .value(QStringLiteral("value"))
+            .value("value")
             .toString();
     }
     bool isAllowed(const QString &key, const QString &id);
     void become(const QString &token, const QString &role);
 
-    std::unique_ptr<ServiceFixture> m_fixture;
+    std::unique_ptr<ServiceWorld> m_world;
     QString m_owner;
     QString m_user;
 };
 
 void TestServiceRoles::init()
 {
-    m_fixture = std::make_unique<ServiceFixture>();
-    m_owner = m_fixture->service->addUser(QStringLiteral("boss"));
-    m_user = m_fixture->service->addUser(QStringLiteral("user"));
-    QVERIFY(m_fixture->service->addProject(QStringLiteral("p1"), QStringLiteral("First")));
-    QVERIFY(m_fixture->service->setRole(QStringLiteral("p1"), QStringLiteral("boss"),
-                                        QStringLiteral("owner")));
+    m_world = std::make_unique<ServiceWorld>();
+    m_owner = m_world->service->addUser("boss");
+    m_user = m_world->service->addUser("user");
+    QVERIFY(m_world->service->addProject("p1", "First"));
+    QVERIFY(m_world->service->setRole("p1", "boss", "owner"));
 }
 
 void TestServiceRoles::become(const QString &token, const QString &role)
 {
-    m_fixture->client.setToken(token);
-    QVERIFY(m_fixture->service->setRole(QStringLiteral("p1"), QStringLiteral("user"), role));
+    m_world->client.setToken(token);
+    QVERIFY(m_world->service->setRole("p1", "user", role));
 }
 
 //! Does what the key names and says whether the service let it.
 bool TestServiceRoles::isAllowed(const QString &key, const QString &id)
 {
-    const QString path = ServiceFixture::documentPath(id);
+    const QString path = ServiceWorld::documentPath(id);
     HttpAnswer answer;
     if (key == QLatin1String("delete"))
-        answer = m_fixture->client.remove(path);
+        answer = m_world->client.remove(path);
     else if (key == QLatin1String("edit"))
-        answer = m_fixture->client.put(path, {{QStringLiteral("remark"), QStringLiteral("x")}});
+        answer = m_world->client.put(path, {{"remark", "x"}});
     else if (key == QLatin1String("download"))
-        answer = m_fixture->client.get(path, {{QStringLiteral("pwd"), QStringLiteral("true")}});
+        answer = m_world->client.get(path, {{"pwd", "true"}});
     else if (key == QLatin1String("upload"))
-        answer = m_fixture->client.post(ServiceFixture::projectPath(QStringLiteral("documents")),
-                                        {{QStringLiteral("name"), QStringLiteral("new")},
-                                         {QStringLiteral("type"), QStringLiteral("dir")},
-                                         {QStringLiteral("parentId"), id}});
+        answer = m_world->client.post(ServiceWorld::projectPath("documents"),
+                                      {{"name", "new"}, {"type", "dir"}, {"parentId", id}});
     else if (key == QLatin1String("share"))
-        answer = m_fixture->client.post(QStringLiteral("document-service/documents/shares"),
-                                        {{QStringLiteral("hostId"), QStringLiteral("p1")},
-                                         {QStringLiteral("documentIds"), QJsonArray{id}}});
+        answer = m_world->client.post("document-service/documents/shares",
+                                      {{"hostId", "p1"}, {"documentIds", QJsonArray{id}}});
     else if (key == QLatin1String("purge"))
-        answer = m_fixture->client.remove(QStringLiteral("document-service/documents"),
-                                          {{QStringLiteral("hostId"), QStringLiteral("p1")}});
+        answer = m_world->client.remove("document-service/documents", {{"hostId", "p1"}});
     else if (key == QLatin1String("read"))
-        answer = m_fixture->client.get(path);
+        answer = m_world->client.get(path);
     if (!answer.isSuccess() && answer.status != 403)
         qWarning("%s: %d %s", qUtf8Printable(key), answer.status, answer.body.constData());
     return answer.isSuccess();
@@ -98,28 +94,23 @@ bool TestServiceRoles::isAllowed(const QString &key, const QString &id)
 
 void TestServiceRoles::withUsersATokenIsNeeded()
 {
-    const QString me = QStringLiteral("base-service/me");
-    m_fixture->client.setToken(QString());
-    const HttpAnswer without = m_fixture->client.get(me);
+    const QString me = "base-service/me";
+    m_world->client.setToken(QString());
+    const HttpAnswer without = m_world->client.get(me);
     QCOMPARE(without.status, 401);
     QVERIFY(!without.errorText().isEmpty());
-    m_fixture->client.setToken(QStringLiteral("guessed"));
-    QCOMPARE(m_fixture->client.get(me).status, 401);
-    m_fixture->client.setToken(m_owner);
-    QCOMPARE(m_fixture->client.get(me).status, 200);
+    m_world->client.setToken("guessed");
+    QCOMPARE(m_world->client.get(me).status, 401);
+    m_world->client.setToken(m_owner);
+    QCOMPARE(m_world->client.get(me).status, 200);
 }
 
 void TestServiceRoles::unknownProjectsAreNotFound()
 {
-    m_fixture->client.setToken(m_owner);
-    const QString path = QStringLiteral("document-service/projects/none/documents");
-    QCOMPARE(m_fixture->client.get(path).status, 404);
-    QCOMPARE(m_fixture->client
-                 .post(path,
-                       {{QStringLiteral("name"), QStringLiteral("x")},
-                        {QStringLiteral("type"), QStringLiteral("dir")}})
-                 .status,
-             404);
+    m_world->client.setToken(m_owner);
+    const QString path = "document-service/projects/none/documents";
+    QCOMPARE(m_world->client.get(path).status, 404);
+    QCOMPARE(m_world->client.post(path, {{"name", "x"}, {"type", "dir"}}).status, 404);
 }
 
 void TestServiceRoles::everyRoleMayWhatTheAnswerSays_data()
@@ -130,16 +121,15 @@ void TestServiceRoles::everyRoleMayWhatTheAnswerSays_data()
     QTest::addColumn<bool>("expected");
     const QMap<QString, QString> table{
         // what may be done to others' documents, then to own ones
-        {QStringLiteral("owner"),
-         QStringLiteral("read download upload edit delete share purge"
-                        "|read download upload edit delete share purge")},
-        {QStringLiteral("editor"),
-         QStringLiteral("read download upload edit delete share"
-                        "|read download upload edit delete share")},
-        {QStringLiteral("contributor"),
-         QStringLiteral("read download upload share|read download upload edit delete share")},
-        {QStringLiteral("viewer"), QStringLiteral("read download|read download")},
-        {QStringLiteral("none"), QStringLiteral("|")},
+        {"owner",
+         "read download upload edit delete share purge"
+         "|read download upload edit delete share purge"},
+        {"editor",
+         "read download upload edit delete share"
+         "|read download upload edit delete share"},
+        {"contributor", "read download upload share|read download upload edit delete share"},
+        {"viewer", "read download|read download"},
+        {"none", "|"},
     };
     for (auto it = table.begin(); it != table.end(); ++it) {
         for (const char *key : {"read", "download", "upload", "edit", "delete", "share", "purge"}) {
@@ -148,10 +138,9 @@ void TestServiceRoles::everyRoleMayWhatTheAnswerSays_data()
                     it.value()
                         .section(QLatin1Char('|'), isOwn ? 1 : 0, isOwn ? 1 : 0)
                         .split(QLatin1Char(' '));
-                const QString title =
-                    QStringLiteral("%1, %2, %3")
-                        .arg(it.key(), QString::fromLatin1(key),
-                             isOwn ? QStringLiteral("own") : QStringLiteral("another's"));
+                const QString title = QString("%1, %2, %3")
+                                          .arg(it.key(), QString::fromLatin1(key),
+                                               isOwn ? QString("own") : QString("another's"));
                 QTest::newRow(qPrintable(title)) << it.key() << QString::fromLatin1(key) << isOwn
                                                  << allowed.contains(QString::fromLatin1(key));
             }
@@ -165,17 +154,16 @@ void TestServiceRoles::everyRoleMayWhatTheAnswerSays()
     QFETCH(QString, key);
     QFETCH(bool, isOwn);
     QFETCH(bool, expected);
-    become(isOwn ? m_user : m_owner, QStringLiteral("contributor"));
-    const QString id = m_fixture->makeFolder(QStringLiteral("folder"));
+    become(isOwn ? m_user : m_owner, "contributor");
+    const QString id = m_world->makeFolder("folder");
     QVERIFY(!id.isEmpty());
     become(m_user, role);
     QCOMPARE(answer(key, id),
              role == QLatin1String("none") ? QString() : QVariant(expected).toString());
-    const QJsonArray rights = m_fixture->document(id).value(QStringLiteral("auths")).toArray();
+    const QJsonArray rights = m_world->document(id).value("auths").toArray();
     for (const QJsonValue &right : rights) {
-        if (right.toObject().value(QStringLiteral("key")).toString() == key) {
-            QCOMPARE(right.toObject().value(QStringLiteral("value")).toString(),
-                     QVariant(expected).toString());
+        if (right.toObject().value("key").toString() == key) {
+            QCOMPARE(right.toObject().value("value").toString(), QVariant(expected).toString());
         }
     }
     QCOMPARE(isAllowed(key, id), expected);
@@ -208,17 +196,15 @@ void TestServiceRoles::bodiesAreNotReadWithoutTheRight()
     QFETCH(QByteArray, target);
     QFETCH(QString, unable);
     QFETCH(QString, able);
-    m_fixture->client.setToken(m_owner);
-    const QString file = m_fixture->makeFile(QStringLiteral("a.txt"));
+    m_world->client.setToken(m_owner);
+    const QString file = m_world->makeFile("a.txt");
     const QJsonArray versions =
-        m_fixture->client.get(ServiceFixture::documentPath(file, QStringLiteral("/histories")))
-            .array();
+        m_world->client.get(ServiceWorld::documentPath(file, "/histories")).array();
     target.replace("FILE", file.toLatin1());
-    target.replace("VERSION",
-                   versions.at(0).toObject().value(QStringLiteral("_id")).toString().toLatin1());
+    target.replace("VERSION", versions.at(0).toObject().value("_id").toString().toLatin1());
     const auto statusFor = [&](const QString &role) {
         become(m_user, role);
-        RawClient client(m_fixture->service->port());
+        RawClient client(m_world->service->port());
         client.send(RawClient::request(verb, target,
                                        "Authorization: Bearer " + m_user.toLatin1()
                                            + "\r\nExpect: 100-continue\r\nContent-Length: 2\r\n"));
@@ -232,10 +218,14 @@ void TestServiceRoles::selfAnswersFollowTheRole_data()
 {
     QTest::addColumn<QString>("role");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("owner") << QStringLiteral("owner") << QStringLiteral("true");
-    QTest::newRow("editor") << QStringLiteral("editor") << QStringLiteral("true");
-    QTest::newRow("contributor") << QStringLiteral("contributor") << QStringLiteral("true");
-    QTest::newRow("viewer") << QStringLiteral("viewer") << QStringLiteral("false");
+    QTest::newRow("owner") << "owner"
+                           << "true";
+    QTest::newRow("editor") << "editor"
+                            << "true";
+    QTest::newRow("contributor") << "contributor"
+                                 << "true";
+    QTest::newRow("viewer") << "viewer"
+                            << "false";
 }
 
 void TestServiceRoles::selfAnswersFollowTheRole()
@@ -243,168 +233,153 @@ void TestServiceRoles::selfAnswersFollowTheRole()
     QFETCH(QString, role);
     QFETCH(QString, expected);
     become(m_user, role);
-    QCOMPARE(answer(QStringLiteral("delete-self")), expected);
-    QCOMPARE(answer(QStringLiteral("edit-self")), expected);
+    QCOMPARE(answer("delete-self"), expected);
+    QCOMPARE(answer("edit-self"), expected);
 }
 
 void TestServiceRoles::aContributorDeletesNoFolderWithOthersFiles()
 {
-    become(m_user, QStringLiteral("contributor"));
-    const QString own = m_fixture->makeFolder(QStringLiteral("own"));
-    m_fixture->client.setToken(m_owner);
-    const QString others = m_fixture->makeFolder(QStringLiteral("others"), own);
-    m_fixture->client.setToken(m_user);
-    QCOMPARE(answer(QStringLiteral("delete"), own), QStringLiteral("false"));
-    QCOMPARE(m_fixture->client.remove(ServiceFixture::documentPath(own)).status, 403);
-    m_fixture->client.setToken(m_owner);
-    m_fixture->client.remove(ServiceFixture::documentPath(others));
-    m_fixture->client.setToken(m_user);
-    QCOMPARE(answer(QStringLiteral("delete"), own), QStringLiteral("true"));
-    QCOMPARE(m_fixture->client.remove(ServiceFixture::documentPath(own)).status, 200);
+    become(m_user, "contributor");
+    const QString own = m_world->makeFolder("own");
+    m_world->client.setToken(m_owner);
+    const QString others = m_world->makeFolder("others", own);
+    m_world->client.setToken(m_user);
+    QCOMPARE(answer("delete", own), QString("false"));
+    QCOMPARE(m_world->client.remove(ServiceWorld::documentPath(own)).status, 403);
+    m_world->client.setToken(m_owner);
+    m_world->client.remove(ServiceWorld::documentPath(others));
+    m_world->client.setToken(m_user);
+    QCOMPARE(answer("delete", own), QString("true"));
+    QCOMPARE(m_world->client.remove(ServiceWorld::documentPath(own)).status, 200);
 }
 
 void TestServiceRoles::aContributorRestoresNoFolderWithOthersFiles()
 {
-    become(m_user, QStringLiteral("contributor"));
-    const QString own = m_fixture->makeFolder(QStringLiteral("own"));
-    m_fixture->client.setToken(m_owner);
-    m_fixture->makeFolder(QStringLiteral("others"), own);
-    QCOMPARE(m_fixture->client.remove(ServiceFixture::documentPath(own)).status, 200);
-    m_fixture->client.setToken(m_user);
-    const QString restore = ServiceFixture::documentPath(own, QStringLiteral("/restore"));
-    QCOMPARE(answer(QStringLiteral("delete"), own), QStringLiteral("false"));
-    QCOMPARE(m_fixture->client.get(restore).status, 403);
-    m_fixture->client.setToken(m_owner);
-    QCOMPARE(m_fixture->client.get(restore).status, 200);
+    become(m_user, "contributor");
+    const QString own = m_world->makeFolder("own");
+    m_world->client.setToken(m_owner);
+    m_world->makeFolder("others", own);
+    QCOMPARE(m_world->client.remove(ServiceWorld::documentPath(own)).status, 200);
+    m_world->client.setToken(m_user);
+    const QString restore = ServiceWorld::documentPath(own, "/restore");
+    QCOMPARE(answer("delete", own), QString("false"));
+    QCOMPARE(m_world->client.get(restore).status, 403);
+    m_world->client.setToken(m_owner);
+    QCOMPARE(m_world->client.get(restore).status, 200);
 }
 
 void TestServiceRoles::tokensAreRenewedAndRevoked()
 {
-    const QString me = QStringLiteral("base-service/me");
-    const QString token = QStringLiteral("base-service/me/token");
-    m_fixture->client.setToken(m_user);
-    const QString fresh =
-        m_fixture->client.send("POST", token).object().value(QStringLiteral("token")).toString();
+    const QString me = "base-service/me";
+    const QString token = "base-service/me/token";
+    m_world->client.setToken(m_user);
+    const QString fresh = m_world->client.send("POST", token).object().value("token").toString();
     QCOMPARE(fresh.size(), 64);
-    QCOMPARE(m_fixture->client.get(me).status, 401);
-    m_fixture->client.setToken(fresh);
-    QCOMPARE(m_fixture->client.get(me).status, 200);
-    QCOMPARE(m_fixture->client.remove(token).status, 200);
-    QCOMPARE(m_fixture->client.get(me).status, 401);
-    m_fixture->client.setToken(m_owner);
-    QCOMPARE(m_fixture->client.get(me).status, 200); // nobody else's
+    QCOMPARE(m_world->client.get(me).status, 401);
+    m_world->client.setToken(fresh);
+    QCOMPARE(m_world->client.get(me).status, 200);
+    QCOMPARE(m_world->client.remove(token).status, 200);
+    QCOMPARE(m_world->client.get(me).status, 401);
+    m_world->client.setToken(m_owner);
+    QCOMPARE(m_world->client.get(me).status, 200); // nobody else's
 }
 
 void TestServiceRoles::withoutUsersThereAreNoTokens()
 {
-    ServiceFixture open;
-    QCOMPARE(open.client.send("POST", QStringLiteral("base-service/me/token")).status, 409);
-    QCOMPARE(open.client.remove(QStringLiteral("base-service/me/token")).status, 409);
+    ServiceWorld open;
+    QCOMPARE(open.client.send("POST", "base-service/me/token").status, 409);
+    QCOMPARE(open.client.remove("base-service/me/token").status, 409);
 }
 
 void TestServiceRoles::aRemovedUserIsGone()
 {
-    become(m_user, QStringLiteral("contributor"));
-    const QString id = m_fixture->makeFolder(QStringLiteral("made by user"));
-    const QString maker = m_fixture->document(id).value(QStringLiteral("createdBy")).toString();
-    QVERIFY(m_fixture->service->removeUser(QStringLiteral("user")));
-    QCOMPARE(m_fixture->client.get(QStringLiteral("base-service/me")).status, 401);
-    QVERIFY(!m_fixture->service->removeUser(QStringLiteral("user")));
-    m_fixture->client.setToken(m_owner);
-    QCOMPARE(m_fixture->document(id).value(QStringLiteral("createdBy")).toString(), maker);
+    become(m_user, "contributor");
+    const QString id = m_world->makeFolder("made by user");
+    const QString maker = m_world->document(id).value("createdBy").toString();
+    QVERIFY(m_world->service->removeUser("user"));
+    QCOMPARE(m_world->client.get("base-service/me").status, 401);
+    QVERIFY(!m_world->service->removeUser("user"));
+    m_world->client.setToken(m_owner);
+    QCOMPARE(m_world->document(id).value("createdBy").toString(), maker);
     // Another person of the same name has none of it.
-    m_fixture->client.setToken(m_fixture->service->addUser(QStringLiteral("user")));
-    const QJsonObject me = m_fixture->client.get(QStringLiteral("base-service/me")).object();
-    QVERIFY(me.value(QStringLiteral("_id")).toString() != maker);
-    QCOMPARE(me.value(QStringLiteral("projects")).toArray().size(), 0);
+    m_world->client.setToken(m_world->service->addUser("user"));
+    const QJsonObject me = m_world->client.get("base-service/me").object();
+    QVERIFY(me.value("_id").toString() != maker);
+    QCOMPARE(me.value("projects").toArray().size(), 0);
 }
 
 void TestServiceRoles::theServiceStaysClosedWhenTheLastUserGoes()
 {
-    QVERIFY(m_fixture->service->removeUser(QStringLiteral("user")));
-    QVERIFY(m_fixture->service->removeUser(QStringLiteral("boss")));
-    m_fixture->client.setToken(QString());
-    QCOMPARE(m_fixture->client.get(QStringLiteral("base-service/me")).status, 401);
+    QVERIFY(m_world->service->removeUser("user"));
+    QVERIFY(m_world->service->removeUser("boss"));
+    m_world->client.setToken(QString());
+    QCOMPARE(m_world->client.get("base-service/me").status, 401);
 }
 
 void TestServiceRoles::meTellsTheProjects()
 {
-    become(m_user, QStringLiteral("viewer"));
-    QVERIFY(m_fixture->service->addProject(QStringLiteral("p2"), QString()));
-    const QJsonObject me = m_fixture->client.get(QStringLiteral("base-service/me")).object();
-    QCOMPARE(me.value(QStringLiteral("name")).toString(), QStringLiteral("user"));
-    const QJsonArray projects = me.value(QStringLiteral("projects")).toArray();
+    become(m_user, "viewer");
+    QVERIFY(m_world->service->addProject("p2", QString()));
+    const QJsonObject me = m_world->client.get("base-service/me").object();
+    QCOMPARE(me.value("name").toString(), QString("user"));
+    const QJsonArray projects = me.value("projects").toArray();
     QCOMPARE(projects.size(), 1);
-    const QJsonObject expected{{QStringLiteral("_id"), QStringLiteral("p1")},
-                               {QStringLiteral("name"), QStringLiteral("First")},
-                               {QStringLiteral("role"), QStringLiteral("viewer")}};
+    const QJsonObject expected{{"_id", "p1"}, {"name", "First"}, {"role", "viewer"}};
     QCOMPARE(projects.at(0).toObject(), expected);
 }
 
 void TestServiceRoles::membersAreToldToMembers()
 {
-    const QString path = ServiceFixture::projectPath(QStringLiteral("users"));
-    m_fixture->client.setToken(m_user);
-    QCOMPARE(m_fixture->client.get(path).status, 403);
-    become(m_user, QStringLiteral("viewer"));
-    const HttpAnswer answer = m_fixture->client.get(path);
+    const QString path = ServiceWorld::projectPath("users");
+    m_world->client.setToken(m_user);
+    QCOMPARE(m_world->client.get(path).status, 403);
+    become(m_user, "viewer");
+    const HttpAnswer answer = m_world->client.get(path);
     QCOMPARE(answer.status, 200);
     const QJsonArray members = answer.array();
     QCOMPARE(members.size(), 2);
-    QCOMPARE(members.at(0).toObject().value(QLatin1String("name")).toString(),
-             QStringLiteral("boss"));
-    QCOMPARE(members.at(0).toObject().value(QLatin1String("role")).toString(),
-             QStringLiteral("owner"));
+    QCOMPARE(members.at(0).toObject().value(QLatin1String("name")).toString(), QString("boss"));
+    QCOMPARE(members.at(0).toObject().value(QLatin1String("role")).toString(), QString("owner"));
     const QJsonObject user = members.at(1).toObject();
-    QCOMPARE(user.value(QLatin1String("name")).toString(), QStringLiteral("user"));
+    QCOMPARE(user.value(QLatin1String("name")).toString(), QString("user"));
     QCOMPARE(user.value(QLatin1String("_id")),
-             m_fixture->client.get(QStringLiteral("base-service/me"))
-                 .object()
-                 .value(QLatin1String("_id")));
-    QVERIFY(m_fixture->service->removeUser(QStringLiteral("boss")));
-    QCOMPARE(m_fixture->client.get(path).array().size(), 1);
+             m_world->client.get("base-service/me").object().value(QLatin1String("_id")));
+    QVERIFY(m_world->service->removeUser("boss"));
+    QCOMPARE(m_world->client.get(path).array().size(), 1);
 }
 
 void TestServiceRoles::withoutUsersThereIsOneMember()
 {
-    ServiceFixture fixture;
-    fixture.makeFolder(QStringLiteral("a"));
-    const QJsonArray members =
-        fixture.client.get(ServiceFixture::projectPath(QStringLiteral("users"))).array();
+    ServiceWorld world;
+    world.makeFolder("a");
+    const QJsonArray members = world.client.get(ServiceWorld::projectPath("users")).array();
     QCOMPARE(members.size(), 1);
-    QCOMPARE(members.at(0).toObject().value(QLatin1String("name")).toString(),
-             QStringLiteral("local"));
+    QCOMPARE(members.at(0).toObject().value(QLatin1String("name")).toString(), QString("local"));
 }
 
 void TestServiceRoles::administrationRefusesNonsense()
 {
     QString error;
-    QVERIFY(m_fixture->service->addUser(QStringLiteral("boss"), &error).isEmpty());
-    QVERIFY2(error.contains(QStringLiteral("already")), qUtf8Printable(error));
-    QVERIFY(!m_fixture->service->addProject(QStringLiteral("p1"), QString(), &error));
-    QVERIFY(!m_fixture->service->addProject(QStringLiteral("a/b"), QString(), &error));
-    const QString p1 = QStringLiteral("p1");
-    const QString boss = QStringLiteral("boss");
-    const QString editor = QStringLiteral("editor");
-    QVERIFY(!m_fixture->service->setRole(p1, QStringLiteral("nobody"), editor, &error));
-    QVERIFY(!m_fixture->service->setRole(QStringLiteral("none"), boss, editor, &error));
-    QVERIFY(!m_fixture->service->setRole(p1, boss, QStringLiteral("king"), &error));
-    QVERIFY(!m_fixture->service->setRole(p1, QStringLiteral("local"), editor, &error));
+    QVERIFY(m_world->service->addUser("boss", &error).isEmpty());
+    QVERIFY2(error.contains("already"), qUtf8Printable(error));
+    QVERIFY(!m_world->service->addProject("p1", QString(), &error));
+    QVERIFY(!m_world->service->addProject("a/b", QString(), &error));
+    const QString p1 = "p1";
+    const QString boss = "boss";
+    const QString editor = "editor";
+    QVERIFY(!m_world->service->setRole(p1, "nobody", editor, &error));
+    QVERIFY(!m_world->service->setRole("none", boss, editor, &error));
+    QVERIFY(!m_world->service->setRole(p1, boss, "king", &error));
+    QVERIFY(!m_world->service->setRole(p1, "local", editor, &error));
 }
 
 void TestServiceRoles::theAnswersNeedSense()
 {
-    m_fixture->client.setToken(m_owner);
-    const QString path = ServiceFixture::projectPath(QStringLiteral("auth"));
-    QCOMPARE(m_fixture->client.get(path).status, 400);
-    QCOMPARE(m_fixture->client.get(path, {{QStringLiteral("key"), QStringLiteral("fly")}}).status,
-             400);
-    QCOMPARE(m_fixture->client
-                 .get(path,
-                      {{QStringLiteral("key"), QStringLiteral("edit")},
-                       {QStringLiteral("rId"), QStringLiteral("none")}})
-                 .status,
-             404);
+    m_world->client.setToken(m_owner);
+    const QString path = ServiceWorld::projectPath("auth");
+    QCOMPARE(m_world->client.get(path).status, 400);
+    QCOMPARE(m_world->client.get(path, {{"key", "fly"}}).status, 400);
+    QCOMPARE(m_world->client.get(path, {{"key", "edit"}, {"rId", "none"}}).status, 404);
 }
 
 QTEST_GUILESS_MAIN(TestServiceRoles)

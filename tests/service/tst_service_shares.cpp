@@ -1,7 +1,10 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
+#include <QJsonArray>
 #include <QJsonDocument>
-#include <QtTest>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QTest>
 
 //! Shares: what everybody may see who has the code.
 class TestServiceShares : public QObject
@@ -28,35 +31,32 @@ private Q_SLOTS:
 private:
     QString share(const QStringList &ids, bool allowDownload, const QDateTime &expiry = {})
     {
-        QJsonObject body{{QStringLiteral("hostId"), QStringLiteral("p1")},
-                         {QStringLiteral("documentIds"), QJsonArray::fromStringList(ids)},
-                         {QStringLiteral("allowDownload"), allowDownload}};
+        QJsonObject body{{"hostId", "p1"},
+                         {"documentIds", QJsonArray::fromStringList(ids)},
+                         {"allowDownload", allowDownload}};
         if (expiry.isValid())
-            body.insert(QStringLiteral("expiredAt"), expiry.toUTC().toString(Qt::ISODateWithMs));
-        return m_fixture->client.post(QStringLiteral("document-service/documents/shares"), body)
+            body.insert("expiredAt", expiry.toUTC().toString(Qt::ISODateWithMs));
+        return m_world->client.post("document-service/documents/shares", body)
             .object()
-            .value(QStringLiteral("code"))
+            .value("code")
             .toString();
     }
     HttpAnswer visit(const QString &rest)
     {
-        return HttpClient(m_fixture->service->baseApi()).get(QStringLiteral("share/") + rest);
+        return HttpClient(m_world->service->baseApi()).get(QString("share/") + rest);
     }
 
     QJsonArray listShares()
     {
-        return m_fixture->client
-            .get(QStringLiteral("document-service/documents/shares"),
-                 {{QStringLiteral("hostId"), QStringLiteral("p1")}})
-            .array();
+        return m_world->client.get("document-service/documents/shares", {{"hostId", "p1"}}).array();
     }
     HttpAnswer revoke(const QJsonObject &entry)
     {
-        return m_fixture->client.remove(QStringLiteral("document-service/documents/shares/")
-                                        + entry.value(QStringLiteral("_id")).toString());
+        return m_world->client.remove(QString("document-service/documents/shares/")
+                                      + entry.value("_id").toString());
     }
 
-    std::unique_ptr<ServiceFixture> m_fixture;
+    std::unique_ptr<ServiceWorld> m_world;
     QString m_folder;
     QString m_inside;
     QString m_file;
@@ -65,15 +65,14 @@ private:
 
 void TestServiceShares::init()
 {
-    m_fixture = std::make_unique<ServiceFixture>();
-    m_fixture->client.setToken(m_fixture->service->addUser(QStringLiteral("anna")));
-    QVERIFY(m_fixture->service->addProject(QStringLiteral("p1"), QString()));
-    QVERIFY(m_fixture->service->setRole(QStringLiteral("p1"), QStringLiteral("anna"),
-                                        QStringLiteral("owner")));
-    m_folder = m_fixture->makeFolder(QStringLiteral("Folder"));
-    m_inside = m_fixture->makeFile(QStringLiteral("inside 图.txt"), m_folder, "inside");
-    m_file = m_fixture->makeFile(QStringLiteral("file.txt"), {}, "the file");
-    m_private = m_fixture->makeFile(QStringLiteral("private.txt"), {}, "private");
+    m_world = std::make_unique<ServiceWorld>();
+    m_world->client.setToken(m_world->service->addUser("anna"));
+    QVERIFY(m_world->service->addProject("p1", QString()));
+    QVERIFY(m_world->service->setRole("p1", "anna", "owner"));
+    m_folder = m_world->makeFolder("Folder");
+    m_inside = m_world->makeFile("inside 图.txt", m_folder, "inside");
+    m_file = m_world->makeFile("file.txt", {}, "the file");
+    m_private = m_world->makeFile("private.txt", {}, "private");
 }
 
 void TestServiceShares::aShareListsItsDocuments()
@@ -92,12 +91,12 @@ void TestServiceShares::aShareListsItsDocuments()
 void TestServiceShares::foldersCanBeBrowsed()
 {
     const QString code = share({m_folder}, true);
-    const QString path = code + QStringLiteral("/folders/") + m_folder;
+    const QString path = code + QString("/folders/") + m_folder;
     QVERIFY(visit(code).body.contains("/share/" + path.toUtf8()));
     const HttpAnswer page = visit(path);
     QCOMPARE(page.status, 200);
-    QVERIFY(page.body.contains(QStringLiteral("inside 图.txt").toUtf8()));
-    const HttpAnswer download = visit(code + QStringLiteral("/files/") + m_inside);
+    QVERIFY(page.body.contains(QString("inside 图.txt").toUtf8()));
+    const HttpAnswer download = visit(code + QString("/files/") + m_inside);
     QCOMPARE(download.body, QByteArray("inside"));
     QCOMPARE(download.headers.value("content-disposition"),
              QByteArray("attachment; filename*=UTF-8''inside%20%E5%9B%BE.txt"));
@@ -107,20 +106,20 @@ void TestServiceShares::downloadsNeedPermission()
 {
     const QString code = share({m_file}, false);
     QVERIFY(!visit(code).body.contains("/files/"));
-    QCOMPARE(visit(code + QStringLiteral("/files/") + m_file).status, 403);
+    QCOMPARE(visit(code + QString("/files/") + m_file).status, 403);
     const QString open = share({m_file}, true);
     QVERIFY(visit(open).body.contains("/files/"));
-    QCOMPARE(visit(open + QStringLiteral("/files/") + m_file).body, QByteArray("the file"));
+    QCOMPARE(visit(open + QString("/files/") + m_file).body, QByteArray("the file"));
 }
 
 void TestServiceShares::nothingElseCanBeReached()
 {
     const QString code = share({m_folder}, true);
     QVERIFY(!share({m_file, m_private}, true).isEmpty()); // with another code
-    QCOMPARE(visit(code + QStringLiteral("/files/") + m_private).status, 404);
-    QCOMPARE(visit(code + QStringLiteral("/files/") + m_file).status, 404);
-    QCOMPARE(visit(code + QStringLiteral("/folders/") + m_private).status, 404);
-    QCOMPARE(visit(code + QStringLiteral("/files/") + m_folder).status, 404);
+    QCOMPARE(visit(code + QString("/files/") + m_private).status, 404);
+    QCOMPARE(visit(code + QString("/files/") + m_file).status, 404);
+    QCOMPARE(visit(code + QString("/folders/") + m_private).status, 404);
+    QCOMPARE(visit(code + QString("/files/") + m_folder).status, 404);
 }
 
 void TestServiceShares::anExpiredShareIsGone()
@@ -130,12 +129,12 @@ void TestServiceShares::anExpiredShareIsGone()
     const QString soon = share({m_file}, true, QDateTime::currentDateTimeUtc().addMSecs(200));
     QTRY_COMPARE(visit(soon).status, 410);
     QVERIFY(visit(soon).body.contains("no longer shared"));
-    QCOMPARE(visit(soon + QStringLiteral("/files/") + m_file).status, 410);
+    QCOMPARE(visit(soon + QString("/files/") + m_file).status, 410);
 }
 
 void TestServiceShares::anUnknownCodeIsNotFound()
 {
-    const HttpAnswer page = visit(QStringLiteral("0123456789abcdef0123456789abcdef"));
+    const HttpAnswer page = visit("0123456789abcdef0123456789abcdef");
     QCOMPARE(page.status, 404);
     QVERIFY(page.headers.value("content-type").startsWith("text/html"));
     QVERIFY(page.body.contains("no share with this code"));
@@ -144,22 +143,21 @@ void TestServiceShares::anUnknownCodeIsNotFound()
 void TestServiceShares::deletedDocumentsAreNotShown()
 {
     const QString code = share({m_folder}, true);
-    m_fixture->client.remove(ServiceFixture::documentPath(m_folder));
+    m_world->client.remove(ServiceWorld::documentPath(m_folder));
     QVERIFY(!visit(code).body.contains("Folder"));
-    QCOMPARE(visit(code + QStringLiteral("/files/") + m_inside).status, 404);
+    QCOMPARE(visit(code + QString("/files/") + m_inside).status, 404);
 }
 
 void TestServiceShares::aShareEndsWithItsMakersRole()
 {
     const QString code = share({m_file}, true);
-    QVERIFY(m_fixture->service->setRole(QStringLiteral("p1"), QStringLiteral("anna"),
-                                        QStringLiteral("viewer")));
+    QVERIFY(m_world->service->setRole("p1", "anna", "viewer"));
     QCOMPARE(visit(code).status, 410);
 }
 
 void TestServiceShares::namesAreNoMarkup()
 {
-    const QString id = m_fixture->makeFolder(QStringLiteral("<script>alert(1)<x> \"%1\" & "));
+    const QString id = m_world->makeFolder("<script>alert(1)<x> \"%1\" & ");
     const HttpAnswer page = visit(share({id}, true));
     QVERIFY(!page.body.contains("<script>"));
     QVERIFY(page.body.contains("&lt;script&gt;alert(1)&lt;x&gt; &quot;%1&quot; &amp; "));
@@ -168,10 +166,10 @@ void TestServiceShares::namesAreNoMarkup()
 
 void TestServiceShares::anAnonymousShareEndsWithTheFirstUser()
 {
-    m_fixture = std::make_unique<ServiceFixture>();
-    const QString code = share({m_fixture->makeFile(QStringLiteral("open.txt"))}, true);
+    m_world = std::make_unique<ServiceWorld>();
+    const QString code = share({m_world->makeFile("open.txt")}, true);
     QCOMPARE(visit(code).status, 200);
-    QVERIFY(!m_fixture->service->addUser(QStringLiteral("anna")).isEmpty());
+    QVERIFY(!m_world->service->addUser("anna").isEmpty());
     QCOMPARE(visit(code).status, 410);
 }
 
@@ -183,17 +181,12 @@ void TestServiceShares::sharesAreListedAndRevoked()
     const QJsonArray shares = listShares();
     QCOMPARE(shares.size(), 2);
     const QJsonObject first = shares.at(1).toObject(); // the newest comes first
-    QCOMPARE(first.value(QStringLiteral("expiredAt")).toString(), end.toString(Qt::ISODateWithMs));
-    QCOMPARE(first.value(QStringLiteral("allowDownload")), QJsonValue(true));
-    QCOMPARE(first.value(QStringLiteral("hostId")).toString(), QStringLiteral("p1"));
-    QCOMPARE(first.value(QStringLiteral("documents")).toArray().size(), 2);
-    QCOMPARE(first.value(QStringLiteral("documents"))
-                 .toArray()
-                 .at(0)
-                 .toObject()
-                 .value(QStringLiteral("name"))
-                 .toString(),
-             QStringLiteral("Folder"));
+    QCOMPARE(first.value("expiredAt").toString(), end.toString(Qt::ISODateWithMs));
+    QCOMPARE(first.value("allowDownload"), QJsonValue(true));
+    QCOMPARE(first.value("hostId").toString(), QString("p1"));
+    QCOMPARE(first.value("documents").toArray().size(), 2);
+    QCOMPARE(first.value("documents").toArray().at(0).toObject().value("name").toString(),
+             QString("Folder"));
     QVERIFY(!QJsonDocument(shares).toJson().contains(code.toUtf8()));
 
     QCOMPARE(revoke(first).status, 200);
@@ -207,13 +200,11 @@ void TestServiceShares::othersSharesAreForEditors()
 {
     QVERIFY(!share({m_file}, true).isEmpty());
     const QJsonObject annas = listShares().at(0).toObject();
-    m_fixture->client.setToken(
-        m_fixture->addMember(QStringLiteral("carl"), QStringLiteral("contributor")));
+    m_world->client.setToken(m_world->addMember("carl", "contributor"));
     QVERIFY(!share({m_file}, true).isEmpty());
     QCOMPARE(listShares().size(), 1); // the own one
     QCOMPARE(revoke(annas).status, 404);
-    m_fixture->client.setToken(
-        m_fixture->addMember(QStringLiteral("edith"), QStringLiteral("editor")));
+    m_world->client.setToken(m_world->addMember("edith", "editor"));
     QCOMPARE(listShares().size(), 2);
     QCOMPARE(revoke(annas).status, 200);
     QCOMPARE(listShares().size(), 1);
@@ -224,23 +215,16 @@ void TestServiceShares::sharesWithoutSenseAreRefused_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QJsonValue>("value");
     QTest::addColumn<int>("status");
-    QTest::newRow("no documents") << QStringLiteral("documentIds") << QJsonValue(QJsonArray())
-                                  << 400;
-    QTest::newRow("no array") << QStringLiteral("documentIds") << QJsonValue(QStringLiteral("x"))
-                              << 400;
-    QTest::newRow("unknown document")
-        << QStringLiteral("documentIds") << QJsonValue(QJsonArray{QStringLiteral("x")}) << 404;
-    QTest::newRow("no project") << QStringLiteral("hostId") << QJsonValue() << 400;
-    QTest::newRow("unknown project")
-        << QStringLiteral("hostId") << QJsonValue(QStringLiteral("p9")) << 404;
-    QTest::newRow("no date") << QStringLiteral("expiredAt") << QJsonValue(QStringLiteral("soon"))
-                             << 400;
+    QTest::newRow("no documents") << "documentIds" << QJsonValue(QJsonArray()) << 400;
+    QTest::newRow("no array") << "documentIds" << QJsonValue("x") << 400;
+    QTest::newRow("unknown document") << "documentIds" << QJsonValue(QJsonArray{"x"}) << 404;
+    QTest::newRow("no project") << "hostId" << QJsonValue() << 400;
+    QTest::newRow("unknown project") << "hostId" << QJsonValue("p9") << 404;
+    QTest::newRow("no date") << "expiredAt" << QJsonValue("soon") << 400;
     QTest::newRow("the first moment of 1970")
-        << QStringLiteral("expiredAt") << QJsonValue(QStringLiteral("1970-01-01T00:00:00.000Z"))
-        << 400;
-    QTest::newRow("a past date") << QStringLiteral("expiredAt")
-                                 << QJsonValue(QStringLiteral("2020-02-29T08:00:00.000Z")) << 400;
-    QTest::newRow("no boolean") << QStringLiteral("allowDownload") << QJsonValue(1) << 400;
+        << "expiredAt" << QJsonValue("1970-01-01T00:00:00.000Z") << 400;
+    QTest::newRow("a past date") << "expiredAt" << QJsonValue("2020-02-29T08:00:00.000Z") << 400;
+    QTest::newRow("no boolean") << "allowDownload" << QJsonValue(1) << 400;
 }
 
 void TestServiceShares::sharesWithoutSenseAreRefused()
@@ -248,11 +232,9 @@ void TestServiceShares::sharesWithoutSenseAreRefused()
     QFETCH(QString, key);
     QFETCH(QJsonValue, value);
     QFETCH(int, status);
-    QJsonObject body{{QStringLiteral("hostId"), QStringLiteral("p1")},
-                     {QStringLiteral("documentIds"), QJsonArray{m_file}}};
+    QJsonObject body{{"hostId", "p1"}, {"documentIds", QJsonArray{m_file}}};
     body.insert(key, value);
-    const HttpAnswer answer =
-        m_fixture->client.post(QStringLiteral("document-service/documents/shares"), body);
+    const HttpAnswer answer = m_world->client.post("document-service/documents/shares", body);
     QCOMPARE(answer.status, status);
     QVERIFY(!answer.errorText().isEmpty());
 }

@@ -3,14 +3,19 @@
 #include <support/ServiceProcess.h>
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QFileInfoList>
+#include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -72,7 +77,7 @@ public:
     explicit EchoServer(const HttpLimits &limits)
     {
         HttpServer::Settings settings;
-        settings.address = QStringLiteral("127.0.0.1");
+        settings.address = "127.0.0.1";
         settings.temporaryFolder = m_folder.path();
         settings.limits = limits;
         settings.handler = [](HttpRequest &request) { return std::make_unique<Echo>(request); };
@@ -87,8 +92,7 @@ public:
     //! Files without a name that the server has open.
     int temporaryFiles() const
     {
-        const QFileInfoList open =
-            QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files | QDir::System);
+        const QFileInfoList open = QDir("/proc/self/fd").entryInfoList(QDir::Files | QDir::System);
         return static_cast<int>(
             std::count_if(open.begin(), open.end(), [this](const QFileInfo &descriptor) {
                 return descriptor.symLinkTarget().startsWith(m_folder.path());
@@ -268,7 +272,7 @@ void TestServiceSlowClients::unreadResponsesHaveABound()
     const EchoServer echo(limits);
     RawClient client(echo.server->port());
     client.socket.setReadBufferSize(1000);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("given up")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("given up"));
     client.send(RawClient::request("GET", "/50000000"));
     QTest::qSleep(300);
     client.socket.setReadBufferSize(0);
@@ -310,7 +314,7 @@ void TestServiceSlowClients::withoutDescriptorsNewConnectionsWait()
     const int later = ::socket(AF_INET, SOCK_STREAM, 0);
     QVERIFY(later >= 0);
     pollfd response{later, POLLIN, 0};
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("no new connections")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no new connections"));
     {
         const NoDescriptors none;
         QCOMPARE(::connect(later, reinterpret_cast<sockaddr *>(&address), sizeof(address)), 0);

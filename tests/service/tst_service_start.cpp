@@ -1,8 +1,13 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QIODevice>
 #include <QProcess>
-#include <QtTest>
+#include <QRegularExpression>
+#include <QStringLiteral>
+#include <QTemporaryDir>
+#include <QTest>
 
 #include <csignal>
 
@@ -26,60 +31,59 @@ private Q_SLOTS:
 
 void TestServiceStart::servesOnAFreeLoopbackPort()
 {
-    ServiceFixture fixture;
-    QVERIFY(fixture.isStarted);
-    QVERIFY(fixture.service->port() != 0);
-    QCOMPARE(fixture.service->baseApi(),
-             QStringLiteral("http://127.0.0.1:%1/").arg(fixture.service->port()));
-    const HttpAnswer answer = fixture.client.get(QStringLiteral("base-service/me"));
+    ServiceWorld world;
+    QVERIFY(world.isStarted);
+    QVERIFY(world.service->port() != 0);
+    QCOMPARE(world.service->baseApi(), QString("http://127.0.0.1:%1/").arg(world.service->port()));
+    const HttpAnswer answer = world.client.get("base-service/me");
     QCOMPARE(answer.status, 200);
-    QCOMPARE(answer.object().value(QStringLiteral("name")).toString(), QStringLiteral("local"));
-    fixture.service->stop();
-    QCOMPARE(fixture.service->baseApi(), QString());
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/me")).status, 0);
+    QCOMPARE(answer.object().value("name").toString(), QString("local"));
+    world.service->stop();
+    QCOMPARE(world.service->baseApi(), QString());
+    QCOMPARE(world.client.get("base-service/me").status, 0);
 }
 
 void TestServiceStart::severalInstancesRunInOneProcess()
 {
-    ServiceFixture first;
-    ServiceFixture second;
+    ServiceWorld first;
+    ServiceWorld second;
     QVERIFY(first.isStarted && second.isStarted);
-    QVERIFY(!first.makeFolder(QStringLiteral("only here")).isEmpty());
-    QCOMPARE(first.names({}), QStringList{QStringLiteral("only here")});
+    QVERIFY(!first.makeFolder("only here").isEmpty());
+    QCOMPARE(first.names({}), QStringList{"only here"});
     QCOMPARE(second.names({}), QStringList());
 }
 
 void TestServiceStart::aDataFolderIsNeverShared()
 {
-    ServiceFixture fixture;
+    ServiceWorld world;
     ServiceOptions options;
-    options.dataDir = fixture.folder.path() + QStringLiteral("/data");
+    options.dataDir = world.folder.path() + "/data";
     ReferenceService second(options);
     QString error;
     QVERIFY(!second.start(&error));
-    QVERIFY2(error.contains(QStringLiteral("Another service")), qUtf8Printable(error));
-    fixture.service->stop();
+    QVERIFY2(error.contains("Another service"), qUtf8Printable(error));
+    world.service->stop();
     QVERIFY2(second.start(&error), qUtf8Printable(error));
 }
 
 void TestServiceStart::whatWasStoredIsThereAfterARestart()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("kept.txt"), {}, "kept content");
+    ServiceWorld world;
+    const QString id = world.makeFile("kept.txt", {}, "kept content");
     QVERIFY(!id.isEmpty());
-    QVERIFY(fixture.restart());
-    const QString fileId = fixture.document(id).value(QStringLiteral("fileId")).toString();
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/files/") + fileId).body,
+    QVERIFY(world.restart());
+    const QString fileId = world.document(id).value("fileId").toString();
+    QCOMPARE(world.client.get(QString("base-service/files/") + fileId).body,
              QByteArray("kept content"));
 }
 
 void TestServiceStart::aTakenPortIsRefused()
 {
-    ServiceFixture first;
+    ServiceWorld first;
     ServiceOptions options;
     options.port = first.service->port();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be listened on")));
-    const ServiceFixture second(options);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot be listened on"));
+    const ServiceWorld second(options);
     QVERIFY(!second.isStarted);
 }
 
@@ -88,58 +92,58 @@ void TestServiceStart::otherAddressesNeedUsers()
     QTemporaryDir folder;
     ServiceOptions options;
     options.dataDir = folder.path();
-    options.listenAddress = QStringLiteral("0.0.0.0");
+    options.listenAddress = "0.0.0.0";
     ReferenceService open(options);
     QString error;
     QVERIFY(!open.start(&error));
-    QVERIFY2(error.contains(QStringLiteral("add a user first")), qUtf8Printable(error));
+    QVERIFY2(error.contains("add a user first"), qUtf8Printable(error));
 
-    options.listenAddress = QStringLiteral("127.0.0.1");
+    options.listenAddress = "127.0.0.1";
     {
         ReferenceService local(options);
         QVERIFY2(local.start(&error), qUtf8Printable(error));
-        QVERIFY(!local.addUser(QStringLiteral("anna")).isEmpty());
+        QVERIFY(!local.addUser("anna").isEmpty());
     }
-    options.listenAddress = QStringLiteral("0.0.0.0");
+    options.listenAddress = "0.0.0.0";
     ReferenceService guarded(options);
     QVERIFY2(guarded.start(&error), qUtf8Printable(error));
 }
 
 void TestServiceStart::stopEndsIdleConnectionsAtOnce()
 {
-    ServiceFixture fixture;
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/me")).status, 200);
+    ServiceWorld world;
+    QCOMPARE(world.client.get("base-service/me").status, 200);
     QElapsedTimer clock;
     clock.start();
-    fixture.service->stop();
+    world.service->stop();
     QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestServiceStart::anUnwritableFolderIsRefused()
 {
     QTemporaryDir folder;
-    QFile file(folder.path() + QStringLiteral("/plain file"));
+    QFile file(folder.path() + "/plain file");
     QVERIFY(file.open(QIODevice::WriteOnly));
     ServiceOptions options;
-    options.dataDir = file.fileName() + QStringLiteral("/below");
+    options.dataDir = file.fileName() + "/below";
     ReferenceService service(options);
     QString error;
     QVERIFY(!service.start(&error));
-    QVERIFY2(error.contains(QStringLiteral("cannot be used")), qUtf8Printable(error));
+    QVERIFY2(error.contains("cannot be used"), qUtf8Printable(error));
 }
 
 void TestServiceStart::theAccessLogTellsNoSecrets()
 {
     QTemporaryDir folder;
     ServiceOptions options;
-    options.accessLog = folder.path() + QStringLiteral("/access.log");
-    ServiceFixture fixture(options);
-    const QString token = fixture.service->addUser(QStringLiteral("anna"));
-    fixture.client.setToken(token);
-    QCOMPARE(fixture.client.get(QStringLiteral("base-service/me")).status, 200);
-    fixture.client.get(QStringLiteral("share/secret-code"));
-    fixture.client.get(QStringLiteral("base-service/files/two%0Alines"));
-    fixture.service->stop();
+    options.accessLog = folder.path() + "/access.log";
+    ServiceWorld world(options);
+    const QString token = world.service->addUser("anna");
+    world.client.setToken(token);
+    QCOMPARE(world.client.get("base-service/me").status, 200);
+    world.client.get("share/secret-code");
+    world.client.get("base-service/files/two%0Alines");
+    world.service->stop();
 
     QFile log(options.accessLog);
     QVERIFY(log.open(QIODevice::ReadOnly));
@@ -154,26 +158,25 @@ void TestServiceStart::theAccessLogTellsNoSecrets()
 void TestServiceStart::aRotatedAccessLogIsReopened()
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("access.log"));
-    const QString rotated = folder.filePath(QStringLiteral("access.log.1"));
+    const QString path = folder.filePath("access.log");
+    const QString rotated = folder.filePath("access.log.1");
     const auto linesOf = [](const QString &name) {
         QFile log(name);
         return log.open(QIODevice::ReadOnly) ? log.readAll().count('\n') : -1;
     };
     QProcess service;
     service.start(QStringLiteral(VELL_SERVICE_PROGRAM),
-                  {QStringLiteral("--data"), folder.filePath(QStringLiteral("data")),
-                   QStringLiteral("--access-log"), path});
+                  {"--data", folder.filePath("data"), "--access-log", path});
     QVERIFY(service.waitForReadyRead(20000));
     const QString line = QString::fromUtf8(service.readLine()).trimmed();
     HttpClient client(line.section(QLatin1Char(' '), -1));
-    QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 200);
+    QCOMPARE(client.get("base-service/me").status, 200);
     QVERIFY(QFile::rename(path, rotated));
-    QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 200);
+    QCOMPARE(client.get("base-service/me").status, 200);
     QCOMPARE(linesOf(rotated), 2);
     QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGHUP), 0);
     QTRY_VERIFY(QFile::exists(path));
-    QCOMPARE(client.get(QStringLiteral("base-service/me")).status, 200);
+    QCOMPARE(client.get("base-service/me").status, 200);
     QCOMPARE(linesOf(path), 1);
     QCOMPARE(linesOf(rotated), 2);
     service.terminate();

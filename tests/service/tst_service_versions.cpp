@@ -1,6 +1,9 @@
-#include <service/ServiceFixture.h>
+#include <service/ServiceWorld.h>
 
-#include <QtTest>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QTest>
 
 //! New contents of a document, its history, remarks, links, password.
 class TestServiceVersions : public QObject
@@ -23,110 +26,94 @@ private Q_SLOTS:
 
 namespace {
 
-QJsonArray history(ServiceFixture &fixture, const QString &id,
-                   const QString &order = QStringLiteral("-createdAt"))
+QJsonArray history(ServiceWorld &world, const QString &id, const QString &order = "-createdAt")
 {
-    return fixture.client
-        .get(ServiceFixture::documentPath(id, QStringLiteral("/histories")),
-             {{QStringLiteral("order"), order}})
+    return world.client.get(ServiceWorld::documentPath(id, "/histories"), {{"order", order}})
         .array();
 }
 
-HttpAnswer addVersion(ServiceFixture &fixture, const QString &id, const QByteArray &content)
+HttpAnswer addVersion(ServiceWorld &world, const QString &id, const QByteArray &content)
 {
-    return fixture.client.put(ServiceFixture::documentPath(id),
-                              {{QStringLiteral("hostId"), QStringLiteral("p1")},
-                               {QStringLiteral("type"), QStringLiteral("file")},
-                               {QStringLiteral("category"), QStringLiteral("c")},
-                               {QStringLiteral("parentId"), QJsonValue()},
-                               {QStringLiteral("name"), QStringLiteral("a.txt")},
-                               {QStringLiteral("file"), fixture.upload(content)}});
+    return world.client.put(ServiceWorld::documentPath(id),
+                            {{"hostId", "p1"},
+                             {"type", "file"},
+                             {"category", "c"},
+                             {"parentId", QJsonValue()},
+                             {"name", "a.txt"},
+                             {"file", world.upload(content)}});
 }
 
 } // namespace
 
 void TestServiceVersions::aNewFileIsANewVersion()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"), {}, "one");
-    const HttpAnswer answer = addVersion(fixture, id, "three");
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt", {}, "one");
+    const HttpAnswer answer = addVersion(world, id, "three");
     QCOMPARE(answer.status, 200);
-    QCOMPARE(answer.object().value(QStringLiteral("fileSize")).toInt(), 5);
-    const QJsonArray versions = history(fixture, id);
+    QCOMPARE(answer.object().value("fileSize").toInt(), 5);
+    const QJsonArray versions = history(world, id);
     QCOMPARE(versions.size(), 2);
     const QJsonObject newest = versions.at(0).toObject();
-    QCOMPARE(newest.value(QStringLiteral("documentId")).toString(), id);
-    QCOMPARE(
-        newest.value(QStringLiteral("file")).toObject().value(QStringLiteral("fileSize")).toInt(),
-        5);
-    QCOMPARE(
-        newest.value(QStringLiteral("file")).toObject().value(QStringLiteral("suffix")).toString(),
-        QStringLiteral("txt"));
-    QCOMPARE(newest.value(QStringLiteral("createdBy")).toString(), QStringLiteral("local"));
-    QVERIFY(newest.value(QStringLiteral("_id"))
-            != versions.at(1).toObject().value(QStringLiteral("_id")));
+    QCOMPARE(newest.value("documentId").toString(), id);
+    QCOMPARE(newest.value("file").toObject().value("fileSize").toInt(), 5);
+    QCOMPARE(newest.value("file").toObject().value("suffix").toString(), QString("txt"));
+    QCOMPARE(newest.value("createdBy").toString(), QString("local"));
+    QVERIFY(newest.value("_id") != versions.at(1).toObject().value("_id"));
 }
 
 void TestServiceVersions::everyContentStaysDownloadable()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"), {}, "one");
-    addVersion(fixture, id, "two");
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt", {}, "one");
+    addVersion(world, id, "two");
     QList<QByteArray> contents;
-    const QJsonArray versions = history(fixture, id);
+    const QJsonArray versions = history(world, id);
     for (const QJsonValue &version : versions) {
-        const QString fileId = version.toObject().value(QStringLiteral("fileId")).toString();
-        contents.append(fixture.client.get(QStringLiteral("base-service/files/") + fileId).body);
+        const QString fileId = version.toObject().value("fileId").toString();
+        contents.append(world.client.get(QString("base-service/files/") + fileId).body);
     }
     QCOMPARE(contents, QList<QByteArray>({"two", "one"}));
 }
 
 void TestServiceVersions::theHistoryIsOrdered()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"), {}, "0");
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt", {}, "0");
     for (int i = 1; i < 5; ++i)
-        addVersion(fixture, id, QByteArray::number(i));
+        addVersion(world, id, QByteArray::number(i));
     const auto numbers = [&](const QString &order) {
         QString text;
-        const QJsonArray versions = history(fixture, id, order);
+        const QJsonArray versions = history(world, id, order);
         for (const QJsonValue &version : versions)
-            text += QString::number(version.toObject().value(QStringLiteral("number")).toInt());
+            text += QString::number(version.toObject().value("number").toInt());
         return text;
     };
-    QCOMPARE(numbers(QStringLiteral("-createdAt")), QStringLiteral("54321"));
-    QCOMPARE(numbers(QStringLiteral("createdAt")), QStringLiteral("12345"));
-    QCOMPARE(fixture.client
-                 .get(ServiceFixture::documentPath(id, QStringLiteral("/histories")),
-                      {{QStringLiteral("order"), QStringLiteral("colour")}})
+    QCOMPARE(numbers("-createdAt"), QString("54321"));
+    QCOMPARE(numbers("createdAt"), QString("12345"));
+    QCOMPARE(world.client.get(ServiceWorld::documentPath(id, "/histories"), {{"order", "colour"}})
                  .status,
              400);
 }
 
 void TestServiceVersions::remarksStandOnDocumentsAndOnVersions()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    const QString version =
-        history(fixture, id).at(0).toObject().value(QStringLiteral("_id")).toString();
-    const auto remark = [](const QString &text) {
-        return QJsonObject{{QStringLiteral("remark"), text}};
-    };
-    QCOMPARE(
-        fixture.client.put(ServiceFixture::documentPath(id), remark(QStringLiteral("D"))).status,
-        200);
-    const QString path = QStringLiteral("document-service/documents/histories/");
-    QCOMPARE(fixture.client.put(path + version, remark(QStringLiteral("V"))).status, 200);
-    QCOMPARE(fixture.document(id).value(QStringLiteral("remark")).toString(), QStringLiteral("D"));
-    QCOMPARE(history(fixture, id).at(0).toObject().value(QStringLiteral("remark")).toString(),
-             QStringLiteral("V"));
-    QCOMPARE(fixture.client.put(path + id, remark(QStringLiteral("x"))).status, 404);
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    const QString version = history(world, id).at(0).toObject().value("_id").toString();
+    const auto remark = [](const QString &text) { return QJsonObject{{"remark", text}}; };
+    QCOMPARE(world.client.put(ServiceWorld::documentPath(id), remark("D")).status, 200);
+    const QString path = "document-service/documents/histories/";
+    QCOMPARE(world.client.put(path + version, remark("V")).status, 200);
+    QCOMPARE(world.document(id).value("remark").toString(), QString("D"));
+    QCOMPARE(history(world, id).at(0).toObject().value("remark").toString(), QString("V"));
+    QCOMPARE(world.client.put(path + id, remark("x")).status, 404);
 }
 
 void TestServiceVersions::anUnknownFileChangesNothing_data()
 {
     QTest::addColumn<QJsonValue>("file");
-    QTest::newRow("unknown") << QJsonValue(QStringLiteral("0123456789abcdef01234567"));
+    QTest::newRow("unknown") << QJsonValue("0123456789abcdef01234567");
     QTest::newRow("empty") << QJsonValue(QString());
     QTest::newRow("null") << QJsonValue();
     QTest::newRow("number") << QJsonValue(5);
@@ -135,98 +122,77 @@ void TestServiceVersions::anUnknownFileChangesNothing_data()
 void TestServiceVersions::anUnknownFileChangesNothing()
 {
     QFETCH(QJsonValue, file);
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    const QJsonObject before = fixture.document(id);
-    const HttpAnswer answer = fixture.client.put(
-        ServiceFixture::documentPath(id),
-        {{QStringLiteral("name"), QStringLiteral("new name")}, {QStringLiteral("file"), file}});
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    const QJsonObject before = world.document(id);
+    const HttpAnswer answer =
+        world.client.put(ServiceWorld::documentPath(id), {{"name", "new name"}, {"file", file}});
     QCOMPARE(answer.status, 400);
-    QCOMPARE(fixture.document(id), before);
-    QCOMPARE(history(fixture, id).size(), 1);
+    QCOMPARE(world.document(id), before);
+    QCOMPARE(history(world, id).size(), 1);
 }
 
 void TestServiceVersions::aFolderHasNoVersions()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFolder(QStringLiteral("folder"));
-    QCOMPARE(history(fixture, id).size(), 0);
-    QCOMPARE(
-        fixture.client
-            .put(ServiceFixture::documentPath(id), {{QStringLiteral("file"), fixture.upload("x")}})
-            .status,
-        400);
-    QCOMPARE(
-        fixture.client
-            .get(ServiceFixture::documentPath(QStringLiteral("none"), QStringLiteral("/histories")))
-            .status,
-        404);
+    ServiceWorld world;
+    const QString id = world.makeFolder("folder");
+    QCOMPARE(history(world, id).size(), 0);
+    QCOMPARE(world.client.put(ServiceWorld::documentPath(id), {{"file", world.upload("x")}}).status,
+             400);
+    QCOMPARE(world.client.get(ServiceWorld::documentPath("none", "/histories")).status, 404);
 }
 
 void TestServiceVersions::linksAreKeptAndFound()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    fixture.makeFile(QStringLiteral("unlinked.txt"));
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    world.makeFile("unlinked.txt");
     const auto entry = [](const char *kind, std::initializer_list<QJsonValue> ids) {
-        return QJsonObject{{QStringLiteral("kind"), QLatin1String(kind)},
-                           {QStringLiteral("ids"), QJsonArray(ids)}};
+        return QJsonObject{{"kind", QLatin1String(kind)}, {"ids", QJsonArray(ids)}};
     };
-    const QJsonArray links{entry("pipe", {QStringLiteral("p2"), QStringLiteral("p1")}),
-                           entry("wall", {QStringLiteral("w")})};
-    const HttpAnswer answer =
-        fixture.client.put(ServiceFixture::documentPath(id), {{QStringLiteral("links"), links}});
+    const QJsonArray links{entry("pipe", {"p2", "p1"}), entry("wall", {"w"})};
+    const HttpAnswer answer = world.client.put(ServiceWorld::documentPath(id), {{"links", links}});
     QCOMPARE(answer.status, 200);
-    QCOMPARE(answer.object().value(QStringLiteral("entity")).toArray(), links);
+    QCOMPARE(answer.object().value("entity").toArray(), links);
     const QJsonArray found =
-        fixture.client.get(ServiceFixture::projectPath(QStringLiteral("entities/p1/documents")))
-            .array();
+        world.client.get(ServiceWorld::projectPath("entities/p1/documents")).array();
     QCOMPARE(found.size(), 1);
     const QJsonObject lite = found.at(0).toObject();
-    QCOMPARE(lite.value(QStringLiteral("_id")).toString(), id);
-    QCOMPARE(lite.value(QStringLiteral("fileSize")).toInt(), 7);
-    QCOMPARE(lite.value(QStringLiteral("suffix")).toString(), QStringLiteral("txt"));
+    QCOMPARE(lite.value("_id").toString(), id);
+    QCOMPARE(lite.value("fileSize").toInt(), 7);
+    QCOMPARE(lite.value("suffix").toString(), QString("txt"));
 
-    fixture.client.put(ServiceFixture::documentPath(id), {{QStringLiteral("links"), QJsonArray()}});
-    QCOMPARE(
-        fixture.client.get(ServiceFixture::projectPath(QStringLiteral("entities/p1/documents")))
-            .array()
-            .size(),
-        0);
+    world.client.put(ServiceWorld::documentPath(id), {{"links", QJsonArray()}});
+    QCOMPARE(world.client.get(ServiceWorld::projectPath("entities/p1/documents")).array().size(),
+             0);
 }
 
 void TestServiceVersions::linksWithoutSenseAreRefused_data()
 {
     QTest::addColumn<QJsonValue>("links");
     QTest::newRow("no array") << QJsonValue(5);
-    QTest::newRow("no objects") << QJsonValue(QJsonArray{QStringLiteral("x")});
-    QTest::newRow("no ids") << QJsonValue(
-        QJsonArray{QJsonObject{{QStringLiteral("kind"), QStringLiteral("k")}}});
-    QTest::newRow("a number for an id") << QJsonValue(QJsonArray{QJsonObject{
-        {QStringLiteral("kind"), QStringLiteral("k")}, {QStringLiteral("ids"), QJsonArray{5}}}});
+    QTest::newRow("no objects") << QJsonValue(QJsonArray{"x"});
+    QTest::newRow("no ids") << QJsonValue(QJsonArray{QJsonObject{{"kind", "k"}}});
+    QTest::newRow("a number for an id")
+        << QJsonValue(QJsonArray{QJsonObject{{"kind", "k"}, {"ids", QJsonArray{5}}}});
 }
 
 void TestServiceVersions::linksWithoutSenseAreRefused()
 {
     QFETCH(QJsonValue, links);
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    QCOMPARE(
-        fixture.client.put(ServiceFixture::documentPath(id), {{QStringLiteral("links"), links}})
-            .status,
-        400);
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    QCOMPARE(world.client.put(ServiceWorld::documentPath(id), {{"links", links}}).status, 400);
 }
 
 void TestServiceVersions::thePasswordIsToldOnlyOnRequest()
 {
-    ServiceFixture fixture;
-    const QString id = fixture.makeFile(QStringLiteral("a.txt"));
-    fixture.client.put(ServiceFixture::documentPath(id),
-                       {{QStringLiteral("pwd"), QStringLiteral("secret")}});
-    QVERIFY(!fixture.document(id).contains(QStringLiteral("pwd")));
-    const HttpAnswer answer = fixture.client.get(ServiceFixture::documentPath(id),
-                                                 {{QStringLiteral("pwd"), QStringLiteral("true")}});
-    QCOMPARE(answer.object().value(QStringLiteral("pwd")).toString(), QStringLiteral("secret"));
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt");
+    world.client.put(ServiceWorld::documentPath(id), {{"pwd", "secret"}});
+    QVERIFY(!world.document(id).contains("pwd"));
+    const HttpAnswer answer = world.client.get(ServiceWorld::documentPath(id), {{"pwd", "true"}});
+    QCOMPARE(answer.object().value("pwd").toString(), QString("secret"));
 }
 
 QTEST_GUILESS_MAIN(TestServiceVersions)

@@ -1,5 +1,7 @@
 #include "FaultyProxy.h"
 
+#include "HttpHead.h"
+
 #include <QHostAddress>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -11,21 +13,10 @@ namespace {
 
 constexpr qint64 WindowBytes = qint64(256) * 1024;
 
-QByteArray headerValue(const QByteArray &head, const QByteArray &lowerCaseName)
-{
-    const QList<QByteArray> lines = head.split('\n');
-    for (const QByteArray &line : lines) {
-        const int colon = line.indexOf(':');
-        if (colon > 0 && line.left(colon).toLower() == lowerCaseName)
-            return line.mid(colon + 1).trimmed();
-    }
-    return QByteArray();
-}
-
-//! Of the file name "MD5-NUMBER" in the header of a form's first part.
+//! Returns the number in the file name "MD5-NUMBER" in the header of a form's first part.
 int chunkNumber(const QByteArray &formStart)
 {
-    static const QRegularExpression name(QStringLiteral("filename=\"[0-9a-f]*-([0-9]+)\""));
+    static const QRegularExpression name("filename=\"[0-9a-f]*-([0-9]+)\"");
     const QRegularExpressionMatch match = name.match(QString::fromLatin1(formStart));
     return match.hasMatch() ? match.captured(1).toInt() : -1;
 }
@@ -68,12 +59,12 @@ private:
     QTcpSocket *m_service;
     std::optional<ProxyFault> m_fault;
     bool m_isHeld = false;
-    int m_number = -1; //!< of the request under way; -1 between two
-    QByteArray m_request; //!< what has come and is not passed on yet
+    int m_number = -1; //!< of the request in progress; -1 between two requests
+    QByteArray m_request; //!< what has arrived and has not been passed on
     qint64 m_bodyBytes = 0;
     qint64 m_passedBytes = 0; //!< of the body
     QByteArray m_answer;
-    int m_answerHead = 0; //!< its length; 0 while the answer has not come
+    int m_answerHead = 0; //!< its length; 0 until the response has arrived
     bool m_isAnswered = false;
 };
 
@@ -96,7 +87,7 @@ FaultyProxy::Link::Link(FaultyProxy *proxy, QTcpSocket *client)
 
 void FaultyProxy::Link::takeRequest()
 {
-    // What is left in the client's socket waits there, so that the client notices a service that is slow.
+    // The rest is left in the client's socket, so that the client notices a slow service.
     while (!m_isHeld && m_service->state() == QAbstractSocket::ConnectedState
            && m_service->bytesToWrite() < WindowBytes && m_client->bytesAvailable() > 0) {
         m_request += m_client->read(WindowBytes);
@@ -108,21 +99,20 @@ void FaultyProxy::Link::takeRequest()
 
 bool FaultyProxy::Link::takeHead()
 {
-    const int headEnd = m_request.indexOf("\r\n\r\n") + 4;
-    if (headEnd < 4)
+    const int headEnd = HttpHead::sizeIn(m_request);
+    if (headEnd < 0)
         return false;
-    const QByteArray head = m_request.left(headEnd);
+    const HttpHead head(m_request.left(headEnd));
     ProxiedRequest request;
-    const QList<QByteArray> words = head.left(head.indexOf('\r')).split(' ');
-    request.verb = words.value(0);
-    request.target = words.value(1);
+    request.verb = head.words.value(0);
+    request.target = head.words.value(1);
     if (request.verb == "POST" && request.target == "/base-service/largefiles") {
         const int partEnd = m_request.indexOf("\r\n\r\n", headEnd);
         if (partEnd < 0)
             return false;
         request.chunk = chunkNumber(m_request.mid(headEnd, partEnd - headEnd));
     }
-    m_bodyBytes = headerValue(head, "content-length").toLongLong();
+    m_bodyBytes = head.headers.value("content-length").toLongLong();
     m_passedBytes = -headEnd;
     m_answer.clear();
     m_answerHead = 0;
@@ -152,13 +142,15 @@ void FaultyProxy::Link::takeAnswer()
     if (m_number < 0 || m_isHeld || m_isAnswered)
         return;
     m_answer += m_service->readAll();
-    const int head = m_answer.indexOf("\r\n\r\n") + 4;
-    if (head < 4
-        || m_answer.size() < head + headerValue(m_answer.left(head), "content-length").toInt())
+    const int headEnd = HttpHead::sizeIn(m_answer);
+    if (headEnd < 0)
         return;
-    m_answerHead = head;
-    request().status = m_answer.mid(9, 3).toInt();
-    request().answer = m_answer.mid(head);
+    const HttpHead head(m_answer.left(headEnd));
+    if (m_answer.size() < headEnd + head.contentLength())
+        return;
+    m_answerHead = headEnd;
+    request().status = head.status();
+    request().answer = m_answer.mid(headEnd);
     passAnswer();
 }
 
@@ -193,7 +185,7 @@ void FaultyProxy::Link::endAnswer()
     settle();
 }
 
-//! A service may answer before it has the whole body; the rest still belongs to that request.
+//! A service may respond before it has the whole body; the rest belongs to the same request.
 void FaultyProxy::Link::settle()
 {
     if (m_isAnswered && m_passedBytes >= m_bodyBytes)
@@ -238,7 +230,7 @@ void FaultyProxy::Link::end()
     disconnect(m_client, nullptr, this, nullptr);
     disconnect(m_service, nullptr, this, nullptr);
     m_service->abort();
-    // What the client was given still arrives.
+    // Data that was written to the client still arrives.
     m_client->disconnectFromHost();
     if (m_client->state() == QAbstractSocket::UnconnectedState)
         deleteLater();
@@ -260,7 +252,7 @@ FaultyProxy::~FaultyProxy() = default;
 
 QString FaultyProxy::baseApi() const
 {
-    return QStringLiteral("http://127.0.0.1:%1/").arg(m_server.serverPort());
+    return QString("http://127.0.0.1:%1/").arg(m_server.serverPort());
 }
 
 void FaultyProxy::strikeChunk(int chunk, const ProxyFault &fault)

@@ -7,33 +7,33 @@
 
 #include <optional>
 
-//! One request that came through a FaultyProxy, and its answer.
+//! A request that has passed through a FaultyProxy, and its response.
 struct ProxiedRequest
 {
     QByteArray verb;
     QByteArray target;
-    int chunk = -1; //!< the number of the chunk that it carries; -1 for another request
-    int status = 0; //!< of the service's answer; 0 while there is none
-    QByteArray answer; //!< its body, as the service sent it
-    bool isAnswered = false; //!< the client was given the answer whole
+    int chunk = -1; //!< the number of the chunk in it; -1 for another request
+    int status = 0; //!< of the response; 0 until it has arrived
+    QByteArray answer; //!< the body of the response, as the service has sent it
+    bool isAnswered = false; //!< the client has got the complete response
 
-    //! How many chunks the client knows from this answer to be stored; 0 when it does not.
+    //! Returns the number of stored chunks according to the response; 0 if the client has not got it.
     int acknowledgedChunks() const;
 };
 
-//! What is done to one request, once.
+//! A disturbance of one request.
 struct ProxyFault
 {
     enum class Kind {
         Drop, //!< both connections are closed
-        Stall, //!< nothing is passed on any more until the client goes
-        Delay, //!< everything waits for `delayMs`
-        HalfAnswer, //!< at BeforeAnswer: the answer is valid HTTP, but its body is cut in half
+        Stall, //!< nothing is passed on until the client disconnects
+        Delay, //!< everything is delayed by `delayMs`
+        HalfAnswer, //!< at BeforeAnswer: the response is valid HTTP, but has only half of the body
     };
     enum class Point {
-        BeforeRequest, //!< the service hears nothing of it
+        BeforeRequest, //!< the service has got nothing of it
         MidRequest, //!< half of the body has been passed on
-        BeforeAnswer, //!< the service has done the work
+        BeforeAnswer, //!< the service has processed the request
         MidAnswer, //!< the head and half of the body have been passed on
     };
 
@@ -42,10 +42,10 @@ struct ProxyFault
     int delayMs = 100;
 };
 
-//! \brief Stands between a client and a service on loopback, keeps what passes, and disturbs it when told to.
+//! \brief A proxy between a client and a service on loopback, which records requests and can disturb them.
 //!
-//! Runs on the thread that made it, whenever that thread's events run. Each connection of the client gets one of
-//! its own to the service; when either ends, so does the other.
+//! Runs on the thread that created it, when events are processed. It opens a connection to the service for each connection of the
+//! client; if one is closed, it closes the other.
 class FaultyProxy : public QObject
 {
     Q_OBJECT
@@ -57,7 +57,7 @@ public:
     //! "http://127.0.0.1:PORT/"
     QString baseApi() const;
 
-    //! Disturbs the next request that carries chunk \a chunk.
+    //! Disturbs the next request with the chunk \a chunk.
     void strikeChunk(int chunk, const ProxyFault &fault);
 
     //! Disturbs the next request whose target begins with \a target.
@@ -65,17 +65,17 @@ public:
 
     const QList<ProxiedRequest> &requests() const { return m_requests; }
 
-    //! The chunks that were sent, in order; one that was sent twice stands there twice.
+    //! Returns the chunks that were sent, in order; one that was sent twice is there twice.
     QList<int> sentChunks() const;
 
-    //! The chunks that were sent although an earlier answer had told the client that they are stored.
+    //! Returns the chunks that were sent although an earlier response had told the client that they are stored.
     QList<int> resentChunks() const;
 
 Q_SIGNALS:
     //! A request is about to be passed on.
     void requestStarted(const ProxiedRequest &request);
 
-    //! Of the request that carries \a chunk so many bytes of the body have been passed on.
+    //! \a bytes bytes of the body of the request with \a chunk have been passed on.
     void chunkPassed(int chunk, qint64 bytes);
 
 private:

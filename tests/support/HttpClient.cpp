@@ -1,4 +1,5 @@
 #include <support/HttpClient.h>
+#include <support/HttpHead.h>
 
 #include <QEventLoop>
 #include <QJsonDocument>
@@ -26,19 +27,6 @@ QByteArray formBody(const QList<QPair<QString, QByteArray>> &fields)
     return body + "--" + boundary + "--\r\n";
 }
 
-//! Status and headers, from the text before the empty line.
-HttpAnswer parsedHead(const QByteArray &head)
-{
-    HttpAnswer answer;
-    const QList<QByteArray> lines = head.split('\n');
-    answer.status = lines.first().split(' ').value(1).toInt();
-    for (const QByteArray &line : lines.mid(1)) {
-        const int colon = line.indexOf(':');
-        answer.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
-    }
-    return answer;
-}
-
 } // namespace
 
 QJsonObject HttpAnswer::object() const
@@ -53,7 +41,7 @@ QJsonArray HttpAnswer::array() const
 
 QString HttpAnswer::errorText() const
 {
-    return object().value(QStringLiteral("error")).toString();
+    return object().value("error").toString();
 }
 
 HttpClient::HttpClient(const QString &baseApi) : m_baseApi(baseApi) {}
@@ -94,7 +82,8 @@ HttpAnswer HttpClient::send(const QByteArray &verb, const QString &path, const Q
                             const Headers &headers)
 {
     const QUrl url = QUrl::fromEncoded((m_baseApi + path).toUtf8(), QUrl::StrictMode);
-    QEventLoop loop; // before the connection: a thread that is not Qt's gets its events with it
+    QEventLoop
+        loop; // before the connection: it creates the event dispatcher of a thread that is not Qt's
     if (!connectTo(url))
         return {};
     Headers all{{"Content-Type", "application/json"}};
@@ -113,13 +102,14 @@ HttpAnswer HttpClient::send(const QByteArray &verb, const QString &path, const Q
     int length = -1; // of the body
     const auto take = [&] {
         answer.body += m_socket.readAll();
-        const int end = length < 0 ? answer.body.indexOf("\r\n\r\n") : -1;
+        const int end = length < 0 ? HttpHead::sizeIn(answer.body) : -1;
         if (end >= 0) {
-            const QByteArray rest = answer.body.mid(end + 4);
-            answer = parsedHead(answer.body.left(end));
-            answer.body = rest;
+            const HttpHead head(answer.body.left(end));
+            answer.body.remove(0, end);
+            answer.status = head.status();
+            answer.headers = head.headers;
             const bool hasBody = verb != "HEAD" && answer.status != 304;
-            length = hasBody ? answer.headers.value("content-length").toInt() : 0;
+            length = hasBody ? head.contentLength() : 0;
         }
         answer.isWhole = length >= 0 && answer.body.size() >= length;
         if (answer.isWhole)
@@ -128,7 +118,8 @@ HttpAnswer HttpClient::send(const QByteArray &verb, const QString &path, const Q
     QObject::connect(&m_socket, &QTcpSocket::readyRead, &loop, take);
     QObject::connect(&m_socket, &QTcpSocket::disconnected, &loop, &QEventLoop::quit);
     QTimer::singleShot(TimeoutMs, &loop, &QEventLoop::quit);
-    m_socket.write(request + "\r\n" + body); // in one piece: the body must not wait for the head
+    m_socket.write(request + "\r\n"
+                   + body); // in one piece, so that the body does not wait for the head
     if (m_socket.state() == QAbstractSocket::ConnectedState)
         loop.exec();
     if (!answer.isWhole || answer.headers.value("connection").toLower() == "close")
@@ -139,7 +130,7 @@ HttpAnswer HttpClient::send(const QByteArray &verb, const QString &path, const Q
 bool HttpClient::connectTo(const QUrl &url)
 {
     if (m_socket.state() == QAbstractSocket::ConnectedState)
-        m_socket.waitForReadyRead(0); // notices that the service has ended the connection
+        m_socket.waitForReadyRead(0); // detects that the service has closed the connection
     if (m_socket.state() == QAbstractSocket::ConnectedState && m_server == url.authority())
         return true;
     m_socket.abort();

@@ -10,25 +10,24 @@
 #include <QTcpSocket>
 #include <QUrl>
 
-//! What came back for one request.
+//! The response to one request.
 struct HttpAnswer
 {
-    int status = 0; //!< 0 without an answer
+    int status = 0; //!< 0 if there was no response
     QByteArray body;
     QMap<QByteArray, QByteArray> headers; //!< names in lower case
     bool isWhole = false; //!< the body has as many bytes as its head says
 
-    //! A whole answer with a 2xx status.
+    //! Returns true for a complete response with a 2xx status.
     bool isSuccess() const { return isWhole && status >= 200 && status < 300; }
     QJsonObject object() const;
     QJsonArray array() const;
-    QString errorText() const; //!< of the key "error"
+    QString errorText() const; //!< the value of "error" in the body
 };
 
-//! \brief A plain HTTP client that waits for each answer while events run, and ends by itself after a minute.
+//! \brief A simple HTTP client that waits for each response, at most a minute, and processes events meanwhile.
 //!
-//! Sends bytes as they are told: paths are percent-encoded by the caller or through encoded(). Keeps its connection, and
-//! sends nothing twice.
+//! Sends bytes unchanged: the caller encodes paths, or calls encoded(). Keeps its connection, and never repeats a request.
 class HttpClient
 {
 public:
@@ -47,14 +46,14 @@ public:
     HttpAnswer putArray(const QString &path, const QJsonArray &body);
     HttpAnswer remove(const QString &path, const Parameters &parameters = {});
 
-    //! Any verb, bytes and headers.
+    //! Sends any method, bytes and headers.
     HttpAnswer send(const QByteArray &verb, const QString &path, const QByteArray &body = {},
                     const Headers &headers = {});
 
-    //! A form-data body with these fields; a name that is followed by a "/" and a file name is a file.
+    //! Sends a form-data body with these fields; a name with a "/" and a file name is a file.
     HttpAnswer postForm(const QString &path, const QList<QPair<QString, QByteArray>> &fields);
 
-    //! "?name=value&…", everything percent-encoded that is not a letter or digit.
+    //! Returns "?name=value&…", in which all characters except letters and digits are percent-encoded.
     static QString encoded(const Parameters &parameters);
 
 private:

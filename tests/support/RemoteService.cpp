@@ -5,8 +5,8 @@
 #include <QJsonObject>
 #include <QTcpSocket>
 
-// For Windows, where the reference service does not run: the same class, as one that runs in the program
-// service_host on the system that the tests were started from. A connection to it is a service.
+// For Windows, where the reference service does not run: the same class, implemented by the program service_host on the
+// system that has started the tests. Each connection to it is a service.
 
 namespace {
 
@@ -17,10 +17,10 @@ constexpr int TimeoutMs = 60'000;
 class ReferenceService::Private
 {
 public:
-    //! Has the other side do it. \return its answer
+    //! Calls a function of the service. \return its result
     QJsonObject call(const char *name, QJsonObject arguments = {});
 
-    //! The same; true if it was done, otherwise with the sentence in \a error.
+    //! The same. On failure returns false and sets \a error to a sentence.
     bool isDone(const char *name, const QJsonObject &arguments, QString *error);
 
     QTcpSocket socket;
@@ -30,7 +30,7 @@ public:
 
 QJsonObject ReferenceService::Private::call(const char *name, QJsonObject arguments)
 {
-    arguments.insert(QStringLiteral("call"), QLatin1String(name));
+    arguments.insert("call", QLatin1String(name));
     socket.write(QJsonDocument(arguments).toJson(QJsonDocument::Compact) + '\n');
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(TimeoutMs))
@@ -56,12 +56,12 @@ ReferenceService::ReferenceService(const ServiceOptions &options) : d(std::make_
         qFatal("This test needs to be started by service_host: %s",
                qPrintable(d->socket.errorString()));
     d->call("open",
-            {{QStringLiteral("dataDir"), options.dataDir},
-             {QStringLiteral("listenAddress"), options.listenAddress},
-             {QStringLiteral("port"), options.port},
-             {QStringLiteral("accessLog"), options.accessLog},
-             {QStringLiteral("maxBodyBytes"), options.maxBodyBytes},
-             {QStringLiteral("storeQuotaBytes"), options.storeQuotaBytes}});
+            {{"dataDir", options.dataDir},
+             {"listenAddress", options.listenAddress},
+             {"port", options.port},
+             {"accessLog", options.accessLog},
+             {"maxBodyBytes", options.maxBodyBytes},
+             {"storeQuotaBytes", options.storeQuotaBytes}});
 }
 
 ReferenceService::~ReferenceService()
@@ -97,7 +97,7 @@ QString ReferenceService::baseApi() const
 
 QString ReferenceService::addUser(const QString &name, QString *error)
 {
-    const QJsonObject answer = d->call("addUser", {{QStringLiteral("name"), name}});
+    const QJsonObject answer = d->call("addUser", {{"name", name}});
     if (error != nullptr)
         *error = answer.value(QLatin1String("error")).toString();
     return answer.value(QLatin1String("token")).toString();
@@ -105,29 +105,24 @@ QString ReferenceService::addUser(const QString &name, QString *error)
 
 bool ReferenceService::addProject(const QString &id, const QString &name, QString *error)
 {
-    return d->isDone("addProject", {{QStringLiteral("id"), id}, {QStringLiteral("name"), name}},
-                     error);
+    return d->isDone("addProject", {{"id", id}, {"name", name}}, error);
 }
 
 bool ReferenceService::setRole(const QString &project, const QString &user, const QString &role,
                                QString *error)
 {
-    return d->isDone("setRole",
-                     {{QStringLiteral("project"), project},
-                      {QStringLiteral("user"), user},
-                      {QStringLiteral("role"), role}},
-                     error);
+    return d->isDone("setRole", {{"project", project}, {"user", user}, {"role", role}}, error);
 }
 
 void ReferenceService::addFault(const FaultRule &rule)
 {
     d->call("addFault",
-            {{QStringLiteral("kind"), static_cast<int>(rule.kind)},
-             {QStringLiteral("value"), rule.value},
-             {QStringLiteral("verb"), QString::fromLatin1(rule.verb)},
-             {QStringLiteral("pathPrefix"), rule.pathPrefix},
-             {QStringLiteral("nth"), rule.nth},
-             {QStringLiteral("times"), rule.times}});
+            {{"kind", static_cast<int>(rule.kind)},
+             {"value", rule.value},
+             {"verb", QString::fromLatin1(rule.verb)},
+             {"pathPrefix", rule.pathPrefix},
+             {"nth", rule.nth},
+             {"times", rule.times}});
 }
 
 void ReferenceService::clearFaults()

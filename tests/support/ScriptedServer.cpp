@@ -1,5 +1,7 @@
 #include "ScriptedServer.h"
 
+#include "HttpHead.h"
+
 #include <QHostAddress>
 #include <QPointer>
 #include <QTcpSocket>
@@ -27,7 +29,7 @@ ScriptedReply ScriptedReply::endingAs(Ending how)
     return reply;
 }
 
-//! One connection: reads request after request and writes the answers in the same order.
+//! A connection: reads requests and writes the responses in the same order.
 class ScriptedServer::Connection : public QObject
 {
 public:
@@ -56,8 +58,8 @@ private:
     qint64 m_missing = 0;
     ScriptedRequest m_request;
     QTimer m_slow;
-    // QTRY_… sleeps for 10 ms whenever no event waits, and between the pieces of a large body that is often.
-    // While one comes, this always waits.
+    // QTRY_… sleeps for 10 ms if there is no event, which is often the case between the pieces of a large body.
+    // While a body arrives, there is always an event.
     QTimer m_awake;
 };
 
@@ -65,7 +67,7 @@ ScriptedServer::Connection::Connection(ScriptedServer *server, QTcpSocket *socke
     : QObject(server), m_server(server), m_socket(socket), m_number(number)
 {
     socket->setParent(this);
-    // Head and body of an answer are written apart.
+    // Head and body of a response are written separately.
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     if (server->m_slowMs == 0) {
@@ -110,23 +112,17 @@ void ScriptedServer::Connection::take()
 
 bool ScriptedServer::Connection::takeHead()
 {
-    const int end = m_input.indexOf("\r\n\r\n");
-    if (end < 0)
+    const int size = HttpHead::sizeIn(m_input);
+    if (size < 0)
         return false;
-    const QByteArray head = m_input.left(end);
-    const QList<QByteArray> lines = head.split('\n');
-    m_input.remove(0, end + 4);
-    const QList<QByteArray> words = lines.first().trimmed().split(' ');
     m_request = ScriptedRequest();
     m_request.connection = m_number;
-    m_request.head = head;
-    m_request.verb = words.value(0);
-    m_request.target = words.value(1);
-    for (int i = 1; i < lines.size(); ++i) {
-        const int colon = lines.at(i).indexOf(':');
-        m_request.headers.insert(lines.at(i).left(colon).toLower(),
-                                 lines.at(i).mid(colon + 1).trimmed());
-    }
+    m_request.head = m_input.left(size - 4);
+    m_input.remove(0, size);
+    const HttpHead head(m_request.head);
+    m_request.verb = head.words.value(0);
+    m_request.target = head.words.value(1);
+    m_request.headers = head.headers;
     startBody();
     return true;
 }
@@ -196,7 +192,7 @@ void ScriptedServer::Connection::answer()
     if (!self)
         return;
     const ScriptedReply reply = m_server->nextReply(m_request);
-    // The handler may have run events in which the client went away.
+    // The handler may have processed events, and the client may have disconnected.
     if (!self)
         return;
     if (reply.delayMs > 0)
@@ -266,7 +262,7 @@ ScriptedServer::~ScriptedServer() = default;
 
 QString ScriptedServer::baseApi() const
 {
-    return QStringLiteral("http://127.0.0.1:%1/").arg(m_server.serverPort());
+    return QString("http://127.0.0.1:%1/").arg(m_server.serverPort());
 }
 
 bool ScriptedServer::hasReusedItsConnection() const

@@ -10,7 +10,7 @@
 
 #include <functional>
 
-//! A request as it stood on the wire.
+//! A request, byte for byte.
 struct ScriptedRequest
 {
     QByteArray verb;
@@ -18,20 +18,20 @@ struct ScriptedRequest
     QByteArray head; //!< request line and header fields, byte for byte, without the empty line
     QMap<QByteArray, QByteArray> headers; //!< names in lower case
     QByteArray body;
-    int connection = 0; //!< which of the server's connections carried it, from 0
+    int connection = 0; //!< the number of its connection, from 0
 
-    //! The target with its percent-encoding undone, for comparing with what the caller meant.
+    //! Returns the percent-decoded target.
     QString decodedTarget() const;
 };
 
-//! What the server answers to one request.
+//! The response to one request.
 struct ScriptedReply
 {
     enum class Ending {
-        Complete, //!< the whole answer; the connection stays open
+        Complete, //!< the complete response; the connection stays open
         Truncated, //!< all headers, half of the body, then the connection is closed
-        Dropped, //!< the connection is closed without an answer
-        Withheld, //!< nothing; the connection stays open
+        Dropped, //!< the connection is closed without a response
+        Withheld, //!< no response; the connection stays open
     };
 
     int status = 200;
@@ -39,20 +39,19 @@ struct ScriptedReply
     Ending ending = Ending::Complete;
     int delayMs = 0;
     QMap<QByteArray, QByteArray> headers{};
-    int pieces = 1; //!< the body goes out in so many pieces,
-    int pieceDelayMs = 0; //!< with this pause before each
+    int pieces = 1; //!< the body is sent in so many pieces,
+    int pieceDelayMs = 0; //!< with this delay before each
 
     static ScriptedReply json(const QByteArray &body, int status = 200);
     static ScriptedReply endingAs(Ending how);
 };
 
-//! \brief A real HTTP server on loopback that answers from a script and keeps every request.
+//! \brief A real HTTP server on loopback that responds from a script and stores every request.
 //!
-//! Runs on the thread that made it, so it answers whenever that thread's events run: nested event loops
-//! of the code under test included.
+//! Runs on the thread that created it, and responds when its events are processed, also in nested event loops of the tested code.
 //!
-//! Each request takes the next reply of the queue; when the queue is empty the handler answers, and
-//! without a handler 404.
+//! A request gets the next response of the queue. If the queue is empty, the handler is called, and without a handler the response is
+//! 404.
 class ScriptedServer : public QObject
 {
     Q_OBJECT
@@ -72,17 +71,17 @@ public:
     const QList<ScriptedRequest> &requests() const { return m_requests; }
     void clearRequests() { m_requests.clear(); }
 
-    //! Makes connections accepted from now on take in \a bytes, at most, every \a ms.
+    //! Limits connections that are accepted from now on to receiving \a bytes every \a ms.
     void readSlowly(qint64 bytes, int ms);
 
-    //! How many connections have been accepted since the start.
+    //! Returns the number of connections that have been accepted since the start.
     int connectionCount() const { return m_connectionCount; }
 
-    //! Whether one connection has carried all of them.
+    //! Returns true if all requests have used the same connection.
     bool hasReusedItsConnection() const;
 
 Q_SIGNALS:
-    //! A whole request has arrived; its answer has not been sent yet.
+    //! A complete request has arrived; the response has not been sent yet.
     void requestReceived();
 
 private:

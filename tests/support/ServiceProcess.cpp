@@ -28,11 +28,10 @@ ServiceProcess::~ServiceProcess()
 
 bool ServiceProcess::start(const QStringList &arguments)
 {
-    const QStringList fixed{QStringLiteral("--data"), m_dataDir, QStringLiteral("--listen"),
-                            QStringLiteral("127.0.0.1:%1").arg(m_port)};
+    const QStringList fixed{"--data", m_dataDir, "--listen", QString("127.0.0.1:%1").arg(m_port)};
     const QString database = TestDatabase::addressFor(m_dataDir);
     const QStringList records =
-        database.isEmpty() ? QStringList() : QStringList{QStringLiteral("--database"), database};
+        database.isEmpty() ? QStringList() : QStringList{"--database", database};
     m_process.start(QStringLiteral(VELL_SERVICE_PROGRAM), fixed + records + arguments);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(WaitMs)) {
@@ -59,7 +58,7 @@ int ServiceProcess::terminate()
 
 QString ServiceProcess::baseApi() const
 {
-    return QStringLiteral("http://127.0.0.1:%1/").arg(m_port);
+    return QString("http://127.0.0.1:%1/").arg(m_port);
 }
 
 int ServiceProcess::run(const QStringList &arguments, QString *output)

@@ -4,20 +4,20 @@
 #include <QString>
 #include <QStringList>
 
-//! \brief The `vell-service` program on one data folder, started and killed as often as a test likes.
+//! \brief The program `vell-service` with one data folder, which can be started and killed several times.
 class ServiceProcess
 {
 public:
     explicit ServiceProcess(const QString &dataDir);
     ~ServiceProcess(); //!< kills
 
-    //! Returns once it answers: on a free port the first time, on the same one from then on.
-    //! \param arguments more for its command line, such as {"--quota", "1000"}
+    //! Starts it and waits until it accepts requests: on a free port the first time, later on the same one.
+    //! \param arguments further arguments, such as {"--quota", "1000"}
     bool start(const QStringList &arguments = {});
 
-    //! As `kill -9`; returns once it is gone.
+    //! Like `kill -9`; waits for its end.
     void kill();
-    //! As `kill`. \return the exit code, -1 when it did not end by itself
+    //! Like `kill`. \return the exit code, or -1 if it did not end
     int terminate();
 
     bool isRunning() const { return m_process.state() == QProcess::Running; }
@@ -26,8 +26,8 @@ public:
     QString baseApi() const;
     QString dataDir() const { return m_dataDir; }
 
-    //! Runs a command of the program to its end. \a output gets what it said on both channels.
-    //! \return the exit code, -1 when it did not end by itself
+    //! Runs a command of the program. \a output is set to its output on both channels.
+    //! \return the exit code, or -1 if it did not end
     static int run(const QStringList &arguments, QString *output);
 
 private:

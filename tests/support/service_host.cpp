@@ -11,14 +11,14 @@
 #include <cstdio>
 #include <memory>
 
-// Runs a test under Wine, and the reference service for it, which does not run there.
+// Runs a test under Wine, and for it the reference service, which does not run there.
 //   service_host COMMAND [ARGUMENTS]
-// The test connects to the port in VELL_SERVICE_HOST_PORT; each connection is one ReferenceService, which
-// goes with it. A line of JSON is a call, and so is the answer: see RemoteService.cpp.
+// The test connects to the port in VELL_SERVICE_HOST_PORT; each connection is a ReferenceService, which
+// is destroyed with it. A line of JSON is a call, and another one its result: see RemoteService.cpp.
 
 namespace {
 
-//! A path of Wine as one of this system: drives are links in Wine's folder.
+//! Converts a path of Wine to one of this system: drives are links in Wine's folder.
 QString nativePath(const QString &path)
 {
     if (path.size() < 2 || path.at(1) != QLatin1Char(':'))

@@ -20,24 +20,22 @@ void TestSentences::everyTextIsTranslated_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<QStringList>("sources");
     QTest::addColumn<QStringList>("options");
-    const QString velldoc = QStringLiteral("apps/velldoc");
+    const QString velldoc = "apps/velldoc";
     // The sentences of the transport are shown to the user, too.
     QTest::newRow("velldoc, Chinese")
-        << QStringLiteral("apps/velldoc/translations/velldoc_zh_CN.ts")
-        << QStringList{velldoc, QStringLiteral("platform/VellNetwork/reply")} << QStringList();
-    QTest::newRow("velldoc, English plurals")
-        << QStringLiteral("apps/velldoc/translations/velldoc_en.ts") << QStringList{velldoc}
-        << QStringList{QStringLiteral("-pluralonly")};
-    const QString desktop = QStringLiteral("apps/desktop");
+        << "apps/velldoc/translations/velldoc_zh_CN.ts"
+        << QStringList{velldoc, "platform/VellNetwork/reply"} << QStringList();
+    QTest::newRow("velldoc, English plurals") << "apps/velldoc/translations/velldoc_en.ts"
+                                              << QStringList{velldoc} << QStringList{"-pluralonly"};
+    const QString desktop = "apps/desktop";
     QTest::newRow("vell-desktop, Chinese")
-        << QStringLiteral("apps/desktop/translations/vell-desktop_zh_CN.ts")
-        << QStringList{desktop, QStringLiteral("platform/VellNetwork/reply")} << QStringList();
+        << "apps/desktop/translations/vell-desktop_zh_CN.ts"
+        << QStringList{desktop, "platform/VellNetwork/reply"} << QStringList();
     QTest::newRow("vell-desktop, English plurals")
-        << QStringLiteral("apps/desktop/translations/vell-desktop_en.ts") << QStringList{desktop}
-        << QStringList{QStringLiteral("-pluralonly")};
+        << "apps/desktop/translations/vell-desktop_en.ts" << QStringList{desktop}
+        << QStringList{"-pluralonly"};
     QTest::newRow("client layer, Chinese")
-        << QStringLiteral("client/translations/VellClient_zh_CN.ts")
-        << QStringList{QStringLiteral("client")} << QStringList();
+        << "client/translations/VellClient_zh_CN.ts" << QStringList{"client"} << QStringList();
 }
 
 void TestSentences::everyTextIsTranslated()
@@ -47,18 +45,17 @@ void TestSentences::everyTextIsTranslated()
     QFETCH(QStringList, options);
     const QDir root(QStringLiteral(VELL_SOURCE_ROOT));
     QTemporaryDir folder;
-    const QString copy = folder.filePath(QStringLiteral("copy.ts"));
+    const QString copy = folder.filePath("copy.ts");
     QVERIFY(QFile::copy(root.filePath(file), copy));
-    QStringList arguments{QStringLiteral("-locations"), QStringLiteral("none"),
-                          QStringLiteral("-I"), root.filePath(QStringLiteral("apps"))};
+    QStringList arguments{"-locations", "none", "-I", root.filePath("apps")};
     arguments += options;
     for (const QString &source : qAsConst(sources)) {
-        QDirIterator it(root.filePath(source), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
-                        QDir::Files, QDirIterator::Subdirectories);
+        QDirIterator it(root.filePath(source), {"*.cpp", "*.h"}, QDir::Files,
+                        QDirIterator::Subdirectories);
         while (it.hasNext())
             arguments.append(it.next());
     }
-    arguments += {QStringLiteral("-ts"), copy};
+    arguments += {"-ts", copy};
     QProcess lupdate;
     lupdate.start(QStringLiteral(VELL_LUPDATE), arguments);
     QVERIFY(lupdate.waitForFinished());

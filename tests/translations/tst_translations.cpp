@@ -42,7 +42,7 @@ void readMessage(QXmlStreamReader &xml, const QString &context, TranslationFile 
     }
     const bool isFinished = state.isEmpty() && !translation.isEmpty();
     Texts &texts = isFinished ? file.finished : file.unfinished;
-    texts.insert(context + QStringLiteral(": ") + source, translation);
+    texts.insert(context + QString(": ") + source, translation);
 }
 
 TranslationFile readTranslationFile(const QString &path)
@@ -50,7 +50,7 @@ TranslationFile readTranslationFile(const QString &path)
     TranslationFile result;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        result.error = path + QStringLiteral(": ") + file.errorString();
+        result.error = path + QString(": ") + file.errorString();
         return result;
     }
     QXmlStreamReader xml(&file);
@@ -65,7 +65,7 @@ TranslationFile readTranslationFile(const QString &path)
             readMessage(xml, context, result);
     }
     if (xml.hasError())
-        result.error = path + QStringLiteral(": ") + xml.errorString();
+        result.error = path + QString(": ") + xml.errorString();
     return result;
 }
 
@@ -102,8 +102,8 @@ void TestTranslations::initTestCase()
 {
     m_sources = readTranslationFile(folder(VELL_SOURCES_TS));
     QCOMPARE(m_sources.error, QString());
-    QVERIFY(m_sources.unfinished.contains(QStringLiteral("QObject: 图纸")));
-    QVERIFY(m_sources.unfinished.contains(QStringLiteral("QMessageBox: 替换")));
+    QVERIFY(m_sources.unfinished.contains("QObject: 图纸"));
+    QVERIFY(m_sources.unfinished.contains("QMessageBox: 替换"));
 }
 
 void TestTranslations::cleanup()
@@ -113,14 +113,14 @@ void TestTranslations::cleanup()
 
 void TestTranslations::loadEnglish()
 {
-    QVERIFY(m_english.load(QStringLiteral("VellDocumentData_en.qm"), folder(VELL_QM_FOLDER)));
+    QVERIFY(m_english.load("VellDocumentData_en.qm", folder(VELL_QM_FOLDER)));
     QVERIFY(QCoreApplication::installTranslator(&m_english));
 }
 
 void TestTranslations::everyTextOfTheSourcesIsTranslated_data()
 {
     QTest::addColumn<QString>("path");
-    QDirIterator files(folder(VELL_TS_FOLDER), {QStringLiteral("*.ts")}, QDir::Files);
+    QDirIterator files(folder(VELL_TS_FOLDER), {"*.ts"}, QDir::Files);
     while (files.hasNext()) {
         const QString path = files.next();
         QTest::newRow(qPrintable(files.fileName())) << path;
@@ -142,13 +142,13 @@ void TestTranslations::everyChineseTextIsGivenToTranslators() const
     QStringList known;
     const QStringList keys = m_sources.unfinished.keys();
     for (const QString &key : keys)
-        known.append(key.section(QStringLiteral(": "), 1));
+        known.append(key.section(": ", 1));
 
-    const QRegularExpression literal(QStringLiteral("\"((?:[^\"\\\\\\n]|\\\\.)*)\""));
-    const QRegularExpression comment(QStringLiteral("^\\s*//"));
+    const QRegularExpression literal("\"((?:[^\"\\\\\\n]|\\\\.)*)\"");
+    const QRegularExpression comment("^\\s*//");
     const QRegularExpression chinese(QStringLiteral("[\\x{3000}-\\x{9fff}\\x{ff00}-\\x{ffef}]"));
-    QDirIterator files(folder(VELL_SOURCE_FOLDER), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
-                       QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator files(folder(VELL_SOURCE_FOLDER), {"*.cpp", "*.h"}, QDir::Files,
+                       QDirIterator::Subdirectories);
     while (files.hasNext()) {
         QFile file(files.next());
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -160,7 +160,7 @@ void TestTranslations::everyChineseTextIsGivenToTranslators() const
             while (match.hasNext()) {
                 const QString text = match.next().captured(1);
                 const bool isGiven = !chinese.match(text).hasMatch() || known.contains(text);
-                QVERIFY2(isGiven, qPrintable(files.fileName() + QStringLiteral(": ") + text));
+                QVERIFY2(isGiven, qPrintable(files.fileName() + QString(": ") + text));
             }
         }
     }
@@ -169,17 +169,17 @@ void TestTranslations::everyChineseTextIsGivenToTranslators() const
 void TestTranslations::categoriesAndFilterSpeakEnglish()
 {
     loadEnglish();
-    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("dwg")), QStringLiteral("Drawings"));
-    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("image")), QStringLiteral("Pictures"));
-    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("office")), QStringLiteral("Documents"));
-    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("video")), QStringLiteral("Audio/Video"));
-    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("other")), QStringLiteral("Other"));
-    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("anything")), QStringLiteral("Other"));
+    QCOMPARE(VellPubDoc::getFileTypeName("dwg"), QString("Drawings"));
+    QCOMPARE(VellPubDoc::getFileTypeName("image"), QString("Pictures"));
+    QCOMPARE(VellPubDoc::getFileTypeName("office"), QString("Documents"));
+    QCOMPARE(VellPubDoc::getFileTypeName("video"), QString("Audio/Video"));
+    QCOMPARE(VellPubDoc::getFileTypeName("other"), QString("Other"));
+    QCOMPARE(VellPubDoc::getFileTypeName("anything"), QString("Other"));
 
     const QStringList filters = VellPubDoc::getNameFilters();
     QCOMPARE(filters.size(), 10);
-    QCOMPARE(filters.at(0), QStringLiteral("All types (*.*)"));
-    QCOMPARE(filters.at(1), QStringLiteral("Image files (*.png *.bmp *.jpg)"));
+    QCOMPARE(filters.at(0), QString("All types (*.*)"));
+    QCOMPARE(filters.at(1), QString("Image files (*.png *.bmp *.jpg)"));
 }
 
 void TestTranslations::promptSpeaksEnglish()
@@ -197,26 +197,24 @@ void TestTranslations::promptSpeaksEnglish()
         QTest::keyClick(box, Qt::Key_Escape);
     });
     bool applyToLater = false;
-    VellPubDoc::showSameNameMsgBox(QStringLiteral("plan.dwg"), QStringLiteral("plan(1).dwg"),
-                                   applyToLater);
+    VellPubDoc::showSameNameMsgBox("plan.dwg", "plan(1).dwg", applyToLater);
     const QStringList expected{
-        QStringLiteral("A file of this name already exists here:\nplan.dwg"),
-        QStringLiteral(
-            "Replace the existing file with the new one\nor\nkeep the existing file and name "
-            "the new one plan(1).dwg?"),
-        QStringLiteral("Do this for all further name conflicts"),
-        QStringLiteral("Replace"),
-        QStringLiteral("Add"),
-        QStringLiteral("Skip"),
-        QStringLiteral("Cancel"),
+        "A file of this name already exists here:\nplan.dwg",
+        "Replace the existing file with the new one\nor\nkeep the existing file and name "
+        "the new one plan(1).dwg?",
+        "Do this for all further name conflicts",
+        "Replace",
+        "Add",
+        "Skip",
+        "Cancel",
     };
     QCOMPARE(shown, expected);
 }
 
 void TestTranslations::textsAreChineseWithoutATranslation()
 {
-    QCOMPARE(VellPubDoc::getFileTypeName(QStringLiteral("dwg")), QStringLiteral("图纸"));
-    QCOMPARE(VellPubDoc::getNameFilters().at(0), QStringLiteral("所有类型 (*.*)"));
+    QCOMPARE(VellPubDoc::getFileTypeName("dwg"), QString("图纸"));
+    QCOMPARE(VellPubDoc::getNameFilters().at(0), QString("所有类型 (*.*)"));
 }
 
 QTEST_MAIN(TestTranslations)

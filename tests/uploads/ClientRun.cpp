@@ -6,8 +6,7 @@ ClientRun::ClientRun(const QString &baseApi, const QString &filePath, const QStr
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QStringLiteral(VELL_UPLOAD_CLIENT),
-                    QStringList{QStringLiteral("--url"), baseApi} + arguments
-                        + QStringList{filePath});
+                    QStringList{"--url", baseApi} + arguments + QStringList{filePath});
 }
 
 ClientRun::~ClientRun()

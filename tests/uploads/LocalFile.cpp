@@ -1,12 +1,11 @@
 #include "LocalFile.h"
 
+#include <support/UnequalFile.h>
+
 #include <QCryptographicHash>
 #include <QFile>
-#include <QtEndian>
 
 namespace {
-
-constexpr qint64 BlockBytes = qint64(64) * 1024;
 
 void openOrDie(QFile &file, QIODevice::OpenMode mode)
 {
@@ -35,15 +34,7 @@ QByteArray LocalFile::md5() const
 
 void LocalFile::rewrite(qint64 bytes, quint32 salt)
 {
-    QFile file(m_path);
-    openOrDie(file, QIODevice::WriteOnly);
-    QByteArray block(BlockBytes, 'v');
-    qToBigEndian<quint32>(salt, block.data());
-    for (qint64 written = 0; written < bytes; written += BlockBytes) {
-        qToBigEndian<qint64>(written, block.data() + sizeof(salt));
-        if (file.write(block.constData(), qMin(BlockBytes, bytes - written)) < 0)
-            qFatal("%s: %s", qPrintable(m_path), qPrintable(file.errorString()));
-    }
+    writeUnequalFile(m_path, bytes, salt);
     m_size = bytes;
 }
 

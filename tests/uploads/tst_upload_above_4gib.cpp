@@ -1,7 +1,8 @@
 #include <async_ops/UploadWorld.h>
 
 #include <QFile>
-#include <QtTest>
+#include <QIODevice>
+#include <QTest>
 
 namespace {
 
@@ -33,7 +34,7 @@ private Q_SLOTS:
 void TestUploadAbove4Gib::theLastChunksGoUpFromTheirOffsets()
 {
     UploadWorld world;
-    VellDocument doc = world.makeFile(QStringLiteral("huge.bin"), 0);
+    VellDocument doc = world.makeFile("huge.bin", 0);
     doc.fileSize = FileBytes;
     QFile file(doc.filePath);
     QVERIFY(file.open(QIODevice::ReadWrite));
@@ -53,8 +54,7 @@ void TestUploadAbove4Gib::theLastChunksGoUpFromTheirOffsets()
     AsyncCreateDocument job;
     JobSpies spies(&job);
     job.createDocument(QString(), doc);
-    QTRY_COMPARE_WITH_TIMEOUT(spies.log(), QStringLiteral("finishUpload createDocumentFinish"),
-                              60000);
+    QTRY_COMPARE_WITH_TIMEOUT(spies.log(), QString("finishUpload createDocumentFinish"), 60000);
 
     const QList<ScriptedRequest> requests = world.server.requests();
     QCOMPARE(requests.size(), 4);

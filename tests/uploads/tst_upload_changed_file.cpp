@@ -1,6 +1,6 @@
-#include "UploadSite.h"
+#include "ProxyWorld.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 
@@ -54,14 +54,13 @@ void TestUploadChangedFile::aFileThatChangesIsRefusedAndTheNewOneStored_data()
     QTest::addColumn<QString>("outcome");
     const QByteArray query = "/base-service/largefiles/md5/";
     const QByteArray sending = "/base-service/largefiles";
-    const QString otherMd5 =
-        QStringLiteral("failed 422 The file that arrived does not have the MD5 "
-                       "claimed for it; it may have changed meanwhile. "
-                       "Start again.; error 299");
-    const QString cut = QStringLiteral("failed 400 Chunk 2 of this file has 3145728 bytes, but "
-                                       "2621440 came.; error 302");
-    const QString longer = QStringLiteral("failed 400 Chunk 2 of this file has 3145728 bytes, but "
-                                          "3670016 came.; error 302");
+    const QString otherMd5 = "failed 422 The file that arrived does not have the MD5 "
+                             "claimed for it; it may have changed meanwhile. "
+                             "Start again.; error 299";
+    const QString cut = "failed 400 Chunk 2 of this file has 3145728 bytes, but "
+                        "2621440 came.; error 302";
+    const QString longer = "failed 400 Chunk 2 of this file has 3145728 bytes, but "
+                           "3670016 came.; error 302";
     QTest::newRow("rewritten after hashing") << query << -1 << Change(rewriteIt) << otherMd5;
     QTest::newRow("one byte after hashing") << query << -1 << Change(touchTheLastChunk) << otherMd5;
     QTest::newRow("cut after hashing") << query << -1 << Change(cutIt) << cut;
@@ -79,79 +78,79 @@ void TestUploadChangedFile::aFileThatChangesIsRefusedAndTheNewOneStored()
     QFETCH(int, chunk);
     QFETCH(Change, change);
     QFETCH(QString, outcome);
-    UploadSite site;
-    QVERIFY(site.isStarted());
-    LocalFile file = site.makeFile(FileBytes, OldSalt);
+    ProxyWorld world;
+    QVERIFY(world.isStarted());
+    LocalFile file = world.makeFile(FileBytes, OldSalt);
     const QByteArray oldMd5 = file.md5();
     bool isChanged = false;
-    connect(site.proxy.get(), &FaultyProxy::requestStarted, this,
+    connect(world.proxy.get(), &FaultyProxy::requestStarted, this,
             [&](const ProxiedRequest &request) {
                 if (request.target.startsWith(moment) && request.chunk == chunk
                     && !std::exchange(isChanged, true))
                     change(file);
             });
-    const auto first = site.upload(file);
+    const auto first = world.upload(file);
     QVERIFY(first->wait());
     QVERIFY(isChanged);
     QVERIFY2(first->log().endsWith(outcome), qPrintable(first->log()));
-    QCOMPARE(site.storedFile(oldMd5), QString());
-    QCOMPARE(site.storedFile(file.md5()), QString());
-    QCOMPARE(site.documentCount(), 0);
+    QCOMPARE(world.storedFile(oldMd5), QString());
+    QCOMPARE(world.storedFile(file.md5()), QString());
+    QCOMPARE(world.documentCount(), 0);
 
-    const auto second = site.upload(file);
+    const auto second = world.upload(file);
     QVERIFY(second->wait());
     QVERIFY2(second->isDone(), qPrintable(second->log()));
-    QVERIFY(site.download(second->fileId()) == file.content());
-    QCOMPARE(site.storedFile(oldMd5), QString());
-    QCOMPARE(site.wrongContents(), QStringList());
+    QVERIFY(world.download(second->fileId()) == file.content());
+    QCOMPARE(world.storedFile(oldMd5), QString());
+    QCOMPARE(world.wrongContents(), QStringList());
 }
 
 void TestUploadChangedFile::aFileThatChangesWhenAllWasReadIsStoredAsItWas()
 {
-    UploadSite site;
-    QVERIFY(site.isStarted());
-    LocalFile file = site.makeFile(FileBytes, OldSalt);
+    ProxyWorld world;
+    QVERIFY(world.isStarted());
+    LocalFile file = world.makeFile(FileBytes, OldSalt);
     const QByteArray content = file.content();
-    connect(site.proxy.get(), &FaultyProxy::requestStarted, this,
+    connect(world.proxy.get(), &FaultyProxy::requestStarted, this,
             [&](const ProxiedRequest &request) {
                 if (request.chunk == 2)
                     file.rewrite(NewSalt);
             });
-    const auto client = site.upload(file);
+    const auto client = world.upload(file);
     QVERIFY(client->wait());
     QVERIFY2(client->isDone(), qPrintable(client->log()));
-    QVERIFY(site.download(client->fileId()) == content);
-    QCOMPARE(site.wrongContents(), QStringList());
+    QVERIFY(world.download(client->fileId()) == content);
+    QCOMPARE(world.wrongContents(), QStringList());
 }
 
 void TestUploadChangedFile::aRecordWithAWrongChunkIsDropped()
 {
-    UploadSite site;
-    QVERIFY(site.isStarted());
-    LocalFile file = site.makeFile(FileBytes, OldSalt);
+    ProxyWorld world;
+    QVERIFY(world.isStarted());
+    LocalFile file = world.makeFile(FileBytes, OldSalt);
     const QByteArray oldMd5 = file.md5();
-    connect(site.proxy.get(), &FaultyProxy::requestStarted, this,
+    connect(world.proxy.get(), &FaultyProxy::requestStarted, this,
             [&](const ProxiedRequest &request) {
                 if (request.chunk == 0)
                     file.rewrite(NewSalt);
             });
-    site.proxy->strikeChunk(2, {ProxyFault::Kind::Drop, ProxyFault::Point::BeforeRequest});
-    QVERIFY(site.upload(file)->wait());
-    QCOMPARE(site.savedChunks(oldMd5), 2);
+    world.proxy->strikeChunk(2, {ProxyFault::Kind::Drop, ProxyFault::Point::BeforeRequest});
+    QVERIFY(world.upload(file)->wait());
+    QCOMPARE(world.savedChunks(oldMd5), 2);
 
     // The old file is back, but not the chunk that the service has of it.
-    site.renewProxy();
+    world.renewProxy();
     file.rewrite(OldSalt);
-    const auto second = site.upload(file);
+    const auto second = world.upload(file);
     QVERIFY(second->wait());
-    QVERIFY2(second->log().contains(QStringLiteral("failed 422")), qPrintable(second->log()));
-    QCOMPARE(site.record(oldMd5), QJsonObject());
+    QVERIFY2(second->log().contains("failed 422"), qPrintable(second->log()));
+    QCOMPARE(world.record(oldMd5), QJsonObject());
 
-    const auto third = site.upload(file);
+    const auto third = world.upload(file);
     QVERIFY(third->wait());
     QVERIFY2(third->isDone(), qPrintable(third->log()));
-    QCOMPARE(site.proxy->sentChunks(), (QList<int>{2, 0, 1, 2}));
-    QVERIFY(site.download(third->fileId()) == file.content());
+    QCOMPARE(world.proxy->sentChunks(), (QList<int>{2, 0, 1, 2}));
+    QVERIFY(world.download(third->fileId()) == file.content());
 }
 
 QTEST_GUILESS_MAIN(TestUploadChangedFile)

@@ -1,7 +1,6 @@
-#include "UploadSite.h"
+#include "ProxyWorld.h"
 
-#include <QMetaEnum>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 
@@ -59,42 +58,44 @@ private:
     std::unique_ptr<ClientRun> upload(const ProxyFault &fault) const;
     void finishUpload();
 
-    std::unique_ptr<UploadSite> m_site;
+    std::unique_ptr<ProxyWorld> m_world;
     std::unique_ptr<LocalFile> m_file;
     quint32 m_salt = 0;
 };
 
 void TestUploadFaults::initTestCase()
 {
-    m_site = std::make_unique<UploadSite>();
-    QVERIFY(m_site->isStarted());
+    m_world = std::make_unique<ProxyWorld>();
+    QVERIFY(m_world->isStarted());
 }
 
 void TestUploadFaults::init()
 {
-    m_site->renewProxy();
+    m_world->renewProxy();
     ++m_salt;
     // Of documents with the same name there may be only one.
-    const QString name = QStringLiteral("%1.bin").arg(m_salt);
-    m_file = std::make_unique<LocalFile>(m_site->makeFile(FileBytes, m_salt, name));
+    const QString name = QString("%1.bin").arg(m_salt);
+    m_file = std::make_unique<LocalFile>(m_world->makeFile(FileBytes, m_salt, name));
 }
 
 std::unique_ptr<ClientRun> TestUploadFaults::upload(const ProxyFault &fault) const
 {
     QStringList arguments;
     if (fault.kind == Kind::Stall)
-        arguments << QStringLiteral("--stall-ms") << QStringLiteral("3000");
+        arguments << "--stall-ms"
+                  << "3000";
     if (fault.kind == Kind::HalfAnswer)
-        arguments << QStringLiteral("--quiet-ms") << QStringLiteral("2500");
-    return m_site->upload(*m_file, arguments);
+        arguments << "--quiet-ms"
+                  << "2500";
+    return m_world->upload(*m_file, arguments);
 }
 
 void TestUploadFaults::finishUpload()
 {
-    const auto client = m_site->upload(*m_file);
+    const auto client = m_world->upload(*m_file);
     QVERIFY(client->wait());
     QVERIFY2(client->isDone(), qPrintable(client->log()));
-    QVERIFY(m_site->download(client->fileId()) == m_file->content());
+    QVERIFY(m_world->download(client->fileId()) == m_file->content());
 }
 
 void TestUploadFaults::aNewJobContinuesBehindTheFault_data()
@@ -112,8 +113,7 @@ void TestUploadFaults::aNewJobContinuesBehindTheFault_data()
             }
         }
         QTest::addRow("half an answer to chunk %d", chunk)
-            << chunk << ProxyFault{Kind::HalfAnswer, Point::BeforeAnswer}
-            << QStringLiteral("silence") << true;
+            << chunk << ProxyFault{Kind::HalfAnswer, Point::BeforeAnswer} << "silence" << true;
     }
 }
 
@@ -123,15 +123,15 @@ void TestUploadFaults::aNewJobContinuesBehindTheFault()
     QFETCH(ProxyFault, fault);
     QFETCH(QString, outcome);
     QFETCH(bool, isStored);
-    m_site->proxy->strikeChunk(chunk, fault);
+    m_world->proxy->strikeChunk(chunk, fault);
     const auto client = upload(fault);
     QVERIFY(client->wait());
-    const QList<int> sentBefore = m_site->proxy->sentChunks();
+    const QList<int> sentBefore = m_world->proxy->sentChunks();
     if (outcome.isEmpty()) {
         QVERIFY2(client->isDone(), qPrintable(client->log()));
     } else {
         QCOMPARE(client->outcome(), outcome);
-        QCOMPARE(m_site->savedChunks(m_file->md5()), isStored ? chunk + 1 : chunk);
+        QCOMPARE(m_world->savedChunks(m_file->md5()), isStored ? chunk + 1 : chunk);
         QCOMPARE(sentBefore.last(), chunk);
     }
 
@@ -139,7 +139,7 @@ void TestUploadFaults::aNewJobContinuesBehindTheFault()
     QList<int> expected = {0, 1, 2};
     if (!outcome.isEmpty() && !isStored)
         expected.insert(chunk, chunk);
-    QCOMPARE(m_site->proxy->sentChunks(), expected);
+    QCOMPARE(m_world->proxy->sentChunks(), expected);
 }
 
 void TestUploadFaults::aLostRecordCostsNoMoreThanOneChunk_data()
@@ -152,18 +152,18 @@ void TestUploadFaults::aLostRecordCostsNoMoreThanOneChunk_data()
 void TestUploadFaults::aLostRecordCostsNoMoreThanOneChunk()
 {
     QFETCH(ProxyFault, fault);
-    m_site->proxy->strikeChunk(2, {Kind::Drop, Point::BeforeRequest});
-    const auto first = m_site->upload(*m_file);
+    m_world->proxy->strikeChunk(2, {Kind::Drop, Point::BeforeRequest});
+    const auto first = m_world->upload(*m_file);
     QVERIFY(first->wait());
-    QCOMPARE(first->outcome(), QStringLiteral("error 2"));
+    QCOMPARE(first->outcome(), QString("error 2"));
 
-    m_site->proxy->strikeTarget("/base-service/largefiles/md5/", fault);
+    m_world->proxy->strikeTarget("/base-service/largefiles/md5/", fault);
     const auto second = upload(fault);
     QVERIFY(second->wait());
     QVERIFY2(second->isDone(), qPrintable(second->log()));
     // Without the record it begins at the first chunk, and the answer to that one names the next.
-    QCOMPARE(m_site->proxy->sentChunks(), (QList<int>{0, 1, 2, 0, 2}));
-    QVERIFY(m_site->download(second->fileId()) == m_file->content());
+    QCOMPARE(m_world->proxy->sentChunks(), (QList<int>{0, 1, 2, 0, 2}));
+    QVERIFY(m_world->download(second->fileId()) == m_file->content());
 }
 
 void TestUploadFaults::aLostDocumentAnswerCostsNoChunk_data()
@@ -171,27 +171,27 @@ void TestUploadFaults::aLostDocumentAnswerCostsNoChunk_data()
     QTest::addColumn<ProxyFault>("fault");
     QTest::addColumn<QString>("outcome");
     QTest::newRow("closed before the request")
-        << ProxyFault{Kind::Drop, Point::BeforeRequest} << QStringLiteral("error 2");
+        << ProxyFault{Kind::Drop, Point::BeforeRequest} << "error 2";
     QTest::newRow("closed before the answer")
-        << ProxyFault{Kind::Drop, Point::BeforeAnswer} << QStringLiteral("error 2");
+        << ProxyFault{Kind::Drop, Point::BeforeAnswer} << "error 2";
     QTest::newRow("stalled before the answer")
-        << ProxyFault{Kind::Stall, Point::BeforeAnswer} << QStringLiteral("error 4");
+        << ProxyFault{Kind::Stall, Point::BeforeAnswer} << "error 4";
     QTest::newRow("half an answer")
-        << ProxyFault{Kind::HalfAnswer, Point::BeforeAnswer} << QStringLiteral("document");
+        << ProxyFault{Kind::HalfAnswer, Point::BeforeAnswer} << "document";
 }
 
 void TestUploadFaults::aLostDocumentAnswerCostsNoChunk()
 {
     QFETCH(ProxyFault, fault);
     QFETCH(QString, outcome);
-    m_site->proxy->strikeTarget("/document-service/projects/p1/documents", fault);
+    m_world->proxy->strikeTarget("/document-service/projects/p1/documents", fault);
     const auto client = upload(fault);
     QVERIFY(client->wait());
     QVERIFY2(!client->isDone(), qPrintable(client->log()));
     QCOMPARE(client->outcome().trimmed(), outcome);
 
     finishUpload();
-    QCOMPARE(m_site->proxy->sentChunks(), (QList<int>{0, 1, 2}));
+    QCOMPARE(m_world->proxy->sentChunks(), (QList<int>{0, 1, 2}));
 }
 
 QTEST_GUILESS_MAIN(TestUploadFaults)

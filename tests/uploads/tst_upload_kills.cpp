@@ -1,11 +1,15 @@
-#include "UploadSite.h"
+#include "ProxyWorld.h"
 
 #include <support/TestDatabase.h>
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QtTest>
+#include <QTest>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -41,7 +45,7 @@ private:
     void killOnceAt(qint64 point, Victim victim);
 
     QRandomGenerator m_random;
-    std::unique_ptr<UploadSite> m_site;
+    std::unique_ptr<ProxyWorld> m_world;
     std::unique_ptr<ClientRun> m_client;
 };
 
@@ -67,9 +71,9 @@ QList<qint64> TestUploadKills::killPoints(qint64 end)
 //! Kills a moment after the first byte behind \a point of the file was on its way.
 void TestUploadKills::killOnceAt(qint64 point, Victim victim)
 {
-    auto *armed = new QObject(m_site->proxy.get());
+    auto *armed = new QObject(m_world->proxy.get());
     const int delay = m_random.bounded(LongestDelayMs);
-    connect(m_site->proxy.get(), &FaultyProxy::chunkPassed, armed,
+    connect(m_world->proxy.get(), &FaultyProxy::chunkPassed, armed,
             [this, armed, point, delay, victim](int chunk, qint64 bytes) {
                 if (chunk * LocalFile::ChunkBytes + bytes < point)
                     return;
@@ -77,7 +81,7 @@ void TestUploadKills::killOnceAt(qint64 point, Victim victim)
                 delete armed;
                 QTimer::singleShot(delay, this, [this, victim] {
                     if (victim == Victim::Service)
-                        m_site->service.kill();
+                        m_world->service.kill();
                     else
                         m_client->kill();
                 });
@@ -94,29 +98,29 @@ void TestUploadKills::anUploadSurvivesTwentyKills_data()
 void TestUploadKills::anUploadSurvivesTwentyKills()
 {
     QFETCH(Victim, victim);
-    m_site = std::make_unique<UploadSite>();
-    QVERIFY(m_site->isStarted());
-    const LocalFile file = m_site->makeFile(60 * MiB, m_random.generate());
+    m_world = std::make_unique<ProxyWorld>();
+    QVERIFY(m_world->isStarted());
+    const LocalFile file = m_world->makeFile(60 * MiB, m_random.generate());
     // Not in the last chunks, or the upload might be done before the kill.
     const QList<qint64> points = killPoints(file.size() - 3 * LocalFile::ChunkBytes);
     for (const qint64 point : points) {
         killOnceAt(point, victim);
-        m_client = m_site->upload(file);
+        m_client = m_world->upload(file);
         QVERIFY(m_client->wait());
         QVERIFY2(!m_client->isDone(), "it was done before the kill");
         if (victim == Victim::Service) {
-            QCOMPARE(m_client->outcome(), QStringLiteral("error 2")); // RemoteHostClosedError
-            QVERIFY(m_site->service.start());
+            QCOMPARE(m_client->outcome(), QString("error 2")); // RemoteHostClosedError
+            QVERIFY(m_world->service.start());
         } else {
             QCOMPARE(m_client->outcome(), QString());
         }
     }
-    m_client = m_site->upload(file);
+    m_client = m_world->upload(file);
     QVERIFY(m_client->wait());
     QVERIFY2(m_client->isDone(), qPrintable(m_client->log()));
-    QVERIFY(m_site->download(m_client->fileId()) == file.content());
-    QCOMPARE(m_site->proxy->resentChunks(), QList<int>());
-    QCOMPARE(m_site->documentCount(), 1);
+    QVERIFY(m_world->download(m_client->fileId()) == file.content());
+    QCOMPARE(m_world->proxy->resentChunks(), QList<int>());
+    QCOMPARE(m_world->documentCount(), 1);
 }
 
 void TestUploadKills::theLastChunkMayBeInterruptedAnywhere_data()
@@ -129,27 +133,27 @@ void TestUploadKills::theLastChunkMayBeInterruptedAnywhere_data()
 void TestUploadKills::theLastChunkMayBeInterruptedAnywhere()
 {
     QFETCH(int, delayMs);
-    m_site = std::make_unique<UploadSite>();
-    QVERIFY(m_site->isStarted());
-    const LocalFile file = m_site->makeFile(12 * MiB, m_random.generate());
+    m_world = std::make_unique<ProxyWorld>();
+    QVERIFY(m_world->isStarted());
+    const LocalFile file = m_world->makeFile(12 * MiB, m_random.generate());
     bool isKilled = false;
-    connect(m_site->proxy.get(), &FaultyProxy::chunkPassed, this, [&](int chunk, qint64 bytes) {
+    connect(m_world->proxy.get(), &FaultyProxy::chunkPassed, this, [&](int chunk, qint64 bytes) {
         if (chunk != 2 || bytes < LocalFile::ChunkBytes || std::exchange(isKilled, true))
             return;
-        QTimer::singleShot(delayMs, Qt::PreciseTimer, this, [this] { m_site->service.kill(); });
+        QTimer::singleShot(delayMs, Qt::PreciseTimer, this, [this] { m_world->service.kill(); });
     });
-    m_client = m_site->upload(file);
+    m_client = m_world->upload(file);
     QVERIFY(m_client->wait());
     QVERIFY(isKilled);
-    m_site->service.kill();
+    m_world->service.kill();
 
-    QVERIFY(m_site->service.start());
-    m_client = m_site->upload(file);
+    QVERIFY(m_world->service.start());
+    m_client = m_world->upload(file);
     QVERIFY(m_client->wait());
     QVERIFY2(m_client->isDone(), qPrintable(m_client->log()));
-    QVERIFY(m_site->download(m_client->fileId()) == file.content());
-    QCOMPARE(m_site->proxy->resentChunks(), QList<int>());
-    QCOMPARE(m_site->wrongContents(), QStringList());
+    QVERIFY(m_world->download(m_client->fileId()) == file.content());
+    QCOMPARE(m_world->proxy->resentChunks(), QList<int>());
+    QCOMPARE(m_world->wrongContents(), QStringList());
 }
 
 void TestUploadKills::whatACrashLeftIsTakenUp_data()
@@ -166,21 +170,21 @@ void TestUploadKills::whatACrashLeftIsTakenUp()
 {
     QFETCH(qint64, partBytes);
     QFETCH(QList<int>, chunks);
-    m_site = std::make_unique<UploadSite>();
-    QVERIFY(m_site->isStarted());
-    const LocalFile file = m_site->makeFile(12 * MiB, m_random.generate());
-    m_site->proxy->strikeChunk(2, {ProxyFault::Kind::Drop, ProxyFault::Point::BeforeRequest});
-    QVERIFY(m_site->upload(file)->wait());
-    m_site->service.kill();
+    m_world = std::make_unique<ProxyWorld>();
+    QVERIFY(m_world->isStarted());
+    const LocalFile file = m_world->makeFile(12 * MiB, m_random.generate());
+    m_world->proxy->strikeChunk(2, {ProxyFault::Kind::Drop, ProxyFault::Point::BeforeRequest});
+    QVERIFY(m_world->upload(file)->wait());
+    m_world->service.kill();
 
     const QString md5 = QString::fromLatin1(file.md5());
-    const QDir parts(m_site->service.dataDir() + QStringLiteral("/parts"));
+    const QDir parts(m_world->service.dataDir() + "/parts");
     QCOMPARE(parts.entryList(QDir::Files).size(), 1);
     const QString part = parts.filePath(parts.entryList(QDir::Files).first());
     if (partBytes < 0) {
         // The record says so before the content gets its name.
-        QVERIFY(runSql(QStringLiteral("UPDATE large_file SET saved_chunk = total_chunk")));
-        const QDir contents(m_site->service.dataDir() + QStringLiteral("/content"));
+        QVERIFY(runSql("UPDATE large_file SET saved_chunk = total_chunk"));
+        const QDir contents(m_world->service.dataDir() + "/content");
         const QString name =
             md5.left(2) + QLatin1Char('/') + md5.mid(2, 2) + QLatin1Char('/') + md5;
         QVERIFY(contents.mkpath(QFileInfo(name).path()));
@@ -189,27 +193,27 @@ void TestUploadKills::whatACrashLeftIsTakenUp()
         QVERIFY(QFile::resize(part, partBytes)); // zeros where the chunk did not reach the disk
     }
 
-    m_site->renewProxy();
-    QVERIFY(m_site->service.start());
-    m_client = m_site->upload(file);
+    m_world->renewProxy();
+    QVERIFY(m_world->service.start());
+    m_client = m_world->upload(file);
     QVERIFY(m_client->wait());
     QVERIFY2(m_client->isDone(), qPrintable(m_client->log()));
-    QCOMPARE(m_site->proxy->sentChunks(), chunks);
-    QVERIFY(m_site->download(m_client->fileId()) == file.content());
-    QCOMPARE(m_site->wrongContents(), QStringList());
+    QCOMPARE(m_world->proxy->sentChunks(), chunks);
+    QVERIFY(m_world->download(m_client->fileId()) == file.content());
+    QCOMPARE(m_world->wrongContents(), QStringList());
 }
 
 bool TestUploadKills::runSql(const QString &statement) const
 {
+    const QString name = "TestUploadKills";
     bool isDone = false;
     if (TestDatabase::isPostgres()) {
-        TestDatabase::run(m_site->service.dataDir(), statement, &isDone);
+        TestDatabase::run(m_world->service.dataDir(), statement, &isDone);
         return isDone;
     }
-    const QString name = QStringLiteral("TestUploadKills");
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        database.setDatabaseName(m_site->service.dataDir() + QStringLiteral("/records.sqlite"));
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", name);
+        database.setDatabaseName(m_world->service.dataDir() + "/records.sqlite");
         isDone = database.open() && QSqlQuery(database).exec(statement);
     }
     QSqlDatabase::removeDatabase(name);

@@ -1,6 +1,7 @@
-#include "UploadSite.h"
+#include "ProxyWorld.h"
 
-#include <QtTest>
+#include <QDir>
+#include <QTest>
 
 namespace {
 
@@ -21,14 +22,12 @@ private Q_SLOTS:
     void aFileThatTheServiceHasIsNotSentAgain();
 
 private:
-    static QString postWhole(UploadSite &site, const LocalFile &file);
+    static QString postWhole(ProxyWorld &world, const LocalFile &file);
 };
 
-QString TestUploadTwice::postWhole(UploadSite &site, const LocalFile &file)
+QString TestUploadTwice::postWhole(ProxyWorld &world, const LocalFile &file)
 {
-    return site.http
-        .postForm(QStringLiteral("base-service/files"),
-                  {{QStringLiteral("file/whole.bin"), file.content()}})
+    return world.http.postForm("base-service/files", {{"file/whole.bin", file.content()}})
         .object()
         .value(QLatin1String("files"))
         .toArray()
@@ -46,40 +45,40 @@ void TestUploadTwice::twoClientsAtOnceMakeOneGoodFile_data()
 void TestUploadTwice::twoClientsAtOnceMakeOneGoodFile()
 {
     QFETCH(qint64, bytes);
-    UploadSite site;
-    QVERIFY(site.isStarted());
-    const LocalFile file = site.makeFile(bytes, 1);
-    const auto one = site.upload(file, {QStringLiteral("--name"), QStringLiteral("one.bin")});
-    const auto other = site.upload(file, {QStringLiteral("--name"), QStringLiteral("other.bin")});
+    ProxyWorld world;
+    QVERIFY(world.isStarted());
+    const LocalFile file = world.makeFile(bytes, 1);
+    const auto one = world.upload(file, {"--name", "one.bin"});
+    const auto other = world.upload(file, {"--name", "other.bin"});
     QVERIFY(one->wait());
     QVERIFY(other->wait());
     QVERIFY2(one->isDone(), qPrintable(one->log()));
     QVERIFY2(other->isDone(), qPrintable(other->log()));
     QCOMPARE(one->fileId(), other->fileId());
     QVERIFY(one->documentId() != other->documentId());
-    QVERIFY(site.download(one->fileId()) == file.content());
-    QCOMPARE(site.wrongContents(), QStringList());
-    QVERIFY(QDir(site.service.dataDir() + QStringLiteral("/parts")).isEmpty());
+    QVERIFY(world.download(one->fileId()) == file.content());
+    QCOMPARE(world.wrongContents(), QStringList());
+    QVERIFY(QDir(world.service.dataDir() + "/parts").isEmpty());
 }
 
 void TestUploadTwice::aWholeUploadOvertakesTheChunks()
 {
-    UploadSite site;
-    QVERIFY(site.isStarted());
-    const LocalFile file = site.makeFile(11 * MiB, 2);
+    ProxyWorld world;
+    QVERIFY(world.isStarted());
+    const LocalFile file = world.makeFile(11 * MiB, 2);
     QString wholeId;
-    connect(site.proxy.get(), &FaultyProxy::requestStarted, this,
+    connect(world.proxy.get(), &FaultyProxy::requestStarted, this,
             [&](const ProxiedRequest &request) {
                 if (request.chunk == 1)
-                    wholeId = postWhole(site, file);
+                    wholeId = postWhole(world, file);
             });
-    const auto client = site.upload(file);
+    const auto client = world.upload(file);
     QVERIFY(client->wait());
     QVERIFY2(client->isDone(), qPrintable(client->log()));
     QVERIFY(!wholeId.isEmpty());
     QCOMPARE(client->fileId(), wholeId);
     // The answer to the chunk that was under way says that nothing is missing.
-    QCOMPARE(site.proxy->sentChunks(), (QList<int>{0, 1}));
+    QCOMPARE(world.proxy->sentChunks(), (QList<int>{0, 1}));
 }
 
 void TestUploadTwice::aFileThatTheServiceHasIsNotSentAgain_data()
@@ -92,27 +91,27 @@ void TestUploadTwice::aFileThatTheServiceHasIsNotSentAgain_data()
 void TestUploadTwice::aFileThatTheServiceHasIsNotSentAgain()
 {
     QFETCH(bool, isWhole);
-    UploadSite site;
-    QVERIFY(site.isStarted());
-    const LocalFile file = site.makeFile(11 * MiB, 3);
+    ProxyWorld world;
+    QVERIFY(world.isStarted());
+    const LocalFile file = world.makeFile(11 * MiB, 3);
     QString fileId;
     if (isWhole) {
-        fileId = postWhole(site, file);
+        fileId = postWhole(world, file);
     } else {
-        const auto first = site.upload(file, {QStringLiteral("--name"), QStringLiteral("b.bin")});
+        const auto first = world.upload(file, {"--name", "b.bin"});
         QVERIFY(first->wait());
         fileId = first->fileId();
     }
     QVERIFY(!fileId.isEmpty());
 
-    site.renewProxy();
-    const auto client = site.upload(file);
+    world.renewProxy();
+    const auto client = world.upload(file);
     QVERIFY(client->wait());
     QVERIFY2(client->isDone(), qPrintable(client->log()));
     QCOMPARE(client->fileId(), fileId);
-    QCOMPARE(site.proxy->sentChunks(), QList<int>());
+    QCOMPARE(world.proxy->sentChunks(), QList<int>());
     // Nor is it said that it was sent.
-    QVERIFY2(!client->log().contains(QStringLiteral("finishUpload")), qPrintable(client->log()));
+    QVERIFY2(!client->log().contains("finishUpload"), qPrintable(client->log()));
 }
 
 QTEST_GUILESS_MAIN(TestUploadTwice)

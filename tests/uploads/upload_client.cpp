@@ -46,23 +46,21 @@ Upload::Upload(std::chrono::milliseconds quiet)
 {
     m_quiet.setSingleShot(true);
     m_quiet.setInterval(quiet);
-    connect(&m_quiet, &QTimer::timeout, this,
-            [this] { end(QStringLiteral("silence"), ExitFailed); });
+    connect(&m_quiet, &QTimer::timeout, this, [this] { end("silence", ExitFailed); });
     connect(&m_job, &AsyncCreateDocument::uploadProgress, this, [this](qint64 bytes, qint64 total) {
-        heard(QStringLiteral("progress %1 %2").arg(bytes).arg(total));
+        heard(QString("progress %1 %2").arg(bytes).arg(total));
     });
-    connect(&m_job, &AsyncCreateDocument::finishUpload, this,
-            [this] { heard(QStringLiteral("finishUpload")); });
+    connect(&m_job, &AsyncCreateDocument::finishUpload, this, [this] { heard("finishUpload"); });
     connect(&m_job, &AsyncCreateDocument::error, this,
-            [this](int code) { end(QStringLiteral("error %1").arg(code), ExitFailed); });
+            [this](int code) { end(QString("error %1").arg(code), ExitFailed); });
     connect(&m_job, &AsyncCreateDocument::createDocumentFinish, this,
             [this](const VellDocument &doc) {
-                end(QStringLiteral("document %1 %2").arg(doc._id, doc.fileId),
+                end(QString("document %1 %2").arg(doc._id, doc.fileId),
                     doc._id.isEmpty() ? ExitFailed : ExitDone);
             });
     connect(NetworkManager::instance(), &NetworkManager::requestFailed, this,
             [](const NetworkFailure &failure) {
-                say(QStringLiteral("failed %1 %2").arg(failure.httpStatus).arg(failure.message));
+                say(QString("failed %1 %2").arg(failure.httpStatus).arg(failure.message));
             });
 }
 
@@ -94,22 +92,18 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Uploads one file as a document."));
+    parser.setApplicationDescription("Uploads one file as a document.");
     parser.addHelpOption();
     parser.addOptions({
-        {QStringLiteral("url"), QStringLiteral("The service's base address."),
-         QStringLiteral("URL")},
-        {QStringLiteral("name"), QStringLiteral("The document's name, if not the file's."),
-         QStringLiteral("NAME")},
-        {QStringLiteral("stall-ms"), QStringLiteral("How long a request may stand still."),
-         QStringLiteral("MS"), QStringLiteral("30000")},
-        {QStringLiteral("quiet-ms"), QStringLiteral("When silence counts as the end."),
-         QStringLiteral("MS"), QStringLiteral("60000")},
+        {"url", "The service's base address.", "URL"},
+        {"name", "The document's name, if not the file's.", "NAME"},
+        {"stall-ms", "How long a request may stand still.", "MS", "30000"},
+        {"quiet-ms", "When silence counts as the end.", "MS", "60000"},
     });
-    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("What to upload."));
+    parser.addPositionalArgument("file", "What to upload.");
     parser.process(application);
     const QStringList files = parser.positionalArguments();
-    if (files.size() != 1 || !parser.isSet(QStringLiteral("url"))) {
+    if (files.size() != 1 || !parser.isSet("url")) {
         std::fprintf(stderr, "One file and --url are needed.\n");
         return ExitUsage;
     }
@@ -117,14 +111,12 @@ int main(int argc, char *argv[])
     const auto milliseconds = [&parser](const QString &option) {
         return std::chrono::milliseconds(parser.value(option).toInt());
     };
-    VellBaseApi::GetInstance().setBaseApi(parser.value(QStringLiteral("url")));
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
-    NetworkSettings::instance().setStallTimeout(milliseconds(QStringLiteral("stall-ms")));
-    Upload upload(milliseconds(QStringLiteral("quiet-ms")));
+    VellBaseApi::GetInstance().setBaseApi(parser.value("url"));
+    GetSoftCache()->setCurrentProjectId("p1");
+    NetworkSettings::instance().setStallTimeout(milliseconds("stall-ms"));
+    Upload upload(milliseconds("quiet-ms"));
     // From the event loop, because the job ends the program from within the call too.
-    QTimer::singleShot(0, &upload, [&] {
-        upload.start(files.constFirst(), parser.value(QStringLiteral("name")));
-    });
+    QTimer::singleShot(0, &upload, [&] { upload.start(files.constFirst(), parser.value("name")); });
     return QCoreApplication::exec();
 }
 

@@ -19,7 +19,7 @@ namespace {
 ServiceOptions optionsIn(const QTemporaryDir &folder)
 {
     ServiceOptions options;
-    options.dataDir = folder.filePath(QStringLiteral("data"));
+    options.dataDir = folder.filePath("data");
     options.database = TestDatabase::addressFor(options.dataDir);
     return options;
 }
@@ -32,7 +32,7 @@ World::World() : service(optionsIn(m_folder))
     if (!service.start(&error))
         qFatal("the service does not start: %s", qPrintable(error));
     VellBaseApi::GetInstance().setBaseApi(service.baseApi());
-    GetSoftCache()->setCurrentProjectId(QStringLiteral("p1"));
+    GetSoftCache()->setCurrentProjectId("p1");
     becomeUser(QString());
     connect(NetworkManager::instance(), &NetworkManager::requestFailed, this,
             [this](const NetworkFailure &failure) { lastFailure = failure; });
@@ -70,7 +70,7 @@ VellDocument World::uploadVersion(const VellDocument &document, const QByteArray
 
 VellDocument World::runUpload(VellDocument record, const QByteArray &content, bool isNew)
 {
-    QFile file(m_folder.filePath(QStringLiteral("local")));
+    QFile file(m_folder.filePath("local"));
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write %s", qPrintable(file.fileName()));
     file.close();
@@ -112,7 +112,7 @@ QStringList World::names(const VellDocumentConditon &condition, const VellDocume
 
 QStringList World::names(const QString &parentId)
 {
-    return names(inFolder(parentId), sortedBy(QStringLiteral("name")));
+    return names(inFolder(parentId), sortedBy("name"));
 }
 
 VellDocument World::fetch(const QString &id)
@@ -125,7 +125,7 @@ VellDocument World::fetch(const QString &id)
 QByteArray World::download(const VellDocument &document) const
 {
     NetworkEventLoop loop(NetworkManager::instance()->get(
-        service.baseApi() + QStringLiteral("base-service/files/") + document.fileId));
+        service.baseApi() + QString("base-service/files/") + document.fileId));
     loop.exec();
     return loop.isSuccessful() ? loop.content() : QByteArray();
 }
@@ -140,7 +140,7 @@ VellDocumentConditon inFolder(const QString &parentId)
 VellDocumentConditon recycleBin()
 {
     VellDocumentConditon condition;
-    condition.category = QStringLiteral("recycle");
+    condition.category = "recycle";
     return condition;
 }
 

@@ -35,16 +35,13 @@ void TestWorkflowLists::everySortHasItsOrder_data()
     const auto ascending = Qt::AscendingOrder;
     const auto descending = Qt::DescendingOrder;
     QTest::newRow("default: folders, then latest change") << VellDocumentSort() << "zoo b a c";
-    QTest::newRow("name") << sortedBy(QStringLiteral("name"), ascending) << "a b c zoo";
-    QTest::newRow("name, descending")
-        << sortedBy(QStringLiteral("name"), descending) << "zoo c b a";
-    QTest::newRow("size") << sortedBy(QStringLiteral("file.fileSize"), ascending) << "zoo a b c";
-    QTest::newRow("size, descending")
-        << sortedBy(QStringLiteral("file.fileSize"), descending) << "c b a zoo";
-    QTest::newRow("creation") << sortedBy(QStringLiteral("createdAt"), ascending) << "zoo c a b";
-    QTest::newRow("change, descending")
-        << sortedBy(QStringLiteral("updatedAt"), descending) << "b a c zoo";
-    QTest::newRow("type") << sortedBy(QStringLiteral("type"), descending) << "files zoo";
+    QTest::newRow("name") << sortedBy("name", ascending) << "a b c zoo";
+    QTest::newRow("name, descending") << sortedBy("name", descending) << "zoo c b a";
+    QTest::newRow("size") << sortedBy("file.fileSize", ascending) << "zoo a b c";
+    QTest::newRow("size, descending") << sortedBy("file.fileSize", descending) << "c b a zoo";
+    QTest::newRow("creation") << sortedBy("createdAt", ascending) << "zoo c a b";
+    QTest::newRow("change, descending") << sortedBy("updatedAt", descending) << "b a c zoo";
+    QTest::newRow("type") << sortedBy("type", descending) << "files zoo";
 }
 
 void TestWorkflowLists::everySortHasItsOrder()
@@ -53,16 +50,16 @@ void TestWorkflowLists::everySortHasItsOrder()
     QFETCH(QString, order);
     World world;
     const auto nextInstant = [] { QTest::qWait(3); }; // times are kept to the millisecond
-    world.makeFolder(QStringLiteral("zoo"));
+    world.makeFolder("zoo");
     nextInstant();
-    world.upload(QStringLiteral("c"), "333");
+    world.upload("c", "333");
     nextInstant();
-    world.upload(QStringLiteral("a"), "1");
+    world.upload("a", "1");
     nextInstant();
-    world.upload(QStringLiteral("b"), "22");
+    world.upload("b", "22");
     const QStringList names = world.names(VellDocumentConditon(), sort);
     if (order == QLatin1String("files zoo"))
-        QCOMPARE(names.last(), QStringLiteral("zoo"));
+        QCOMPARE(names.last(), QString("zoo"));
     else
         QCOMPARE(names.join(QLatin1Char(' ')), order);
 }
@@ -71,9 +68,9 @@ void TestWorkflowLists::pagesNeitherLoseNorRepeat_data()
 {
     QTest::addColumn<VellDocumentSort>("sort");
     QTest::newRow("default") << VellDocumentSort();
-    QTest::newRow("name") << sortedBy(QStringLiteral("name"));
+    QTest::newRow("name") << sortedBy("name");
     // Equal for all: nothing but the tie break orders them.
-    QTest::newRow("size") << sortedBy(QStringLiteral("file.fileSize"), Qt::DescendingOrder);
+    QTest::newRow("size") << sortedBy("file.fileSize", Qt::DescendingOrder);
 }
 
 void TestWorkflowLists::pagesNeitherLoseNorRepeat()
@@ -82,7 +79,7 @@ void TestWorkflowLists::pagesNeitherLoseNorRepeat()
     constexpr int Entries = 1000;
     World world;
     for (int i = 0; i < Entries; ++i)
-        world.makeFolder(QStringLiteral("folder %1").arg(i));
+        world.makeFolder(QString("folder %1").arg(i));
     QCOMPARE(world.data.getDocumentsRangeCount(VellDocumentConditon()), Entries);
 
     QSet<QString> seen;
@@ -104,11 +101,14 @@ void TestWorkflowLists::aPatternFindsNames_data()
                           << "Plan A.dwg plan b.pdf";
     QTest::newRow("start") << "^plan"
                            << "Plan A.dwg plan b.pdf";
-    QTest::newRow("end") << "\\.dwg$" << QStringLiteral("Plan A.dwg 图纸 100%#1.dwg");
+    QTest::newRow("end") << "\\.dwg$"
+                         << "Plan A.dwg 图纸 100%#1.dwg";
     QTest::newRow("alternatives") << "A|report"
                                   << "Plan A.dwg plan b.pdf report.txt";
-    QTest::newRow("Chinese") << QStringLiteral("图") << QStringLiteral("图纸 100%#1.dwg");
-    QTest::newRow("percent and hash") << "100%#" << QStringLiteral("图纸 100%#1.dwg");
+    QTest::newRow("Chinese") << "图"
+                             << "图纸 100%#1.dwg";
+    QTest::newRow("percent and hash") << "100%#"
+                                      << "图纸 100%#1.dwg";
     QTest::newRow("nothing") << "nothing"
                              << "";
 }
@@ -118,25 +118,24 @@ void TestWorkflowLists::aPatternFindsNames()
     QFETCH(QString, pattern);
     QFETCH(QString, found);
     World world;
-    for (const QString &name : {QStringLiteral("Plan A.dwg"), QStringLiteral("plan b.pdf"),
-                                QStringLiteral("report.txt"), QStringLiteral("图纸 100%#1.dwg")})
+    for (const QString &name : {QString("Plan A.dwg"), QString("plan b.pdf"), QString("report.txt"),
+                                QString("图纸 100%#1.dwg")})
         world.makeFolder(name);
     VellDocumentConditon condition;
     condition.searchName = pattern;
-    QCOMPARE(world.names(condition, sortedBy(QStringLiteral("name"))).join(QLatin1Char(' ')),
-             found);
+    QCOMPARE(world.names(condition, sortedBy("name")).join(QLatin1Char(' ')), found);
 }
 
 void TestWorkflowLists::aSpanOfTimeFindsChanges()
 {
     World world;
-    world.makeFolder(QStringLiteral("today"));
+    world.makeFolder("today");
     const QDateTime midnight(QDateTime::currentDateTimeUtc().date(), QTime(0, 0), Qt::UTC);
     VellDocumentConditon condition;
     condition.isAllTime = false;
     condition.startTime = midnight;
     condition.endTime = midnight; // the whole day counts
-    QCOMPARE(world.names(condition), QStringList{QStringLiteral("today")});
+    QCOMPARE(world.names(condition), QStringList{"today"});
     condition.startTime = midnight.addDays(-2);
     condition.endTime = midnight.addDays(-1);
     QCOMPARE(world.names(condition), QStringList());
@@ -146,21 +145,21 @@ void TestWorkflowLists::aSpanOfTimeFindsChanges()
 void TestWorkflowLists::usersAndTypesAndCategoriesFilter()
 {
     World world;
-    world.makeFolder(QStringLiteral("folder"));
-    world.upload(QStringLiteral("model.dwg"), "m", QString(), QStringLiteral("model"));
-    world.upload(QStringLiteral("photo.png"), "p", QString(), QStringLiteral("photo"));
+    world.makeFolder("folder");
+    world.upload("model.dwg", "m", QString(), "model");
+    world.upload("photo.png", "p", QString(), "photo");
 
     VellDocumentConditon condition;
-    condition.type = QStringLiteral("dir");
-    QCOMPARE(world.names(condition), QStringList{QStringLiteral("folder")});
+    condition.type = "dir";
+    QCOMPARE(world.names(condition), QStringList{"folder"});
     condition.type.clear();
-    condition.category = QStringLiteral("photo");
-    QCOMPARE(world.names(condition), QStringList{QStringLiteral("photo.png")});
+    condition.category = "photo";
+    QCOMPARE(world.names(condition), QStringList{"photo.png"});
     condition.category.clear();
     condition.isAllUser = false;
-    condition.userIds = QStringList{QStringLiteral("local")};
+    condition.userIds = QStringList{"local"};
     QCOMPARE(world.names(condition).size(), 3);
-    condition.userIds = QStringList{QStringLiteral("somebody else")};
+    condition.userIds = QStringList{"somebody else"};
     QCOMPARE(world.names(condition).size(), 0);
     condition.userIds.clear();
     QCOMPARE(world.names(condition).size(), 0);
@@ -169,16 +168,15 @@ void TestWorkflowLists::usersAndTypesAndCategoriesFilter()
 void TestWorkflowLists::depthFindsWhatLiesBelow()
 {
     World world;
-    const QString outer = world.makeFolder(QStringLiteral("outer"));
-    const QString inner = world.makeFolder(QStringLiteral("inner"), outer);
-    world.upload(QStringLiteral("deep.txt"), "d", inner);
-    world.upload(QStringLiteral("elsewhere.txt"), "e");
+    const QString outer = world.makeFolder("outer");
+    const QString inner = world.makeFolder("inner", outer);
+    world.upload("deep.txt", "d", inner);
+    world.upload("elsewhere.txt", "e");
 
     VellDocumentConditon condition;
     condition.parentId = outer;
     condition.isDeep = true;
-    QCOMPARE(world.names(condition, sortedBy(QStringLiteral("name"))),
-             QStringList({QStringLiteral("deep.txt"), QStringLiteral("inner")}));
+    QCOMPARE(world.names(condition, sortedBy("name")), QStringList({"deep.txt", "inner"}));
     condition = VellDocumentConditon();
     condition.hasParentId = false;
     QCOMPARE(world.names(condition).size(), 4);
@@ -189,11 +187,11 @@ void TestWorkflowLists::aPatternThatRunsForEverIsRefused()
     World world;
     world.makeFolder(QString(40, QLatin1Char('a')) + QLatin1Char('!'));
     VellDocumentConditon condition;
-    condition.searchName = QStringLiteral("^(a+)+$");
+    condition.searchName = "^(a+)+$";
     QCOMPARE(world.names(condition), QStringList());
-    // PostgreSQL reads this pattern without going back.
+    // PostgreSQL evaluates this pattern without backtracking.
     QCOMPARE(world.lastFailure.httpStatus, TestDatabase::isPostgres() ? 0 : 400);
-    condition.searchName = QStringLiteral("(");
+    condition.searchName = "(";
     world.lastFailure = NetworkFailure();
     QCOMPARE(world.names(condition), QStringList());
     QCOMPARE(world.lastFailure.httpStatus, 400);
@@ -202,20 +200,19 @@ void TestWorkflowLists::aPatternThatRunsForEverIsRefused()
 void TestWorkflowLists::theUsersNewestFilesAreListed()
 {
     World world;
-    world.makeFolder(QStringLiteral("folder"));
-    world.upload(QStringLiteral("first.txt"), "1", QString(), QStringLiteral("doc"));
+    world.makeFolder("folder");
+    world.upload("first.txt", "1", QString(), "doc");
     QTest::qWait(3); // times are kept to the millisecond
-    const VellDocument second =
-        world.upload(QStringLiteral("second.txt"), "2", QString(), QStringLiteral("doc"));
-    GetSoftCache()->setCurrentUserId(QStringLiteral("local"));
+    const VellDocument second = world.upload("second.txt", "2", QString(), "doc");
+    GetSoftCache()->setCurrentUserId("local");
 
     AsyncGetRecent recent;
     QSignalSpy listed(&recent, &AsyncGetRecent::getRecentDocsFinish);
-    recent.getRecentDocs(QString(), QStringLiteral("doc"));
+    recent.getRecentDocs(QString(), "doc");
     QVERIFY(listed.wait());
     const auto documents = listed[0][0].value<VellDocumentList>();
     QCOMPARE(documents.size(), 2);
-    QCOMPARE(documents[0].name, QStringLiteral("second.txt"));
+    QCOMPARE(documents[0].name, QString("second.txt"));
     QCOMPARE(documents[0].documentId, second._id);
 }
 

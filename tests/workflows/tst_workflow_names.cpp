@@ -18,21 +18,21 @@ void TestWorkflowNames::hardNamesAreFoundAgain_data()
 {
     QTest::addColumn<QString>("name");
     const QStringList names{
-        QStringLiteral("R&D 100% #1 + 图纸.dwg"),
-        QStringLiteral("50%.txt"),
-        QStringLiteral("50%25.txt"),
-        QStringLiteral("a+b"),
-        QStringLiteral("a b"),
-        QStringLiteral("a=b&c=d"),
-        QStringLiteral("quote\"s and {braces}"),
-        QStringLiteral("semi;colon,comma"),
-        QStringLiteral("caf\u00e9"),
-        QStringLiteral("cafe\u0301"),
-        QStringLiteral(".hidden"),
-        QStringLiteral("-dash"),
-        QStringLiteral("con?<>|*:"),
-        QStringLiteral(" leading blank"),
-        QStringLiteral("\U0001F4D0 emoji"),
+        "R&D 100% #1 + 图纸.dwg",
+        "50%.txt",
+        "50%25.txt",
+        "a+b",
+        "a b",
+        "a=b&c=d",
+        "quote\"s and {braces}",
+        "semi;colon,comma",
+        "caf\u00e9",
+        "cafe\u0301",
+        ".hidden",
+        "-dash",
+        "con?<>|*:",
+        " leading blank",
+        "\U0001F4D0 emoji",
         QString(255, QLatin1Char('x')),
         QString(85, QChar(0x56fe)), // 255 bytes
     };
@@ -60,12 +60,12 @@ void TestWorkflowNames::impossibleNamesAreRefused_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("empty") << QString();
-    QTest::newRow("one dot") << QStringLiteral(".");
-    QTest::newRow("two dots") << QStringLiteral("..");
-    QTest::newRow("path") << QStringLiteral("a/b");
-    QTest::newRow("way up") << QStringLiteral("../a");
+    QTest::newRow("one dot") << ".";
+    QTest::newRow("two dots") << "..";
+    QTest::newRow("path") << "a/b";
+    QTest::newRow("way up") << "../a";
     QTest::newRow("too long") << QString(256, QLatin1Char('x'));
-    QTest::newRow("line break") << QStringLiteral("a\nb");
+    QTest::newRow("line break") << "a\nb";
 }
 
 void TestWorkflowNames::impossibleNamesAreRefused()
@@ -83,19 +83,18 @@ void TestWorkflowNames::impossibleNamesAreRefused()
 void TestWorkflowNames::theNextFreeNameIsFound()
 {
     World world;
-    const QString folder = world.makeFolder(QStringLiteral("folder"));
+    const QString folder = world.makeFolder("folder");
     const auto validName = [&](QString *existing) {
-        return VellDocumentData().getValidDocName(folder, QStringLiteral("report.pdf"), *existing,
-                                                  QString(), {});
+        return VellDocumentData().getValidDocName(folder, "report.pdf", *existing, QString(), {});
     };
     QString existing;
-    QCOMPARE(validName(&existing), QStringLiteral("report.pdf"));
+    QCOMPARE(validName(&existing), QString("report.pdf"));
     QCOMPARE(existing, QString());
-    const QString first = world.upload(QStringLiteral("report.pdf"), "1", folder)._id;
-    QCOMPARE(validName(&existing), QStringLiteral("report(2).pdf"));
+    const QString first = world.upload("report.pdf", "1", folder)._id;
+    QCOMPARE(validName(&existing), QString("report(2).pdf"));
     QCOMPARE(existing, first);
-    world.upload(QStringLiteral("report(2).pdf"), "2", folder);
-    QCOMPARE(validName(&existing), QStringLiteral("report(3).pdf"));
+    world.upload("report(2).pdf", "2", folder);
+    QCOMPARE(validName(&existing), QString("report(3).pdf"));
 }
 
 QTEST_GUILESS_MAIN(TestWorkflowNames)

@@ -20,13 +20,12 @@ namespace {
 struct TwoUsers
 {
     explicit TwoUsers(const QString &role)
-        : owner(world.service.addUser(QStringLiteral("owner"))),
-          other(world.service.addUser(QStringLiteral("other")))
+        : owner(world.service.addUser("owner")), other(world.service.addUser("other"))
     {
-        const QString project = QStringLiteral("p1");
-        if (!world.service.addProject(project, QStringLiteral("Bridge"))
-            || !world.service.setRole(project, QStringLiteral("owner"), QStringLiteral("owner"))
-            || !world.service.setRole(project, QStringLiteral("other"), role))
+        const QString project = "p1";
+        if (!world.service.addProject(project, "Bridge")
+            || !world.service.setRole(project, "owner", "owner")
+            || !world.service.setRole(project, "other", role))
             qFatal("the users cannot be set up");
         world.becomeUser(owner);
     }
@@ -40,21 +39,21 @@ struct TwoUsers
 
 void TestWorkflowTwoUsers::withoutATokenNothingIsSaid()
 {
-    TwoUsers users(QStringLiteral("viewer"));
-    users.world.makeFolder(QStringLiteral("secret"));
+    TwoUsers users("viewer");
+    users.world.makeFolder("secret");
     users.world.becomeUser(QString());
     QCOMPARE(users.world.names(QString()), QStringList());
     QCOMPARE(users.world.lastFailure.httpStatus, 401);
-    users.world.becomeUser(QStringLiteral("guessed"));
+    users.world.becomeUser("guessed");
     QCOMPARE(users.world.names(QString()), QStringList());
     QCOMPARE(users.world.lastFailure.httpStatus, 401);
 }
 
 void TestWorkflowTwoUsers::marksAreEachUsersOwn()
 {
-    TwoUsers users(QStringLiteral("viewer"));
+    TwoUsers users("viewer");
     World &world = users.world;
-    const QString id = world.upload(QStringLiteral("a.txt"), "a")._id;
+    const QString id = world.upload("a.txt", "a")._id;
     QVERIFY(world.data.setFrequentDocument(id, true));
     VellDocumentConditon frequent;
     frequent.isFrequent = true;
@@ -93,20 +92,20 @@ void TestWorkflowTwoUsers::rightsAreThoseOfTheRole()
     QFETCH(bool, editOfOthers);
     TwoUsers users(role);
     World &world = users.world;
-    const QString category = QStringLiteral("doc");
-    const VellDocument file = world.upload(QStringLiteral("a.txt"), "a", QString(), category);
+    const QString category = "doc";
+    const VellDocument file = world.upload("a.txt", "a", QString(), category);
     world.becomeUser(users.other);
 
     QCOMPARE(world.data.canDownloadDocFolder(file._id, category), download);
     QCOMPARE(!world.download(file).isEmpty(), download);
     QCOMPARE(world.data.canUploadDocFolder(QString(), category), upload);
     VellDocument folder;
-    folder.name = QStringLiteral("folder");
+    folder.name = "folder";
     QCOMPARE(world.data.createDocFolder(folder), upload);
     QCOMPARE(world.data.canEditDocFolder(file._id, category), editOfOthers);
-    QCOMPARE(world.data.updateDocRemake(false, file._id, QStringLiteral("x")), editOfOthers);
+    QCOMPARE(world.data.updateDocRemake(false, file._id, "x"), editOfOthers);
     QCOMPARE(world.data.canDeleteDocFolder(file._id, category), editOfOthers);
-    QCOMPARE(world.fetch(file._id).auths.value(QStringLiteral("edit")), editOfOthers);
+    QCOMPARE(world.fetch(file._id).auths.value("edit"), editOfOthers);
     QCOMPARE(world.data.deleteDoc(file._id), editOfOthers);
     QCOMPARE(world.data.canEditSelf(category), upload);
     QCOMPARE(world.data.canDeleteSelf(category), upload);
@@ -114,14 +113,14 @@ void TestWorkflowTwoUsers::rightsAreThoseOfTheRole()
 
 void TestWorkflowTwoUsers::aContributorChangesOnlyOwnDocuments()
 {
-    TwoUsers users(QStringLiteral("contributor"));
+    TwoUsers users("contributor");
     World &world = users.world;
-    const QString theirs = world.upload(QStringLiteral("theirs.txt"), "a")._id;
+    const QString theirs = world.upload("theirs.txt", "a")._id;
     world.becomeUser(users.other);
-    const QString own = world.upload(QStringLiteral("own.txt"), "b")._id;
+    const QString own = world.upload("own.txt", "b")._id;
     QVERIFY(world.data.canEditDocFolder(own, QString()));
-    QVERIFY(world.data.updateDocRemake(false, own, QStringLiteral("mine")));
-    QVERIFY(!world.data.updateDocRemake(false, theirs, QStringLiteral("mine")));
+    QVERIFY(world.data.updateDocRemake(false, own, "mine"));
+    QVERIFY(!world.data.updateDocRemake(false, theirs, "mine"));
     QCOMPARE(world.lastFailure.httpStatus, 403);
     QVERIFY(world.data.deleteDoc(own));
     QVERIFY(!world.data.deleteDoc(theirs));

@@ -5,9 +5,9 @@ using std::chrono::seconds;
 
 namespace {
 
-// Half of the shortest time-out that servers are configured with.
+// Half of the shortest time-out that is common on servers.
 constexpr milliseconds SafeIdleTime{500};
-// What a server that announces its time-out may need to notice a request.
+// The time that a server which announces its time-out may need to receive a request.
 constexpr seconds Margin{1};
 
 milliseconds safeIdleTime(const QByteArray &keepAlive)

@@ -5,20 +5,19 @@
 
 #include <chrono>
 
-//! \brief How long the kept-alive connections have been idle, by their local port.
+//! \brief Stores how long kept-alive connections have been idle, by their local port.
 //!
-//! A server that closes a connection at the moment when a change is sent over it leaves the client without
-//! a way to learn whether the change was made. So changes go only over connections that no ordinary server is about
-//! to close.
+//! If a server closes a connection while a change is being sent, the client cannot find out whether the change was made. Therefore
+//! changes use only connections that no common server is about to close.
 class ConnectionAges
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    //! A response has ended on the connection. \param keepAlive its Keep-Alive field, empty when it has none
+    //! A response has ended on the connection. \param keepAlive its Keep-Alive field; empty if it has none
     void setUsed(int localPort, const QByteArray &keepAlive);
 
-    //! Whether a change may be sent over the connection. True for one that setUsed() does not know.
+    //! Returns true if a change may be sent over the connection, also if setUsed() was never called for it.
     bool isSafe(int localPort) const;
 
 private:

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-//! \brief How a connection is made and used: whom it trusts, what it shows of itself, which way it goes, how fast.
+//! \brief The options of a connection: trusted authorities, client certificate, proxy, limits of the speed.
 struct ConnectionOptions
 {
     QString caCertificates; //!< a PEM file; empty for those of the system

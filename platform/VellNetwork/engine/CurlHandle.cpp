@@ -10,14 +10,14 @@
 namespace {
 
 constexpr long ReceiveBufferBytes = 131072;
-constexpr long SmallestSendBufferBytes = 16384; // libcurl takes no smaller one
+constexpr long SmallestSendBufferBytes = 16384; // the minimum of libcurl
 constexpr qint64 LargestSendBufferBytes = 262144;
 constexpr int FirstFinalStatus = 200;
 
 QByteArray fileName(const QString &path)
 {
 #ifdef Q_OS_WIN
-    return path.toUtf8(); // as libcurl wants it there
+    return path.toUtf8(); // libcurl requires UTF-8 there
 #else
     return QFile::encodeName(path);
 #endif
@@ -30,7 +30,7 @@ std::string_view trimmed(std::string_view text)
     return text.substr(start, text.find_last_not_of(Blanks) + 1 - start);
 }
 
-//! What is before the first \a separator and what is after it; all and nothing when there is none.
+//! Returns the text before and after the first \a separator; the whole text and an empty one if there is none.
 std::pair<std::string_view, std::string_view> split(std::string_view text, char separator)
 {
     const size_t end = std::min(text.find(separator), text.size());
@@ -46,7 +46,7 @@ QByteArray bytesOf(std::string_view text)
 
 CurlHandle::CurlHandle(CURLSH *share, ConnectionAges &ages) : m_ages(ages), m_easy(curl_easy_init())
 {
-    curl_easy_setopt(m_easy, CURLOPT_SHARE, share); // stays set
+    curl_easy_setopt(m_easy, CURLOPT_SHARE, share); // permanent
 }
 
 CurlHandle::~CurlHandle()
@@ -88,7 +88,7 @@ void CurlHandle::setOptions()
     curl_easy_setopt(m_easy, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
     curl_easy_setopt(m_easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     curl_easy_setopt(m_easy, CURLOPT_TCP_KEEPALIVE, 1L);
-    curl_easy_setopt(m_easy, CURLOPT_CONNECTTIMEOUT_MS, 0x7fffffffL); // the caller counts
+    curl_easy_setopt(m_easy, CURLOPT_CONNECTTIMEOUT_MS, 0x7fffffffL); // HttpReply has the time-out
     curl_easy_setopt(m_easy, CURLOPT_HEADERFUNCTION, &CurlHandle::onHeader);
     curl_easy_setopt(m_easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(m_easy, CURLOPT_WRITEFUNCTION, &CurlHandle::onData);
@@ -106,7 +106,7 @@ void CurlHandle::setOptions()
     curl_easy_setopt(m_easy, CURLOPT_MAX_SEND_SPEED_LARGE, curl_off_t(connection.sentPerSecond));
     curl_easy_setopt(m_easy, CURLOPT_MAX_RECV_SPEED_LARGE,
                      curl_off_t(connection.receivedPerSecond));
-    // A whole buffer comes in at once, whatever the limit.
+    // A whole buffer is received at once, whatever the limit.
     curl_easy_setopt(m_easy, CURLOPT_BUFFERSIZE,
                      connection.receivedPerSecond > 0 ? long(CURL_MAX_READ_SIZE / 512)
                                                       : ReceiveBufferBytes);
@@ -118,7 +118,7 @@ void CurlHandle::setHeaders()
     curl_slist_free_all(std::exchange(m_headers, nullptr));
     for (const QByteArray &line : request.headers)
         m_headers = curl_slist_append(m_headers, line.constData());
-    // Without it libcurl waits up to a second with a large body.
+    // Without it libcurl delays a large body by up to a second.
     if (request.hasBody())
         m_headers = curl_slist_append(m_headers, "Expect:");
     curl_easy_setopt(m_easy, CURLOPT_HTTPHEADER, m_headers);
@@ -139,7 +139,7 @@ void CurlHandle::setBody()
     }
     if (bodyBytes >= 0) {
         curl_easy_setopt(m_easy, CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t(bodyBytes));
-        // A whole buffer goes out at once, whatever the limit.
+        // A whole buffer is sent at once, whatever the limit.
         const qint64 largest = request.connection.sentPerSecond > 0
             ? qint64(SmallestSendBufferBytes)
             : LargestSendBufferBytes;
@@ -156,7 +156,7 @@ void CurlHandle::setTls()
 {
     const ConnectionOptions &connection = m_transfer->request().connection;
     if (connection.caCertificates.isEmpty()) {
-        // Only without a folder of certificates libcurl keeps what it has read for the next connection.
+        // libcurl caches certificates for the next connection only if there is no folder of certificates.
         curl_easy_setopt(m_easy, CURLOPT_CAPATH, nullptr);
     } else {
         curl_easy_setopt(m_easy, CURLOPT_CAINFO, fileName(connection.caCertificates).constData());
@@ -178,10 +178,10 @@ void CurlHandle::setProxy(const QByteArray &proxy)
 {
     const TransferRequest &request = m_transfer->request();
     m_state.isOverProxy = !proxy.isEmpty();
-    // Also when it is empty, so that libcurl does not look for one by itself.
+    // Set even if it is empty, so that libcurl does not choose one itself.
     curl_easy_setopt(m_easy, CURLOPT_PROXY, proxy.constData());
     curl_easy_setopt(m_easy, CURLOPT_NOPROXY, "");
-    // Other methods ask first, which a tunnel does once and a plain request each time, with its body.
+    // Other methods need an extra request: a tunnel only once, but a plain request each time, with its body.
     const bool isTunnel = request.url.scheme() == QLatin1String("https");
     curl_easy_setopt(m_easy, CURLOPT_PROXYAUTH, isTunnel ? CURLAUTH_ANY : CURLAUTH_BASIC);
     if (m_state.isOverProxy && !request.connection.caCertificates.isEmpty())
@@ -310,7 +310,7 @@ int CurlHandle::allowRequest(int localPort)
 {
     m_transfer->noteActivity();
     if (m_transfer->request().isChange()) {
-        // libcurl repeats what it has sent over a kept-alive connection that turns out to be closed.
+        // libcurl repeats a request if its kept-alive connection turns out to be closed.
         m_state.isRepeatRefused = m_state.isSent;
         m_state.needsNewConnection =
             !m_state.isSent && m_state.localPort == 0 && !m_ages.isSafe(localPort);

@@ -9,7 +9,7 @@
 
 class ConnectionAges;
 
-//! \brief One transfer after another, as libcurl runs them. Belongs to the thread that drives the TransferLoop.
+//! \brief A handle of libcurl, which runs one transfer after the other. Belongs to the thread that drives the TransferLoop.
 class CurlHandle
 {
 public:
@@ -18,25 +18,25 @@ public:
     ~CurlHandle();
     Q_DISABLE_COPY(CurlHandle)
 
-    //! Prepares \a transfer, which goes over \a proxy; empty for none.
+    //! Prepares \a transfer. \param proxy empty for none
     void begin(const std::shared_ptr<Transfer> &transfer, const QByteArray &proxy);
 
     CURL *easy() const { return m_easy; }
     Transfer *transfer() const { return m_transfer.get(); }
-    //! The handle that owns \a easy.
+    //! Returns the object that owns \a easy.
     static CurlHandle *of(CURL *easy);
 
-    //! A part of the body has not gone out yet.
+    //! Returns true if a part of the body has not been sent yet.
     bool isSending() const;
 
-    //! Prepares another attempt over a new connection when the one that was at hand was not safe and nothing has been
-    //! sent over it. \return whether there is one to make
+    //! Prepares another attempt with a new connection if the existing one was not safe and nothing has been sent over it.
+    //! \return true if another attempt is necessary
     bool canStartAgain(CURLcode code);
 
-    //! Tells the transfer how it ended, and lets go of it. \return the transfer
+    //! Reports the end to the transfer, and releases it. \return the transfer
     std::shared_ptr<Transfer> finish(CURLcode code);
 
-    //! Goes on with what was held back.
+    //! Continues a paused transfer.
     void resume();
 
 private:
@@ -59,7 +59,7 @@ private:
     void readHeaderLine(std::string_view line);
     int allowRequest(int localPort);
 
-    //! What is known of the transfer.
+    //! The state of the transfer.
     struct State
     {
         ResponseHead head;

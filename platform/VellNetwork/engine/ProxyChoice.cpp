@@ -10,7 +10,7 @@ namespace {
 #ifdef Q_OS_WIN
 constexpr bool MaySystemTakeLong = true;
 #else
-constexpr bool MaySystemTakeLong = false; // it reads environment variables
+constexpr bool MaySystemTakeLong = false; // only environment variables are read
 #endif
 
 bool isLoopback(const QString &host)

@@ -4,13 +4,13 @@
 #include <QString>
 #include <QUrl>
 
-//! The address of the proxy that a request to \a url goes over; empty for none.
+//! Returns the address of the proxy for a request to \a url; empty for none.
 //!
-//! \param setting as of NetworkSettings::setProxy()
+//! \param setting see NetworkSettings::setProxy()
 //!
-//! May take long on Windows, where the system runs the script that a network gives; the answer for
-//! a server is kept for a while there.
+//! May take long on Windows, where the system may run a script of the network; there the result for a server is cached for
+//! some time.
 QByteArray proxyFor(const QUrl &url, const QString &setting);
 
-//! Whether proxyFor() returns at once.
+//! Returns true if proxyFor() returns at once.
 bool isProxyAtHand(const QUrl &url, const QString &setting);

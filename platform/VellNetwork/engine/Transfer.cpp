@@ -10,7 +10,7 @@
 
 bool TransferRequest::isSmallAndAwaited() const
 {
-    constexpr int MostBytes = 65536; // go out at once
+    constexpr int MostBytes = 65536; // are sent at once
     return caller == Caller::Waits && streamedBytes < 0 && (!body || body->size() <= MostBytes);
 }
 
@@ -39,7 +39,7 @@ Transfer::News Transfer::take(qint64 maxDataBytes)
         news.hasMoreData = !m_news.data.isEmpty();
         if (!news.hasMoreData)
             news.end = std::exchange(m_news.end, std::nullopt);
-        // The receiver may be gone before the end is announced.
+        // The receiver may be deleted before the end is reported.
         if (news.end)
             m_receiver = nullptr;
         if (!news.data.isEmpty())
@@ -59,7 +59,7 @@ QByteArray Transfer::takeData(qint64 maxBytes)
     }
     const QByteArray data = m_news.data.mid(int(m_dataOffset), int(maxBytes));
     m_dataOffset += maxBytes;
-    // Not each time, or a client that reads in small pieces would move the rest for each of them.
+    // Not each time: if a client reads small pieces, the rest would be moved for each of them.
     if (m_dataOffset > left)
         m_news.data.remove(0, int(std::exchange(m_dataOffset, 0)));
     return data;

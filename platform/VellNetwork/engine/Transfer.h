@@ -14,30 +14,30 @@
 #include <mutex>
 #include <optional>
 
-//! \brief What the thread does that has started a request.
+//! \brief What the thread that starts a request does next.
 enum class Caller {
     GoesOn,
-    Waits //!< it is about to wait in a NetworkEventLoop, see TransferEngine::drive()
+    Waits //!< it will wait in a NetworkEventLoop, see TransferEngine::drive()
 };
 
-//! \brief What one request sends; fixed when it starts.
+//! \brief The data of a request; constant after its start.
 struct TransferRequest
 {
     QByteArray method;
     QUrl url;
-    QList<QByteArray> headers; //!< lines without their end
-    std::optional<QByteArray> body; //!< sent from where it is; not set for a request without a body
+    QList<QByteArray> headers; //!< lines without line ends
+    std::optional<QByteArray> body; //!< sent without copying; not set if there is no body
     qint64 streamedBytes =
-        -1; //!< size of a body that comes by Transfer::supply(); -1 when none does
+        -1; //!< size of a body that is passed to Transfer::supply(); -1 if there is none
     ConnectionOptions connection;
     Caller caller = Caller::GoesOn;
 
-    //! Its caller can send it without being kept from its events.
+    //! Returns true if it is so small that its caller can send it without delaying events.
     bool isSmallAndAwaited() const;
 
     bool hasBody() const { return body || streamedBytes >= 0; }
 
-    //! The service may do something else when it receives the request twice.
+    //! Returns true if the service may do something else if it receives the request twice.
     bool isChange() const { return method != "GET" && method != "HEAD"; }
 };
 
@@ -52,19 +52,18 @@ struct ResponseHead
 //! \brief How a transfer ended below HTTP.
 struct TransferEnd
 {
-    int curlCode = 0; //!< CURLE_OK when a whole response has arrived, whatever its status
-    QByteArray detail; //!< libcurl's own words
+    int curlCode = 0; //!< CURLE_OK if a complete response has arrived, whatever its status
+    QByteArray detail; //!< the message of libcurl
     int systemError = 0; //!< errno or the Windows socket error of a failed connection
     long verifyResult = 0; //!< OpenSSL's code for the server's certificate; 0 elsewhere
-    int proxyStatus = 0; //!< what the proxy answered to CONNECT; 0 when it was not asked
+    int proxyStatus = 0; //!< status of the proxy's response to CONNECT; 0 if there was none
     bool isOverProxy = false;
     bool isEncrypted = false;
 };
 
-//! \brief One request and what has come back of it so far, shared by the caller's thread and the one that runs it.
+//! \brief A request and its response so far, shared by the thread of the caller and the thread that runs it.
 //!
-//! The latter collects what is new and then posts one event of newsType() to the receiver, which take() answers.
-//! Thread-safe.
+//! The latter collects news and posts one event of newsType() to the receiver, which then calls take(). Thread-safe.
 class Transfer
 {
 public:
@@ -74,15 +73,14 @@ public:
         qint64 sentBytes = 0; //!< of the body, so far
         std::optional<ResponseHead> head;
         QByteArray data;
-        bool hasMoreData = false; //!< data was left because it was not wanted
+        bool hasMoreData = false; //!< there is more data than was requested
         int wantedBlocks = 0; //!< how many blocks of a streamed body can be supplied now
-        std::optional<TransferEnd>
-            end; //!< comes last, with all data taken before or together with it
+        std::optional<TransferEnd> end; //!< set at last, when all data has been taken
     };
 
-    //! What may wait here for the receiver before the connection is held back.
+    //! How much data is buffered for the receiver before the connection is paused.
     static constexpr qint64 InboxBytes = qint64(4) * 1048576;
-    //! How many blocks of a streamed body may wait here for the connection.
+    //! How many blocks of a streamed body are buffered for the connection.
     static constexpr int OutboxBlocks = 3;
 
     static QEvent::Type newsType();
@@ -95,7 +93,7 @@ public:
     //! \{
 
     //! No event is posted once the end has been taken.
-    //! \param maxDataBytes how much data is wanted; what is left stays here and holds the connection back
+    //! \param maxDataBytes the maximum of data to take; while more is left, the connection is paused
     News take(qint64 maxDataBytes);
 
     //! Adds the next block of a streamed body.
@@ -104,7 +102,7 @@ public:
     //! No event is posted from now on.
     void detach();
 
-    //! Changes whenever anything is sent or received; 0 while the request waits for a connection.
+    //! Returns a number that changes whenever anything is sent or received; 0 while the request waits for a connection.
     quint64 activity() const { return m_activity.load(std::memory_order_relaxed); }
     //! \}
 
@@ -113,13 +111,13 @@ public:
     void noteActivity() { m_activity.fetch_add(1, std::memory_order_relaxed); }
     void setSentBytes(qint64 bytes);
     void setHead(const ResponseHead &head);
-    //! \return false when nothing was taken because the receiver does not keep up; take() then resumes it
+    //! \return false if nothing was added because the receiver does not keep up; take() then resumes the transfer
     bool addData(const char *data, qint64 size);
-    //! Takes up to \a maxSize bytes of a streamed body. \return 0 when none is there; supply() then resumes it
+    //! Takes up to \a maxSize bytes of a streamed body. \return 0 if there is none; supply() then resumes the transfer
     qint64 takeBody(char *data, qint64 maxSize);
-    //! Comes last. Lets go of the body, so that a caller which sends one after another has no more than one in memory.
+    //! To be called last. Releases the body, so that a caller which sends several in turn has only one in memory.
     void setEnd(const TransferEnd &end);
-    //! Posts the event if there is something new.
+    //! Posts the event if there is news.
     void announce();
     //! \}
 
@@ -134,9 +132,9 @@ private:
     QObject *m_receiver;
     bool m_isEventPosted = false;
     News m_news;
-    qint64 m_dataOffset = 0; // of what has been taken of its data
-    bool m_isHeldBack = false; // the connection waits for take()
-    bool m_isStarved = false; // the connection waits for supply()
+    qint64 m_dataOffset = 0; // of the data that has been taken
+    bool m_isHeldBack = false; // paused until take()
+    bool m_isStarved = false; // paused until supply()
     std::deque<QByteArray> m_outbox;
     qint64 m_outboxOffset = 0; // of the first block
     qint64 m_suppliedBytes = 0;

@@ -12,30 +12,30 @@ using std::chrono::milliseconds;
 namespace {
 
 constexpr milliseconds LongestWait{60000};
-// A caller that waits comes back from start() to drive() in less; one that does not is seen to after so long.
+// A caller that waits calls drive() earlier after start(); otherwise the I/O thread takes over after this time.
 constexpr milliseconds TimeToComeBack{2};
-// For so long after a caller's request the thread looks by itself whether it is needed: waking it costs the caller
-// a part of what the next request takes.
+// For this time after a request of a caller the I/O thread polls for work, so that the caller need not wake it for the
+// next request.
 constexpr milliseconds WatchTime{100};
-// A thread that runs no events for so long is not felt.
+// Processing no events for this time is not noticeable.
 constexpr milliseconds LongestDrive{2};
 
 } // namespace
 
-//! All of it is guarded by the engine's mutex, but for the loop, which belongs to the driver.
+//! Guarded by the mutex of the engine, except for the loop, which belongs to the driver.
 struct TransferEngine::Session
 {
     TransferLoop loop;
     std::vector<Command> commands;
     Driver driver = Driver::Nobody;
-    Clock::time_point takeOver; // when the thread begins to run what a caller has started
-    bool isThreadAtRest = false; // it waits without an end
+    Clock::time_point takeOver; // when the I/O thread takes over what a caller has started
+    bool isThreadAtRest = false; // it waits without a time-out
     bool isStopped = false;
 };
 
 TransferEngine &TransferEngine::instance()
 {
-    // Never destroyed: replies may outlive the static objects of this library.
+    // Never destroyed, because replies may outlive the static objects of this library.
     static auto *engine = new TransferEngine;
     return *engine;
 }
@@ -81,7 +81,7 @@ void TransferEngine::drive(Transfer *transfer)
     release(*session, std::move(lock));
 }
 
-// Once nobody drives, stop() may end the session.
+// When nobody drives, stop() may end the session.
 void TransferEngine::release(Session &session, Lock lock)
 {
     session.driver = Driver::Nobody;
@@ -121,11 +121,11 @@ void TransferEngine::post(Command command)
 
 void TransferEngine::startThread()
 {
-    // In this order, so that a process that ends without an application object ends the thread before what
-    // the thread uses.
+    // In this order, so that a process without an application object ends the thread before the objects that
+    // it uses.
     static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
     Q_UNUSED(initialized)
-#ifndef Q_OS_WIN // where no thread is left by then
+#ifndef Q_OS_WIN // where all threads have already ended then
     struct StopAtExit
     {
         ~StopAtExit() { TransferEngine::instance().stop(); }

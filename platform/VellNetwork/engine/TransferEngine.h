@@ -8,12 +8,12 @@
 #include <mutex>
 #include <thread>
 
-//! \brief Runs every transfer of this process over one pool of kept-alive connections.
+//! \brief Runs all transfers of this process with one pool of kept-alive connections.
 //!
-//! An I/O thread runs them. It starts with the first transfer and ends with the application object, or with the
-//! process when there is none; a later transfer starts it again. A small request whose caller waits for it is
-//! run by the caller's thread while nothing else is under way, and handed to the I/O thread when the response
-//! takes longer: two threads that wake each other cost more than the request. Thread-safe.
+//! They run on an I/O thread, which starts with the first transfer and ends with the application object, or with the process if there
+//! is none; a later transfer starts it again. A small request that a caller waits for is run by the thread of the caller if nothing else
+//! is in progress, and passed to the I/O thread if the response takes longer, because two threads that wake each other take more time
+//! than the request. Thread-safe.
 class TransferEngine
 {
 public:
@@ -21,14 +21,14 @@ public:
 
     //! Sends the request of \a transfer.
     void start(const std::shared_ptr<Transfer> &transfer);
-    //! For the caller that waits for \a transfer: runs it on the calling thread for a while, when it can.
+    //! Runs \a transfer, which the caller waits for, on the calling thread for some time, if possible.
     void drive(Transfer *transfer);
-    //! Ends it; its connection is closed when it was in use. Nothing of it is reported afterwards.
+    //! Ends a transfer, and closes its connection if it was in use. Nothing is reported afterwards.
     void cancel(const std::shared_ptr<Transfer> &transfer);
-    //! Goes on with a transfer that was held back.
+    //! Continues a paused transfer.
     void resume(Transfer *transfer);
 
-    //! Ends the thread and every transfer without a word.
+    //! Ends the thread and all transfers without reporting it.
     void stop();
 
 private:
@@ -40,7 +40,7 @@ private:
     {
         Action action;
         Transfer *transfer;
-        std::shared_ptr<Transfer> keeper; // keeps a transfer that starts
+        std::shared_ptr<Transfer> keeper; // keeps a transfer alive while it starts
     };
     enum class Driver { Nobody, Caller, Thread };
     struct Session;
@@ -53,7 +53,7 @@ private:
     void release(Session &session, Lock lock);
 
     std::mutex m_mutex;
-    std::condition_variable m_turn; // something in the session has changed
+    std::condition_variable m_turn; // the session has changed
     std::shared_ptr<Session> m_session; // from the start of the thread to stop()
     std::thread m_thread;
 };

@@ -7,16 +7,16 @@
 
 namespace {
 
-// Enough that a few stalled requests hold nobody, few enough for any server.
+// Enough that a few stalled requests do not block others, and few enough for any server.
 constexpr long ConnectionsToOneServer = 32;
 constexpr long KeptConnections = 32;
-// Each keeps its buffer for what is received.
+// Each has a buffer for received data.
 constexpr size_t MostFreeHandles = 2;
 
-// For how long nearly every server keeps a connection.
+// Nearly all servers keep connections for this time.
 constexpr std::chrono::seconds IdleTime{5};
 
-// libcurl waits there for an event that says once that a socket takes data again, and Wine does not send it.
+// There libcurl waits for an event that a socket is writable again, which Wine does not send.
 #ifdef Q_OS_WIN
 constexpr bool EventsGetLost = true;
 #else
@@ -117,7 +117,7 @@ void TransferLoop::finish(CURL *easy, CURLcode code)
         curl_multi_add_handle(m_multi, easy);
         return;
     }
-    // First the connection is free again: the caller may send the next request at once.
+    // The connection is released first, because the caller may send the next request at once.
     auto finished = m_handles.extract(handle->transfer());
     if (code == CURLE_OK)
         m_server = {handle->transfer()->request().url, Clock::now()};

@@ -12,41 +12,41 @@
 
 class CurlHandle;
 
-//! \brief The transfers that run, and libcurl's pool of connections.
+//! \brief The running transfers and the connection pool of libcurl.
 //!
-//! Belongs to one thread at a time, which the owner sees to; only wake() is thread-safe.
+//! The owner must ensure that only one thread at a time uses it; only wake() is thread-safe.
 class TransferLoop
 {
 public:
     TransferLoop();
-    //! Ends every transfer without a word.
+    //! Ends all transfers without reporting it.
     ~TransferLoop();
     Q_DISABLE_COPY(TransferLoop)
 
-    //! There is nothing to perform.
+    //! Returns true if there is no transfer.
     bool isIdle() const { return m_handles.empty(); }
     bool has(Transfer *transfer) const { return m_handles.count(transfer) > 0; }
 
-    //! Whether start() only has to write \a request to a connection that is most likely there, because a response
-    //! of the same server has just ended.
+    //! Returns true if start() can send \a request over a connection that most likely exists, because a response of the same server
+    //! has just ended.
     bool isPrepared(const TransferRequest &request) const;
 
     void start(const std::shared_ptr<Transfer> &transfer);
-    //! Does nothing when the transfer has ended.
+    //! Has no effect if the transfer has ended.
     void cancel(Transfer *transfer);
-    //! Goes on with a transfer that was held back; does nothing when it has ended.
+    //! Continues a paused transfer; has no effect if it has ended.
     void resume(Transfer *transfer);
 
-    //! Sends and receives what can be without waiting, and tells the receivers.
+    //! Sends and receives without waiting, and notifies the receivers.
     void perform();
-    //! Waits until there is something to perform, or for wake(), or for \a longest.
+    //! Waits until there is something to do, or for wake(), for at most \a longest.
     void wait(std::chrono::milliseconds longest);
     void wake() { curl_multi_wakeup(m_multi); }
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    //! Where the last response came from.
+    //! The server of the last response.
     struct Server
     {
         QUrl url;

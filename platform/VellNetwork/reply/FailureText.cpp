@@ -58,7 +58,7 @@ Reply::NetworkError errorOfStatus(int status)
     return status >= 400 ? Reply::UnknownContentError : Reply::ProtocolFailure;
 }
 
-// What OpenSSL says by number, Schannel and libcurl say in words.
+// OpenSSL has error numbers; Schannel and libcurl have messages.
 struct CertificateRow
 {
     long verifyResult;
@@ -91,7 +91,7 @@ Reason certificateReason(const TransferEnd &end)
     return Reason::CertificateUntrusted;
 }
 
-// How a server says in the middle of a handshake, or in place of a response, that it wants a certificate.
+// Messages of servers that require a certificate, during a handshake or instead of a response.
 bool asksForClientCertificate(const TransferEnd &end)
 {
     return end.curlCode == CURLE_SSL_CLIENTCERT || end.detail.contains("certificate required")
@@ -258,7 +258,7 @@ RequestFailure FailureText::ofResponse(const ResponseHead &head, const QByteArra
     RequestFailure failure{errorOfStatus(head.status), Reason::Other, wordsOfService(body)};
     const QString statusText =
         QStringLiteral("%1 %2").arg(head.status).arg(QString::fromLatin1(head.reason)).trimmed();
-    // A service of ours answers in JSON; a page comes from what stands between.
+    // The service responds with JSON; a page is from a server in front of it.
     const bool isPage = field(head, "content-type").startsWith("text/html");
     QString words = tr("The service answered %1").arg(statusText);
     if (head.status == ProxyLoginStatus) {

@@ -8,24 +8,24 @@
 #include <QNetworkReply>
 #include <QString>
 
-//! \brief How a request ended, for the program and for the person before it.
+//! \brief The end of a request, for the program and for the user.
 struct RequestFailure
 {
-    QNetworkReply::NetworkError error = QNetworkReply::NoError; //!< NoError when it did not fail
+    QNetworkReply::NetworkError error = QNetworkReply::NoError; //!< NoError if it did not fail
     NetworkFailure::Reason reason = NetworkFailure::Reason::Other;
     QString message;
 };
 
-//! \brief Says in words why a request failed, and with the error numbers that Qt has for each case.
+//! \brief Determines the message, and Qt's error code, of a request that has failed.
 class FailureText
 {
     Q_DECLARE_TR_FUNCTIONS(FailureText)
 
 public:
-    //! Of a transfer to \a url that brought no whole response; an empty RequestFailure when it did.
+    //! For a transfer to \a url without a complete response; an empty RequestFailure if it is complete.
     static RequestFailure ofTransfer(const TransferEnd &end, const QUrl &url);
 
-    //! Of a whole response, by its status and what it says of itself; an empty RequestFailure for 2xx.
+    //! For a complete response, by its status and its body; an empty RequestFailure for 2xx.
     static RequestFailure ofResponse(const ResponseHead &head, const QByteArray &body,
                                      bool isOverProxy);
 

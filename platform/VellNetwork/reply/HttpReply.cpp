@@ -18,13 +18,13 @@
 
 namespace {
 
-// The time-out is counted in ticks, so that a thread that was busy elsewhere for longer than the whole
-// time-out, and could not see anything move, loses only one of them.
+// The time-out is counted in ticks, so that a thread that did not process events for longer than the whole
+// time-out loses only one tick.
 constexpr int TicksOfTimeout = 4;
 
-// What a client that reads while the response arrives leaves unread before the connection is held back.
+// How much may be unread by a client that reads while the response arrives, before the connection is paused.
 constexpr qint64 ReadAheadBytes = qint64(4) * 1048576;
-// What is kept for a client that reads nothing before the end.
+// How much is stored for a client that reads nothing before the end.
 constexpr qint64 MostKeptBytes = qint64(1024) * 1048576;
 
 QList<QByteArray> headerLines(const QNetworkRequest &request, bool hasBody)
@@ -35,7 +35,7 @@ QList<QByteArray> headerLines(const QNetworkRequest &request, bool hasBody)
         if (hasBody || name.toLower() != "content-type")
             lines.append(name + ": " + request.rawHeader(name));
     }
-    // libcurl would add one of a web form.
+    // libcurl would add that of a web form.
     if (hasBody && !request.hasRawHeader("Content-Type"))
         lines.append(QByteArrayLiteral("Content-Type:"));
     if (!request.hasRawHeader("User-Agent"))
@@ -247,7 +247,7 @@ void HttpReply::readHead(const ResponseHead &head)
     setAttribute(QNetworkRequest::ConnectionEncryptedAttribute,
                  url().scheme() == QLatin1String("https"));
     for (const auto &field : head.fields) {
-        // Like Qt: of the body as the client reads it.
+        // Like Qt: of the decompressed body.
         if (isDecompressed && isNamed(field, "content-length"))
             continue;
         const QByteArray before = rawHeader(field.first);
@@ -299,7 +299,7 @@ void HttpReply::timerEvent(QTimerEvent *event)
         return;
     }
     const quint64 activity = m_transfer ? m_transfer->activity() : 0;
-    // Waiting for a connection is no stall: those before it have time-outs of their own.
+    // Waiting for a connection is not a stall: the requests before it have their own time-outs.
     if (activity == 0)
         return;
     if (activity != m_activity || room() == 0) {
@@ -370,7 +370,7 @@ void HttpReply::finish(const RequestFailure &failure)
         return;
     m_timer.stop();
     m_transfer.reset();
-    // Before a slot makes the next one.
+    // Before a slot sends the next request.
     m_body = RequestBody();
     qDeleteAll(findChildren<QHttpMultiPart *>(QString(), Qt::FindDirectChildrenOnly));
     setFinished(true);
@@ -385,7 +385,7 @@ void HttpReply::finish(const RequestFailure &failure)
     const QPointer<HttpReply> self(this);
     if (failure.error != NoError) {
         setError(failure.error, failure.message);
-        // The deprecated signal of the same meaning, for clients that are connected to it.
+        // The deprecated signal with the same meaning, for clients that use it.
         QMetaObject::invokeMethod(this, "error", Q_ARG(QNetworkReply::NetworkError, failure.error));
         if (self)
             Q_EMIT errorOccurred(failure.error);
@@ -400,7 +400,7 @@ void HttpReply::finish(const RequestFailure &failure)
 
 void HttpReply::report(const RequestFailure &failure)
 {
-    // Only the client itself cancels.
+    // Only the client itself can cancel.
     if (failure.error == OperationCanceledError)
         return;
     NetworkFailure report;

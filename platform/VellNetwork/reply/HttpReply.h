@@ -13,10 +13,10 @@
 
 #include <memory>
 
-//! \brief The reply to one request, as a client sees it, redirects included.
+//! \brief The reply to a request, including redirects.
 //!
-//! Runs a Transfer, and reports on the thread that made it. Ends a request on which nothing moves, writes the
-//! line of the trace, and reports a failure through NetworkManager::requestFailed().
+//! Runs a Transfer, and reports on the thread that created it. Ends stalled requests, writes the trace, and reports failures by
+//! NetworkManager::requestFailed().
 class HttpReply : public QNetworkReply
 {
     Q_OBJECT
@@ -26,10 +26,10 @@ public:
               const QNetworkRequest &request, RequestBody body, Caller caller, QObject *parent);
     ~HttpReply() override;
 
-    //! For a caller that is about to wait in an event loop: see TransferEngine::drive(). Emits nothing.
+    //! For a caller that will wait in an event loop: see TransferEngine::drive(). Emits nothing.
     void drive();
 
-    //! Moves the whole rest of the data out. Like readAll(), without a copy.
+    //! Like readAll(), without a copy.
     QByteArray takeAll();
 
     void abort() override;
@@ -59,13 +59,13 @@ private:
     void report(const RequestFailure &failure);
     qint64 room() const;
 
-    const std::shared_ptr<RequestContext::Private> m_context; // null for a request without one
+    const std::shared_ptr<RequestContext::Private> m_context; // null if the request has none
     std::shared_ptr<Transfer> m_transfer;
     RequestBody m_body;
     const Caller m_caller;
-    QByteArray m_method; // of the request that runs, which a redirect may have changed
+    QByteArray m_method; // of the present request; redirects may change it
     ResponseHead m_head;
-    QUrl m_redirectTarget; // of the response that is arriving; empty when it is the last one
+    QUrl m_redirectTarget; // of the present response; empty if it is the last one
     int m_redirects = 0;
     QByteArray m_data;
     qint64 m_dataOffset = 0;
@@ -73,7 +73,7 @@ private:
     qint64 m_totalBytes = -1;
     qint64 m_sentBytes = 0;
     bool m_isReadBeforeTheEnd = false;
-    bool m_isDataLeft = false; // with the transfer, because there was no room for it
+    bool m_isDataLeft = false; // in the transfer, because the buffer is full
     QBasicTimer m_timer;
     QElapsedTimer m_age;
     quint64 m_activity = 0;

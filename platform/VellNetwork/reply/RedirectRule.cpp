@@ -36,7 +36,7 @@ QString RedirectRule::refusal(int status, const QByteArray &method, const QUrl &
         return tr("The service redirected to an address that is not encrypted");
     if (hasToken && !isSameServer(from, to))
         return tr("The service redirected to another server, which must not get the access token");
-    // A 303 says that the change has been made, and where to read what came of it.
+    // A 303 means that the change has been made, and has the address of its result.
     if (nextMethod(status, method) != method && status != SeeOther)
         return tr("The service redirected a change, which would not be made there");
     return {};

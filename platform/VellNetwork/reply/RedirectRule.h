@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 #include <QUrl>
 
-//! \brief Which redirects are followed, and with which request method.
+//! \brief Decides which redirects are followed, and with which request method.
 class RedirectRule
 {
     Q_DECLARE_TR_FUNCTIONS(RedirectRule)
@@ -12,13 +12,13 @@ class RedirectRule
 public:
     static constexpr int MostRedirects = 50;
 
-    //! Whether a response with \a status and an address redirects.
+    //! Returns true if a response with \a status and an address is a redirect.
     static bool isRedirect(int status);
 
-    //! The method of the request to the new address.
+    //! Returns the method of the request to the new address.
     static QByteArray nextMethod(int status, const QByteArray &method);
 
-    //! Why a request with \a method from \a from to \a to is not sent on; empty when it is.
+    //! Returns why a request with \a method is not redirected from \a from to \a to; empty if it is.
     static QString refusal(int status, const QByteArray &method, const QUrl &from, const QUrl &to,
                            bool hasToken);
 };

@@ -6,33 +6,33 @@
 
 #include <optional>
 
-//! \brief The body of a request on its way out: bytes in memory, or a device that is read in blocks.
+//! \brief The body of a request: bytes in memory, or a device that is read in blocks.
 //!
-//! A device that fails or ends before its size is never taken for the end of the body.
+//! If a device fails or ends before its size, this is an error, not the end of the body.
 class RequestBody
 {
 public:
-    //! Large enough to keep a connection busy, small enough to be read between two frames.
+    //! Large enough for a fast connection, small enough to be read between two frames.
     static constexpr qint64 BlockBytes = 262144;
 
-    //! None at all.
+    //! No body.
     RequestBody() = default;
 
     static RequestBody inMemory(const QByteArray &bytes);
 
-    //! Reads from \a device, which is open, has a size and stays with its owner.
+    //! \param device must be open and have a size; not owned
     static RequestBody streamed(QIODevice *device);
 
-    //! Empty for no body and for one that is streamed.
+    //! Returns the bytes in memory; empty for no body and for a device.
     const std::optional<QByteArray> &bytes() const { return m_bytes; }
     bool isStreamed() const { return m_streamedBytes >= 0; }
     qint64 streamedBytes() const { return m_streamedBytes; }
     qint64 size() const { return m_bytes ? m_bytes->size() : qMax(m_streamedBytes, qint64(0)); }
 
-    //! Starts again from the first byte. \return false when the device does not allow it
+    //! Starts again with the first byte. \return false if the device does not support it
     bool restart();
 
-    //! The next block; empty at the end, and when the device fails, which isBroken() then tells.
+    //! Returns the next block; empty at the end, or if the device fails: see isBroken().
     QByteArray nextBlock();
     bool isBroken() const { return m_isBroken; }
 

@@ -14,7 +14,7 @@ bool isSecret(const QString &name, const QString &value)
     static const QStringList secretNames{QStringLiteral("pwd"), QStringLiteral("password"),
                                          QStringLiteral("token"), QStringLiteral("access_token"),
                                          QStringLiteral("code")};
-    // "pwd=true" asks for a password and is none.
+    // "pwd=true" requests a password and is not one.
     return secretNames.contains(name, Qt::CaseInsensitive) && value != QLatin1String("true")
         && value != QLatin1String("false");
 }
@@ -46,7 +46,7 @@ void RequestTrace::write() const
                                                          : QLatin1Char(' ')
             + QLatin1String(QMetaEnum::fromType<QNetworkReply::NetworkError>().valueToKey(
                 int(error)));
-    // In one go: an address holds "%22" and the like, which a second arg() would take for its place.
+    // With one call: addresses contain "%22" and the like, which a second arg() would replace.
     qCDebug(networkLog).noquote() << QStringLiteral("%1 %2 %3%4, %5 bytes sent, %6 received, %7 ms")
                                          .arg(QString::fromLatin1(method),
                                               shownAddress(reply->url()), status, name,

@@ -2,7 +2,7 @@
 
 #include <QNetworkReply>
 
-//! \brief The line that the logging category `vell.network` prints for a request that has ended.
+//! \brief The line that the logging category `vell.network` prints for a request.
 struct RequestTrace
 {
     const QNetworkReply *reply = nullptr;
@@ -12,6 +12,6 @@ struct RequestTrace
     qint64 receivedBytes = 0;
     qint64 milliseconds = 0;
 
-    //! Prints method, address, status or error, bytes and time; nothing while the category is off.
+    //! Prints method, address, status or error, bytes and time, if the category is enabled.
     void write() const;
 };

@@ -9,10 +9,10 @@
 #include <memory>
 
 //! \brief A service on a data folder of its own, and a client of it.
-class ServiceFixture
+class ServiceWorld
 {
 public:
-    explicit ServiceFixture(const ServiceOptions &options = {});
+    explicit ServiceWorld(const ServiceOptions &options = {});
 
     //! Stops the service and starts another on the same folder; the client follows.
     bool restart();
@@ -21,11 +21,11 @@ public:
     //! The id of what was made; empty when the request was refused.
     //! @{
     QString makeFolder(const QString &name, const QString &parentId = {},
-                       const QString &category = QStringLiteral("c"));
+                       const QString &category = "c");
     QString makeFile(const QString &name, const QString &parentId = {},
                      const QByteArray &content = QByteArrayLiteral("content"),
-                     const QString &category = QStringLiteral("c"));
-    QString upload(const QByteArray &content, const QString &name = QStringLiteral("upload.bin"));
+                     const QString &category = "c");
+    QString upload(const QByteArray &content, const QString &name = "upload.bin");
     //! @}
 
     //! A user who is \a role in the project of the tests, which is made when it is missing. \return the token

@@ -9,11 +9,12 @@
 
 namespace service {
 
-//! \brief One request's view of the service: who asks, and what that user may do.
-class Session
+//! \brief The objects of one request: the user, the user's rights, and what the user can access.
+class RequestState
 {
 public:
-    Session(ServiceContext &serviceContext, const User &user, std::optional<FaultRule> faultRule)
+    RequestState(ServiceContext &serviceContext, const User &user,
+                 std::optional<FaultRule> faultRule)
         : context(serviceContext), database(serviceContext.database),
           access(serviceContext.database, user), documents(serviceContext.database, user.id),
           contents(serviceContext.database, serviceContext.contents, access),

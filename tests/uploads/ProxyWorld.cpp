@@ -1,12 +1,12 @@
-#include "UploadSite.h"
+#include "ProxyWorld.h"
 
 #include <QCryptographicHash>
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 
-UploadSite::UploadSite(const QStringList &arguments)
-    : service(folder.filePath(QStringLiteral("data"))), http(QString())
+ProxyWorld::ProxyWorld(const QStringList &arguments)
+    : service(folder.filePath("data")), http(QString())
 {
     if (!service.start(arguments))
         return;
@@ -14,57 +14,57 @@ UploadSite::UploadSite(const QStringList &arguments)
     renewProxy();
 }
 
-void UploadSite::renewProxy()
+void ProxyWorld::renewProxy()
 {
     proxy = std::make_unique<FaultyProxy>(service.port());
 }
 
-LocalFile UploadSite::makeFile(qint64 bytes, quint32 salt, const QString &name) const
+LocalFile ProxyWorld::makeFile(qint64 bytes, quint32 salt, const QString &name) const
 {
     return LocalFile(folder.filePath(name), bytes, salt);
 }
 
-std::unique_ptr<ClientRun> UploadSite::upload(const LocalFile &file,
+std::unique_ptr<ClientRun> ProxyWorld::upload(const LocalFile &file,
                                               const QStringList &arguments) const
 {
     return std::make_unique<ClientRun>(proxy->baseApi(), file.path(), arguments);
 }
 
-QJsonObject UploadSite::record(const QByteArray &md5)
+QJsonObject ProxyWorld::record(const QByteArray &md5)
 {
     const HttpAnswer answer =
-        http.get(QStringLiteral("base-service/largefiles/md5/") + QString::fromLatin1(md5));
+        http.get(QString("base-service/largefiles/md5/") + QString::fromLatin1(md5));
     return answer.isSuccess() ? answer.object() : QJsonObject();
 }
 
-int UploadSite::savedChunks(const QByteArray &md5)
+int ProxyWorld::savedChunks(const QByteArray &md5)
 {
     return record(md5).value(QLatin1String("savedChunk")).toInt();
 }
 
-QString UploadSite::storedFile(const QByteArray &md5)
+QString ProxyWorld::storedFile(const QByteArray &md5)
 {
-    return http.get(QStringLiteral("base-service/md5/%1/info").arg(QString::fromLatin1(md5)))
+    return http.get(QString("base-service/md5/%1/info").arg(QString::fromLatin1(md5)))
         .object()
         .value(QLatin1String("_id"))
         .toString();
 }
 
-QByteArray UploadSite::download(const QString &fileId)
+QByteArray ProxyWorld::download(const QString &fileId)
 {
-    const HttpAnswer answer = http.get(QStringLiteral("base-service/files/") + fileId);
+    const HttpAnswer answer = http.get(QString("base-service/files/") + fileId);
     return answer.isSuccess() ? answer.body : QByteArray();
 }
 
-int UploadSite::documentCount()
+int ProxyWorld::documentCount()
 {
-    return http.get(QStringLiteral("document-service/projects/p1/documents")).array().size();
+    return http.get("document-service/projects/p1/documents").array().size();
 }
 
-QStringList UploadSite::wrongContents() const
+QStringList ProxyWorld::wrongContents() const
 {
     QStringList wrong;
-    QDirIterator contents(service.dataDir() + QStringLiteral("/content"), QDir::Files,
+    QDirIterator contents(service.dataDir() + "/content", QDir::Files,
                           QDirIterator::Subdirectories);
     while (contents.hasNext()) {
         QFile content(contents.next());

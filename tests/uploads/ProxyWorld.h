@@ -13,19 +13,18 @@
 #include <memory>
 
 //! \brief A service in a process of its own, and a proxy before it through which the clients go.
-class UploadSite
+class ProxyWorld
 {
 public:
     //! \param arguments more for the service's command line
-    explicit UploadSite(const QStringList &arguments = {});
+    explicit ProxyWorld(const QStringList &arguments = {});
 
     bool isStarted() const { return proxy != nullptr; }
 
     //! Forgets what has passed.
     void renewProxy();
 
-    LocalFile makeFile(qint64 bytes, quint32 salt,
-                       const QString &name = QStringLiteral("a.bin")) const;
+    LocalFile makeFile(qint64 bytes, quint32 salt, const QString &name = "a.bin") const;
 
     //! Starts an upload of \a file through the proxy.
     std::unique_ptr<ClientRun> upload(const LocalFile &file,
