@@ -92,7 +92,7 @@ void Transaction::commit()
     m_isOpen = false;
 }
 
-qint64 rowLimit(int limit)
+qint64 rowLimit(qint64 limit)
 {
     return limit > 0 ? limit : std::numeric_limits<qint64>::max();
 }

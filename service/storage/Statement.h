@@ -65,7 +65,7 @@ private:
 };
 
 //! Returns the value for LIMIT: all rows unless \a limit is positive.
-qint64 rowLimit(int limit);
+qint64 rowLimit(qint64 limit);
 
 //! Returns "?,?,?" for \a count values.
 QString placeholders(int count);
