@@ -65,7 +65,7 @@ function(vell_set_common_options target)
         QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS
         QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
     get_target_property(type ${target} TYPE)
-    if(TARGET vell_library_headers AND NOT type STREQUAL "EXECUTABLE" AND NOT target STREQUAL "vell_library_headers")
+    if(TARGET vell_library_headers AND NOT VELL_ALLOW_ASCII_CASTS AND NOT type STREQUAL "EXECUTABLE" AND NOT target STREQUAL "vell_library_headers")
         target_precompile_headers(${target} REUSE_FROM vell_library_headers)
     endif()
 endfunction()
@@ -80,9 +80,11 @@ function(vell_add_precompiled_headers)
         <algorithm> <atomic> <functional> <map> <memory> <mutex> <optional> <string> <vector>)
     set(source "${PROJECT_BINARY_DIR}/precompiled_headers.cpp")
     file(CONFIGURE OUTPUT "${source}" CONTENT "int main() {}\n")
+    set(VELL_ALLOW_ASCII_CASTS ON)
     add_executable(vell_test_headers EXCLUDE_FROM_ALL "${source}")
     vell_set_common_options(vell_test_headers)
     vell_set_test_options(vell_test_headers)
+    set(VELL_ALLOW_ASCII_CASTS OFF)
     add_library(vell_library_headers OBJECT EXCLUDE_FROM_ALL "${source}")
     vell_set_common_options(vell_library_headers)
     foreach(target IN ITEMS vell_test_headers vell_library_headers)
@@ -185,11 +187,11 @@ function(vell_add_module name)
     set_property(GLOBAL APPEND PROPERTY VELL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
 endfunction()
 
-# vell_add_test(tst_<subject> [SERVICE] [SOURCES ...] [LINK ...] [LABELS ...])
+# vell_add_test(tst_<subject> [SERVICE] [POSTGRES] [SOURCES ...] [LINK ...] [LABELS ...])
 # The program of tst_<subject>.cpp in this folder, as the test <folder>/tst_<subject>. SERVICE: it runs reference
-# services.
+# services. POSTGRES: it also runs as postgresql/tst_<subject>, with the records of the services in PostgreSQL.
 function(vell_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "SERVICE" "" "SOURCES;LINK;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SERVICE;POSTGRES" "" "SOURCES;LINK;LABELS")
     vell_refuse_unknown_arguments(vell_add_test ${arg_UNPARSED_ARGUMENTS})
     get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
@@ -214,6 +216,14 @@ function(vell_add_test name)
         TIMEOUT 300 # far above what any takes, so that a busy machine fails none
         LABELS "${arg_LABELS}"
         ENVIRONMENT "${VELL_TEST_ENVIRONMENT}")
+    if(arg_POSTGRES AND VELL_BUILD_SERVICE)
+        add_test(NAME postgresql/${name} COMMAND ${name})
+        set_tests_properties(postgresql/${name} PROPERTIES
+            TIMEOUT 300
+            LABELS "${arg_LABELS};postgresql"
+            FIXTURES_REQUIRED postgresql
+            ENVIRONMENT "${VELL_TEST_ENVIRONMENT};VELL_TEST_POSTGRES=${VELL_TEST_POSTGRES}")
+    endif()
     if(folder IN_LIST VELL_RECORDING_FOLDERS AND NOT CMAKE_CROSSCOMPILING)
         set_property(TEST ${folder}/${name} APPEND PROPERTY ENVIRONMENT
             "VELL_RECORD_EXCHANGES=${VELL_EXCHANGES}")

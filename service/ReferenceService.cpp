@@ -31,8 +31,9 @@ class ReferenceService::Private
 {
 public:
     explicit Private(const ServiceOptions &serviceOptions)
-        : options(serviceOptions), context(serviceOptions.dataDir, serviceOptions.storeQuotaBytes,
-                                           serviceOptions.busyTimeoutMs),
+        : options(serviceOptions),
+          context(serviceOptions.dataDir, serviceOptions.database, serviceOptions.storeQuotaBytes,
+                  serviceOptions.busyTimeoutMs),
           dispatcher(context)
     {}
 
@@ -58,11 +59,14 @@ bool ReferenceService::Private::openData(QString *error)
 {
     try {
         context.folder.make();
-        lock = FolderLock::take(context.folder, FolderLock::Holder::Service, error);
+        const bool isShared = context.database.dialect().isShared();
+        lock = FolderLock::take(
+            context.folder, isShared ? FolderLock::Holder::OneOfMany : FolderLock::Holder::Service,
+            error);
         if (!lock)
             return false;
         context.database.open();
-        context.contents.open();
+        context.contents.open(isShared);
         Generation generation(context.database, context.folder);
         if (!generation.fits()) {
             *error =

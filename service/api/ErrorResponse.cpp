@@ -42,12 +42,22 @@ HttpResponse diskResponse(const Error &error)
     return HttpResponse::error(500, QStringLiteral("The service failed; its log says why."));
 }
 
-HttpResponse busyResponse()
+HttpResponse tryAgainResponse(const QString &sentence)
 {
-    HttpResponse response =
-        HttpResponse::error(503, QStringLiteral("The service is busy; please try again."));
+    HttpResponse response = HttpResponse::error(503, sentence);
     response.addHeader("Retry-After", QByteArray::number(RetryAfterSeconds));
     return response;
+}
+
+HttpResponse databaseResponse(const DatabaseError &error)
+{
+    if (error.kind() == DatabaseError::Kind::Busy)
+        return tryAgainResponse(QStringLiteral("The service is busy; please try again."));
+    if (error.kind() == DatabaseError::Kind::Lost) {
+        return tryAgainResponse(
+            QStringLiteral("The service cannot reach its database; please try again."));
+    }
+    return diskResponse(error);
 }
 
 HttpResponse refusal(const HttpError &error)
@@ -79,7 +89,7 @@ HttpResponse errorResponse(const std::exception &error)
     if (const auto *storage = dynamic_cast<const StorageError *>(&error))
         return diskResponse(*storage);
     if (const auto *database = dynamic_cast<const DatabaseError *>(&error))
-        return database->isBusy() ? busyResponse() : diskResponse(*database);
+        return databaseResponse(*database);
     return HttpResponse::error(500, QStringLiteral("The service failed; its log says why."));
 }
 

@@ -11,8 +11,10 @@ namespace service {
 //! \brief The objects that all requests of a service share.
 struct ServiceContext
 {
-    ServiceContext(const QString &dataDir, qint64 storeQuotaBytes, int busyTimeoutMs)
-        : folder(dataDir), database(folder, busyTimeoutMs), contents(folder, storeQuotaBytes)
+    ServiceContext(const QString &dataDir, const QString &databaseAddress, qint64 storeQuotaBytes,
+                   int busyTimeoutMs)
+        : folder(dataDir), database(folder, databaseAddress, busyTimeoutMs),
+          contents(folder, storeQuotaBytes)
     {}
 
     const DataFolder folder;

@@ -150,7 +150,7 @@ int runAction(const AdminActions &actions, const QList<QCommandLineOption> &opti
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(descriptionOf(actions));
-    parser.addOption(dataOption());
+    parser.addOptions(dataOptions());
     parser.addOptions(options);
     int code = 0;
     if (!parseArguments(parser, arguments, &code))

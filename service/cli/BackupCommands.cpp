@@ -26,7 +26,7 @@ bool parse(QCommandLineParser &parser, const QString &description, const QString
            int *code)
 {
     parser.setApplicationDescription(description);
-    parser.addOption(dataOption());
+    parser.addOptions(dataOptions());
     return parseArguments(parser, arguments, code);
 }
 

@@ -34,7 +34,7 @@ int runCheck(const QStringList &arguments)
         "repairs it.\nThe service may be running on the data folder. The exit code is 1 if "
         "something is "
         "damaged."));
-    parser.addOption(dataOption());
+    parser.addOptions(dataOptions());
     int code = 0;
     if (!parseArguments(parser, arguments, &code))
         return code;

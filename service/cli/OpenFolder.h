@@ -19,17 +19,21 @@ public:
     enum class Missing { Refuse, Make };
 
     //! \throws std::exception with a sentence: there is no data folder at \a path, and \a missing is Refuse; it has another version
-    OpenFolder(const QString &path, Missing missing);
+    OpenFolder(const QString &path, const QString &databaseAddress, Missing missing);
 
     const DataFolder folder;
     Database database;
     ContentStore store;
 
 private:
-    std::unique_ptr<FolderLock> m_lock; //!< null if a service is running on the folder
+    std::unique_ptr<FolderLock> m_lock; //!< null if a service is running on the folder with SQLite
 };
 
-QCommandLineOption dataOption();
+//! --data and --database, which every command has.
+QList<QCommandLineOption> dataOptions();
+
+//! The database that --database names, or the environment: a command line can be read by every user of the machine.
+QString databaseAddress(const QCommandLineParser &parser);
 
 //! Runs a command on the data folder of --data. \return the exit code of the program; errors have been printed
 int withFolder(const QCommandLineParser &parser, OpenFolder::Missing missing,

@@ -1,5 +1,6 @@
 #include <service/ReferenceService.h>
 #include <service/cli/Commands.h>
+#include <service/cli/OpenFolder.h>
 #include <service/cli/Output.h>
 
 #include <csignal>
@@ -18,9 +19,8 @@ void addOptions(QCommandLineParser &parser)
             "Other commands: user, project, role, share, check, sweep, backup, restore, accept; "
             "each has --help.\n\n")
         + FaultRule::syntax());
+    parser.addOptions(dataOptions());
     parser.addOptions({
-        {QStringLiteral("data"), QStringLiteral("The data folder; created if it is missing."),
-         QStringLiteral("DIR")},
         {QStringLiteral("listen"),
          QStringLiteral("The address to listen on (127.0.0.1:0; port 0: any free port)."),
          QStringLiteral("ADDRESS:PORT"), QStringLiteral("127.0.0.1:0")},
@@ -87,6 +87,7 @@ int runServe(const QStringList &arguments)
     }
     ServiceOptions options;
     options.dataDir = parser.value(QStringLiteral("data"));
+    options.database = databaseAddress(parser);
     options.accessLog = parser.value(QStringLiteral("access-log"));
     if (options.dataDir.isEmpty())
         return fail(QStringLiteral("Say which data folder: --data DIR."), ExitUsage);

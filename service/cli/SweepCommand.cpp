@@ -36,8 +36,8 @@ int runSweep(const QStringList &arguments)
         "Removes abandoned uploads and unused contents, and moves files that are not in the "
         "database into the folder \"aside\".\n"
         "The service may be running on the data folder."));
+    parser.addOptions(dataOptions());
     parser.addOptions({
-        dataOption(),
         {QStringLiteral("older-than"), QStringLiteral("Keep what is younger (24)."),
          QStringLiteral("HOURS"), QStringLiteral("24")},
         {QStringLiteral("dry-run"), QStringLiteral("Only print what would be removed.")},

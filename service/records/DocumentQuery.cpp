@@ -56,7 +56,7 @@ void addPlace(const DocumentQuery &query, const QJsonValue &parent, SqlFilter &f
     filter.add(QStringLiteral("d.") + state);
 }
 
-SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
+SqlFilter filterOf(const DocumentQuery &query, const QString &userId, const SqlDialect &dialect)
 {
     SqlFilter filter;
     QJsonObject where = query.where;
@@ -69,7 +69,7 @@ SqlFilter filterOf(const DocumentQuery &query, const QString &userId)
             QStringLiteral("d.id IN (SELECT document_id FROM mark WHERE user_id = ? AND type = ?)"),
             {userId, type});
     }
-    addWhere(where, filter);
+    addWhere(where, dialect, filter);
     return filter;
 }
 
@@ -96,20 +96,21 @@ std::optional<TypeOrder> typeOrder(const DocumentQuery &query)
 }
 
 //! The query for the rows that fit, in their order. \param values gets its values
-QString rowsInOrder(const DocumentQuery &query, const SqlFilter &filter, QVariantList &values)
+QString rowsInOrder(const DocumentQuery &query, const SqlFilter &filter, const SqlDialect &dialect,
+                    QVariantList &values)
 {
-    const std::optional<TypeOrder> byType = typeOrder(query);
+    const std::optional<TypeOrder> byType =
+        dialect.keepsOrderOfParts() ? typeOrder(query) : std::nullopt;
     if (!byType) {
         values += filter.values;
-        return QStringLiteral("SELECT d.rowid AS r FROM document d WHERE %1%2")
-            .arg(filter.text(), orderClause(query.order));
+        return QStringLiteral("SELECT d.%1 AS r FROM document d WHERE %2%3")
+            .arg(dialect.rowKey(), filter.text(), orderClause(query.order));
     }
     // One walk along an index for the folders and one for the files: sorted together, all entries would be read for
     // each page. The inner LIMIT keeps SQLite from dropping the inner order.
-    const QString part =
-        QStringLiteral("SELECT r FROM (SELECT d.rowid AS r FROM document d WHERE %1 "
-                       "AND d.type = ?%2 LIMIT -1)")
-            .arg(filter.text(), orderClause(byType->rest));
+    const QString part = QStringLiteral("SELECT r FROM (SELECT d.%1 AS r FROM document d WHERE %2 "
+                                        "AND d.type = ?%3 LIMIT -1)")
+                             .arg(dialect.rowKey(), filter.text(), orderClause(byType->rest));
     const QString folders = QStringLiteral("dir");
     const QString files = QStringLiteral("file");
     values += filter.values;
@@ -121,8 +122,13 @@ QString rowsInOrder(const DocumentQuery &query, const SqlFilter &filter, QVarian
 
 [[noreturn]] void rethrow(const DatabaseError &error)
 {
-    if (QString::fromUtf8(error.what()).contains(regexLimitMessage()))
+    if (error.kind() == DatabaseError::Kind::SlowPattern)
         throw ServiceError(Refusal::Invalid, regexLimitMessage());
+    if (error.kind() == DatabaseError::Kind::BadPattern) {
+        throw ServiceError(Refusal::Invalid,
+                           QStringLiteral("The regular expression cannot be read: %1.")
+                               .arg(QString::fromUtf8(error.what())));
+    }
     throw error;
 }
 
@@ -134,27 +140,27 @@ DocumentLister::DocumentLister(Database &database, const QString &userId)
 
 void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
 {
-    const SqlFilter filter = filterOf(query, m_userId);
+    const SqlFilter filter = filterOf(query, m_userId, m_database.dialect());
     const QString order = orderClause(query.order);
     QVariantList values{m_userId, m_userId};
     if (query.limit <= 0 && query.skip <= 0) {
         run(QStringLiteral("SELECT %1 FROM document d WHERE %2%3")
-                .arg(Documents::columns(), filter.text(), order),
+                .arg(Documents::columns(m_database), filter.text(), order),
             values + filter.values, visit);
         return;
     }
     // The page is found with the index alone; only its own rows are read completely.
-    const QString rows = rowsInOrder(query, filter, values);
-    values += {query.limit > 0 ? query.limit : -1, query.skip};
+    const QString rows = rowsInOrder(query, filter, m_database.dialect(), values);
+    values += {rowLimit(query.limit), query.skip};
     run(QStringLiteral("SELECT %1 FROM (%2 LIMIT ? OFFSET ?) page "
-                       "JOIN document d ON d.rowid = page.r%3")
-            .arg(Documents::columns(), rows, order),
+                       "JOIN document d ON d.%4 = page.r%3")
+            .arg(Documents::columns(m_database), rows, order, m_database.dialect().rowKey()),
         values, visit);
 }
 
 qint64 DocumentLister::count(const DocumentQuery &query)
 {
-    const SqlFilter filter = filterOf(query, m_userId);
+    const SqlFilter filter = filterOf(query, m_userId, m_database.dialect());
     try {
         Statement row(m_database,
                       QStringLiteral("SELECT count(*) FROM document d WHERE %1").arg(filter.text()),
@@ -172,7 +178,7 @@ void DocumentLister::linkedTo(const QString &projectId, const QString &entityId,
     run(QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? AND d.recycle = 0 "
                        "AND d.id IN (SELECT document_id FROM link WHERE entity_id = ?) "
                        "ORDER BY d.name, d.id")
-            .arg(Documents::columns()),
+            .arg(Documents::columns(m_database)),
         {m_userId, m_userId, projectId, entityId}, visit);
 }
 

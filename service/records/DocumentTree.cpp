@@ -11,7 +11,7 @@ bool DocumentTree::isAtOrBelow(const QString &id, const QString &folderId)
 {
     Statement found(
         m_database,
-        QStringLiteral("WITH RECURSIVE above (id) AS (SELECT ? UNION "
+        QStringLiteral("WITH RECURSIVE above (id) AS (SELECT id FROM document WHERE id = ? UNION "
                        "SELECT d.parent_id FROM document d JOIN above a ON d.id = a.id "
                        "WHERE d.parent_id IS NOT NULL) SELECT 1 FROM above WHERE id = ?"),
         {id, folderId});
@@ -93,8 +93,8 @@ void DocumentTree::restore(const Document &document, const QString &userId)
 
 int DocumentTree::purge(const QString &projectId, const QString &category)
 {
-    execute(m_database,
-            QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS doomed (id TEXT PRIMARY KEY)"));
+    executeDirectly(m_database,
+                    QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS doomed (id TEXT PRIMARY KEY)"));
     execute(m_database, QStringLiteral("DELETE FROM doomed"));
     execute(m_database,
             QStringLiteral("WITH RECURSIVE gone (id) AS ("

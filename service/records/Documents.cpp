@@ -14,9 +14,15 @@ namespace service {
 
 namespace {
 
-QVariant idOrNull(const QString &id)
+//! That the parent is the folder \a id; the top level for an empty one. Not every database looks for null in an index.
+QString inFolder(const QString &id)
 {
-    return id.isEmpty() ? QVariant() : QVariant(id);
+    return id.isEmpty() ? QStringLiteral("parent_id IS NULL") : QStringLiteral("parent_id = ?");
+}
+
+QVariantList folderValue(const QString &id)
+{
+    return id.isEmpty() ? QVariantList() : QVariantList{id};
 }
 
 } // namespace
@@ -27,9 +33,10 @@ Documents::Documents(Database &database, const QString &userId)
 
 std::optional<Document> Documents::find(const QString &id)
 {
-    Statement row(m_database,
-                  QStringLiteral("SELECT %1 FROM document d WHERE d.id = ?").arg(columns()),
-                  {m_userId, m_userId, id});
+    Statement row(
+        m_database,
+        QStringLiteral("SELECT %1 FROM document d WHERE d.id = ?").arg(columns(m_database)),
+        {m_userId, m_userId, id});
     if (!row.next())
         return std::nullopt;
     return read(row);
@@ -68,8 +75,10 @@ void Documents::insert(Document &document)
     // If the folder was put in order, new documents are added at its end; otherwise all positions stay 0.
     Statement last(m_database,
                    QStringLiteral("SELECT max(ord) FROM document WHERE recycle = 0 "
-                                  "AND project_id = ? AND parent_id IS ? AND type = ?"),
-                   {document.projectId, idOrNull(document.parentId), document.type});
+                                  "AND project_id = ? AND type = ? AND ")
+                       + inFolder(document.parentId),
+                   QVariantList{document.projectId, document.type}
+                       + folderValue(document.parentId));
     last.next();
     document.order = last.number(0) > 0
         ? static_cast<int>(std::min<qint64>(last.number(0) + 1, std::numeric_limits<int>::max()))
@@ -121,27 +130,30 @@ bool Documents::isNameTaken(const Document &document, const QString &parentId)
 {
     Statement found(m_database,
                     QStringLiteral("SELECT 1 FROM document WHERE recycle = 0 AND project_id = ? "
-                                   "AND parent_id IS ? AND name = ? AND id <> ? LIMIT 1"),
-                    {document.projectId, idOrNull(parentId), document.name, document.id});
+                                   "AND name = ? AND id <> ? AND %1 LIMIT 1")
+                        .arg(inFolder(parentId)),
+                    QVariantList{document.projectId, document.name, document.id}
+                        + folderValue(parentId));
     return found.next();
 }
 
-QString Documents::columns()
+QString Documents::columns(const Database &database)
 {
-    static const QString columns = [] {
-        QStringList names{
-            QStringLiteral("EXISTS (SELECT 1 FROM mark m WHERE m.document_id = d.id "
-                           "AND m.user_id = ? AND m.type IN (1, 3))"),
-            QStringLiteral("(SELECT l.at FROM download l WHERE l.document_id = d.id "
-                           "AND l.user_id = ?)"),
-            QStringLiteral("(SELECT json_group_array(json_array(k.kind, k.entity_id)) FROM "
-                           "(SELECT kind, entity_id FROM link WHERE document_id = d.id "
-                           "ORDER BY kind, position) k)")};
+    static const QString fields = [] {
+        QStringList names;
         for (const DocumentField &field : documentFields())
             names.append(field.sqlName());
         return names.join(QStringLiteral(", "));
     }();
-    return columns;
+    return QStringLiteral("EXISTS (SELECT 1 FROM mark m WHERE m.document_id = d.id "
+                          "AND m.user_id = ? AND m.type IN (1, 3)), "
+                          "(SELECT l.at FROM download l WHERE l.document_id = d.id "
+                          "AND l.user_id = ?), "
+                          "(SELECT %1 FROM (SELECT kind, entity_id FROM link "
+                          "WHERE document_id = d.id ORDER BY kind, position) k), %2")
+        .arg(
+            database.dialect().jsonOfPairs(QStringLiteral("k.kind"), QStringLiteral("k.entity_id")),
+            fields);
 }
 
 Document Documents::read(const Statement &row)

@@ -38,7 +38,7 @@ public:
     bool isNameTaken(const Document &document, const QString &parentId);
 
     //! Returns the columns that read() expects, of a table called d. They begin with two placeholders for the id of the user.
-    static QString columns();
+    static QString columns(const Database &database);
     static Document read(const Statement &row);
 
 private:

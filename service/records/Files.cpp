@@ -65,7 +65,8 @@ StoredFile Files::insert(StoredFile file, const QString &userId)
                 {file.id, file.md5, file.sha256, file.size, file.name, now, now});
     }
     execute(m_database,
-            QStringLiteral("INSERT OR IGNORE INTO file_uploader (file_id, user_id) VALUES (?, ?)"),
+            QStringLiteral("INSERT INTO file_uploader (file_id, user_id) VALUES (?, ?) "
+                           "ON CONFLICT DO NOTHING"),
             {file.id, userId});
     return file;
 }
@@ -106,8 +107,9 @@ void Files::notePromise(const StoredFile &file)
 void Files::noteDownload(const QString &fileId, const QString &userId)
 {
     note(m_database,
-         QStringLiteral("INSERT OR REPLACE INTO download (document_id, user_id, at) "
-                        "SELECT id, ?, ? FROM document WHERE file_id = ? AND recycle = 0"),
+         QStringLiteral("INSERT INTO download (document_id, user_id, at) "
+                        "SELECT id, ?, ? FROM document WHERE file_id = ? AND recycle = 0 "
+                        "ON CONFLICT (document_id, user_id) DO UPDATE SET at = excluded.at"),
          {userId, nowMs(), fileId});
 }
 

@@ -40,9 +40,8 @@ void Links::replace(const QString &documentId, const QJsonArray &links)
         const QJsonArray ids = entry.value(QStringLiteral("ids")).toArray();
         for (const QJsonValue &id : ids) {
             execute(m_database,
-                    QStringLiteral(
-                        "INSERT OR IGNORE INTO link (document_id, kind, entity_id, position) "
-                        "VALUES (?, ?, ?, ?)"),
+                    QStringLiteral("INSERT INTO link (document_id, kind, entity_id, position) "
+                                   "VALUES (?, ?, ?, ?) ON CONFLICT DO NOTHING"),
                     {documentId, kind, requireWord(id, QStringLiteral("The id")), position++});
         }
     }

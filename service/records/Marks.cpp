@@ -10,11 +10,11 @@ Marks::Marks(Database &database, const QString &userId) : m_database(database), 
 void Marks::set(const QString &documentId, int type, bool isMarked)
 {
     if (isMarked) {
-        execute(
-            m_database,
-            QStringLiteral("INSERT OR REPLACE INTO mark (user_id, document_id, type, created_at) "
-                           "VALUES (?, ?, ?, ?)"),
-            {m_userId, documentId, type, nowMs()});
+        execute(m_database,
+                QStringLiteral("INSERT INTO mark (user_id, document_id, type, created_at) "
+                               "VALUES (?, ?, ?, ?) ON CONFLICT (user_id, type, document_id) "
+                               "DO UPDATE SET created_at = excluded.created_at"),
+                {m_userId, documentId, type, nowMs()});
     } else {
         execute(
             m_database,
@@ -25,12 +25,13 @@ void Marks::set(const QString &documentId, int type, bool isMarked)
 
 QList<Mark> Marks::list(const QString &documentId, std::optional<int> type)
 {
-    Statement row(m_database,
-                  QStringLiteral("SELECT m.document_id, m.type, m.created_at FROM mark m "
-                                 "JOIN document d ON d.id = m.document_id AND d.recycle = 0 "
-                                 "WHERE m.user_id = ? AND (? = '' OR m.document_id = ?) "
-                                 "AND (? OR m.type = ?) ORDER BY m.created_at DESC, m.document_id"),
-                  {m_userId, documentId, documentId, type ? 0 : 1, type.value_or(0)});
+    Statement row(
+        m_database,
+        QStringLiteral("SELECT m.document_id, m.type, m.created_at FROM mark m "
+                       "JOIN document d ON d.id = m.document_id AND d.recycle = 0 "
+                       "WHERE m.user_id = ? AND (? = '' OR m.document_id = ?) "
+                       "AND (? = 1 OR m.type = ?) ORDER BY m.created_at DESC, m.document_id"),
+        {m_userId, documentId, documentId, type ? 0 : 1, type.value_or(0)});
     QList<Mark> marks;
     while (row.next())
         marks.append({row.text(0), static_cast<int>(row.number(1)), row.number(2)});

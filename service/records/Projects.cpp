@@ -35,7 +35,8 @@ void Projects::ensure(const QString &id)
 {
     requireValidProjectId(id);
     execute(m_database,
-            QStringLiteral("INSERT OR IGNORE INTO project (id, name, created_at) VALUES (?, ?, ?)"),
+            QStringLiteral("INSERT INTO project (id, name, created_at) VALUES (?, ?, ?) "
+                           "ON CONFLICT DO NOTHING"),
             {id, id, nowMs()});
 }
 
@@ -63,10 +64,11 @@ void Projects::setRole(const QString &projectId, const User &user, const QString
                 QStringLiteral("DELETE FROM member WHERE project_id = ? AND user_id = ?"),
                 {projectId, user.id});
     } else {
-        execute(m_database,
-                QStringLiteral("INSERT OR REPLACE INTO member (project_id, user_id, role) "
-                               "VALUES (?, ?, ?)"),
-                {projectId, user.id, role});
+        execute(
+            m_database,
+            QStringLiteral("INSERT INTO member (project_id, user_id, role) VALUES (?, ?, ?) "
+                           "ON CONFLICT (project_id, user_id) DO UPDATE SET role = excluded.role"),
+            {projectId, user.id, role});
     }
     transaction.commit();
 }
@@ -89,7 +91,7 @@ QList<Member> Projects::members(const QString &projectId)
 {
     Statement found(m_database,
                     QStringLiteral("SELECT u.id, u.name, m.role FROM member m "
-                                   "JOIN user u ON u.id = m.user_id "
+                                   "JOIN \"user\" u ON u.id = m.user_id "
                                    "WHERE m.project_id = ? ORDER BY u.name"),
                     {projectId});
     QList<Member> members;

@@ -53,11 +53,10 @@ QString Shares::insert(const Share &share, const QStringList &documentIds)
         {id, secretHash(code), share.projectId, share.allowsDownload ? 1 : 0, expiry, nowMs(),
          share.createdBy});
     for (int i = 0; i < documentIds.size(); ++i) {
-        execute(
-            m_database,
-            QStringLiteral("INSERT OR IGNORE INTO share_document (share_id, document_id, position) "
-                           "VALUES (?, ?, ?)"),
-            {id, documentIds.at(i), i});
+        execute(m_database,
+                QStringLiteral("INSERT INTO share_document (share_id, document_id, position) "
+                               "VALUES (?, ?, ?) ON CONFLICT DO NOTHING"),
+                {id, documentIds.at(i), i});
     }
     return code;
 }
@@ -98,25 +97,26 @@ QList<Document> Shares::documents(const Share &share, int limit, int skip)
                   QStringLiteral(
                       "SELECT %1 FROM share_document s JOIN document d ON d.id = s.document_id "
                       "WHERE s.share_id = ? AND d.recycle = 0 ORDER BY s.position LIMIT ? OFFSET ?")
-                      .arg(Documents::columns()),
-                  {QString(), QString(), share.id, limit, skip}));
+                      .arg(Documents::columns(m_database)),
+                  {QString(), QString(), share.id, rowLimit(limit), skip}));
 }
 
 QList<Document> Shares::children(const Document &folder, int limit, int skip)
 {
-    return readAll(Statement(m_database,
-                             QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? "
-                                            "AND d.parent_id = ? AND d.recycle = 0 "
-                                            "ORDER BY d.type, d.name, d.id LIMIT ? OFFSET ?")
-                                 .arg(Documents::columns()),
-                             {QString(), QString(), folder.projectId, folder.id, limit, skip}));
+    return readAll(
+        Statement(m_database,
+                  QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? "
+                                 "AND d.parent_id = ? AND d.recycle = 0 "
+                                 "ORDER BY d.type, d.name, d.id LIMIT ? OFFSET ?")
+                      .arg(Documents::columns(m_database)),
+                  {QString(), QString(), folder.projectId, folder.id, rowLimit(limit), skip}));
 }
 
 std::optional<Document> Shares::findDocument(const Share &share, const QString &documentId)
 {
     Statement row(
         m_database,
-        QStringLiteral("WITH RECURSIVE above (id) AS (SELECT ? UNION "
+        QStringLiteral("WITH RECURSIVE above (id) AS (SELECT id FROM document WHERE id = ? UNION "
                        "SELECT p.parent_id FROM document p JOIN above a ON p.id = a.id "
                        "WHERE p.recycle = 0 AND p.parent_id IS NOT NULL) "
                        "SELECT 1 FROM above a JOIN share_document s ON s.document_id = a.id "

@@ -12,7 +12,8 @@ namespace {
 
 QString selectUsers()
 {
-    return QStringLiteral("SELECT id, name FROM user WHERE id <> 'local' AND removed_at IS NULL ");
+    return QStringLiteral(
+        "SELECT id, name FROM \"user\" WHERE id <> 'local' AND removed_at IS NULL ");
 }
 
 } // namespace
@@ -26,7 +27,8 @@ Users::Users(Database &database) : m_database(database) {}
 
 bool Users::isTokenNeeded()
 {
-    return Statement(m_database, QStringLiteral("SELECT 1 FROM user WHERE id <> 'local' LIMIT 1"))
+    return Statement(m_database,
+                     QStringLiteral("SELECT 1 FROM \"user\" WHERE id <> 'local' LIMIT 1"))
         .next();
 }
 
@@ -62,16 +64,16 @@ QString Users::add(const QString &name)
 {
     requireValidName(name);
     Transaction transaction(m_database);
-    Statement taken(m_database, QStringLiteral("SELECT 1 FROM user WHERE name = ?"), {name});
+    Statement taken(m_database, QStringLiteral("SELECT 1 FROM \"user\" WHERE name = ?"), {name});
     if (taken.next())
         throw ServiceError(Refusal::Conflict,
                            QStringLiteral("There is a user called %1 already.").arg(name));
     taken.finish();
     QString token = newSecret();
-    execute(
-        m_database,
-        QStringLiteral("INSERT INTO user (id, name, token_hash, created_at) VALUES (?, ?, ?, ?)"),
-        {newId(), name, secretHash(token), nowMs()});
+    execute(m_database,
+            QStringLiteral(
+                "INSERT INTO \"user\" (id, name, token_hash, created_at) VALUES (?, ?, ?, ?)"),
+            {newId(), name, secretHash(token), nowMs()});
     transaction.commit();
     return token;
 }
@@ -98,7 +100,7 @@ void Users::remove(const User &user)
     }
     execute(m_database, QStringLiteral("DELETE FROM share WHERE created_by = ?"), {user.id});
     execute(m_database,
-            QStringLiteral("UPDATE user SET token_hash = NULL, removed_at = ?, name = ? "
+            QStringLiteral("UPDATE \"user\" SET token_hash = NULL, removed_at = ?, name = ? "
                            "WHERE id = ?"),
             {nowMs(), QStringLiteral("removed/") + user.id, user.id});
     transaction.commit();
@@ -111,7 +113,7 @@ void Users::setToken(const User &user, const QString &token)
                            QStringLiteral("Without users nobody needs a token."));
     }
     Transaction transaction(m_database);
-    execute(m_database, QStringLiteral("UPDATE user SET token_hash = ? WHERE id = ?"),
+    execute(m_database, QStringLiteral("UPDATE \"user\" SET token_hash = ? WHERE id = ?"),
             {token.isEmpty() ? QVariant() : QVariant(secretHash(token)), user.id});
     transaction.commit();
 }

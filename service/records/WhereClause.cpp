@@ -42,12 +42,21 @@ constexpr std::array<Comparison, 6> Comparisons{{
         QStringLiteral("The value for %1 has the wrong type.").arg(QString::fromLatin1(field.key)));
 }
 
+//! A database that knows types would round a fraction that it compares with a whole number.
+QVariant number(double value)
+{
+    constexpr double LargestExact = 9007199254740992; // 2^53
+    if (std::abs(value) <= LargestExact && std::floor(value) == value)
+        return static_cast<qint64>(value);
+    return value;
+}
+
 QVariant sqlValue(const DocumentField &field, const QJsonValue &value)
 {
     if (field.kind == Kind::Number) {
         if (!value.isDouble() || !std::isfinite(value.toDouble()))
             refuseValue(field);
-        return value.toDouble();
+        return number(value.toDouble());
     }
     if (value.isNull() && field.kind != Kind::Time)
         return QStringLiteral("");
@@ -82,7 +91,7 @@ void addComparison(const DocumentField &field, const Comparison &comparison,
     if (field.kind == Kind::Time && value.isString() && value.toString().isEmpty())
         return;
     if (field.kind == Kind::Id && sql == QLatin1String("<>"))
-        filter.add(QStringLiteral("%1 IS NOT ?").arg(column), {sqlValue(field, value)});
+        filter.add(QStringLiteral("%1 IS DISTINCT FROM ?").arg(column), {sqlValue(field, value)});
     else
         filter.add(QStringLiteral("%1 %2 ?").arg(column, sql), {sqlValue(field, value)});
 }
@@ -96,6 +105,11 @@ void addMembership(const DocumentField &field, const QString &word, const QJsonV
     const QJsonArray members = value.toArray();
     for (const QJsonValue &member : members)
         values.append(sqlValue(field, member));
+    if (values.isEmpty()) {
+        filter.add(word == QLatin1String("$in") ? QStringLiteral("1 = 0")
+                                                : QStringLiteral("1 = 1"));
+        return;
+    }
     const QString column = field.kind == Kind::Id
         ? QStringLiteral("coalesce(%1, '')").arg(field.sqlName())
         : field.sqlName();
@@ -107,7 +121,8 @@ void addMembership(const DocumentField &field, const QString &word, const QJsonV
         values);
 }
 
-void addPattern(const DocumentField &field, const QJsonObject &operators, SqlFilter &filter)
+void addPattern(const DocumentField &field, const QJsonObject &operators, const SqlDialect &dialect,
+                SqlFilter &filter)
 {
     const QJsonValue pattern = operators.value(QStringLiteral("$regex"));
     const QJsonValue options = operators.value(QStringLiteral("$options"));
@@ -122,11 +137,12 @@ void addPattern(const DocumentField &field, const QJsonObject &operators, SqlFil
                            QStringLiteral("The regular expression cannot be read: %1.")
                                .arg(expression.errorString()));
     }
-    filter.add(QStringLiteral("name_matches(?, ?, %1)").arg(field.sqlName()),
-               {pattern.toString(), options.toString()});
+    filter.add(dialect.matches(field.sqlName()),
+               dialect.patternValues(pattern.toString(), options.toString()));
 }
 
-void addOperators(const DocumentField &field, const QJsonObject &operators, SqlFilter &filter)
+void addOperators(const DocumentField &field, const QJsonObject &operators,
+                  const SqlDialect &dialect, SqlFilter &filter)
 {
     for (auto it = operators.begin(); it != operators.end(); ++it) {
         const QString word = it.key();
@@ -138,7 +154,7 @@ void addOperators(const DocumentField &field, const QJsonObject &operators, SqlF
         else if (word == QLatin1String("$in") || word == QLatin1String("$nin"))
             addMembership(field, word, it.value(), filter);
         else if (word == QLatin1String("$regex"))
-            addPattern(field, operators, filter);
+            addPattern(field, operators, dialect, filter);
         else if (word != QLatin1String("$options"))
             throw ServiceError(Refusal::Invalid,
                                QStringLiteral("The operator %1 is unknown.").arg(word.left(60)));
@@ -155,7 +171,7 @@ void SqlFilter::add(const QString &condition, const QVariantList &conditionValue
     values.append(conditionValues);
 }
 
-void addWhere(const QJsonObject &where, SqlFilter &filter)
+void addWhere(const QJsonObject &where, const SqlDialect &dialect, SqlFilter &filter)
 {
     for (auto it = where.begin(); it != where.end(); ++it) {
         const DocumentField *const field = findAskedField(it.key());
@@ -163,7 +179,7 @@ void addWhere(const QJsonObject &where, SqlFilter &filter)
             throw ServiceError(Refusal::Invalid,
                                QStringLiteral("The field %1 is unknown.").arg(it.key().left(60)));
         if (it.value().isObject())
-            addOperators(*field, it.value().toObject(), filter);
+            addOperators(*field, it.value().toObject(), dialect, filter);
         else
             addComparison(*field, Comparisons.front(), it.value(), filter);
     }
@@ -187,7 +203,11 @@ QString orderClause(const QString &order)
         if (columns.contains(field->sqlName()))
             continue; // has no effect, and SQLite allows only 2,000 terms
         columns.append(field->sqlName());
-        terms.append(field->sqlName() + direction);
+        // Databases differ in where they put null.
+        const bool isNullable = field->kind == Kind::Id;
+        const QString nulls =
+            isDescending ? QStringLiteral(" NULLS LAST") : QStringLiteral(" NULLS FIRST");
+        terms.append(field->sqlName() + direction + (isNullable ? nulls : QString()));
     }
     const QString id = QStringLiteral("d.id");
     if (!columns.contains(id))

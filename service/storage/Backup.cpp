@@ -53,6 +53,11 @@ Backup::Result Backup::write(Database &database, const DataFolder &folder, const
 {
     if (QFileInfo(folder.path()) == QFileInfo(target.path()))
         refuse(QStringLiteral("A backup belongs into another folder."));
+    if (database.dialect().isShared()) {
+        refuse(
+            QStringLiteral("The records are in %1: save them with pg_dump, and then the folder %2.")
+                .arg(database.dialect().name(), folder.contents()));
+    }
     target.make();
     const auto lock = lockOf(target);
     ContentStore copies(target, 0);

@@ -1,5 +1,6 @@
 #include <service/storage/ContentStore.h>
 
+#include <QDateTime>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QUuid>
@@ -50,11 +51,15 @@ ContentStore::ContentStore(const DataFolder &folder, qint64 quotaBytes)
     : m_folder(folder), m_quotaBytes(quotaBytes)
 {}
 
-void ContentStore::open()
+void ContentStore::open(bool isShared)
 {
+    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
     QDirIterator leftOver(m_folder.temporary(), QDir::Files);
-    while (leftOver.hasNext())
-        QFile::remove(leftOver.next());
+    while (leftOver.hasNext()) {
+        leftOver.next();
+        if (!isShared || leftOver.fileInfo().lastModified() < yesterday)
+            QFile::remove(leftOver.filePath());
+    }
     if (m_quotaBytes == 0)
         return;
     qint64 used = 0;

@@ -48,8 +48,9 @@ public:
     //! \param quotaBytes how many bytes all contents may take; 0 for no limit
     ContentStore(const DataFolder &folder, qint64 quotaBytes);
 
-    //! Removes files that a crash has left in the temporary folder.
-    void open();
+    //! Removes files that a crash has left in the temporary folder; if \a isShared, only those older than a day, because another
+    //! process may be writing there.
+    void open(bool isShared = false);
 
     const DataFolder &folder() const { return m_folder; }
 

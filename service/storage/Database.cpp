@@ -1,34 +1,20 @@
 #include <service/storage/Database.h>
 
-#include <service/storage/DataFolder.h>
 #include <service/storage/FileSync.h>
-#include <service/storage/RegexFunction.h>
 #include <service/storage/Statement.h>
 
 #include <QCache>
-#include <QFile>
 #include <QSqlDatabase>
-#include <QSqlDriver>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QUuid>
 
-#include <cerrno>
 #include <map>
 #include <memory>
-#include <sqlite3.h>
-
-// The resources of a static library must be registered; the macro needs the global scope.
-static void initMigrations()
-{
-    Q_INIT_RESOURCE(migrations);
-}
 
 namespace service {
 
 namespace {
 
-constexpr int NewestSchema = 2;
 constexpr int KeptStatements = 64; // for each connection
 constexpr int LongestKeptStatement = 4000; // characters
 
@@ -49,6 +35,7 @@ struct ThreadConnection
 
     const QString name;
     QCache<QString, QSqlQuery> statements{KeptStatements};
+    bool isInTransaction = false;
 };
 
 //! The connections of a thread, by instance. Closes them when the thread ends.
@@ -83,69 +70,11 @@ ThreadConnections &threadConnections()
     return connections;
 }
 
-void configure(QSqlDatabase &connection, int busyTimeoutMs)
-{
-    auto *handle = *static_cast<sqlite3 **>(connection.driver()->handle().data());
-    // synchronous=FULL: acknowledged changes survive a power failure, not only a crash of the process.
-    const char *const settings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
-                                 "PRAGMA foreign_keys=ON; PRAGMA temp_store=MEMORY;"
-                                 "PRAGMA cache_size=-4000; PRAGMA mmap_size=268435456;";
-    sqlite3_busy_timeout(handle, busyTimeoutMs);
-    if (sqlite3_exec(handle, settings, nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw DatabaseError(QString::fromUtf8(sqlite3_errmsg(handle)), sqlite3_errcode(handle));
-    registerRegexFunction(handle);
-}
-
-void executeScript(QSqlDatabase &connection, const QString &fileName)
-{
-    QFile script(fileName);
-    if (!script.open(QIODevice::ReadOnly))
-        throw DatabaseError(QStringLiteral("migration %1 is missing").arg(fileName), SQLITE_ERROR);
-    auto *handle = *static_cast<sqlite3 **>(connection.driver()->handle().data());
-    if (sqlite3_exec(handle, script.readAll().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw DatabaseError(QString::fromUtf8(sqlite3_errmsg(handle)), sqlite3_errcode(handle));
-}
-
 } // namespace
 
-DatabaseError::DatabaseError(const QString &message, int sqliteCode, int systemError)
-    : std::runtime_error(message.toStdString()), m_sqliteCode(sqliteCode),
-      m_systemError(systemError)
-{}
-
-DatabaseError::DatabaseError(const QSqlQuery &query)
-    : DatabaseError(query.lastError().text(), query.lastError().nativeErrorCode().toInt(),
-                    sqlite3_system_errno(*static_cast<sqlite3 **>(query.driver()->handle().data())))
-{}
-
-bool DatabaseError::isFull() const
-{
-    const int code = m_sqliteCode & 0xff;
-    // SQLite itself reports only ENOSPC as full.
-    return code == SQLITE_FULL
-        || (code == SQLITE_IOERR && (m_systemError == EDQUOT || m_systemError == EFBIG));
-}
-
-bool DatabaseError::isReadOnly() const
-{
-    const int code = m_sqliteCode & 0xff;
-    return code == SQLITE_READONLY
-        || ((code == SQLITE_IOERR || code == SQLITE_CANTOPEN) && m_systemError == EROFS);
-}
-
-bool DatabaseError::isBusy() const
-{
-    return (m_sqliteCode & 0xff) == SQLITE_BUSY;
-}
-
-bool DatabaseError::isDamage() const
-{
-    const int code = m_sqliteCode & 0xff;
-    return code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
-}
-
-Database::Database(const DataFolder &folder, int busyTimeoutMs)
-    : m_folder(folder), m_busyTimeoutMs(busyTimeoutMs), m_instance(QUuid::createUuid().toString())
+Database::Database(const DataFolder &folder, const QString &address, int busyTimeoutMs)
+    : m_dialect(SqlDialect::of(address, folder, busyTimeoutMs)),
+      m_instance(QUuid::createUuid().toString())
 {}
 
 Database::~Database()
@@ -161,21 +90,16 @@ void Database::close()
 
 void Database::open()
 {
-    initMigrations();
-    requireSound();
+    m_dialect->requireSound(*this);
     migrate();
-    // Reads the planner's statistics, which did not exist when the connection was opened. Opening another connection instead
-    // would make SQLite empty and restart its log, and wait for the disk four times.
-    execute(*this, QStringLiteral("ANALYZE sqlite_master"));
+    m_dialect->finishOpening(*this);
 }
 
 void Database::openBesideService()
 {
-    const int found = schema();
-    if (found != NewestSchema) {
+    if (m_dialect->schema(*this) != m_dialect->newestSchema()) {
         throw DatabaseError(QStringLiteral("the service that is running on %1 has another version")
-                                .arg(m_folder.path()),
-                            SQLITE_ERROR);
+                                .arg(m_dialect->name()));
     }
 }
 
@@ -193,18 +117,14 @@ QSqlDatabase Database::connection()
         return QSqlDatabase::database(known->name, false);
 
     const QString name = QUuid::createUuid().toString();
-    {
-        QSqlDatabase fresh = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        fresh.setDatabaseName(m_folder.records());
-        if (fresh.open()) {
-            configure(fresh, m_busyTimeoutMs);
-            threadConnections().insert(m_instance, name);
-            return fresh;
-        }
+    try {
+        m_dialect->connect(name);
+    } catch (...) {
+        QSqlDatabase::removeDatabase(name);
+        throw;
     }
-    QSqlDatabase::removeDatabase(name);
-    throw DatabaseError(QStringLiteral("The database %1 cannot be opened").arg(m_folder.records()),
-                        SQLITE_CANTOPEN);
+    threadConnections().insert(m_instance, name);
+    return QSqlDatabase::database(name, false);
 }
 
 QSqlQuery Database::prepared(const QString &sql)
@@ -215,9 +135,10 @@ QSqlQuery Database::prepared(const QString &sql)
     if (kept)
         return *kept;
     QSqlQuery query(link);
-    query.setForwardOnly(true);
+    // A forward-only query of QPSQL loses its rows when another one runs.
+    query.setForwardOnly(!m_dialect->isShared());
     if (!query.prepare(sql))
-        throw DatabaseError(query);
+        throw m_dialect->error(query);
     return query;
 }
 
@@ -230,76 +151,40 @@ void Database::keep(const QString &sql, QSqlQuery &query)
         known->statements.insert(sql, new QSqlQuery(query));
 }
 
-int Database::schema()
+bool Database::reconnect()
 {
-    Statement current(*this, QStringLiteral("PRAGMA user_version"));
-    current.next();
-    return static_cast<int>(current.number(0));
+    const ThreadConnection *const known = threadConnections().find(m_instance);
+    if (known && known->isInTransaction)
+        return false;
+    close();
+    return true;
 }
 
-void Database::requireSound()
+void Database::setInTransaction(bool isInTransaction)
 {
-    QString damage;
-    try {
-        Statement check(*this, QStringLiteral("PRAGMA quick_check(1)"));
-        damage = check.next() ? check.text(0) : QString();
-    } catch (const DatabaseError &error) {
-        if (!error.isDamage())
-            throw;
-        damage = QString::fromUtf8(error.what());
-    }
-    if (damage != QLatin1String("ok")) {
-        throw DatabaseError(
-            QStringLiteral("%1 is damaged (%2); move it away and bring a backup with "
-                           "\"vell-service restore\"")
-                .arg(m_folder.records(), damage),
-            SQLITE_CORRUPT);
-    }
+    connection();
+    threadConnections().find(m_instance)->isInTransaction = isInTransaction;
 }
 
 void Database::migrate()
 {
-    const bool isNew = schema() == 0;
+    const int newest = m_dialect->newestSchema();
+    const bool isNew = m_dialect->schema(*this) == 0;
     for (;;) {
-        const int version = schema();
-        if (version > NewestSchema) {
+        const int version = m_dialect->schema(*this);
+        if (version > newest) {
             throw DatabaseError(
                 QStringLiteral("%1 was written by a newer version (schema %2, known is %3)")
-                    .arg(m_folder.records())
+                    .arg(m_dialect->name())
                     .arg(version)
-                    .arg(NewestSchema),
-                SQLITE_ERROR);
+                    .arg(newest));
         }
-        if (version == NewestSchema)
+        if (version == newest)
             return;
         if (!isNew)
-            copyTo(m_folder.recordsBefore(version + 1));
-        migrateTo(version + 1);
+            m_dialect->copyBefore(*this, version + 1);
+        m_dialect->migrateTo(*this, version + 1);
     }
-}
-
-void Database::migrateTo(int version)
-{
-    QSqlDatabase link = connection();
-    // Rebuilding a table would otherwise delete the rows that refer to it. Has no effect inside a transaction.
-    execute(*this, QStringLiteral("PRAGMA foreign_keys = OFF"));
-    {
-        Transaction transaction(*this);
-        executeScript(
-            link, QStringLiteral(":/vell-service/%1.sql").arg(version, 3, 10, QLatin1Char('0')));
-        Statement dangling(*this, QStringLiteral("PRAGMA foreign_key_check"));
-        if (dangling.next()) {
-            throw DatabaseError(
-                QStringLiteral("the migration to schema %1 breaks a reference of %2")
-                    .arg(version)
-                    .arg(dangling.text(0)),
-                SQLITE_CONSTRAINT);
-        }
-        dangling.finish();
-        execute(*this, QStringLiteral("PRAGMA user_version = %1").arg(version));
-        transaction.commit();
-    }
-    execute(*this, QStringLiteral("PRAGMA foreign_keys = ON"));
 }
 
 } // namespace service

@@ -111,9 +111,9 @@ void RawFile::truncate()
         throw StorageError(QStringLiteral("emptying %1").arg(m_path), errno);
 }
 
-bool RawFile::tryLock()
+bool RawFile::tryLock(Lock lock)
 {
-    if (::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0)
+    if (::flock(m_descriptor, (lock == Lock::Shared ? LOCK_SH : LOCK_EX) | LOCK_NB) == 0)
         return true;
     if (errno != EWOULDBLOCK)
         throw StorageError(QStringLiteral("locking %1").arg(m_path), errno);

@@ -38,8 +38,9 @@ public:
     void truncate(); //!< to 0 bytes
     void sync(); //!< returns when the content has been written to the disk
 
-    //! Locks the file. \return false if another object, in this or another process, has the lock
-    bool tryLock();
+    enum class Lock { Exclusive, Shared };
+    //! Locks the file. \return false if another object, in this or another process, has a lock that excludes this one
+    bool tryLock(Lock lock = Lock::Exclusive);
     //! Waits for the lock of the byte at \a offset, which need not exist.
     void lockByte(qint64 offset);
 

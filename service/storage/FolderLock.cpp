@@ -34,7 +34,9 @@ std::unique_ptr<FolderLock> FolderLock::take(const DataFolder &folder, Holder ho
         auto file = std::make_unique<RawFile>(folder.lock(), RawFile::Mode::ReadWrite);
         QElapsedTimer clock;
         clock.start();
-        while (!file->tryLock()) {
+        const bool isOneOfMany = holder == Holder::OneOfMany;
+        const auto lock = isOneOfMany ? RawFile::Lock::Shared : RawFile::Lock::Exclusive;
+        while (!file->tryLock(lock)) {
             if (!isHeldByCommand(folder) || clock.hasExpired(CommandWaitMs)) {
                 *error = QStringLiteral("Another service is using the data folder %1.")
                              .arg(folder.path());
@@ -43,7 +45,8 @@ std::unique_ptr<FolderLock> FolderLock::take(const DataFolder &folder, Holder ho
             QThread::msleep(RetryMs);
         }
         try {
-            file->truncate();
+            if (!isOneOfMany)
+                file->truncate();
             if (holder == Holder::Command)
                 file->writeAt(0, commandMark.constData(), commandMark.size());
         } catch (const StorageError &) {

@@ -18,6 +18,7 @@ class FolderLock
 public:
     enum class Holder {
         Service,
+        OneOfMany, //!< a service or a command that uses a shared database, beside others
         Command, //!< holds it for a short time: a starting service waits for it
     };
 

@@ -6,6 +6,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QUuid>
 
 namespace service {
 
@@ -58,7 +59,9 @@ void Generation::raise()
     execute(m_database, QStringLiteral("UPDATE store SET generation = generation + 1"));
     const Stamp own = ofDatabase(m_database);
     const QByteArray line = own.store.toLatin1() + ' ' + QByteArray::number(own.number) + '\n';
-    const QString fresh = m_folder.generation() + QStringLiteral(".new");
+    // Services on a shared database may start at the same time.
+    const QString fresh =
+        m_folder.generation() + QUuid::createUuid().toString(QUuid::WithoutBraces);
     {
         RawFile file(fresh, RawFile::Mode::ReadWrite);
         file.truncate();

@@ -1,18 +1,35 @@
 #include <service/storage/Statement.h>
 
+#include <QSqlDatabase>
 #include <QSqlError>
+
+#include <limits>
 
 namespace service {
 
 Statement::Statement(Database &database, const QString &sql, const QVariantList &values)
-    : m_database(database), m_sql(sql), m_query(database.prepared(sql))
+    : m_database(database), m_sql(sql)
 {
+    try {
+        execute(values);
+    } catch (const DatabaseError &error) {
+        // PostgreSQL has been started again since the last statement of this thread.
+        m_query = QSqlQuery(QSqlDatabase());
+        if (error.kind() != DatabaseError::Kind::Lost || !m_database.reconnect())
+            throw;
+        execute(values);
+    }
+}
+
+void Statement::execute(const QVariantList &values)
+{
+    m_query = m_database.prepared(m_sql);
     for (const QVariant &value : values) {
         const bool isNullText = value.type() == QVariant::String && value.isNull();
         m_query.addBindValue(isNullText ? QVariant(QStringLiteral("")) : value);
     }
     if (!m_query.exec())
-        throw DatabaseError(m_query);
+        throw m_database.dialect().error(m_query);
 }
 
 Statement::~Statement()
@@ -24,7 +41,7 @@ bool Statement::next()
 {
     const bool hasRow = m_query.next();
     if (!hasRow && m_query.lastError().isValid())
-        throw DatabaseError(m_query);
+        throw m_database.dialect().error(m_query);
     return hasRow;
 }
 
@@ -34,9 +51,17 @@ int execute(Database &database, const QString &sql, const QVariantList &values)
     return statement.changedRows();
 }
 
+void executeDirectly(Database &database, const QString &sql)
+{
+    QSqlQuery query(database.connection());
+    if (!query.exec(sql))
+        throw database.dialect().error(query);
+}
+
 Transaction::Transaction(Database &database) : m_database(database), m_locker(database.writeLock())
 {
-    execute(m_database, QStringLiteral("BEGIN IMMEDIATE"));
+    m_database.dialect().begin(m_database);
+    m_database.setInTransaction(true);
     m_isOpen = true;
 }
 
@@ -45,17 +70,31 @@ Transaction::~Transaction()
     if (!m_isOpen)
         return;
     try {
-        execute(m_database, QStringLiteral("ROLLBACK"));
+        m_database.dialect().rollBack(m_database);
     } catch (const std::exception &) {
-        // SQLite has already rolled back, for example because the disk is full.
+        // SQLite has already rolled back, for example because the disk is full, or the connection is lost.
         m_isOpen = false;
     }
+    m_database.setInTransaction(false);
 }
 
 void Transaction::commit()
 {
-    execute(m_database, QStringLiteral("COMMIT"));
+    try {
+        m_database.dialect().commit(m_database);
+    } catch (const DatabaseError &error) {
+        if (error.kind() != DatabaseError::Kind::Lost)
+            throw;
+        // Nobody knows whether it has been committed, so that "try again" would be wrong.
+        throw DatabaseError(QString::fromUtf8(error.what()));
+    }
+    m_database.setInTransaction(false);
     m_isOpen = false;
+}
+
+qint64 rowLimit(qint64 limit)
+{
+    return limit > 0 ? limit : std::numeric_limits<qint64>::max();
 }
 
 QString placeholders(int count)

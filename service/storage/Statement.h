@@ -30,6 +30,8 @@ public:
     bool isNull(int column) const { return m_query.isNull(column); }
 
 private:
+    void execute(const QVariantList &values);
+
     Database &m_database;
     const QString m_sql;
     QSqlQuery m_query;
@@ -38,9 +40,12 @@ private:
 //! Executes a statement that returns no rows. \return the number of changed rows
 int execute(Database &database, const QString &sql, const QVariantList &values = {});
 
+//! Executes statements that cannot be prepared, or several at once. \throws DatabaseError
+void executeDirectly(Database &database, const QString &sql);
+
 //! \brief A transaction, which the destructor rolls back unless commit() was called.
 //!
-//! Takes the write lock of SQLite at once (BEGIN IMMEDIATE), so that data cannot change between reading and writing. Waits for other
+//! Waits at once until it is the only one that changes something, so that data cannot change between reading and writing. Waits for other
 //! writers of this process instead of polling.
 class Transaction
 {
@@ -58,6 +63,9 @@ private:
     std::lock_guard<std::mutex> m_locker;
     bool m_isOpen = false;
 };
+
+//! Returns the value for LIMIT: all rows unless \a limit is positive.
+qint64 rowLimit(qint64 limit);
 
 //! Returns "?,?,?" for \a count values.
 QString placeholders(int count);

@@ -1,5 +1,7 @@
 #include <service/ServiceWorld.h>
 
+#include <support/TestDatabase.h>
+
 #include <QJsonDocument>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -16,6 +18,8 @@ QJsonValue idOrNull(const QString &id)
 //! The statement's first value; null text when it has failed.
 QVariant runOn(const QString &dataDir, const QString &statement, bool *isDone)
 {
+    if (TestDatabase::isPostgres())
+        return TestDatabase::run(dataDir, statement, isDone);
     const QString name = "ServiceWorld";
     QVariant result;
     {
@@ -38,6 +42,7 @@ QVariant runOn(const QString &dataDir, const QString &statement, bool *isDone)
 ServiceWorld::ServiceWorld(const ServiceOptions &options) : client(QString()), m_options(options)
 {
     m_options.dataDir = folder.path() + "/data";
+    m_options.database = TestDatabase::addressFor(m_options.dataDir);
     isStarted = restart();
 }
 

@@ -44,7 +44,7 @@ void TestServiceContract::initTestCase()
             m_written.append(method.captured(1).toUpper() + QLatin1Char(' ') + path);
     }
     const QTemporaryDir folder;
-    ServiceContext context(folder.path(), 0, 0);
+    ServiceContext context(folder.path(), {}, 0, 0);
     const Dispatcher dispatcher(context);
     for (const Router::Route &route : dispatcher.router().routes()) {
         const QString tail = QLatin1Char(' ') + route.segments.join(QLatin1Char('/'));

@@ -1,5 +1,7 @@
 #include <service/ServiceWorld.h>
 
+#include <support/TestDatabase.h>
+
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -319,8 +321,11 @@ void TestServiceQuery::anExpressionWithoutEndIsRefusedSoon()
         const HttpAnswer answer =
             world.client.get(ServiceWorld::projectPath("documents"),
                              {{"where", QString::fromUtf8(QJsonDocument(condition).toJson())}});
-        QCOMPARE(answer.status, 400);
-        QVERIFY2(answer.errorText().contains("too long"), qUtf8Printable(answer.errorText()));
+        // PostgreSQL evaluates the first pattern without backtracking, and rejects the beginning of the second one.
+        if (!TestDatabase::isPostgres()) {
+            QCOMPARE(answer.status, 400);
+            QVERIFY2(answer.errorText().contains("too long"), qUtf8Printable(answer.errorText()));
+        }
         QVERIFY(clock.elapsed() < 5000);
     }
 }

@@ -1,5 +1,7 @@
 #include "ServiceProcess.h"
 
+#include "TestDatabase.h"
+
 #include <QUrl>
 
 namespace {
@@ -27,7 +29,10 @@ ServiceProcess::~ServiceProcess()
 bool ServiceProcess::start(const QStringList &arguments)
 {
     const QStringList fixed{"--data", m_dataDir, "--listen", QString("127.0.0.1:%1").arg(m_port)};
-    m_process.start(QStringLiteral(VELL_SERVICE_PROGRAM), fixed + arguments);
+    const QString database = TestDatabase::addressFor(m_dataDir);
+    const QStringList records =
+        database.isEmpty() ? QStringList() : QStringList{"--database", database};
+    m_process.start(QStringLiteral(VELL_SERVICE_PROGRAM), fixed + records + arguments);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(WaitMs)) {
             qWarning("vell-service does not start: %s", qPrintable(m_process.errorString()));

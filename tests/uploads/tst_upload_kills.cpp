@@ -1,5 +1,7 @@
 #include "ProxyWorld.h"
 
+#include <support/TestDatabase.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -205,6 +207,10 @@ bool TestUploadKills::runSql(const QString &statement) const
 {
     const QString name = "TestUploadKills";
     bool isDone = false;
+    if (TestDatabase::isPostgres()) {
+        TestDatabase::run(m_world->service.dataDir(), statement, &isDone);
+        return isDone;
+    }
     {
         QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", name);
         database.setDatabaseName(m_world->service.dataDir() + "/records.sqlite");

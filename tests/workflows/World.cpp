@@ -9,6 +9,8 @@
 #include <VellNetwork/VellBaseApi.h>
 #include <VellSoftBase/VellSoftCache.h>
 
+#include <support/TestDatabase.h>
+
 #include <QEventLoop>
 #include <QFile>
 
@@ -18,6 +20,7 @@ ServiceOptions optionsIn(const QTemporaryDir &folder)
 {
     ServiceOptions options;
     options.dataDir = folder.filePath("data");
+    options.database = TestDatabase::addressFor(options.dataDir);
     return options;
 }
 

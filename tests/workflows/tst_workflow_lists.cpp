@@ -4,6 +4,8 @@
 
 #include <VellSoftBase/VellSoftCache.h>
 
+#include <support/TestDatabase.h>
+
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
@@ -187,7 +189,8 @@ void TestWorkflowLists::aPatternThatRunsForEverIsRefused()
     VellDocumentConditon condition;
     condition.searchName = "^(a+)+$";
     QCOMPARE(world.names(condition), QStringList());
-    QCOMPARE(world.lastFailure.httpStatus, 400);
+    // PostgreSQL evaluates this pattern without backtracking.
+    QCOMPARE(world.lastFailure.httpStatus, TestDatabase::isPostgres() ? 0 : 400);
     condition.searchName = "(";
     world.lastFailure = NetworkFailure();
     QCOMPARE(world.names(condition), QStringList());

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <service/storage/dialect/SqlDialect.h>
+
+namespace service {
+
+//! \brief SQLite, in a file of the data folder that one service uses at a time.
+//!
+//! Readers never wait for writers (WAL); writers queue up. What is committed is on the disk.
+class SqliteDialect : public SqlDialect
+{
+public:
+    SqliteDialect(const DataFolder &folder, int busyTimeoutMs);
+
+    QString name() const override;
+    bool isShared() const override { return false; }
+    void connect(const QString &connectionName) const override;
+    DatabaseError error(const QSqlQuery &query) const override;
+    void begin(Database &database) const override;
+    void commit(Database &database) const override;
+    void rollBack(Database &database) const override;
+    void requireSound(Database &database) const override;
+    int schema(Database &database) const override;
+    void copyBefore(Database &database, int version) const override;
+    void migrateTo(Database &database, int version) const override;
+    void finishOpening(Database &database) const override;
+    int newestSchema() const override { return 2; }
+    QString rowKey() const override { return QStringLiteral("rowid"); }
+    bool keepsOrderOfParts() const override { return true; }
+    QString jsonOfPairs(const QString &first, const QString &second) const override;
+    QString matches(const QString &column) const override;
+    QVariantList patternValues(const QString &pattern, const QString &options) const override;
+
+private:
+    const DataFolder &m_folder;
+    const int m_busyTimeoutMs;
+};
+
+} // namespace service
