@@ -111,6 +111,8 @@ public:
     //! replaced. VellOperation::progressed() tells the bytes. Fails with VellError::Kind::TooLarge, before anything is fetched, if the
     //! service announces more than \a mostBytes; 0 for no limit.
     VellResult<QString> *content(const QString &fileId, const QString &path, qint64 mostBytes = 0);
+    //! The MD5 of the content \a fileId in hexadecimal digits, as the service tells it; empty if it does not.
+    VellResult<QString> *contentMd5(const QString &fileId);
     VellResult<QString> *password(const QString &id);
     VellResult<bool> *isFavorite(const QString &id);
     VellResult<bool> *may(VellRight right, const QString &id, const QString &category);
@@ -125,6 +127,10 @@ public:
     //! \{
     VellResult<VellDocument> *createFolder(const QString &parentId, const QString &name,
                                            const QString &category = {});
+    //! Makes a new document \a name in the folder \a folderId with the content, the category and the remark of the file \a document. Nothing
+    //! is transferred. The history does not go with it.
+    VellResult<VellDocument> *copy(const VellDocument &document, const QString &folderId,
+                                   const QString &name);
     VellResult<VellDocument> *rename(const QString &id, const QString &name);
     VellResult<VellBulkResult> *move(const QStringList &ids, const QString &folderId);
     //! Into the recycle bin.
