@@ -43,8 +43,12 @@ QStringList Context::arguments(int least, int most) const
 {
     QStringList all = arguments();
     if (all.size() < least) {
-        const QList<UsageWord> words = usageWords(m_command);
-        const QString missing = words.value(qMin(all.size(), words.size() - 1)).name;
+        // A word such as "up" stands before the arguments of its form.
+        const bool hasAction = !m_command.actions.isEmpty() && !all.isEmpty();
+        const QList<UsageWord> words =
+            usageWords(m_command, hasAction ? all.constFirst() : QString());
+        const int position = all.size() - (hasAction ? 1 : 0);
+        const QString missing = words.value(qMin(position, words.size() - 1)).name;
         throw Failure(ExitUsage, Text::tr("%1 is missing: %2.").arg(missing, usageLine(m_command)));
     }
     if (most > 0 && all.size() > most)

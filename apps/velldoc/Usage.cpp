@@ -33,11 +33,18 @@ int distance(const QString &a, const QString &b)
 
 } // namespace
 
-QList<UsageWord> usageWords(const Command &command)
+QList<UsageWord> usageWords(const Command &command, const QString &action)
 {
     static const QRegularExpression argument(QStringLiteral("(?<![-\\w])([A-Z]{2,})(\\.\\.\\.)?"));
     static const QRegularExpression option(QStringLiteral("\\[?--[a-z-]+ [A-Z:]+\\]?"));
-    QString text = QString::fromLatin1(command.arguments).section(QStringLiteral(" | "), 0, 0);
+    static const QRegularExpression outer(QStringLiteral("^\\[|\\]$"));
+    const QStringList forms = QString::fromLatin1(command.arguments).split(QStringLiteral(" | "));
+    QString text = forms.constFirst();
+    for (const QString &form : forms) {
+        const QString plain = QString(form).remove(outer);
+        if (!action.isEmpty() && plain.section(QLatin1Char(' '), 0, 0) == action)
+            text = plain;
+    }
     text.remove(option);
     QList<UsageWord> words;
     for (auto it = argument.globalMatch(text); it.hasNext();) {

@@ -14,8 +14,9 @@ struct UsageWord
     bool isRepeated = false;
 };
 
-//! The arguments of \a command in their order, without options; those of the first of several forms.
-QList<UsageWord> usageWords(const Command &command);
+//! The arguments of \a command in their order, without options; those of the first of several forms, or of the one that begins with
+//! the word \a action, behind it.
+QList<UsageWord> usageWords(const Command &command, const QString &action = {});
 
 //! The line that shows how \a command is written.
 QString usageLine(const Command &command);

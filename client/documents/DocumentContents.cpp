@@ -122,9 +122,10 @@ VellResult<QString> *VellDocuments::contentMd5(const QString &fileId)
             const auto hasHead = [&reply] {
                 const int status =
                     reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-                return status / 100 == 2; // a refusal is awaited, for its words
+                return status / 100 == 2;
             };
             QObject::connect(reply.get(), &QNetworkReply::metaDataChanged, &loop, [&] {
+                reply->setReadBufferSize(0); // the words of a refusal are awaited
                 if (hasHead())
                     loop.quit();
             });

@@ -85,6 +85,12 @@ void TestVelldocCompletion::wordsAreCompleted_data()
                                  << QStringList{QStringLiteral("gone")};
     QTest::newRow("directions") << VelldocWorld::words("sync d")
                                 << QStringList{QStringLiteral("down")};
+    QTest::newRow("path behind a direction")
+        << VelldocWorld::words("sync down /D") << QStringList{QStringLiteral("/Drawings/")};
+    QTest::newRow("path behind an action")
+        << VelldocWorld::words("fav add /D") << QStringList{QStringLiteral("/Drawings/")};
+    QTest::newRow("setting") << VelldocWorld::words("config set proj")
+                             << QStringList{QStringLiteral("project")};
     QTest::newRow("shells") << VelldocWorld::words("completion z")
                             << QStringList{QStringLiteral("zsh")};
     QTest::newRow("no paths for a number") << VelldocWorld::words("ls --limit /D") << QStringList();

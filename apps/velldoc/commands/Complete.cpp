@@ -149,15 +149,18 @@ QList<Offer> remoteOffers(Context &context, const QString &start)
 QList<Offer> argumentOffers(Context &context, const Line &line)
 {
     const Command &command = *line.command;
-    const int position = line.arguments.size();
+    int position = line.arguments.size();
     if (&command == &helpCommand())
         return position == 0 ? commandOffers() : QList<Offer>();
-    if (&command == &trashCommand() && position > 0)
+    if (position == 0 && !command.actions.isEmpty())
+        return wordOffers(command.actions);
+    if (&command == &trashCommand())
         return wordOffers(namesInBin(context));
+    const bool hasAction = !command.actions.isEmpty();
+    const QList<UsageWord> words =
+        usageWords(command, hasAction ? line.arguments.constFirst() : QString());
+    position -= hasAction ? 1 : 0;
     QList<Offer> offers;
-    if (position == 0)
-        offers += wordOffers(command.actions);
-    const QList<UsageWord> words = usageWords(command);
     for (int i = 0; i < words.size(); ++i) {
         // What is repeated can go on, or be followed by the next one.
         const bool isHere = i == position || (i < position && words.at(i).isRepeated)

@@ -13,7 +13,7 @@ _velldoc() {
             *) plain+=("$line") ;;
         esac
     done
-    (( $#explained )) && _describe -o 'velldoc' explained
+    (( $#explained )) && _describe 'velldoc' explained
     (( $#plain )) && compadd -- "${plain[@]}"
     # A folder is not the end of a path.
     (( $#folders )) && compadd -S '' -- "${folders[@]}"
