@@ -159,6 +159,12 @@ int runCommandLine(const QStringList &arguments)
     Output output;
     output.setFormat(formatOf(arguments));
     const int position = commandPosition(arguments);
+    // Bytes that are no UTF-8 have become this character; as a name it would be another one.
+    if (arguments.join(QLatin1Char(' ')).contains(QChar(QChar::ReplacementCharacter)))
+        return fail(output,
+                    {ExitUsage,
+                     Text::tr("An argument is not UTF-8 text: name a document by its identifier "
+                              "(id:...), and rename a local file.")});
     if (position < 0)
         return runProgram(arguments, output);
     const QString &name = arguments.at(position);

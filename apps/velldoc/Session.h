@@ -78,6 +78,7 @@ public:
 private:
     void wait(QEventLoop &loop);
     void loadNames();
+    QString missingAdvice() const;
 
     const Settings m_settings;
     QString m_address; // as it was given

@@ -1980,5 +1980,13 @@
         <source>Files of at least (+10M), at most (-10K) or exactly this size; may be repeated.</source>
         <translation>至少（+10M）、至多（-10K）或正好此大小的文件；可重复使用。</translation>
     </message>
+    <message>
+        <source>&quot;velldoc projects&quot; lists yours.</source>
+        <translation>“velldoc projects”列出您的项目。</translation>
+    </message>
+    <message>
+        <source>An argument is not UTF-8 text: name a document by its identifier (id:...), and rename a local file.</source>
+        <translation>有参数不是 UTF-8 文本：请以标识（id:...）指定文档，并重命名本地文件。</translation>
+    </message>
 </context>
 </TS>
