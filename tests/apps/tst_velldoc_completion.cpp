@@ -163,7 +163,8 @@ void TestVelldocCompletion::zshCompletes_data()
 {
     QTest::addColumn<QByteArray>("typed");
     QTest::newRow("path") << QByteArray("velldoc ls /Lev\t");
-    QTest::newRow("command and path") << QByteArray("velldoc tre\t /Lev\t");
+    QTest::newRow("command and path") << QByteArray("velldoc t"
+                                                    "re\t /Lev\t");
     QTest::newRow("option") << QByteArray("velldoc ls --recurs\t /Lev\t");
 }
 

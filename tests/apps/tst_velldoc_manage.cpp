@@ -326,8 +326,8 @@ void TestVelldocManage::unknownProjectIsNoted()
 #ifndef Q_OS_WIN // where no service is inside
     VelldocWorld world;
     world.runBare(VelldocWorld::words("mkdir /a"));
-    const VelldocRun run = world.runBare(VelldocWorld::words("ls --project defualt"));
-    QVERIFY2(run.error.contains(QLatin1String("There is no project \"defualt\" yet")),
+    const VelldocRun run = world.runBare(VelldocWorld::words("ls --project another"));
+    QVERIFY2(run.error.contains(QLatin1String("There is no project \"another\" yet")),
              qPrintable(run.error));
     QVERIFY(!world.runBare(VelldocWorld::words("ls")).error.contains(QLatin1String("project")));
 #endif
