@@ -11,6 +11,8 @@ struct CommandOption
     const char *names; //!< "l,long": without dashes, the short one first
     const char *valueName; //!< null for a flag
     const char *help; //!< translated when it is shown
+    const char *words =
+        nullptr; //!< the values that it can have, separated by blanks, if these are known
 };
 
 struct CommandExample
@@ -32,6 +34,7 @@ struct Command
     QVector<CommandExample> examples;
     void (*run)(Context &context); //!< throws Failure
     QVector<const char *> actions = {}; //!< words that can stand behind the name, for completion
+    QVector<const char *> words = {}; //!< what an argument can be that is no path, for completion
 };
 
 } // namespace velldoc

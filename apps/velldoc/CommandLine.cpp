@@ -4,21 +4,17 @@
 #include <velldoc/GlobalOptions.h>
 #include <velldoc/Help.h>
 #include <velldoc/Text.h>
+#include <velldoc/Usage.h>
 #include <velldoc/commands/Commands.h>
+#include <velldoc/output/Log.h>
+
+#include <VellNetwork/NetworkSettings.h>
+
+#include <QRegularExpression>
 
 namespace velldoc {
 
 namespace {
-
-bool takesValue(const QString &argument)
-{
-    for (const CommandOption &option : globalOptions()) {
-        if (option.valueName != nullptr
-            && argument == QLatin1String("--") + QString::fromLatin1(option.names))
-            return true;
-    }
-    return false;
-}
 
 //! Where the command stands: the first argument that is neither a global option nor its value.
 int commandPosition(const QStringList &arguments)
@@ -26,17 +22,29 @@ int commandPosition(const QStringList &arguments)
     for (int i = 0; i < arguments.size(); ++i) {
         if (!arguments.at(i).startsWith(QLatin1Char('-')))
             return i;
-        if (takesValue(arguments.at(i)))
+        if (takesValue(globalOptions(), arguments.at(i)))
             ++i;
     }
     return -1;
 }
 
-//! Known before the line is understood, so that an error in it is JSON, too.
-bool asksForJson(const QStringList &arguments)
+//! How the result is to be printed. Known before the line is understood, so that an error in it is JSON, too.
+Output::Format formatOf(const QStringList &arguments)
 {
-    const int end = arguments.indexOf(QStringLiteral("--"));
-    return arguments.mid(0, end).contains(QStringLiteral("--json"));
+    const QStringList options = arguments.mid(0, arguments.indexOf(QStringLiteral("--")));
+    const int position = options.indexOf(QStringLiteral("--output"));
+    const QStringList joined = options.filter(QRegularExpression(QStringLiteral("^--output=")));
+    QString word = position < 0 ? QString() : options.value(position + 1);
+    if (!joined.isEmpty())
+        word = joined.constLast().section(QLatin1Char('='), 1);
+    if (word == QLatin1String("csv"))
+        return Output::Format::Csv;
+    if (word == QLatin1String("tsv"))
+        return Output::Format::Tsv;
+    if (word == QLatin1String("table"))
+        return Output::Format::Table;
+    const bool isJson = word == QLatin1String("json") || options.contains(QStringLiteral("--json"));
+    return isJson ? Output::Format::Json : Output::Format::Text;
 }
 
 int fail(Output &output, const Failure &failure)
@@ -55,8 +63,9 @@ int succeed(Output &output)
 }
 
 //! Why \a parser could not read \a arguments.
-Failure unreadable(const QCommandLineParser &parser, const QStringList &arguments,
-                   const QString &help)
+//! \param options that it knows
+Failure unreadable(const QCommandLineParser &parser, const QVector<CommandOption> &options,
+                   const QStringList &arguments, const QString &help)
 {
     QString sentence = Text::tr("An option has a value, but takes none.");
     const QStringList unknown = parser.unknownOptionNames();
@@ -64,6 +73,10 @@ Failure unreadable(const QCommandLineParser &parser, const QStringList &argument
         const QString &name = unknown.constFirst();
         sentence = Text::tr("There is no option %1; names that begin with a dash go behind a --.")
                        .arg(QLatin1String(name.size() == 1 ? "-" : "--") + name);
+        const QString like = mostAlike(name, optionWords(options));
+        if (!like.isEmpty())
+            sentence +=
+                QLatin1Char(' ') + Text::tr("Did you mean %1?").arg(QLatin1String("--") + like);
     } else if (!arguments.constLast().contains(QLatin1Char('='))) {
         sentence = Text::tr("The option %1 needs a value.").arg(arguments.constLast());
     }
@@ -78,7 +91,8 @@ int runProgram(const QStringList &arguments, Output &output)
     const QString version = QStringLiteral("version");
     parser.addOption(QCommandLineOption(version));
     if (!parser.parse(QStringList{QStringLiteral("velldoc")} + arguments))
-        return fail(output, unreadable(parser, arguments, QStringLiteral("velldoc help")));
+        return fail(output,
+                    unreadable(parser, globalOptions(), arguments, QStringLiteral("velldoc help")));
     if (parser.isSet(version)) {
         output.setCommand(version);
         showVersion(output);
@@ -89,6 +103,15 @@ int runProgram(const QStringList &arguments, Output &output)
     return succeed(output);
 }
 
+QString suggestion(const QString &name)
+{
+    QStringList names;
+    for (const Command *const command : allCommands())
+        names.append(QString::fromLatin1(command->name));
+    const QString like = mostAlike(name, names);
+    return like.isEmpty() ? QString() : QLatin1Char(' ') + Text::tr("Did you mean %1?").arg(like);
+}
+
 QString helpLine(const Command &command)
 {
     const QString help = QStringLiteral("velldoc help");
@@ -96,11 +119,30 @@ QString helpLine(const Command &command)
                                       : help + QLatin1Char(' ') + QString::fromLatin1(command.name);
 }
 
+//! What concerns the process as a whole.
+void applyOptions(const Context &context)
+{
+    context.word("output");
+    context.out.setNulEnds(context.isSet("null"));
+    if (context.isSet("columns"))
+        context.out.setColumns(
+            context.value("columns").split(QLatin1Char(','), Qt::SkipEmptyParts));
+    constexpr int MsPerSecond = 1000;
+    if (context.isSet("timeout")) {
+        NetworkSettings::instance().setStallTimeout(
+            std::chrono::milliseconds(qint64(context.number("timeout", 0)) * MsPerSecond));
+    }
+    startLog(context.value("log-file"), context.verbosity() > 1);
+}
+
 int runCommand(const Command &command, const QCommandLineParser &parser, Output &output)
 {
     try {
-        Context context(parser, settingsOf(parser), output);
+        Context context(command, parser, settingsOf(parser), output);
+        applyOptions(context);
         command.run(context);
+        if (context.isDryRun())
+            output.note(Text::tr("Nothing was changed: this was a dry run."));
     } catch (const Failure &failure) {
         if (failure.code() != ExitUsage)
             return fail(output, failure);
@@ -115,18 +157,24 @@ int runCommand(const Command &command, const QCommandLineParser &parser, Output 
 int runCommandLine(const QStringList &arguments)
 {
     Output output;
-    output.setJson(asksForJson(arguments));
+    output.setFormat(formatOf(arguments));
     const int position = commandPosition(arguments);
+    // Bytes that are no UTF-8 have become this character; as a name it would be another one.
+    if (arguments.join(QLatin1Char(' ')).contains(QChar(QChar::ReplacementCharacter)))
+        return fail(output,
+                    {ExitUsage,
+                     Text::tr("An argument is not UTF-8 text: name a document by its identifier "
+                              "(id:...), and rename a local file.")});
     if (position < 0)
         return runProgram(arguments, output);
     const QString &name = arguments.at(position);
     const Command *const command = findCommand(name);
     output.setCommand(name);
     if (command == nullptr) {
-        return fail(
-            output,
-            Failure(ExitUsage,
-                    Text::tr("There is no command \"%1\": see \"velldoc help\".").arg(name)));
+        return fail(output,
+                    Failure(ExitUsage,
+                            Text::tr("There is no command \"%1\": see \"velldoc help\".").arg(name)
+                                + suggestion(name)));
     }
     QCommandLineParser parser;
     addOptions(parser, globalOptions());
@@ -134,7 +182,9 @@ int runCommandLine(const QStringList &arguments)
     QStringList rest = arguments;
     rest.removeAt(position);
     if (!parser.parse(QStringList{QStringLiteral("velldoc")} + rest))
-        return fail(output, unreadable(parser, rest, helpLine(*command)));
+        return fail(
+            output,
+            unreadable(parser, globalOptions() + command->options, rest, helpLine(*command)));
     if (parser.isSet(QStringLiteral("help"))) {
         output.setCommand(QStringLiteral("help"));
         showCommandHelp(*command, output);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <velldoc/Command.h>
 #include <velldoc/RemoteTree.h>
 #include <velldoc/Session.h>
 #include <velldoc/output/Output.h>
@@ -16,8 +17,9 @@ namespace velldoc {
 class Context
 {
 public:
-    Context(const QCommandLineParser &parser, const Settings &chosen, Output &output)
-        : out(output), settings(chosen), m_parser(parser)
+    Context(const Command &command, const QCommandLineParser &parser, const Settings &chosen,
+            Output &output)
+        : out(output), settings(chosen), m_command(command), m_parser(parser)
     {}
 
     Session &session();
@@ -38,10 +40,30 @@ public:
     //! The option's whole number, \a fallback without it. \throws Failure
     int number(const char *option, int fallback) const;
 
+    //! The number of --version, 0 without it. \throws Failure
+    int versionNumber() const;
+
+    //! The option's size or rate in bytes ("500K", "2M", "1.5G"), 0 without it. \throws Failure
+    qint64 bytes(const char *option) const;
+
+    //! The option's text, which must be one of the words of the command's table; empty without it. \throws Failure
+    QString word(const char *option) const;
+
+    //! How often -v was given.
+    int verbosity() const;
+
+    //! Whether nothing is to be changed.
+    bool isDryRun() const;
+    //! With --dry-run prints \a name, which would have been changed, and returns true.
+    bool leaves(const QString &name) const;
+
     Output &out;
     const Settings settings;
 
 private:
+    void noteNewProject() const;
+
+    const Command &m_command;
     const QCommandLineParser &m_parser;
     std::unique_ptr<Session> m_session;
     std::unique_ptr<RemoteTree> m_tree;

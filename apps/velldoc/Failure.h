@@ -14,8 +14,16 @@ enum ExitCode {
     ExitNotFound = 3,
     ExitNotAllowed = 4,
     ExitNoConnection = 5,
-    ExitInterrupted = 130, //!< Ctrl-C, as shells count it
+    ExitDifferent = 6, //!< what was compared is not equal
+    ExitHangUp = 129, //!< the terminal is gone (SIGHUP), as shells count it; so the next ones
+    ExitInterrupted = 130, //!< Ctrl-C (SIGINT)
+    ExitTerminated = 143, //!< SIGTERM
 };
+
+inline bool isInterruption(ExitCode code)
+{
+    return code == ExitInterrupted || code == ExitTerminated || code == ExitHangUp;
+}
 
 //! \brief Why a command cannot go on: one sentence for the user, and the exit code.
 //!

@@ -2,8 +2,9 @@
 
 #include <velldoc/Command.h>
 
+#include <QStringList>
+
 class QCommandLineParser;
-class QString;
 
 namespace velldoc {
 
@@ -12,9 +13,21 @@ struct Settings;
 //! The options that every command takes, before or behind its name.
 const QVector<CommandOption> &globalOptions();
 
+//! Whether \a argument is one of \a options, and what follows it is its value.
+bool takesValue(const QVector<CommandOption> &options, const QString &argument);
+
+//! The long names of \a options, without dashes.
+QStringList optionWords(const QVector<CommandOption> &options);
+
 void addOptions(QCommandLineParser &parser, const QVector<CommandOption> &options);
 
-//! The settings with what the command line says on top.
+//! --dry-run, for commands that change something.
+const CommandOption &dryRunOption();
+
+//! \a options and those of all commands that transfer folders.
+QVector<CommandOption> withTransferOptions(const QVector<CommandOption> &options);
+
+//! The settings with what the command line says on top. \throws Failure
 Settings settingsOf(const QCommandLineParser &parser);
 
 } // namespace velldoc

@@ -87,14 +87,6 @@ QJsonObject commandJson(const Command &command)
     return object;
 }
 
-QString optionText(const CommandOption &option)
-{
-    QString text = optionNames(option).join(QStringLiteral(", "));
-    if (option.valueName != nullptr)
-        text += QLatin1Char(' ') + QString::fromLatin1(option.valueName);
-    return text;
-}
-
 void printOptions(const QString &title, const QVector<CommandOption> &options, Output &output)
 {
     if (options.isEmpty())
@@ -106,6 +98,14 @@ void printOptions(const QString &title, const QVector<CommandOption> &options, O
 }
 
 } // namespace
+
+QString optionText(const CommandOption &option)
+{
+    QString text = optionNames(option).join(QStringLiteral(", "));
+    if (option.valueName != nullptr)
+        text += QLatin1Char(' ') + QString::fromLatin1(option.valueName);
+    return text;
+}
 
 void showVersion(Output &output)
 {

@@ -14,10 +14,10 @@ namespace velldoc {
 Table longTable(const QList<VellDocument> &documents, Session &session)
 {
     Table table;
-    table.addColumn(Text::tr("Kind"));
+    table.addColumn(Text::tr("Kind"), Qt::AlignLeft, Table::Fit::Drops);
     table.addColumn(Text::tr("Size"), Qt::AlignRight);
-    table.addColumn(Text::tr("Changed"));
-    table.addColumn(Text::tr("By"), Qt::AlignLeft, Table::Fit::Shrinks);
+    table.addColumn(Text::tr("Changed"), Qt::AlignLeft, Table::Fit::Drops);
+    table.addColumn(Text::tr("By"), Qt::AlignLeft, Table::Fit::Drops);
     table.addColumn(Text::tr("Name"), Qt::AlignLeft, Table::Fit::Shrinks);
     for (const VellDocument &document : documents) {
         table.addRow({kindText(document), sizeCell(document), timeText(document.updatedAt),
@@ -47,7 +47,7 @@ void showDocuments(Context &context, const QList<VellDocument> &documents, const
 void printNames(const QList<VellDocument> &documents, Output &output)
 {
     for (const VellDocument &document : documents)
-        output.print(printable(shownName(document)));
+        output.printName(shownName(document));
 }
 
 QString shownName(const VellDocument &document)

@@ -96,9 +96,15 @@ QHash<QString, VellDocument> &RemoteTree::namesIn(const QString &folderId)
     return m_names.insert(folderId, names).value();
 }
 
-VellDocument RemoteTree::makeFolder(const QString &parentId, const QString &name)
+VellDocument RemoteTree::makeFolder(const QString &parentId, const QString &name, bool isPretended)
 {
-    const VellDocument folder = m_session.await(m_session.documents().createFolder(parentId, name));
+    VellDocument folder;
+    folder._id = parentId + QLatin1Char('/') + name; // unlike that of any document
+    folder.name = name;
+    folder.parentId = parentId;
+    folder.type = QStringLiteral("dir");
+    if (!isPretended)
+        folder = m_session.await(m_session.documents().createFolder(parentId, name));
     m_names.insert(folder._id, {});
     const auto siblings = m_names.find(parentId);
     if (siblings != m_names.end())

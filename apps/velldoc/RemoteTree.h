@@ -46,7 +46,8 @@ public:
     QHash<QString, VellDocument> &namesIn(const QString &folderId);
 
     //! Makes the folder \a name in the folder \a parentId.
-    VellDocument makeFolder(const QString &parentId, const QString &name);
+    //! \param isPretended the service is told nothing; other functions know the folder
+    VellDocument makeFolder(const QString &parentId, const QString &name, bool isPretended = false);
 
     //! The folder at \a path, made with all that is missing above it.
     VellDocument makePath(const RemotePath &path);

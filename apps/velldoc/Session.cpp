@@ -3,6 +3,8 @@
 #include <velldoc/Text.h>
 #include <velldoc/output/Interrupt.h>
 
+#include <algorithm>
+
 namespace velldoc {
 
 namespace {
@@ -148,9 +150,27 @@ VellBulkResult Session::awaitAll(VellResult<VellBulkResult> *operation)
     return result;
 }
 
+//! What to do about something that the service does not have.
+QString Session::missingAdvice() const
+{
+    // What answers does not even tell who is asking.
+    if (userId().isEmpty())
+        return Text::tr("check the address.");
+    const QList<VellProject> projects = user().projects;
+    const bool isMember =
+        std::any_of(projects.cbegin(), projects.cend(), [this](const VellProject &project) {
+            return project.id == m_settings.project;
+        });
+    return isMember || isEmbedded()
+        ? Text::tr("it may have been deleted; \"velldoc find NAME\" looks for it.")
+        : Text::tr("\"velldoc projects\" lists yours.");
+}
+
 Failure Session::describe(const VellError &error) const
 {
     const QString words = error.detail.isEmpty() ? error.text : error.detail;
+    if (error.kind == VellError::Kind::BadAddress && error.httpStatus == 0)
+        return failureOf(ExitNoConnection, words, QString(), 0);
     if (hasNoAnswer(error)) {
         return failureOf(ExitNoConnection,
                          Text::tr("The service at %1 cannot be reached (%2)").arg(baseApi(), words),
@@ -171,7 +191,7 @@ Failure Session::describe(const VellError &error) const
         break;
     case VellError::Kind::NotFound:
         code = ExitNotFound;
-        advice = Text::tr("it may have been deleted; \"velldoc find NAME\" looks for it.");
+        advice = missingAdvice();
         break;
     case VellError::Kind::NoRoom:
         advice = Text::tr("make room there, then run the same command again.");

@@ -28,6 +28,8 @@ public:
     VellDocuments &documents() { return m_documents; }
     //! Whether what answers ends with this process.
     bool isEmbedded() const { return m_embedded.isRunning(); }
+    //! The signed-in user with the projects.
+    const VellUser &user() const { return m_session.user(); }
     QString userId() const; //!< empty when the service does not tell
 
     //! The name of the user \a id, or the identifier if the service does not tell it.
@@ -76,6 +78,7 @@ public:
 private:
     void wait(QEventLoop &loop);
     void loadNames();
+    QString missingAdvice() const;
 
     const Settings m_settings;
     QString m_address; // as it was given

@@ -23,15 +23,48 @@ const QVector<Settings::Value> Settings::values{
     {&Settings::dataDir, "data", "VELLDOC_DATA", nullptr, false, false},
 };
 
-Settings Settings::load()
+namespace {
+
+//! Where the value \a key of \a profile stands in the file.
+QString keyIn(const QString &profile, const QString &key)
+{
+    return profile.isEmpty() ? key : QLatin1String("profile-") + profile + QLatin1Char('/') + key;
+}
+
+QString keyIn(const QString &profile, const char *key)
+{
+    return keyIn(profile, QString::fromLatin1(key));
+}
+
+//! Makes the file readable for its owner alone before a secret is in it: QSettings keeps the modes of a file that is there.
+void makePrivate(QSettings &file)
+{
+    const QString path = file.fileName();
+    QDir().mkpath(QFileInfo(path).path());
+    file.setAtomicSyncRequired(false);
+    if (!QFile(path).open(QIODevice::Append) || !system_files::makePrivate(path))
+        throw Failure(ExitFailed, Text::tr("The file %1 cannot be written.").arg(path));
+}
+
+void sync(QSettings &file)
+{
+    file.sync();
+    if (file.status() != QSettings::NoError)
+        throw Failure(ExitFailed, Text::tr("The file %1 cannot be written.").arg(file.fileName()));
+}
+
+} // namespace
+
+Settings Settings::load(const QString &profile)
 {
     Settings settings;
     const QSettings file(configPath(), QSettings::IniFormat);
+    settings.profile = profile.isEmpty() ? qEnvironmentVariable("VELLDOC_PROFILE") : profile;
     for (const Value &value : values) {
         if (!qEnvironmentVariableIsEmpty(value.variable))
             settings.*value.member = QString::fromUtf8(qgetenv(value.variable));
         else if (value.key)
-            settings.*value.member = file.value(QString::fromLatin1(value.key)).toString();
+            settings.*value.member = file.value(keyIn(settings.profile, value.key)).toString();
     }
     if (settings.project.isEmpty())
         settings.project = QStringLiteral("default");
@@ -44,44 +77,57 @@ Settings Settings::load()
 
 void Settings::save() const
 {
-    const QString path = configPath();
-    QDir().mkpath(QFileInfo(path).path());
-    {
-        QSettings file(path, QSettings::IniFormat);
-        file.setAtomicSyncRequired(false);
-        // Private before the token is in it: QSettings keeps the modes of a file that is there.
-        file.setValue(QStringLiteral("url"), url);
-        file.sync();
-        if (!system_files::makePrivate(path))
-            throw Failure(ExitFailed, Text::tr("The file %1 cannot be written.").arg(path));
-        for (const Value &value : values) {
-            const QString text = this->*value.member;
-            if (!value.isLogin)
-                continue;
-            if (text.isEmpty() && value.isFile)
-                file.remove(QString::fromLatin1(value.key));
-            else
-                file.setValue(QString::fromLatin1(value.key),
-                              value.isFile && QFileInfo::exists(text)
-                                  ? QFileInfo(text).absoluteFilePath()
-                                  : text);
-        }
-        file.sync();
-        if (file.status() == QSettings::NoError)
-            return;
+    QSettings file(configPath(), QSettings::IniFormat);
+    makePrivate(file);
+    for (const Value &value : values) {
+        const QString text = this->*value.member;
+        if (!value.isLogin)
+            continue;
+        if (text.isEmpty() && value.isFile)
+            file.remove(keyIn(profile, value.key));
+        else
+            file.setValue(keyIn(profile, value.key),
+                          value.isFile && QFileInfo::exists(text)
+                              ? QFileInfo(text).absoluteFilePath()
+                              : text);
     }
-    throw Failure(ExitFailed, Text::tr("The file %1 cannot be written.").arg(path));
+    sync(file);
 }
 
-bool Settings::forget()
+bool Settings::forget(const QString &profile)
 {
     QSettings file(configPath(), QSettings::IniFormat);
-    const bool isStored = file.contains(QStringLiteral("url"));
+    const bool isStored = file.contains(keyIn(profile, "url"));
     for (const Value &value : values) {
         if (value.isLogin)
-            file.remove(QString::fromLatin1(value.key));
+            file.remove(keyIn(profile, value.key));
     }
     return isStored;
+}
+
+void Settings::write(const QString &profile, const QString &key, const QString &text)
+{
+    QSettings file(configPath(), QSettings::IniFormat);
+    makePrivate(file);
+    if (text.isEmpty())
+        file.remove(keyIn(profile, key));
+    else
+        file.setValue(keyIn(profile, key), text);
+    sync(file);
+}
+
+QStringList Settings::profiles()
+{
+    const QSettings file(configPath(), QSettings::IniFormat);
+    QStringList names;
+    if (file.contains(QStringLiteral("url")))
+        names.append(QString());
+    const QStringList groups = file.childGroups();
+    for (const QString &group : groups) {
+        if (group.startsWith(QLatin1String("profile-")))
+            names.append(group.section(QLatin1Char('-'), 1));
+    }
+    return names;
 }
 
 QString Settings::configPath()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 namespace velldoc {
@@ -11,6 +12,7 @@ namespace velldoc {
 //! (VELLDOC_CONFIG). #values has their names in each.
 struct Settings
 {
+    QString profile; //!< the login that the values come from; empty for the one without a name
     QString url; //!< empty: a service of our own on #dataDir
     QString project;
     QString token;
@@ -34,14 +36,21 @@ struct Settings
     static const QVector<Value> values;
 
     //! What the environment and the configuration file say, and the defaults.
-    static Settings load();
+    //! \param profile the login whose values are taken; empty for that of VELLDOC_PROFILE, or the one without a name
+    static Settings load(const QString &profile = {});
+
+    //! The names of the logins that are remembered; an empty one first for that without a name.
+    static QStringList profiles();
 
     //! Keeps what a login remembers in the configuration file, which only its owner can read.
     //! \throws Failure
     void save() const;
 
-    //! Removes them from there. \return whether there was anything
-    static bool forget();
+    //! Removes what a login as \a profile has remembered. \return whether there was anything
+    static bool forget(const QString &profile);
+
+    //! Writes one value of \a profile into the configuration file, or removes it if \a text is empty. \throws Failure
+    static void write(const QString &profile, const QString &key, const QString &text);
 
     static QString configPath();
 };

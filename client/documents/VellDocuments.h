@@ -107,6 +107,8 @@ public:
     VellResult<QList<VellDocument>> *foldersAbove(const QString &id);
     //! Newest first, the current version included.
     VellResult<QList<VellDocument>> *history(const QString &id);
+    //! The MD5 of the content \a fileId in hexadecimal digits, as the service tells it; empty if it does not.
+    VellResult<QString> *contentMd5(const QString &fileId);
     VellResult<QString> *password(const QString &id);
     VellResult<bool> *isFavorite(const QString &id);
     VellResult<bool> *may(VellRight right, const QString &id, const QString &category);
@@ -121,6 +123,10 @@ public:
     //! \{
     VellResult<VellDocument> *createFolder(const QString &parentId, const QString &name,
                                            const QString &category = {});
+    //! Makes a new document \a name in the folder \a folderId with the content, the category and the remark of the file \a document. Nothing
+    //! is transferred. The history does not go with it.
+    VellResult<VellDocument> *copy(const VellDocument &document, const QString &folderId,
+                                   const QString &name);
     VellResult<VellDocument> *rename(const QString &id, const QString &name);
     VellResult<VellBulkResult> *move(const QStringList &ids, const QString &folderId);
     //! Into the recycle bin.

@@ -60,6 +60,14 @@ VellResult<VellSyncPlan> *VellSyncPlan::make(VellSession *session, const QString
         [plan](OperationRun &run) { return computed(run, plan); });
 }
 
+VellResult<QHash<QString, QString>> *VellSyncPlan::contentIds(VellSession *session,
+                                                              const QStringList &paths)
+{
+    return SessionAccess::start<QHash<QString, QString>>(
+        session, OperationLanes::Lane::Bulk,
+        [paths](OperationRun &run) { return RemoteFiles::contentIds(run, paths); });
+}
+
 qint64 VellSyncPlan::bytesToTransfer() const
 {
     qint64 bytes = 0;

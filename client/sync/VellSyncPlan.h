@@ -5,6 +5,7 @@
 
 #include <document_model/VellDocument.h>
 
+#include <QHash>
 #include <QList>
 #include <QMetaType>
 #include <QString>
@@ -125,6 +126,13 @@ struct VELLCLIENT_EXPORT VellSyncPlan
     static VellResult<VellSyncPlan> *make(VellSession *session, const QString &localRoot,
                                           const QString &remoteRootId,
                                           const VellSyncOptions &options);
+
+    //! The service's identifiers of the contents of the local files \a paths, by path: `fileId` of a document with the same content. Empty
+    //! for a content that the service does not have, or that the user may not download; a file that cannot be read is missing.
+    //!
+    //! Reads each file, and asks the service about each. VellOperation::progressed() tells the bytes that have been read.
+    static VellResult<QHash<QString, QString>> *contentIds(VellSession *session,
+                                                           const QStringList &paths);
 };
 
 Q_DECLARE_METATYPE(VellSyncPlan)

@@ -51,12 +51,16 @@ void DownloadRun::receive(const VellDocument &document)
 void DownloadRun::openPart(qint64 wantedBytes)
 {
     // What is there without an entity tag, or is a link, is not ours to go on with.
-    if (outcome().entityTag.isEmpty() || QFileInfo(m_part).isSymLink())
+    const bool isOurs = !outcome().entityTag.isEmpty() || hub().resumesParts;
+    if (!isOurs || QFileInfo(m_part).isSymLink())
         QFile::remove(m_part.fileName());
     if (!m_part.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         failWriting();
     if (wantedBytes >= 0 && m_part.size() > wantedBytes)
         startOver();
+    // Whose bytes these are is told by the response to a request for more of them.
+    if (outcome().entityTag.isEmpty() && wantedBytes > 0 && m_part.size() == wantedBytes)
+        m_part.resize(wantedBytes - 1);
     m_hash.reset();
     for (;;) {
         const QByteArray block = m_part.read(BufferBytes);

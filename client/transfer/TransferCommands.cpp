@@ -102,18 +102,24 @@ bool TransferQueue::isArriving(qint64 id, const TransferItem &item) const
     return item.isFolder && item.state == State::Saving && m_running.count(id) == 0;
 }
 
+//! Whether what has been received of a cancelled download is left to a later queue.
+bool TransferQueue::keepsPart(const TransferItem &item) const
+{
+    return m_hub.resumesParts && m_list.isLarge(item);
+}
+
 //! Takes a transfer out of whatever it waits for, and off the wire.
 void TransferQueue::stop(qint64 id, TransferItem &item, State state)
 {
     const auto running = m_running.find(id);
     if (running != m_running.end()) {
         running->second.isStopped = true;
-        if (state == State::Cancelled)
+        if (state == State::Cancelled && !keepsPart(item))
             running->second.run->discard();
         running->second.run->abort();
     } else {
         dequeue(id, item);
-        if (state == State::Cancelled)
+        if (state == State::Cancelled && !keepsPart(item))
             removePart(id, item);
     }
     closeQuestion(id);

@@ -3,6 +3,7 @@
 #include <documents/VellDocuments.h>
 #include <session/SessionAccess.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -26,16 +27,12 @@ bool isSame(const RequestSettings &a, const RequestSettings &b)
         && a.clientCertificate.password == b.clientCertificate.password;
 }
 
-constexpr int SmallAtOnce = 4;
-
 } // namespace
 
 TransferQueue::TransferQueue(VellTransferQueue *queue) : q(queue)
 {
-    for (const Lane lane : {SmallUploads, SmallDownloads})
-        m_pools[lane].setMaxThreadCount(SmallAtOnce);
-    for (const Lane lane : {LargeUploads, LargeDownloads})
-        m_pools[lane].setMaxThreadCount(1);
+    for (int lane = 0; lane < LaneCount; ++lane)
+        m_pools[lane].setMaxThreadCount(m_capacities[lane]);
     constexpr int NewsMs = 100;
     m_news.setSingleShot(true);
     m_news.setInterval(NewsMs);
@@ -192,6 +189,16 @@ void TransferQueue::write(qint64 id, const TransferItem &item)
 void TransferQueue::setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond)
 {
     m_hub.speeds.setLimits(sentPerSecond, receivedPerSecond);
+}
+
+void TransferQueue::setTransfersAtOnce(int count)
+{
+    constexpr int Most = 64;
+    for (const Lane lane : {SmallUploads, SmallDownloads}) {
+        m_capacities[lane] = std::clamp(count, 1, Most);
+        m_pools[lane].setMaxThreadCount(m_capacities[lane]);
+    }
+    schedule();
 }
 
 VellTransfer TransferQueue::snapshot(qint64 id) const

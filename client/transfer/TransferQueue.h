@@ -56,6 +56,8 @@ public:
     void answerAll(qint64 id, VellConflictPolicy decision);
     void setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond);
     void setAttemptLimit(int attempts) { m_attemptLimit = attempts; }
+    void setTransfersAtOnce(int count);
+    void setResumesParts(bool resumes) { m_hub.resumesParts = resumes; }
 
     const TransferList &list() const { return m_list; }
     VellTransfer snapshot(qint64 id) const;
@@ -138,6 +140,7 @@ private:
     // TransferCommands.cpp
     void apply(Command command, qint64 id, TransferItem &item, int batch);
     void catchUp(qint64 id);
+    bool keepsPart(const TransferItem &item) const;
     bool isArriving(qint64 id, const TransferItem &item) const;
     void stop(qint64 id, TransferItem &item, VellTransferState state);
     void resume(qint64 id, TransferItem &item);
@@ -176,6 +179,7 @@ private:
     QHash<qint64, QString> m_heldNames;
     std::map<qint64, Running> m_running;
     int m_runningCounts[LaneCount] = {};
+    int m_capacities[LaneCount] = {4, 1, 4, 1};
     bool m_isScheduled = false;
 
     QHash<qint64, OpenQuestion> m_questions;

@@ -21,6 +21,7 @@ struct TransferHub
     NameClaims claims;
     SpeedShare speeds;
     TransferJournal *journal = nullptr; // null for a queue in memory
+    std::atomic<bool> resumesParts{false}; // of earlier queues
 };
 
 //! \brief What one attempt is given.

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr int Capacities[] = {4, 1, 4, 1}; // of the lanes
 constexpr qint64 FirstDelayMs = 250;
 constexpr qint64 LongestDelayMs = 30000;
 
@@ -121,7 +120,7 @@ void TransferQueue::startNext()
     int looks = 0;
     for (int lane = 0; lane < LaneCount; ++lane) {
         auto &ready = m_ready[lane];
-        while (m_runningCounts[lane] < Capacities[lane] && !ready.empty()) {
+        while (m_runningCounts[lane] < m_capacities[lane] && !ready.empty()) {
             if (++looks > MostLooks) {
                 schedule();
                 return;

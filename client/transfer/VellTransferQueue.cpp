@@ -202,6 +202,16 @@ void VellTransferQueue::setAttemptLimit(int attempts)
     d->setAttemptLimit(attempts);
 }
 
+void VellTransferQueue::setTransfersAtOnce(int count)
+{
+    d->setTransfersAtOnce(count);
+}
+
+void VellTransferQueue::setResumesParts(bool resumes)
+{
+    d->setResumesParts(resumes);
+}
+
 VellTransfer VellTransferQueue::transfer(qint64 id) const
 {
     return d->snapshot(id);

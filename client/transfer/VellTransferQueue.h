@@ -149,6 +149,14 @@ public:
     //! the session is offline no attempts are made.
     void setAttemptLimit(int attempts);
 
+    //! How many small transfers of each direction run at once, from now on; 1 to 64, four at first.
+    void setTransfersAtOnce(int count);
+
+    //! Whether downloads go on with what an earlier queue has left beside their targets, in another run of the program for example. What
+    //! arrives is compared with the MD5 in any case. Then the parts of large files stay when their downloads are cancelled. False at
+    //! first: such parts are removed.
+    void setResumesParts(bool resumes);
+
     //! \name Looking
     //! \{
     //! With the identifier 0 if there is none.

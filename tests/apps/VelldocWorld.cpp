@@ -146,6 +146,11 @@ QString VelldocWorld::writeUnequalBlocks(const QString &name, qint64 bytes) cons
     return filePath;
 }
 
+QStringList VelldocWorld::words(const char *line)
+{
+    return QString::fromUtf8(line).split(QLatin1Char(' '));
+}
+
 QByteArray VelldocWorld::read(const QString &path)
 {
     QFile file(path);

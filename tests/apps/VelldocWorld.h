@@ -55,6 +55,18 @@ public:
     //! A file of \a bytes in which no two blocks are equal. \return its path
     QString writeUnequalBlocks(const QString &name, qint64 bytes) const;
     static QByteArray read(const QString &path);
+    //! The words of \a line, which blanks separate.
+    static QStringList words(const char *line);
+    //! The same, run against the service.
+    VelldocRun runLine(const char *line, const QByteArray &input = {})
+    {
+        return run(words(line), input);
+    }
+    //! The same, which must succeed.
+    VelldocRun succeedLine(const char *line, const QByteArray &input = {})
+    {
+        return succeed(words(line), input);
+    }
     //! The files below the folder \a path with their contents; folders end with "/".
     static QMap<QString, QByteArray> tree(const QString &path);
 

@@ -14,6 +14,11 @@ private Q_SLOTS:
     void wordsAreCompleted_data();
     void wordsAreCompleted();
     void nothingIsSaidWithoutAService();
+    void scriptIsPrinted();
+    void fishCompletes_data();
+    void fishCompletes();
+    void zshCompletes_data();
+    void zshCompletes();
     void lineInAShellNamesTheFolder_data();
     void lineInAShellNamesTheFolder();
 
@@ -68,6 +73,29 @@ void TestVelldocCompletion::wordsAreCompleted_data()
                             << QStringList{QStringLiteral("/Drawings/Level 1/图 纸.dwg")};
     QTest::newRow("actions") << QStringList{QStringLiteral("trash"), QStringLiteral("re")}
                              << QStringList{QStringLiteral("restore")};
+    QTest::newRow("values") << VelldocWorld::words("find --kind im")
+                            << QStringList{QStringLiteral("image")};
+    QTest::newRow("values behind a sign")
+        << VelldocWorld::words("find --kind=im") << QStringList{QStringLiteral("image")};
+    QTest::newRow("conflicts") << VelldocWorld::words("put --on-conflict re")
+                               << VelldocWorld::words("replace rename");
+    QTest::newRow("rights") << VelldocWorld::words("can / up")
+                            << QStringList{QStringLiteral("upload")};
+    QTest::newRow("recycle bin") << VelldocWorld::words("trash restore go")
+                                 << QStringList{QStringLiteral("gone")};
+    QTest::newRow("directions") << VelldocWorld::words("sync d")
+                                << QStringList{QStringLiteral("down")};
+    QTest::newRow("path behind a direction")
+        << VelldocWorld::words("sync down /D") << QStringList{QStringLiteral("/Drawings/")};
+    QTest::newRow("path behind an action")
+        << VelldocWorld::words("fav add /D") << QStringList{QStringLiteral("/Drawings/")};
+    QTest::newRow("setting") << VelldocWorld::words("config set proj")
+                             << QStringList{QStringLiteral("project")};
+    QTest::newRow("shells") << VelldocWorld::words("completion z")
+                            << QStringList{QStringLiteral("zsh")};
+    QTest::newRow("no paths for a number") << VelldocWorld::words("ls --limit /D") << QStringList();
+    QTest::newRow("local files") << VelldocWorld::words("put /etc/hostn")
+                                 << QStringList{QStringLiteral("/etc/hostname")};
     QTest::newRow("help") << QStringList{QStringLiteral("help"), QStringLiteral("hist")}
                           << QStringList{QStringLiteral("history")};
     QTest::newRow("nothing fits") << QStringList{QStringLiteral("ls"), QStringLiteral("/nothing/x")}
@@ -81,6 +109,8 @@ void TestVelldocCompletion::wordsAreCompleted()
         {QStringLiteral("mkdir"), QStringLiteral("-p"), QStringLiteral("/Drawings/Level 1")});
     world.succeed({QStringLiteral("put"), world.write(QStringLiteral("图 纸.dwg"), "1"),
                    QStringLiteral("/Drawings/Level 1")});
+    world.succeedLine("mkdir /gone");
+    world.succeedLine("rm -r /gone");
     QFETCH(QStringList, words);
     QTEST(complete(world, QStringList{QStringLiteral("--url"), world.baseApi()} + words), "offers");
 }
@@ -92,6 +122,70 @@ void TestVelldocCompletion::nothingIsSaidWithoutAService()
                       {QStringLiteral("--url"), QStringLiteral("http://127.0.0.1:1"),
                        QStringLiteral("ls"), QStringLiteral("/")}),
              QStringList());
+}
+
+void TestVelldocCompletion::scriptIsPrinted()
+{
+    VelldocWorld world;
+    QCOMPARE(world.succeedLine("completion bash").bytes,
+             VelldocWorld::read(QStringLiteral(VELLDOC_COMPLETION)));
+    QCOMPARE(world.runLine("completion cmd").exitCode, 2);
+}
+
+void TestVelldocCompletion::fishCompletes_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("offers");
+    QTest::newRow("command") << QStringLiteral("velldoc mkd")
+                             << QStringLiteral("mkdir\tmake folders\n");
+    QTest::newRow("value") << QStringLiteral("velldoc find --kind im") << QStringLiteral("image\n");
+    QTest::newRow("path") << QStringLiteral("velldoc ls /Lev") << QStringLiteral("/Level 1/\n");
+}
+
+void TestVelldocCompletion::fishCompletes()
+{
+    QFETCH(QString, line);
+    VelldocWorld world;
+    world.succeed({QStringLiteral("mkdir"), QStringLiteral("/Level 1")});
+    QProcessEnvironment variables = environment(world);
+    variables.insert(QStringLiteral("VELLDOC_URL"), world.baseApi());
+    QProcess fish;
+    fish.setProcessEnvironment(variables);
+    fish.start(QStringLiteral("fish"),
+               {QStringLiteral("-c"),
+                QStringLiteral("velldoc completion fish | source; complete -C \"$argv[1]\""),
+                line});
+    QVERIFY(fish.waitForFinished());
+    QTEST(QString::fromUtf8(fish.readAllStandardOutput()), "offers");
+}
+
+void TestVelldocCompletion::zshCompletes_data()
+{
+    QTest::addColumn<QByteArray>("typed");
+    QTest::newRow("path") << QByteArray("velldoc ls /Lev\t");
+    QTest::newRow("command and path") << QByteArray("velldoc t"
+                                                    "re\t /Lev\t");
+    QTest::newRow("option") << QByteArray("velldoc ls --recurs\t /Lev\t");
+}
+
+void TestVelldocCompletion::zshCompletes()
+{
+    QFETCH(QByteArray, typed);
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("mkdir"), QStringLiteral("-p"), QStringLiteral("/Level 1/found")});
+    QProcessEnvironment variables = environment(world);
+    variables.insert(QStringLiteral("VELLDOC_URL"), world.baseApi());
+    variables.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    PtyProcess zsh(200);
+    zsh.setProcessEnvironment(variables);
+    zsh.start(QStringLiteral("zsh"), {QStringLiteral("-f"), QStringLiteral("-i")});
+    zsh.press("autoload -Uz compinit; compinit -D -u; source <(velldoc completion zsh) && echo "
+              "read''y\n");
+    QVERIFY2(zsh.waitForText("ready"), zsh.output().constData());
+    zsh.press(typed);
+    zsh.press("\n");
+    QVERIFY2(zsh.waitForText("found/\r\n"), zsh.output().constData());
 }
 
 void TestVelldocCompletion::lineInAShellNamesTheFolder_data()

@@ -36,6 +36,9 @@ private Q_SLOTS:
     void viewerIsNotAllowed();
     void missingTokenIsNotAllowed();
     void noConnectionIsSaid();
+    void wrongAddressIsExplained_data();
+    void wrongAddressIsExplained();
+    void bytesThatAreNoTextAreRefused();
     void otherServerIsNoDocumentService();
     void namesCannotLeadElsewhere_data();
     void namesCannotLeadElsewhere();
@@ -139,9 +142,10 @@ void TestVelldocExitCodes::viewerIsNotAllowed()
         {QStringLiteral("put"), world.write(QStringLiteral("a"), "1"), QStringLiteral("/")});
     QCOMPARE(stored.exitCode, 4);
     QVERIFY2(!stored.error.contains(QLatin1String("continues")), qPrintable(stored.error));
-    QCOMPARE(world.run({QStringLiteral("--project"), QStringLiteral("q"), QStringLiteral("ls")})
-                 .exitCode,
-             3);
+    const VelldocRun other = world.runLine("--project q ls");
+    QCOMPARE(other.exitCode, 3);
+    QVERIFY2(other.error.endsWith(QLatin1String(": \"velldoc projects\" lists yours.\n")),
+             qPrintable(other.error));
 }
 
 void TestVelldocExitCodes::missingTokenIsNotAllowed()
@@ -162,6 +166,51 @@ void TestVelldocExitCodes::noConnectionIsSaid()
     QCOMPARE(run.exitCode, 5);
     QCOMPARE(run.out, QString());
     QVERIFY2(run.error.contains(address), qPrintable(run.error));
+}
+
+void TestVelldocExitCodes::wrongAddressIsExplained_data()
+{
+    QTest::addColumn<QByteArray>("address");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QByteArray>("sentence");
+    QTest::newRow("other scheme") << QByteArray("ftp://x/") << 5
+                                  << QByteArray("begins with neither http:// nor https://.\n");
+    QTest::newRow("no scheme") << QByteArray("example:80") << 5
+                               << QByteArray("write https://example:80 or http://example:80.\n");
+    QTest::newRow("wrong path") << QByteArray("%1wrong/") << 3
+                                << QByteArray("no such path: check the address.\n");
+    QTest::newRow("https to http")
+        << QByteArray("%2") << 5 << QByteArray("begins with http or https, and the port.\n");
+}
+
+void TestVelldocExitCodes::wrongAddressIsExplained()
+{
+    QFETCH(QByteArray, address);
+    QFETCH(QByteArray, sentence);
+    VelldocWorld world;
+    const QByteArray base = world.baseApi().toLatin1();
+    address.replace("%1", base).replace("%2", QByteArray(base).replace("http:", "https:"));
+    const VelldocRun run = world.runBare(
+        {QStringLiteral("--url"), QString::fromLatin1(address), QStringLiteral("ls")});
+    QTEST(run.exitCode, "exitCode");
+    QVERIFY2(run.error.endsWith(QString::fromLatin1(sentence)), qPrintable(run.error));
+    QVERIFY2(!run.error.contains(QLatin1String(".)")), qPrintable(run.error));
+}
+
+void TestVelldocExitCodes::bytesThatAreNoTextAreRefused()
+{
+#ifdef Q_OS_UNIX
+    VelldocWorld world;
+    QProcess shell;
+    shell.setProcessEnvironment(world.environment);
+    shell.start(QStringLiteral("bash"),
+                {QStringLiteral("-c"), QStringLiteral("\"$0\" --url \"$1\" mkdir $'/bad\\xff'"),
+                 VelldocWorld::program(), world.baseApi()});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.exitCode(), 2);
+    QVERIFY(shell.readAllStandardError().contains("is not UTF-8 text"));
+    QCOMPARE(world.succeedLine("ls").out, QString());
+#endif
 }
 
 void TestVelldocExitCodes::otherServerIsNoDocumentService()

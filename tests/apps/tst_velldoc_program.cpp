@@ -93,7 +93,7 @@ void TestVelldocProgram::helpKnowsEveryCommand()
         if (match.hasMatch())
             names.append(match.captured(1));
     }
-    QCOMPARE(names.size(), 26);
+    QVERIFY2(names.size() > 30, qPrintable(names.join(QLatin1Char(' '))));
     const QString manual = QString::fromUtf8(VelldocWorld::read(QStringLiteral(VELLDOC_MANUAL)));
     const QRegularExpression option(QStringLiteral("--([a-z-]+)"));
     for (const QString &name : qAsConst(names)) {

@@ -5,7 +5,13 @@
 
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
 
 class TestVelldocTerminal : public QObject
 {
@@ -26,6 +32,7 @@ private Q_SLOTS:
     void colourIsForTerminalsOnly();
     void emptyingTheBinIsAskedAbout();
     void tokenIsNotShown();
+    void tokenIsNotShownAfterAStop();
 
 private:
     static void start(PtyProcess &process, VelldocWorld &world, const QStringList &arguments);
@@ -85,6 +92,8 @@ void TestVelldocTerminal::capitalLetterAnswersForAllTheFollowing()
         put.append(world.write(QString::fromLatin1(name), "old"));
     put.append(QStringLiteral("/"));
     world.succeed(put);
+    for (const char *const name : {"a", "b", "c"})
+        world.write(QString::fromLatin1(name), "new");
     PtyProcess process;
     start(process, world, put);
     QVERIFY(process.waitForText("A capital letter"));
@@ -103,6 +112,7 @@ void TestVelldocTerminal::endOfInputIsCancel()
     VelldocWorld world;
     const QString local = world.write(QStringLiteral("a"), "old");
     world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.write(QStringLiteral("a"), "new");
     PtyProcess process;
     start(process, world, {QStringLiteral("put"), local, QStringLiteral("/")});
     QVERIFY(process.waitForText("A capital letter"));
@@ -115,6 +125,7 @@ void TestVelldocTerminal::interruptedQuestionSendsNothing()
     VelldocWorld world;
     const QString local = world.write(QStringLiteral("a"), "old");
     world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.write(QStringLiteral("a"), "new");
     PtyProcess process;
     start(process, world, {QStringLiteral("put"), local, QStringLiteral("/")});
     QVERIFY(process.waitForText("A capital letter"));
@@ -139,7 +150,7 @@ void TestVelldocTerminal::interruptedDownloadSaysHowToGoOn()
     QVERIFY2(process.waitForText("0 % 0 B of 1 B"), process.output().constData());
     process.press("\x03");
     QCOMPARE(process.waitForEnd(), 130);
-    QVERIFY2(process.output().contains("The same command fetches the file from its start."),
+    QVERIFY2(process.output().contains("The same command goes on from here."),
              process.output().constData());
     QVERIFY(!QFileInfo::exists(back));
 }
@@ -181,7 +192,7 @@ void TestVelldocTerminal::interruptedUploadSaysHowToGoOnAndGoesOn()
                              20'000);
     process.press("\x03");
     QCOMPARE(process.waitForEnd(), 130);
-    QVERIFY2(process.output().contains("continues where the service has stopped"),
+    QVERIFY2(process.output().contains("The same command goes on from here."),
              process.output().constData());
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QString());
     world.service().clearFaults();
@@ -280,6 +291,35 @@ void TestVelldocTerminal::tokenIsNotShown()
     QCOMPARE(process.waitForEnd(), 0);
     QVERIFY(!process.output().contains(token.toLatin1()));
     QVERIFY(process.output().contains("velldoc now works at"));
+}
+
+//! As after Ctrl-Z and "fg": the shell has given the terminal its own modes meanwhile.
+void TestVelldocTerminal::tokenIsNotShownAfterAStop()
+{
+    VelldocWorld world;
+    PtyProcess process;
+    start(process, world, {QStringLiteral("login")});
+    QVERIFY(process.waitForText("Access token"));
+    const QByteArray terminal =
+        "/proc/" + QByteArray::number(process.processId()) + "/fd/0";
+    const int fd = open(terminal.constData(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    QVERIFY(fd >= 0);
+    const auto closing = qScopeGuard([fd] { close(fd); });
+    const pid_t pid = pid_t(process.processId());
+    QCOMPARE(kill(pid, SIGSTOP), 0);
+    termios modes = {};
+    QCOMPARE(tcgetattr(fd, &modes), 0);
+    modes.c_lflag |= tcflag_t(ECHO);
+    QCOMPARE(tcsetattr(fd, TCSANOW, &modes), 0);
+    QCOMPARE(kill(pid, SIGCONT), 0);
+    const auto echoes = [fd] {
+        termios now = {};
+        return tcgetattr(fd, &now) != 0 || (now.c_lflag & tcflag_t(ECHO)) != 0;
+    };
+    QTRY_VERIFY(!echoes());
+    process.press("secret\n");
+    process.waitForEnd();
+    QVERIFY(!process.output().contains("secret"));
 }
 
 QTEST_GUILESS_MAIN(TestVelldocTerminal)

@@ -1,5 +1,7 @@
 #include "ClientWorld.h"
 
+#include <QCryptographicHash>
+
 #include <document_model/DocumentConstants.h>
 #include <document_model/VellRecordType.h>
 
@@ -14,6 +16,8 @@ private Q_SLOTS:
 
     void foldersAreMadeListedAndCounted();
     void aPageTellsTheTotal();
+    void aCopyHasTheContent();
+    void theMd5OfAContentIsTold();
     void aTakenNameIsRefusedAtTheMomentOfTheChange();
     void renamingAsksTheServiceNotTheCache();
     void movingManyReportsEach();
@@ -64,6 +68,37 @@ void TestClientDocuments::aPageTellsTheTotal()
     QCOMPARE(page.skip, 3);
     QCOMPARE(page.documents.size(), 2);
     QCOMPARE(page.documents.at(0).name, QStringLiteral("3.txt"));
+}
+
+void TestClientDocuments::aCopyHasTheContent()
+{
+    ClientWorld world;
+    const VellDocument stored =
+        await(world.documents.document(world.store(QStringLiteral("a.txt"))._id));
+    const QString folder = await(world.documents.createFolder({}, QStringLiteral("d")))._id;
+    const VellDocument copy = await(world.documents.copy(stored, folder, QStringLiteral("b.txt")));
+    QVERIFY(copy._id != stored._id);
+    QCOMPARE(copy.name, QStringLiteral("b.txt"));
+    QCOMPARE(copy.fileId, stored.fileId);
+    QCOMPARE(world.names(folder), QStringList{QStringLiteral("b.txt")});
+    QCOMPARE(world.documents.store()->document(copy._id)->name, copy.name);
+    QCOMPARE(waitForEnd(world.documents.copy(stored, folder, QStringLiteral("b.txt"))).kind,
+             VellError::Kind::NameTaken);
+}
+
+void TestClientDocuments::theMd5OfAContentIsTold()
+{
+    ClientWorld world;
+    for (const QByteArray &content :
+         {QByteArray("content"), QByteArray(3000000, 'x'), QByteArray()}) {
+        const VellDocument stored = await(
+            world.documents.document(world.store(QString::number(content.size()), content)._id));
+        QCOMPARE(await(world.documents.contentMd5(stored.fileId)),
+                 QString::fromLatin1(
+                     QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex()));
+    }
+    QCOMPARE(waitForEnd(world.documents.contentMd5(QStringLiteral("nothing"))).kind,
+             VellError::Kind::NotFound);
 }
 
 void TestClientDocuments::aTakenNameIsRefusedAtTheMomentOfTheChange()

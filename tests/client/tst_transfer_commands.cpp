@@ -19,6 +19,7 @@ class TestTransferCommands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void soManyRunAtOnce();
     void pauseAndResume_data();
     void pauseAndResume();
     void cancelAndRetry_data();
@@ -419,6 +420,21 @@ void TestTransferCommands::aLimitHoldsBackWhatIsSent()
     // The first seconds are not exact.
     constexpr int LeastMs = 3000;
     QVERIFY2(clock.elapsed() > LeastMs, qPrintable(QString::number(clock.elapsed())));
+}
+
+void TestTransferCommands::soManyRunAtOnce()
+{
+    TransferWorld world;
+    FaultRule stall;
+    stall.kind = FaultRule::Kind::Stall;
+    stall.times = 0;
+    stall.pathPrefix = QStringLiteral("/base-service/files");
+    world.service.addFault(stall);
+    world.queue.setTransfersAtOnce(7);
+    for (int i = 0; i < 20; ++i)
+        world.queue.upload(world.makeFile(QString::number(i), 100, i), QString());
+    QTRY_COMPARE_WITH_TIMEOUT(world.queue.totals().count(State::Sending), 7, WaitMs);
+    world.queue.cancelAll();
 }
 
 QTEST_GUILESS_MAIN(TestTransferCommands)

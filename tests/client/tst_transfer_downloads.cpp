@@ -88,6 +88,8 @@ private Q_SLOTS:
 #endif
     void aNameThatNoFileCanHaveFails();
     void theRestIsFetchedAfterAPause();
+    void aPartOfAnEarlierQueueIsContinued_data();
+    void aPartOfAnEarlierQueueIsContinued();
     void aConnectionThatBreaksOffGoesOnWhereItWas();
     void theAttemptsAreLimited();
     void otherBytesThanTheEntityTagSaysAreRefused();
@@ -294,6 +296,57 @@ void TestTransferDownloads::aNameThatNoFileCanHaveFails()
     QVERIFY(LocalNames::isWindowsName(QStringLiteral("com.txt")));
     for (const char *const name : {"NUL.txt", "a:b", "a ", "a.", "lpt1", "", "a\tb"})
         QVERIFY2(!LocalNames::isWindowsName(QString::fromLatin1(name)), name);
+}
+
+void TestTransferDownloads::aPartOfAnEarlierQueueIsContinued_data()
+{
+    QTest::addColumn<bool>("resumes");
+    QTest::addColumn<qint64>("partBytes"); // 0 for as many as have arrived
+    QTest::addColumn<bool>("isDamaged");
+    QTest::newRow("goes on") << true << Q_INT64_C(0) << false;
+    QTest::newRow("all of it is there") << true << LargeBytes << false;
+    QTest::newRow("too much is there") << true << LargeBytes + 10 << false;
+    QTest::newRow("another content") << true << Q_INT64_C(0) << true;
+    QTest::newRow("unasked it is removed") << false << Q_INT64_C(0) << true;
+}
+
+void TestTransferDownloads::aPartOfAnEarlierQueueIsContinued()
+{
+    QFETCH(const bool, resumes);
+    QFETCH(const qint64, partBytes);
+    QFETCH(const bool, isDamaged);
+    TransferWorld world;
+    const QByteArray content =
+        TransferWorld::contentOf(world.makeFile(QStringLiteral("source"), LargeBytes));
+    const VellDocument stored =
+        await(world.documents.document(world.store(QStringLiteral("large"), content)._id));
+    const QString folder = world.path(QStringLiteral("here"));
+    const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+    {
+        VellTransferQueue earlier;
+        earlier.attach(&world.documents);
+        earlier.setResumesParts(true);
+        earlier.setSpeedLimits(0, 4'000'000);
+        const qint64 id = earlier.download(stored, folder);
+        QTRY_VERIFY_WITH_TIMEOUT(earlier.transfer(id).doneBytes > 1'000'000, WaitMs);
+        earlier.cancelAll();
+        QTRY_COMPARE_WITH_TIMEOUT(earlier.transfer(id).state, State::Cancelled, WaitMs);
+    }
+    QCOMPARE(QDir(folder).entryList(all).size(), 1);
+    QFile part(folder + QLatin1Char('/') + QDir(folder).entryList(all).first());
+    QVERIFY(part.open(QIODevice::ReadWrite));
+    QVERIFY(part.size() > 0 && part.size() < LargeBytes);
+    if (partBytes > 0)
+        part.write((content + QByteArray(10, 'x')).left(int(partBytes)));
+    if (isDamaged)
+        part.write("something else");
+    part.close();
+    world.queue.setResumesParts(resumes);
+    const qint64 id = world.queue.download(stored, folder);
+    const VellTransfer transfer = world.waitFor(id);
+    QCOMPARE(transfer.error.text, QString());
+    QVERIFY(TransferWorld::contentOf(transfer.localPath) == content);
+    QCOMPARE(QDir(folder).entryList(all), QStringList{QStringLiteral("large")});
 }
 
 void TestTransferDownloads::theRestIsFetchedAfterAPause()

@@ -86,6 +86,8 @@ const Command &canCommand()
         {{"velldoc can /Drawings upload && velldoc put plan.dwg /Drawings",
           QT_TRANSLATE_NOOP("velldoc", "store a file only where that is allowed")}},
         run,
+        {},
+        {"download", "upload", "edit", "delete", "edit-self", "delete-self"},
     };
     return command;
 }

@@ -7,11 +7,15 @@ namespace velldoc {
 const QList<const Command *> &allCommands()
 {
     static const QList<const Command *> commands{
-        &lsCommand(),    &treeCommand(),    &searchCommand(), &infoCommand(),     &putCommand(),
-        &getCommand(),   &mkdirCommand(),   &mvCommand(),     &renameCommand(),   &orderCommand(),
-        &rmCommand(),    &trashCommand(),   &favCommand(),    &frequentCommand(), &recentCommand(),
-        &shareCommand(), &historyCommand(), &remarkCommand(), &canCommand(),      &linksCommand(),
-        &pwdCommand(),   &typesCommand(),   &loginCommand(),  &logoutCommand(),   &serveCommand(),
+        &lsCommand(),       &treeCommand(),     &searchCommand(), &infoCommand(),
+        &duCommand(),       &catCommand(),      &openCommand(),   &putCommand(),
+        &getCommand(),      &syncCommand(),     &watchCommand(),  &checkCommand(),
+        &mkdirCommand(),    &mvCommand(),       &cpCommand(),     &renameCommand(),
+        &orderCommand(),    &rmCommand(),       &trashCommand(),  &favCommand(),
+        &frequentCommand(), &recentCommand(),   &shareCommand(),  &historyCommand(),
+        &remarkCommand(),   &canCommand(),      &linksCommand(),  &pwdCommand(),
+        &typesCommand(),    &projectsCommand(), &whoamiCommand(), &loginCommand(),
+        &logoutCommand(),   &configCommand(),   &serveCommand(),  &completionCommand(),
         &helpCommand(),
     };
     return commands;
@@ -23,7 +27,11 @@ const Command *findCommand(const QString &name)
         if (name == QLatin1String(command->name))
             return command;
     }
-    return name == QLatin1String(completeCommand().name) ? &completeCommand() : nullptr;
+    for (const Command *const hidden : {&completeCommand(), &manualCommand()}) {
+        if (name == QLatin1String(hidden->name))
+            return hidden;
+    }
+    return nullptr;
 }
 
 } // namespace velldoc

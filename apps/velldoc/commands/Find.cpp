@@ -9,6 +9,9 @@
 
 #include <QRegularExpression>
 
+#include <limits>
+#include <optional>
+
 namespace velldoc {
 
 namespace {
@@ -37,16 +40,34 @@ void readSpan(const Context &context, VellDocumentConditon &condition)
         context.isSet("to") ? readTime(context, "to") : QDateTime::currentDateTime();
 }
 
-QString wordOf(const Context &context, const char *option, const QStringList &known)
+//! Which sizes are wanted: "+10M" at least, "-10K" at most, "5M" to the byte.
+struct SizeSpan
 {
-    QString word = context.value(option);
-    if (!word.isEmpty() && !known.contains(word)) {
-        throw Failure(
-            ExitUsage,
-            Text::tr("--%1 takes one of %2, not \"%3\".")
-                .arg(QString::fromLatin1(option), known.join(QStringLiteral(", ")), word));
+    qint64 least = 0;
+    qint64 most = std::numeric_limits<qint64>::max();
+
+    bool isAll() const { return least == 0 && most == std::numeric_limits<qint64>::max(); }
+};
+
+SizeSpan readSizes(const Context &context)
+{
+    SizeSpan span;
+    const QStringList texts = context.values("size");
+    for (const QString &text : texts) {
+        const bool isSigned =
+            text.startsWith(QLatin1Char('+')) || text.startsWith(QLatin1Char('-'));
+        const std::optional<qint64> bytes = bytesFromText(text.mid(isSigned ? 1 : 0));
+        if (!bytes)
+            throw Failure(
+                ExitUsage,
+                Text::tr("--size takes +10M (at least), -10K (at most) or 5M, not \"%1\".")
+                    .arg(text));
+        if (!text.startsWith(QLatin1Char('-')))
+            span.least = qMax(span.least, *bytes);
+        if (!text.startsWith(QLatin1Char('+')))
+            span.most = qMin(span.most, *bytes);
     }
-    return word;
+    return span;
 }
 
 VellDocumentConditon readCondition(Context &context, const QString &pattern)
@@ -57,7 +78,7 @@ VellDocumentConditon readCondition(Context &context, const QString &pattern)
         condition.searchName = pattern;
     else if (!isEverything)
         condition.searchName = QRegularExpression::wildcardToRegularExpression(pattern);
-    condition.type = wordOf(context, "type", {QStringLiteral("dir"), QStringLiteral("file")});
+    condition.type = context.word("type");
     condition.category = context.value("category");
     for (const QString &user : context.values("by"))
         condition.userIds += context.session().userIdsOf(user);
@@ -76,11 +97,15 @@ bool hasKind(const VellDocument &document, const QString &kind)
 
 void run(Context &context)
 {
-    const QStringList arguments = context.arguments(0, 2);
+    QStringList arguments = context.arguments(0, 2);
+    // No name has a slash: "find --kind image /site" means the folder.
+    if (arguments.size() == 1 && !context.isSet("regex")
+        && (arguments.constFirst().contains(QLatin1Char('/'))
+            || arguments.constFirst().startsWith(QLatin1String("id:"))))
+        arguments.prepend(QString());
     VellDocumentConditon condition = readCondition(context, arguments.value(0));
-    const QString kind = wordOf(
-        context, "kind",
-        {FILE_TYPE_IMAGE, FILE_TYPE_OFFICE, FILE_TYPE_DWG, FILE_TYPE_VIDEO, FILE_TYPE_OTHER});
+    const QString kind = context.word("kind");
+    const SizeSpan sizes = readSizes(context);
     const RemotePath path = RemotePath::parse(arguments.value(1, QStringLiteral("/")));
     condition.parentId = context.tree().findFolder(path)._id;
     VellDocumentSort sort;
@@ -89,7 +114,10 @@ void run(Context &context)
     const QList<VellDocument> all = context.tree().list(condition, sort);
     QList<VellDocument> found;
     for (const VellDocument &document : all) {
-        if (hasKind(document, kind))
+        const bool fits = sizes.isAll()
+            || (!isFolder(document) && document.fileSize >= sizes.least
+                && document.fileSize <= sizes.most);
+        if (fits && hasKind(document, kind))
             found.append(document);
     }
     showDocuments(context, found, QStringLiteral("documents"), FolderPaths(context.session()));
@@ -108,8 +136,9 @@ const Command &searchCommand()
         QT_TRANSLATE_NOOP("velldoc",
                           "Lists everything below PATH whose name fits PATTERN, what changed last "
                           "first. In a pattern * "
-                          "stands for any text and ? for one character; capitals and small letters "
-                          "are the same."),
+                          "stands for any text and ? for one character, [abc] for one of these; "
+                          "capitals and small letters "
+                          "are the same. A single argument with a slash is PATH."),
         {
             {"regex", nullptr,
              QT_TRANSLATE_NOOP("velldoc",
@@ -122,8 +151,13 @@ const Command &searchCommand()
                  "velldoc",
                  "Changed last by the user with this identifier, or by you under your name; "
                  "may be repeated.")},
-            {"type", "TYPE", QT_TRANSLATE_NOOP("velldoc", "file or dir.")},
-            {"kind", "KIND", QT_TRANSLATE_NOOP("velldoc", "image, office, dwg, video or other.")},
+            {"type", "TYPE", QT_TRANSLATE_NOOP("velldoc", "file or dir."), "file dir"},
+            {"kind", "KIND", QT_TRANSLATE_NOOP("velldoc", "image, office, dwg, video or other."),
+             "image office dwg video other"},
+            {"size", "SIZE",
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Files of at least (+10M), at most (-10K) or exactly this size; may "
+                               "be repeated.")},
             {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The service's category word.")},
             {"l,long", nullptr,
              QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},

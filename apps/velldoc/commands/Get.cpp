@@ -1,4 +1,6 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
+#include <velldoc/RemotePatterns.h>
 #include <velldoc/Text.h>
 #include <velldoc/Versions.h>
 #include <velldoc/commands/Commands.h>
@@ -6,6 +8,7 @@
 #include <velldoc/output/Json.h>
 #include <velldoc/transfer/ContentStream.h>
 #include <velldoc/transfer/DownloadPlan.h>
+#include <velldoc/transfer/OwnTargets.h>
 #include <velldoc/transfer/Transfers.h>
 
 #include <QDir>
@@ -23,12 +26,8 @@ namespace {
 
 void toStandardOutput(Context &context, const DownloadTask &task)
 {
-    if (context.out.isJson())
-        throw Failure(ExitUsage,
-                      Text::tr("The standard output holds either the content or --json."));
     QFile output;
-    if (!output.open(stdout, QIODevice::WriteOnly))
-        throw Failure(ExitFailed, Text::tr("The output could not be written."));
+    prepareStandardOutput(context, output);
     streamContent(context, task, output);
 }
 
@@ -45,8 +44,8 @@ struct Report
         fetched.append(QJsonObject{{QStringLiteral("local"), task.localPath},
                                    {QStringLiteral("document"), documentJson(document)}});
         bytes += qMax(qint64(0), document.fileSize);
-        if (context.isSet("verbose"))
-            context.out.print(task.localPath);
+        if (context.verbosity() > 0)
+            context.out.printName(task.localPath);
     }
 
     void addFailed(const QString &path, const Failure &failure)
@@ -61,16 +60,13 @@ struct Report
 //! \a failure with what was done and how to go on.
 Failure unfinished(const Failure &failure, int doneCount, int count)
 {
-    if (count == 1 && failure.code() != ExitInterrupted)
+    if (count == 1 && !isInterruption(failure.code()))
         return failure;
-    if (count == 1) {
-        const QString again = Text::tr("The same command fetches the file from its start.");
-        return {failure.code(), failure.sentence() + QLatin1Char(' ') + again};
-    }
-    const QString counts = Text::tr("%1 of %n file(s) are fetched.", nullptr, count).arg(doneCount);
-    const QString advice = Text::tr("The same command with --no-clobber fetches the rest.");
-    return {failure.code(), QStringList{failure.sentence(), counts, advice}.join(QLatin1Char(' ')),
-            failure.httpStatus()};
+    QStringList sentences{failure.sentence()};
+    if (count > 1)
+        sentences.append(Text::tr("%1 of %n file(s) are fetched.", nullptr, count).arg(doneCount));
+    sentences.append(Text::tr("The same command goes on from here."));
+    return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
 }
 
 void throwFirstFailure(Context &context, const DownloadPlan &plan, const Report &report)
@@ -133,19 +129,16 @@ void fetchAll(Context &context, const DownloadPlan &plan, Report &report)
     transfers.run(plan.tasks().isEmpty() ? QString() : plan.tasks().constFirst().document.name);
 }
 
-void run(Context &context)
+//! Adds what the command line names to \a plan. \return whether the content has been written to the standard output instead
+bool addSources(Context &context, const QList<NamedDocument> &sources, const QString &target,
+                bool isOwn, DownloadPlan &plan)
 {
-    QStringList sources = context.arguments(1, 0);
-    const QString target =
-        QDir::fromNativeSeparators(sources.size() > 1 ? sources.takeLast() : QStringLiteral("."));
-    const int version = context.number("version", 0);
+    const int version = context.versionNumber();
     if ((version > 0 || target == QLatin1String("-")) && sources.size() > 1)
         throw Failure(ExitUsage, Text::tr("Name one file only."));
-
-    DownloadPlan plan(context);
-    for (const QString &source : qAsConst(sources)) {
+    for (const NamedDocument &source : sources) {
         DownloadTask task;
-        task.document = context.tree().find(RemotePath::parse(source));
+        task.document = source.document;
         task.isVersion = version > 0;
         if (task.isVersion) {
             const VellDocument content = versionOf(context.session(), task.document, version);
@@ -154,16 +147,37 @@ void run(Context &context)
         }
         if (target == QLatin1String("-") && task.document.type == QLatin1String("file")) {
             toStandardOutput(context, task);
-            return;
+            return true;
         }
-        plan.add(task.document, target, sources.size(), task.isVersion);
+        plan.add(task.document, target, sources.size(), task.isVersion, isOwn);
     }
+    plan.settle();
+    return false;
+}
 
+//! What would be fetched.
+void showPlan(Context &context, const DownloadPlan &plan)
+{
+    QJsonArray planned;
+    for (const DownloadTask &task : plan.tasks()) {
+        context.leaves(task.localPath);
+        planned.append(QJsonObject{{QStringLiteral("local"), task.localPath},
+                                   {QStringLiteral("document"), documentJson(task.document)}});
+    }
+    context.out.setResult({{QStringLiteral("planned"), planned}});
+    context.out.note(Text::tr("%n file(s) would be fetched, %1.", nullptr, plan.tasks().size())
+                         .arg(sizeText(plan.totalBytes())));
+}
+
+//! Fetches what \a plan holds. \throws Failure
+void fetch(Context &context, const DownloadPlan &plan)
+{
     Report report;
     const auto setResult = qScopeGuard([&] {
         context.out.setResult(
             {{QStringLiteral("fetched"), report.fetched},
              {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
+             {QStringLiteral("unchanged"), QJsonArray::fromStringList(plan.unchanged())},
              {QStringLiteral("failed"), report.failed}});
     });
     for (const auto &entry : plan.unwritable())
@@ -177,9 +191,33 @@ void run(Context &context)
     if (!report.firstFailure || plan.tasks().size() > 1)
         context.out.note(Text::tr("%n file(s) fetched, %1.", nullptr, report.fetched.size())
                              .arg(sizeText(report.bytes)));
+    if (!plan.unchanged().isEmpty())
+        context.out.note(
+            Text::tr("%n file(s) were there already.", nullptr, plan.unchanged().size()));
     if (!plan.skipped().isEmpty())
         context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
     throwFirstFailure(context, plan, report);
+}
+
+void run(Context &context)
+{
+    QStringList texts = context.arguments(1, 0);
+    const OwnTargets ownTargets(context, QStringList{QStringLiteral("get")} + texts);
+    const QString target =
+        QDir::fromNativeSeparators(texts.size() > 1 ? texts.takeLast() : QStringLiteral("."));
+    const QList<NamedDocument> sources = namedDocuments(context, texts);
+    const bool isOneFolder = sources.size() == 1 && isFolder(sources.constFirst().document);
+    DownloadPlan plan(context);
+    if (isOneFolder && !QFileInfo::exists(target) && !context.isDryRun())
+        ownTargets.noteMade({});
+    const bool isOwn = isOneFolder && ownTargets.hasMade({});
+    if (addSources(context, sources, target, isOwn, plan))
+        return;
+    if (context.isDryRun()) {
+        showPlan(context, plan);
+        return;
+    }
+    fetch(context, plan);
 }
 
 } // namespace
@@ -194,8 +232,11 @@ const Command &getCommand()
                           "Fetches each file REMOTE into the local folder LOCAL (here, without "
                           "one), or a single one under "
                           "the name LOCAL; - is the standard output. A file appears under its name "
-                          "only when it is complete."),
-        {
+                          "only when it is complete. A local file that has the content already is "
+                          "left as it is, and the "
+                          "same command typed again goes on where an earlier run has stopped, also "
+                          "within a large file."),
+        withTransferOptions({
             {"r,recursive", nullptr,
              QT_TRANSLATE_NOOP("velldoc", "Folders as well, with everything below.")},
             {"f,force", nullptr,
@@ -204,9 +245,7 @@ const Command &getCommand()
              QT_TRANSLATE_NOOP("velldoc", "Skip local files that are there.")},
             {"version", "N",
              QT_TRANSLATE_NOOP("velldoc", "Version N of the file; 1 is the oldest.")},
-            {"v,verbose", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "Print where each file was stored.")},
-        },
+        }),
         {
             {"velldoc get /Drawings/plan.dwg",
              QT_TRANSLATE_NOOP("velldoc", "into the current folder")},

@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/Versions.h>
 #include <velldoc/commands/Commands.h>
@@ -16,6 +17,19 @@ QString sizeCellOf(const VellDocument &version)
     return version.fileSize > 0 ? sizeText(version.fileSize) : Text::tr("0 B or over 2 GiB");
 }
 
+//! The content of an earlier version becomes that of a new one.
+void makeCurrent(Context &context, const VellDocument &document, const RemotePath &path)
+{
+    const VellDocument version =
+        versionOf(context.session(), document, context.number("make-current", 0));
+    if (context.leaves(path.text()))
+        return;
+    Session &session = context.session();
+    const VellDocument now =
+        session.await(session.documents().makeCurrent(document._id, version.fileId));
+    context.out.setResult({{QStringLiteral("document"), documentJson(now, path.text())}});
+}
+
 void run(Context &context)
 {
     const RemotePath path = RemotePath::parse(context.arguments(1, 1).constFirst());
@@ -23,6 +37,10 @@ void run(Context &context)
     if (document.type != QLatin1String("file"))
         throw Failure(ExitFailed,
                       Text::tr("%1 is a folder, which has no versions.").arg(path.text()));
+    if (context.isSet("make-current")) {
+        makeCurrent(context, document, path);
+        return;
+    }
     const QList<VellDocument> versions = versionsOf(context.session(), document);
     Table table;
     table.addColumn(Text::tr("Version"), Qt::AlignRight);
@@ -56,9 +74,14 @@ const Command &historyCommand()
         QT_TRANSLATE_NOOP("velldoc",
                           "Lists the versions of the file PATH, newest first. \"velldoc get "
                           "--version N\" fetches one."),
-        {},
+        {{"make-current", "N",
+          QT_TRANSLATE_NOOP("velldoc",
+                            "The content of version N becomes that of a new, current version.")},
+         dryRunOption()},
         {{"velldoc history /Drawings/plan.dwg",
-          QT_TRANSLATE_NOOP("velldoc", "who stored what, and when")}},
+          QT_TRANSLATE_NOOP("velldoc", "who stored what, and when")},
+         {"velldoc history --make-current 2 /Drawings/plan.dwg",
+          QT_TRANSLATE_NOOP("velldoc", "go back to an earlier version")}},
         run,
     };
     return command;

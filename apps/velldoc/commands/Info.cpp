@@ -1,5 +1,6 @@
 #include <velldoc/Context.h>
 #include <velldoc/Listing.h>
+#include <velldoc/RemotePatterns.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/DisplayWidth.h>
@@ -67,10 +68,10 @@ void print(const Pairs &pairs, Output &output)
 
 void run(Context &context)
 {
-    const QStringList paths = context.arguments(1, 0);
+    const QList<NamedDocument> named = namedDocuments(context, context.arguments(1, 0));
     QJsonArray described;
-    for (const QString &text : paths) {
-        const VellDocument found = context.tree().find(RemotePath::parse(text));
+    for (const NamedDocument &entry : named) {
+        const VellDocument &found = entry.document;
         if (found._id.isEmpty())
             throw Failure(ExitUsage, Text::tr("The top level is no document: name one in it."));
         Session &session = context.session();
@@ -78,8 +79,15 @@ void run(Context &context)
         const QString path = context.tree().pathOf(document);
         if (!described.isEmpty())
             context.out.print(QString());
-        print(describe(document, path, session), context.out);
-        described.append(documentJson(document, path));
+        Pairs pairs = describe(document, path, session);
+        QJsonObject json = documentJson(document, path);
+        if (context.isSet("checksum") && !isFolder(document)) {
+            const QString md5 = session.await(session.documents().contentMd5(document.fileId));
+            pairs.append({QStringLiteral("MD5"), md5});
+            json.insert(QStringLiteral("md5"), md5);
+        }
+        print(pairs, context.out);
+        described.append(json);
         context.out.setResult({{QStringLiteral("documents"), described}});
     }
 }
@@ -94,7 +102,7 @@ const Command &infoCommand()
         QT_TRANSLATE_NOOP("velldoc", "tell everything about a document"),
         QT_TRANSLATE_NOOP("velldoc",
                           "Tells what the service knows about each document or folder PATH."),
-        {},
+        {{"checksum", nullptr, QT_TRANSLATE_NOOP("velldoc", "The MD5 of the content as well.")}},
         {{"velldoc info --json /Drawings/plan.dwg",
           QT_TRANSLATE_NOOP("velldoc", "for a script: identifier, size, dates, rights")}},
         run,

@@ -58,7 +58,10 @@ const Command &loginCommand()
             "velldoc",
             "Tries the service URL with the project of --project and an access token, which is "
             "read from the terminal "
-            "or the standard input, and remembers them in a file that only you can read."),
+            "or the standard input, and remembers them in a file that only you can read. With "
+            "--profile NAME "
+            "it is one of several logins: commands with --profile NAME, or with VELLDOC_PROFILE in "
+            "the environment, work there."),
         {},
         {{"velldoc login --project tower https://documents.example.com/",
           QT_TRANSLATE_NOOP("velldoc", "all later commands work there")}},

@@ -9,7 +9,7 @@ namespace {
 void run(Context &context)
 {
     context.arguments(0, 0);
-    const bool wasStored = Settings::forget();
+    const bool wasStored = Settings::forget(context.settings.profile);
     context.out.setResult({{QStringLiteral("forgotten"), wasStored}});
     context.out.note(wasStored ? Text::tr("The service and the access token are forgotten.")
                                : Text::tr("There was nothing to forget."));

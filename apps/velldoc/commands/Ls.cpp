@@ -1,10 +1,13 @@
 #include <velldoc/Context.h>
 #include <velldoc/Listing.h>
+#include <velldoc/RemotePatterns.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/Json.h>
 
 #include <QSet>
+
+#include <utility>
 
 namespace velldoc {
 
@@ -62,12 +65,34 @@ class Lister
 public:
     Lister(Context &context, const Page &page) : m_context(context), m_page(page) {}
 
+    //! Those that are files, in one list, by their paths when there are several.
+    void listFiles(const QList<NamedDocument> &named)
+    {
+        QList<VellDocument> files;
+        for (const NamedDocument &entry : named) {
+            if (isFolder(entry.document))
+                continue;
+            files.append(entry.document);
+            if (named.size() > 1 && !m_context.out.isJson())
+                files.last().name = entry.path.text();
+        }
+        if (files.isEmpty())
+            return;
+        const bool isTitled = std::exchange(m_isTitled, false);
+        if (m_context.out.isJson()) {
+            for (const NamedDocument &entry : named) {
+                if (!isFolder(entry.document))
+                    addToResult(entry.path, {entry.document}, 1, true);
+            }
+        } else {
+            show(named.constFirst().path, files, files.size());
+        }
+        m_isTitled = isTitled;
+        m_hasShown = true;
+    }
+
     void list(const RemotePath &path, const VellDocument &document)
     {
-        if (document.type == QLatin1String("file")) {
-            show(path, {document}, 1);
-            return;
-        }
         const QList<VellDocument> entries =
             isStreamed() ? streamNames(path, document._id) : showEntries(path, document._id);
         if (!m_context.isSet("recursive"))
@@ -86,13 +111,16 @@ private:
     //! Bare names need neither the widths of columns nor a count.
     bool isStreamed() const
     {
-        return !isPaged() && !m_context.out.isJson() && !m_context.isSet("l");
+        return !isPaged() && m_page.skip == 0 && !m_context.out.isJson() && !m_context.isSet("l");
     }
 
     QList<VellDocument> entriesOf(const QString &id, int skip, int limit)
     {
         VellDocumentConditon condition;
         condition.parentId = id;
+        constexpr int MostEntries = 100000; // of one list
+        if (skip > 0 && limit == 0)
+            limit = MostEntries;
         Session &session = m_context.session();
         return session.await(session.documents().list(condition, m_page.sort, skip, limit));
     }
@@ -159,11 +187,14 @@ private:
         }
     }
 
-    void addToResult(const RemotePath &path, const QList<VellDocument> &entries, int total)
+    //! \param isItself \a entries holds the file at \a path
+    void addToResult(const RemotePath &path, const QList<VellDocument> &entries, int total,
+                     bool isItself = false)
     {
         QJsonArray array;
         for (const VellDocument &entry : entries)
-            array.append(documentJson(entry));
+            array.append(
+                documentJson(entry, isItself ? path.text() : path.child(entry.name).text()));
         m_result.append(QJsonObject{{QStringLiteral("path"), path.text()},
                                     {QStringLiteral("total"), total},
                                     {QStringLiteral("entries"), array}});
@@ -180,17 +211,17 @@ private:
 void run(Context &context)
 {
     Page page{context.number("limit", 0), context.number("skip", 0), readSort(context)};
-    if (page.skip > 0 && page.limit == 0)
-        throw Failure(ExitUsage, Text::tr("--skip goes with --limit."));
     QStringList paths = context.arguments();
     if (paths.isEmpty())
         paths.append(QStringLiteral("/"));
+    const QList<NamedDocument> found = namedDocuments(context, paths);
     Lister lister(context, page);
-    if (paths.size() > 1 || context.isSet("recursive"))
+    if (found.size() > 1 || context.isSet("recursive"))
         lister.setTitled();
-    for (const QString &text : qAsConst(paths)) {
-        const RemotePath path = RemotePath::parse(text);
-        lister.list(path, context.tree().find(path));
+    lister.listFiles(found);
+    for (const NamedDocument &named : found) {
+        if (isFolder(named.document))
+            lister.list(named.path, named.document);
     }
 }
 
@@ -202,15 +233,21 @@ const Command &lsCommand()
         "ls",
         "[-lR] [PATH...]",
         QT_TRANSLATE_NOOP("velldoc", "list folders"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Lists the entries of each folder PATH, of the top level without one; "
-                          "folders come first."),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Lists the entries of each folder PATH, of the top level without one: "
+            "folders first, then by the order that \"velldoc order\" has given, then what changed "
+            "last. "
+            "In the names of PATH * and ? stand for any text and for one character, [abc] for one "
+            "of these; "
+            "put quotes around them. A name that holds such a sign itself counts first."),
         {
             {"l,long", nullptr,
              QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
             {"R,recursive", nullptr, QT_TRANSLATE_NOOP("velldoc", "The folders below as well.")},
             {"s,sort", "FIELD",
-             QT_TRANSLATE_NOOP("velldoc", "By name, size, created, updated or order.")},
+             QT_TRANSLATE_NOOP("velldoc", "By name, size, created, updated or order."),
+             "name size created updated order"},
             {"r,reverse", nullptr, QT_TRANSLATE_NOOP("velldoc", "The other way round.")},
             {"limit", "N", QT_TRANSLATE_NOOP("velldoc", "At most so many of each folder.")},
             {"skip", "N", QT_TRANSLATE_NOOP("velldoc", "Leave out so many first.")},

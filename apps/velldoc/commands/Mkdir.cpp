@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/Json.h>
@@ -11,7 +12,15 @@ VellDocument make(Context &context, const RemotePath &path)
 {
     if (path.names().isEmpty())
         throw Failure(ExitUsage, Text::tr("%1 has no name for a folder.").arg(path.text()));
-    if (context.isSet("p"))
+    const bool makesParents = context.isSet("p");
+    if (context.isDryRun()) {
+        context.leaves(path.text());
+        VellDocument folder;
+        folder.name = path.name();
+        folder.type = QStringLiteral("dir");
+        return folder;
+    }
+    if (makesParents)
         return context.tree().makePath(path);
     if (context.tree().tryFind(path)) {
         throw Failure(
@@ -45,7 +54,8 @@ const Command &mkdirCommand()
         QT_TRANSLATE_NOOP("velldoc", "Makes each folder PATH in a folder that is there."),
         {{"p,parents", nullptr,
           QT_TRANSLATE_NOOP("velldoc",
-                            "Make what is missing above it too; a folder that is there will do.")}},
+                            "Make what is missing above it too; a folder that is there will do.")},
+         dryRunOption()},
         {{"velldoc mkdir -p '/Drawings/Level 1'",
           QT_TRANSLATE_NOOP("velldoc", "make both folders, as far as they are missing")}},
         run,

@@ -1,4 +1,6 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
+#include <velldoc/RemotePatterns.h>
 #include <velldoc/Renaming.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -8,14 +10,6 @@ namespace velldoc {
 
 namespace {
 
-VellDocument findEntry(Context &context, const QString &text)
-{
-    VellDocument document = context.tree().find(RemotePath::parse(text));
-    if (document._id.isEmpty())
-        throw Failure(ExitUsage, Text::tr("The top level itself cannot be moved."));
-    return document;
-}
-
 void move(Context &context, const QList<VellDocument> &documents, const QString &folderId)
 {
     QStringList ids;
@@ -23,23 +17,26 @@ void move(Context &context, const QList<VellDocument> &documents, const QString 
         if (document.parentId != folderId)
             ids.append(document._id);
     }
+    if (context.isDryRun())
+        return;
     if (!ids.isEmpty())
         context.session().awaitAll(context.session().documents().move(ids, folderId));
 }
 
-void moveInto(Context &context, const QStringList &sources, const VellDocument &folder,
+void moveInto(Context &context, const QList<NamedDocument> &sources, const VellDocument &folder,
               const RemotePath &path)
 {
     QList<VellDocument> documents;
     QJsonArray moved;
     QSet<QString> names;
-    for (const QString &source : sources) {
-        VellDocument document = findEntry(context, source);
+    for (const NamedDocument &source : sources) {
+        VellDocument document = source.document;
         if (document.parentId != folder._id)
             requireFreeName(context, folder._id, path.text(), document.name);
         if (names.contains(document.name))
             throw Failure(ExitUsage, Text::tr("Two of them are called \"%1\".").arg(document.name));
         names.insert(document.name);
+        context.leaves(source.path.text());
         documents.append(document);
         document.parentId = folder._id;
         moved.append(documentJson(document, path.child(document.name).text()));
@@ -63,12 +60,14 @@ void takeBack(Context &context, const VellDocument &document, const QString &old
 }
 
 //! Into another folder, under another name, or both.
-void moveTo(Context &context, const QString &source, const RemotePath &target)
+void moveTo(Context &context, const NamedDocument &source, const RemotePath &target)
 {
-    VellDocument document = findEntry(context, source);
+    VellDocument document = source.document;
     const VellDocument folder = context.tree().findFolder(target.parent());
     if (document.parentId != folder._id)
         requireFreeName(context, folder._id, target.parent().text(), target.name());
+    if (context.leaves(source.path.text()))
+        return;
     // The name first: of two changes the one that is more likely to be refused.
     const QString oldName = document.name;
     document = renameDocument(context, document, target.name());
@@ -85,8 +84,13 @@ void moveTo(Context &context, const QString &source, const RemotePath &target)
 
 void run(Context &context)
 {
-    QStringList sources = context.arguments(2, 0);
-    const RemotePath target = RemotePath::parse(sources.takeLast());
+    QStringList texts = context.arguments(2, 0);
+    const RemotePath target = RemotePath::parse(texts.takeLast());
+    const QList<NamedDocument> sources = namedDocuments(context, texts);
+    for (const NamedDocument &source : sources) {
+        if (source.document._id.isEmpty())
+            throw Failure(ExitUsage, Text::tr("The top level itself cannot be moved."));
+    }
     const std::optional<VellDocument> there = context.tree().tryFind(target);
     if (there && isFolder(*there)) {
         moveInto(context, sources, *there, target);
@@ -114,7 +118,7 @@ const Command &mvCommand()
         QT_TRANSLATE_NOOP("velldoc",
                           "Moves each SOURCE into the folder TARGET, or a single one to the place "
                           "and name TARGET."),
-        {},
+        {dryRunOption()},
         {
             {"velldoc mv /in/a.dwg /in/b.dwg /Drawings",
              QT_TRANSLATE_NOOP("velldoc", "two documents into a folder")},

@@ -1,14 +1,20 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
+#include <velldoc/output/Interrupt.h>
 #include <velldoc/output/Json.h>
+#include <velldoc/transfer/OwnTargets.h>
 #include <velldoc/transfer/Transfers.h>
 #include <velldoc/transfer/UploadPlan.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QTemporaryFile>
+
+#include <cstdio>
 
 namespace velldoc {
 
@@ -19,18 +25,22 @@ struct Target
     VellDocument folder;
     RemotePath path;
     QString name; //!< empty: each source keeps its own
+    bool isNew = false; //!< nothing is there yet
 };
 
 //! As cp does: into a folder that is there, else a single source takes the last name.
-Target findTarget(Context &context, const QString &text, int sourceCount)
+//! \param ownTargets null for sources that make no folder
+Target findTarget(Context &context, const QString &text, int sourceCount,
+                  const OwnTargets *ownTargets)
 {
     const RemotePath path = RemotePath::parse(text);
     const std::optional<VellDocument> there = context.tree().tryFind(path);
-    if (there && isFolder(*there))
+    const bool isOwn = there && ownTargets && ownTargets->hasMade(there->_id);
+    if (there && isFolder(*there) && !isOwn)
         return {*there, path, {}};
     if (sourceCount == 1 && !path.endsWithSlash())
-        return {context.tree().findFolder(path.parent()), path.parent(), path.name()};
-    if (there)
+        return {context.tree().findFolder(path.parent()), path.parent(), path.name(), !there};
+    if (there && !isFolder(*there))
         throw notAFolder(path);
     throw Failure(
         ExitNotFound,
@@ -46,23 +56,27 @@ QString nameOf(const QFileInfo &local)
 
 using Tasks = QHash<qint64, UploadTask>; // by transfer
 
+QString actionOf(const UploadTask &task)
+{
+    if (task.replaced)
+        return QStringLiteral("replaced");
+    return task.isRenamed ? QStringLiteral("renamed") : QStringLiteral("created");
+}
+
 void report(Context &context, const UploadPlan &plan, const Transfers &transfers,
             const Tasks &tasks)
 {
     QJsonArray stored;
     for (const Transfers::Done &entry : transfers.done()) {
         const UploadTask task = tasks.value(entry.id);
-        const char *const action = task.replaced ? "replaced"
-            : task.isRenamed                     ? "renamed"
-                                                 : "created";
         stored.append(QJsonObject{
             {QStringLiteral("local"), task.localPath},
-            {QStringLiteral("action"), QString::fromLatin1(action)},
+            {QStringLiteral("action"), actionOf(task)},
             {QStringLiteral("document"), documentJson(entry.document, task.remotePath)}});
         if (task.isRenamed)
             context.out.note(Text::tr("%1 is stored as %2.").arg(task.localPath, task.remotePath));
-        if (context.isSet("verbose"))
-            context.out.print(task.remotePath);
+        if (context.verbosity() > 0)
+            context.out.printName(task.remotePath);
     }
     QJsonArray failed;
     const auto addFailed = [&failed](const QString &path, const QString &message) {
@@ -79,11 +93,16 @@ void report(Context &context, const UploadPlan &plan, const Transfers &transfers
         context.out.error(Text::tr("%1 was not stored: %2").arg(path, sentence));
         addFailed(path, sentence);
     }
-    context.out.setResult({{QStringLiteral("stored"), stored},
-                           {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
-                           {QStringLiteral("failed"), failed}});
+    context.out.setResult(
+        {{QStringLiteral("stored"), stored},
+         {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
+         {QStringLiteral("unchanged"), QJsonArray::fromStringList(plan.unchanged())},
+         {QStringLiteral("failed"), failed}});
     context.out.note(Text::tr("%n file(s) stored, %1.", nullptr, transfers.done().size())
                          .arg(sizeText(transfers.doneBytes())));
+    if (!plan.unchanged().isEmpty())
+        context.out.note(
+            Text::tr("%n file(s) were there already.", nullptr, plan.unchanged().size()));
     if (!plan.skipped().isEmpty())
         context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
 }
@@ -96,12 +115,8 @@ Failure unfinished(const Failure &failure, const UploadPlan &plan, const Transfe
         sentences.append(Text::tr("%1 of %n file(s) are stored.", nullptr, plan.tasks().size())
                              .arg(transfers.done().size()));
     }
-    if (failure.code() != ExitNotAllowed) {
-        sentences.append(
-            transfers.done().isEmpty()
-                ? Text::tr("The same command continues where the service has stopped.")
-                : Text::tr("The same command with --on-conflict skip stores the rest."));
-    }
+    if (failure.code() != ExitNotAllowed)
+        sentences.append(Text::tr("The same command goes on from here."));
     return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
 }
 
@@ -116,38 +131,44 @@ void throwFirstFailure(const UploadPlan &plan, const Transfers &transfers)
 }
 
 //! Everything that is asked for, and its conflicts settled.
-UploadPlan makePlan(Context &context, ConflictPolicy policy, const QStringList &sources,
-                    const Target &target)
+void fill(UploadPlan &plan, const QStringList &sources, const Target &target)
 {
-    UploadPlan plan(context, policy);
     try {
         for (const QString &source : sources) {
             const QFileInfo local(source);
             plan.add(local, target.folder, target.path,
                      target.name.isEmpty() ? nameOf(local) : target.name);
         }
+        plan.settle();
     } catch (const Failure &failure) {
-        if (failure.code() != ExitInterrupted)
+        if (!isInterruption(failure.code()))
             throw;
         const QString advice = Text::tr("No file was sent; the same command begins anew.");
-        throw Failure(ExitInterrupted, failure.sentence() + QLatin1Char(' ') + advice);
+        throw Failure(failure.code(), failure.sentence() + QLatin1Char(' ') + advice);
     }
-    return plan;
 }
 
-void run(Context &context)
+//! What would be stored where.
+void showPlan(Context &context, const UploadPlan &plan)
 {
-    QStringList sources = context.arguments(2, 0);
-    const QString targetText = sources.takeLast();
-    const ConflictPolicy policy(context);
-    for (const QString &source : qAsConst(sources)) {
-        if (!QFileInfo::exists(source))
-            throw Failure(
-                ExitNotFound,
-                Text::tr("There is no local file %1: check its name and its folder.").arg(source));
+    QJsonArray planned;
+    for (const UploadTask &task : plan.tasks()) {
+        context.leaves(task.remotePath);
+        planned.append(QJsonObject{{QStringLiteral("local"), task.localPath},
+                                   {QStringLiteral("action"), actionOf(task)},
+                                   {QStringLiteral("path"), task.remotePath},
+                                   {QStringLiteral("size"), task.sizeBytes}});
     }
-    const Target target = findTarget(context, targetText, sources.size());
-    const UploadPlan plan = makePlan(context, policy, sources, target);
+    context.out.setResult({{QStringLiteral("planned"), planned}});
+    for (const auto &entry : plan.unreadable())
+        context.out.error(Text::tr("%1 was left out: %2.").arg(entry.first, entry.second));
+    context.out.note(Text::tr("%n file(s) would be stored, %1.", nullptr, plan.tasks().size())
+                         .arg(sizeText(plan.totalBytes())));
+}
+
+//! Sends what \a plan holds.
+void send(Context &context, const UploadPlan &plan)
+{
     Transfers transfers(context, plan.totalBytes());
     Tasks tasks;
     for (const UploadTask &task : plan.tasks()) {
@@ -167,6 +188,69 @@ void run(Context &context)
     throwFirstFailure(plan, transfers);
 }
 
+//! Stores what comes from the standard input.
+void putStandardInput(Context &context, UploadPlan &plan, const QString &targetText)
+{
+    const Target target = findTarget(context, targetText, 1, nullptr);
+    if (target.name.isEmpty())
+        throw Failure(ExitUsage,
+                      Text::tr("What comes from the standard input needs a name: %1/NAME.")
+                          .arg(target.path.isTop() ? QString() : target.path.text()));
+    QTemporaryFile file;
+    QFile input;
+    if (!file.open() || !input.open(stdin, QIODevice::ReadOnly))
+        throw Failure(ExitFailed, Text::tr("The file %1 cannot be written.").arg(file.fileName()));
+    while (!input.atEnd()) {
+        Interrupt::check();
+        constexpr qint64 BlockBytes = 1048576;
+        const QByteArray block = input.read(BlockBytes);
+        if (block.isEmpty())
+            break;
+        if (file.write(block) != block.size())
+            throw Failure(ExitFailed,
+                          Text::tr("The content cannot be written: %1.").arg(file.errorString()));
+    }
+    Interrupt::check();
+    file.close();
+    fill(plan, {file.fileName()}, target);
+    if (context.isDryRun())
+        showPlan(context, plan);
+    else
+        send(context, plan);
+}
+
+void run(Context &context)
+{
+    QStringList sources = context.arguments(2, 0);
+    const OwnTargets ownTargets(context, QStringList{QStringLiteral("put")} + sources);
+    const QString targetText = sources.takeLast();
+    UploadPlan plan(context);
+    if (sources == QStringList{QStringLiteral("-")}) {
+        putStandardInput(context, plan, targetText);
+        return;
+    }
+    for (const QString &source : qAsConst(sources)) {
+        if (!QFileInfo::exists(source))
+            throw Failure(
+                ExitNotFound,
+                Text::tr("There is no local file %1: check its name and its folder.").arg(source));
+    }
+    const bool isOneFolder = sources.size() == 1 && QFileInfo(sources.constFirst()).isDir();
+    const Target target =
+        findTarget(context, targetText, sources.size(), isOneFolder ? &ownTargets : nullptr);
+    const bool makesTarget = isOneFolder && target.isNew && !context.isDryRun();
+    if (makesTarget)
+        ownTargets.noteMade({});
+    fill(plan, sources, target);
+    if (makesTarget)
+        ownTargets.noteMade(context.tree().namesIn(target.folder._id).value(target.name)._id);
+    if (context.isDryRun()) {
+        showPlan(context, plan);
+        return;
+    }
+    send(context, plan);
+}
+
 } // namespace
 
 const Command &putCommand()
@@ -177,11 +261,12 @@ const Command &putCommand()
         QT_TRANSLATE_NOOP("velldoc", "store files and folders"),
         QT_TRANSLATE_NOOP("velldoc",
                           "Stores each local file or folder in the folder REMOTE, or a single one "
-                          "under the name REMOTE. "
+                          "under the name REMOTE; - is the standard input. "
                           "Large files go up in pieces: when the connection is lost, velldoc tries "
-                          "again, and a later "
-                          "run continues where the service stopped."),
-        {
+                          "again. A file whose content is there already is left as it is, so the "
+                          "same command typed "
+                          "again goes on where an earlier run has stopped."),
+        withTransferOptions({
             {"u,update", nullptr,
              QT_TRANSLATE_NOOP(
                  "velldoc",
@@ -189,17 +274,24 @@ const Command &putCommand()
             {"on-conflict", "WHAT",
              QT_TRANSLATE_NOOP(
                  "velldoc",
-                 "When a name is taken: ask (on a terminal), replace, rename, skip or cancel.")},
-            {"v,verbose", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "Print where each file was stored.")},
-        },
+                 "When a name is taken: ask (on a terminal), replace, rename, skip or cancel."),
+             "ask replace rename skip cancel"},
+            {"links", "WHAT",
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "Links in folders: refuse (those to folders are named as left out), skip "
+                 "or follow."),
+             "refuse skip follow"},
+        }),
         {
             {"velldoc put plan.dwg notes.txt /Drawings",
              QT_TRANSLATE_NOOP("velldoc", "two files into a folder")},
             {"velldoc put --update plan.dwg /Drawings",
              QT_TRANSLATE_NOOP("velldoc", "a new version of a file")},
-            {"velldoc put --on-conflict skip site/ /",
-             QT_TRANSLATE_NOOP("velldoc", "a whole folder, going on where an earlier run ended")},
+            {"velldoc put --exclude '*.bak' --links skip site /",
+             QT_TRANSLATE_NOOP("velldoc", "a folder without some files and all links")},
+            {"pg_dump plans | velldoc put - /backup/plans.sql",
+             QT_TRANSLATE_NOOP("velldoc", "what another program prints")},
         },
         run,
     };

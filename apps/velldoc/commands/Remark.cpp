@@ -21,7 +21,7 @@ Place findPlace(Context &context, const QString &path)
     const VellDocument document = context.tree().find(RemotePath::parse(path));
     if (document._id.isEmpty())
         throw Failure(ExitUsage, Text::tr("The top level has no remark."));
-    const int number = context.number("version", 0);
+    const int number = context.versionNumber();
     if (number == 0)
         return {document._id, false, document.remark};
     const VellDocument version = versionOf(context.session(), document, number);

@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Renaming.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -15,7 +16,12 @@ void run(Context &context)
     const VellDocument document = context.tree().find(path);
     if (document._id.isEmpty())
         throw Failure(ExitUsage, Text::tr("The top level has no name."));
-    const VellDocument renamed = renameDocument(context, document, arguments.constLast());
+    const QString name = arguments.constLast();
+    if (name.isEmpty())
+        throw Failure(ExitUsage, Text::tr("A name has at least one character."));
+    if (context.leaves(path.text()))
+        return;
+    const VellDocument renamed = renameDocument(context, document, name);
     context.out.setResult({{QStringLiteral("document"), documentJson(renamed)}});
 }
 
@@ -29,7 +35,7 @@ const Command &renameCommand()
         QT_TRANSLATE_NOOP("velldoc", "give a document or a folder another name"),
         QT_TRANSLATE_NOOP("velldoc",
                           "Gives the document or folder PATH the name NAME, in the same folder."),
-        {},
+        {dryRunOption()},
         {{"velldoc rename /Drawings/plan.dwg 'Level 1.dwg'",
           QT_TRANSLATE_NOOP("velldoc", "the same drawing under another name")}},
         run,

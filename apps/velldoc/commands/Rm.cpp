@@ -1,4 +1,6 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
+#include <velldoc/RemotePatterns.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/Json.h>
@@ -7,38 +9,38 @@ namespace velldoc {
 
 namespace {
 
-QList<VellDocument> findAll(Context &context)
+QList<NamedDocument> findAll(Context &context)
 {
-    const QStringList paths = context.arguments(1, 0);
-    QList<VellDocument> documents;
-    for (const QString &text : paths) {
-        const VellDocument document = context.tree().find(RemotePath::parse(text));
-        if (document._id.isEmpty())
+    const QList<NamedDocument> found = namedDocuments(context, context.arguments(1, 0));
+    for (const NamedDocument &entry : found) {
+        if (entry.document._id.isEmpty())
             throw Failure(ExitUsage, Text::tr("The top level itself cannot be deleted."));
-        if (isFolder(document) && !context.isSet("recursive")) {
-            throw Failure(
-                ExitFailed,
-                Text::tr("%1 is a folder: pass -r to delete it with everything in it.").arg(text));
+        if (isFolder(entry.document) && !context.isSet("recursive")) {
+            throw Failure(ExitFailed,
+                          Text::tr("%1 is a folder: pass -r to delete it with everything in it.")
+                              .arg(entry.path.text()));
         }
-        documents.append(document);
     }
-    return documents;
+    return found;
 }
 
 void run(Context &context)
 {
     // All are looked up before the first one goes.
-    const QList<VellDocument> documents = findAll(context);
+    const QList<NamedDocument> documents = findAll(context);
     QJsonArray deleted;
-    for (const VellDocument &document : documents) {
+    for (const NamedDocument &entry : documents) {
         Session &session = context.session();
-        session.awaitAll(session.documents().remove({document._id}));
-        deleted.append(documentJson(document));
+        if (!context.leaves(entry.path.text()))
+            session.awaitAll(session.documents().remove({entry.document._id}));
+        deleted.append(documentJson(entry.document, entry.path.text()));
         context.out.setResult({{QStringLiteral("deleted"), deleted}});
     }
-    context.out.note(
-        Text::tr("%n document(s) moved to the recycle bin; \"velldoc trash\" brings them back.",
-                 nullptr, documents.size()));
+    if (!context.isDryRun()) {
+        context.out.note(
+            Text::tr("%n document(s) moved to the recycle bin; \"velldoc trash\" brings them back.",
+                     nullptr, documents.size()));
+    }
 }
 
 } // namespace
@@ -53,8 +55,10 @@ const Command &rmCommand()
                           "Moves each document PATH, or with -r each folder with everything below, "
                           "to the recycle bin."),
         {{"r,recursive", nullptr,
-          QT_TRANSLATE_NOOP("velldoc", "Folders as well, with everything below.")}},
-        {{"velldoc rm -r /old", QT_TRANSLATE_NOOP("velldoc", "a folder with everything in it")}},
+          QT_TRANSLATE_NOOP("velldoc", "Folders as well, with everything below.")},
+         dryRunOption()},
+        {{"velldoc rm -r /old", QT_TRANSLATE_NOOP("velldoc", "a folder with everything in it")},
+         {"velldoc rm '/Drawings/*.bak'", QT_TRANSLATE_NOOP("velldoc", "all that fit a pattern")}},
         run,
     };
     return command;

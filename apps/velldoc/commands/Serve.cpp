@@ -14,11 +14,11 @@ void run(Context &context)
         folder = context.settings.dataDir;
     const QString address =
         context.isSet("listen") ? context.value("listen") : QStringLiteral("127.0.0.1:0");
-    context.out.note(Text::tr("Serving %1; Ctrl-C ends it.").arg(folder));
     EmbeddedService().serve(folder, address, [&](const QString &served) {
         context.out.setResult(
             {{QStringLiteral("address"), served}, {QStringLiteral("data"), folder}});
         context.out.print(served);
+        context.out.note(Text::tr("Serving %1; Ctrl-C ends it.").arg(folder));
         // Whoever has started the service waits for this line.
         context.out.finish(nullptr);
     });

@@ -1,4 +1,6 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
+#include <velldoc/RemotePatterns.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
@@ -115,11 +117,13 @@ void revoke(Context &context)
     QJsonArray revoked;
     const QStringList ids = context.values("revoke");
     for (const QString &id : ids) {
-        context.session().await(context.session().documents().revokeShare(id));
+        if (!context.leaves(id))
+            context.session().await(context.session().documents().revokeShare(id));
         revoked.append(id);
         context.out.setResult({{QStringLiteral("revoked"), revoked}});
     }
-    context.out.note(Text::tr("%n share(s) ended.", nullptr, ids.size()));
+    if (!context.isDryRun())
+        context.out.note(Text::tr("%n share(s) ended.", nullptr, ids.size()));
 }
 
 void run(Context &context)
@@ -135,14 +139,16 @@ void run(Context &context)
     const QDateTime end = readEnd(context);
     if (end.isValid() && end <= QDateTime::currentDateTime())
         throw Failure(ExitUsage, Text::tr("The share would have ended already."));
-    const QStringList paths = context.arguments(1, 0);
+    const QList<NamedDocument> documents = namedDocuments(context, context.arguments(1, 0));
     QStringList ids;
-    for (const QString &path : paths) {
-        const VellDocument document = context.tree().find(RemotePath::parse(path));
-        if (document._id.isEmpty())
+    for (const NamedDocument &named : documents) {
+        if (named.document._id.isEmpty())
             throw Failure(ExitUsage, Text::tr("Name documents or folders, not the top level."));
-        ids.append(document._id);
+        if (!context.leaves(named.path.text()))
+            ids.append(named.document._id);
     }
+    if (context.isDryRun())
+        return;
     const bool allowsDownload = !context.isSet("no-download");
     VellError error;
     const QString code =
@@ -183,6 +189,7 @@ const Command &shareCommand()
                                "documents.")},
             {"revoke", "ID",
              QT_TRANSLATE_NOOP("velldoc", "Ends the share with that identifier; may be repeated.")},
+            dryRunOption(),
         },
         {{"velldoc share --days 3 /Drawings",
           QT_TRANSLATE_NOOP("velldoc", "a folder for three days")},

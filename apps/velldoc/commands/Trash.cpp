@@ -1,6 +1,8 @@
 #include <velldoc/Context.h>
 #include <velldoc/FolderPaths.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Listing.h>
+#include <velldoc/RecycleBin.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/Json.h>
@@ -10,35 +12,11 @@ namespace velldoc {
 
 namespace {
 
-constexpr int PageSize = 1000;
-
 VellDocumentConditon binCondition()
 {
     VellDocumentConditon condition;
     condition.category = QStringLiteral("recycle");
     return condition;
-}
-
-//! What was deleted itself, the latest first.
-QList<VellDocument> readBin(Context &context)
-{
-    Session &session = context.session();
-    QList<VellDocument> documents;
-    for (;;) {
-        const VellPage page = session.await(session.documents().page(
-            binCondition(), VellDocumentSort(), documents.size(), PageSize));
-        documents += page.documents;
-        if (page.documents.isEmpty() || documents.size() >= page.total)
-            return documents;
-    }
-}
-
-void list(Context &context)
-{
-    const QList<VellDocument> documents = readBin(context);
-    showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(context.session()));
-    if (documents.isEmpty())
-        context.out.note(Text::tr("The recycle bin is empty."));
 }
 
 VellDocument findInBin(const QList<VellDocument> &bin, const QString &text)
@@ -62,6 +40,22 @@ VellDocument findInBin(const QList<VellDocument> &bin, const QString &text)
             .arg(text, ids.join(QStringLiteral(", "))));
 }
 
+//! What is in the recycle bin, or in a deleted folder.
+void list(Context &context, const QStringList &names)
+{
+    QList<VellDocument> documents = readBin(context);
+    if (!names.isEmpty()) {
+        const VellDocument folder = findInBin(documents, names.constFirst());
+        VellDocumentConditon condition = binCondition();
+        condition.parentId = folder._id;
+        documents = context.tree().list(condition);
+    }
+    showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(context.session()));
+    if (documents.isEmpty())
+        context.out.note(names.isEmpty() ? Text::tr("The recycle bin is empty.")
+                                         : Text::tr("%1 is empty.").arg(names.constFirst()));
+}
+
 void restore(Context &context, const QStringList &names)
 {
     const QList<VellDocument> bin = readBin(context);
@@ -74,6 +68,8 @@ void restore(Context &context, const QStringList &names)
         throw Failure(ExitUsage, Text::tr("Name what is to be restored, or pass --all."));
     QJsonArray restored;
     for (const VellDocument &document : qAsConst(documents)) {
+        if (context.leaves(document.name))
+            continue;
         Session &session = context.session();
         const bool hasTwin = session.awaitAll(session.documents().restore({document._id}))
                                  .sameNamed.contains(document._id);
@@ -88,13 +84,18 @@ void restore(Context &context, const QStringList &names)
                     .arg(document.name, document._id));
         }
     }
-    context.out.note(Text::tr("%n document(s) restored.", nullptr, documents.size()));
+    if (!context.isDryRun())
+        context.out.note(Text::tr("%n document(s) restored.", nullptr, documents.size()));
 }
 
 void empty(Context &context)
 {
     Session &session = context.session();
     const int total = session.await(session.documents().count(binCondition()));
+    if (context.isDryRun()) {
+        list(context, {});
+        return;
+    }
     if (!context.isSet("yes")) {
         if (!canAsk())
             throw Failure(ExitUsage,
@@ -115,9 +116,9 @@ void run(Context &context)
         restore(context, arguments);
         return;
     }
-    context.arguments(0, 1);
+    context.arguments(0, action == QLatin1String("list") ? 2 : 1);
     if (action == QLatin1String("list"))
-        list(context);
+        list(context, arguments);
     else if (action == QLatin1String("empty"))
         empty(context);
     else
@@ -131,10 +132,11 @@ const Command &trashCommand()
 {
     static const Command command{
         "trash",
-        "[list | restore NAME... | empty]",
+        "[list [NAME] | restore NAME... | empty]",
         QT_TRANSLATE_NOOP("velldoc", "look into the recycle bin, restore, empty"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Lists what is in the recycle bin, brings back what is named (by name or "
+                          "Lists what is in the recycle bin or in the deleted folder NAME, brings "
+                          "back what is named (by name or "
                           "id:...), or deletes "
                           "everything in it for good."),
         {
@@ -142,6 +144,7 @@ const Command &trashCommand()
              QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
             {"all", nullptr, QT_TRANSLATE_NOOP("velldoc", "Restore everything.")},
             {"y,yes", nullptr, QT_TRANSLATE_NOOP("velldoc", "Empty without asking.")},
+            dryRunOption(),
         },
         {{"velldoc trash restore plan.dwg", QT_TRANSLATE_NOOP("velldoc", "bring a document back")}},
         run,

@@ -9,6 +9,7 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <limits>
 
 namespace velldoc {
 
@@ -36,11 +37,23 @@ class Drawing
 {
 public:
     explicit Drawing(const Context &context)
-        : m_context(context), m_depth(context.number("depth", 0)),
+        : m_context(context), m_depth(context.number("depth", std::numeric_limits<int>::max())),
           m_foldersOnly(context.isSet("directories"))
     {}
 
-    QJsonArray draw(const QList<VellDocument> &documents, const QString &margin = {}, int depth = 1)
+    QJsonArray drawAll(const QList<VellDocument> &documents)
+    {
+        return m_depth > 0 ? draw(documents, {}, 1) : QJsonArray();
+    }
+
+    QString summary() const
+    {
+        return Text::tr("%n folder(s)", nullptr, m_folders) + QLatin1String(", ")
+            + Text::tr("%n file(s)", nullptr, m_files);
+    }
+
+private:
+    QJsonArray draw(const QList<VellDocument> &documents, const QString &margin, int depth)
     {
         QJsonArray array;
         QList<VellDocument> shown;
@@ -61,7 +74,7 @@ public:
                                {QStringLiteral("type"), document.type}};
             if (!isFolder(document))
                 object.insert(QStringLiteral("size"), document.fileSize);
-            else if (m_depth == 0 || depth < m_depth)
+            else if (depth < m_depth)
                 object.insert(QStringLiteral("children"),
                               draw(document.children, below, depth + 1));
             array.append(object);
@@ -69,13 +82,6 @@ public:
         return array;
     }
 
-    QString summary() const
-    {
-        return Text::tr("%n folder(s)", nullptr, m_folders) + QLatin1String(", ")
-            + Text::tr("%n file(s)", nullptr, m_files);
-    }
-
-private:
     QString label(const VellDocument &document) const
     {
         if (isFolder(document) || !m_context.isSet("l"))
@@ -98,7 +104,7 @@ void run(Context &context)
     const QList<VellDocument> documents = readTree(context, folder);
     context.out.print(Output::strong(printedPath(path)));
     Drawing drawing(context);
-    const QJsonArray children = drawing.draw(documents);
+    const QJsonArray children = drawing.drawAll(documents);
     context.out.setResult(
         {{QStringLiteral("path"), path.text()}, {QStringLiteral("children"), children}});
     context.out.note(drawing.summary());
@@ -117,7 +123,8 @@ const Command &treeCommand()
         {
             {"l,long", nullptr, QT_TRANSLATE_NOOP("velldoc", "Sizes behind the names of files.")},
             {"d,directories", nullptr, QT_TRANSLATE_NOOP("velldoc", "Folders only.")},
-            {"depth", "N", QT_TRANSLATE_NOOP("velldoc", "Only so many levels.")},
+            {"depth", "N",
+             QT_TRANSLATE_NOOP("velldoc", "Only so many levels; 0 for the folder alone.")},
         },
         {{"velldoc tree -d --depth 2 /",
           QT_TRANSLATE_NOOP("velldoc", "the upper two levels of folders")}},

@@ -1,4 +1,4 @@
-# Completion of velldoc for bash: commands, options and the paths of the project.
+# Completion of velldoc for bash. What can stand where is told by the program.
 
 # Joins in "words" what bash has split at characters such as the colon of an address.
 _velldoc_words() {
@@ -18,7 +18,7 @@ _velldoc_words() {
 }
 
 _velldoc() {
-    local words line settings=() cur taken= word i
+    local words line cur taken='' word
     _velldoc_words
     cur=${words[-1]}
     line=("${words[@]:1:${#words[@]}-2}")
@@ -27,26 +27,17 @@ _velldoc() {
         taken=$(_velldoc_plain "${BASH_REMATCH[0]}")
     fi
     cur=$(_velldoc_plain "$cur")
-    # The service of this line is the one to ask, in the way that the line says.
-    for ((i = 0; i < ${#line[@]}; i++)); do
-        case ${line[i]} in
-            --url | --project | --token | --cacert | --cert | --key | --proxy)
-                settings+=("${line[i]}" "${line[i + 1]-}") ;;
-            --url=* | --project=* | --token=* | --cacert=* | --cert=* | --key=* | --proxy=*)
-                settings+=("${line[i]}") ;;
-        esac
-    done
     COMPREPLY=()
     while IFS= read -r word; do
-        COMPREPLY+=("${word#"$taken"}")
-    done < <("${COMP_WORDS[0]}" "${settings[@]}" __complete -- "${line[@]}" "$cur" 2>/dev/null)
-    case " ${line[*]} " in
-        *" put "* | *" get "*)
+        if [[ $word == $'\tfiles' ]]; then
             while IFS= read -r word; do
                 COMPREPLY+=("${word#"$taken"}")
             done < <(compgen -f -- "$cur")
-            ;;
-    esac
+            continue
+        fi
+        word=${word%%$'\t'*} # what follows explains it
+        COMPREPLY+=("${word#"$taken"}")
+    done < <("${COMP_WORDS[0]}" __complete -- "${line[@]}" "$cur" 2>/dev/null)
     # Blanks and the like are quoted, and a folder is not the end of a path.
     compopt -o filenames 2>/dev/null
     if [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == */ ]]; then
@@ -56,6 +47,12 @@ _velldoc() {
 
 # A word as velldoc sees it, without what the shell takes off.
 _velldoc_plain() {
-    printf '%s' "${1#[\"\']}" | sed 's/\\\(.\)/\1/g'
+    local word=${1#[\"\']} plain='' i
+    [[ $word == *\\* ]] || { printf '%s' "$word" && return; }
+    for ((i = 0; i < ${#word}; i++)); do
+        [[ ${word:i:1} == \\ ]] && ((i++))
+        plain+=${word:i:1}
+    done
+    printf '%s' "$plain"
 }
 complete -F _velldoc velldoc

@@ -27,6 +27,23 @@ QString sizeText(qint64 bytes)
                                        QString::fromLatin1(units.at(unit)));
 }
 
+std::optional<qint64> bytesFromText(const QString &text)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^(\\d{1,12}(?:\\.\\d+)?)([KMGT]?)(?:i?B)?$"),
+        QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    double bytes = match.captured(1).toDouble();
+    const int step = QStringLiteral("KMGT").indexOf(match.captured(2).toUpper());
+    constexpr double Unit = 1024;
+    for (int i = 0; !match.captured(2).isEmpty() && i <= step; ++i)
+        bytes *= Unit;
+    constexpr double Most = 1e18;
+    return bytes < Most ? std::make_optional(qint64(bytes)) : std::nullopt;
+}
+
 QString timeText(const QDateTime &time)
 {
     return time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"));

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <chrono>
+#include <optional>
 
 namespace velldoc {
 
@@ -12,6 +13,9 @@ namespace velldoc {
 
 //! "0 B", "999 B", "1.5 KiB", "12 MiB": at most three digits, in steps of 1024.
 QString sizeText(qint64 bytes);
+
+//! The other way round: "999", "1.5K", "12M", "3G", in steps of 1024; nothing when it is none of them.
+std::optional<qint64> bytesFromText(const QString &text);
 
 //! "2026-11-21 08:15" in local time; empty for an invalid time.
 QString timeText(const QDateTime &time);

@@ -23,6 +23,7 @@ namespace velldoc {
 namespace {
 
 std::atomic<bool> requested{false};
+std::atomic<int> code{ExitInterrupted};
 
 } // namespace
 
@@ -62,8 +63,10 @@ namespace {
 constexpr int Signals[] = {SIGINT, SIGTERM, SIGHUP};
 int wakePipe[2] = {-1, -1};
 
-extern "C" void onSignal(int)
+extern "C" void onSignal(int number)
 {
+    constexpr int BySignal = 128;
+    code = BySignal + number;
     requested = true;
     const char byte = 0;
     // Nothing can be done about a full pipe, and nothing needs to be: it is read already.
@@ -114,7 +117,7 @@ bool Interrupt::isRequested()
 void Interrupt::check()
 {
     if (isRequested())
-        throw Failure(ExitInterrupted, Text::tr("Interrupted."));
+        throw Failure(ExitCode(code.load()), Text::tr("Interrupted."));
 }
 
 void Interrupt::pause(std::chrono::milliseconds duration)

@@ -2,6 +2,8 @@
 
 #include <velldoc/Failure.h>
 #include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/Log.h>
+#include <velldoc/output/ResultRows.h>
 #include <velldoc/output/Table.h>
 #include <velldoc/output/Terminal.h>
 
@@ -18,6 +20,22 @@ namespace {
 //! Whoever read the output has read enough, as "head" does: nothing that the user must be told.
 bool isReaderGone = false;
 
+QJsonObject resultJson(const QString &command, const QJsonObject &result, const Failure *failure)
+{
+    QJsonObject document{{QStringLiteral("command"), command},
+                         {QStringLiteral("ok"), failure == nullptr},
+                         {QStringLiteral("result"), result}};
+    if (failure != nullptr) {
+        const QJsonValue status =
+            failure->httpStatus() > 0 ? QJsonValue(failure->httpStatus()) : QJsonValue();
+        document.insert(QStringLiteral("error"),
+                        QJsonObject{{QStringLiteral("exitCode"), int(failure->code())},
+                                    {QStringLiteral("status"), status},
+                                    {QStringLiteral("message"), failure->sentence()}});
+    }
+    return document;
+}
+
 void writeLine(std::FILE *stream, const QString &line)
 {
     errno = 0;
@@ -27,15 +45,31 @@ void writeLine(std::FILE *stream, const QString &line)
 
 } // namespace
 
+QString Output::shown(const QString &text)
+{
+    static const bool isShown = terminal::isTerminal(stdout);
+    return isShown ? printable(text) : text;
+}
+
+void Output::printName(const QString &name) const
+{
+    if (isJson())
+        return;
+    if (m_hasNulEnds)
+        terminal::write(stdout, name + QChar::Null);
+    else
+        writeLine(stdout, shown(name));
+}
+
 void Output::print(const QString &line) const
 {
-    if (!m_isJson)
+    if (!isJson())
         writeLine(stdout, line);
 }
 
 void Output::print(const Table &table) const
 {
-    if (m_isJson)
+    if (isJson())
         return;
     const QStringList lines = table.lines(terminal::width(stdout));
     writeLine(stdout, strong(lines.constFirst()));
@@ -52,7 +86,8 @@ void Output::flush() const
 
 void Output::note(const QString &sentence) const
 {
-    if (m_isJson)
+    writeLog(sentence);
+    if (isJson())
         return;
     flush(); // where both streams meet, in the order of the calls
     writeLine(stderr, printable(sentence));
@@ -60,6 +95,7 @@ void Output::note(const QString &sentence) const
 
 void Output::error(const QString &sentence) const
 {
+    writeLog(sentence);
     flush();
     const QString prefix = terminal::hasColour(stderr) ? QStringLiteral("\x1b[31mvelldoc:\x1b[0m ")
                                                        : QStringLiteral("velldoc: ");
@@ -68,23 +104,35 @@ void Output::error(const QString &sentence) const
 
 bool Output::finish(const Failure *failure)
 {
-    if (m_isJson && !std::exchange(m_isFinished, true)) {
-        QJsonObject document{{QStringLiteral("command"), m_command},
-                             {QStringLiteral("ok"), failure == nullptr},
-                             {QStringLiteral("result"), m_result}};
-        if (failure != nullptr) {
-            const QJsonValue status =
-                failure->httpStatus() > 0 ? QJsonValue(failure->httpStatus()) : QJsonValue();
-            document.insert(QStringLiteral("error"),
-                            QJsonObject{{QStringLiteral("exitCode"), int(failure->code())},
-                                        {QStringLiteral("status"), status},
-                                        {QStringLiteral("message"), failure->sentence()}});
-        }
-        writeLine(stdout,
-                  QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
-    }
+    if (isJson() && !std::exchange(m_isFinished, true))
+        printResult(failure);
     flush();
     return isReaderGone || std::ferror(stdout) == 0;
+}
+
+void Output::printResult(const Failure *failure) const
+{
+    if (m_format == Format::Json) {
+        const QJsonDocument document(resultJson(m_command, m_result, failure));
+        writeLine(stdout, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
+        return;
+    }
+    const ResultRows rows = rowsOf(m_result, m_columns);
+    if (m_format == Format::Table) {
+        Table table;
+        for (const QString &column : rows.columns)
+            table.addColumn(column, Qt::AlignLeft, Table::Fit::Shrinks);
+        for (const QStringList &row : rows.rows)
+            table.addRow(row);
+        const QStringList lines = table.lines(terminal::width(stdout));
+        for (const QString &line : lines)
+            writeLine(stdout, line);
+        return;
+    }
+    const bool isCsv = m_format == Format::Csv;
+    writeLine(stdout, rowText(rows.columns, isCsv));
+    for (const QStringList &row : rows.rows)
+        writeLine(stdout, rowText(row, isCsv));
 }
 
 QString Output::strong(const QString &text)

@@ -1,6 +1,7 @@
 #include <velldoc/output/Table.h>
 
 #include <velldoc/output/DisplayWidth.h>
+#include <velldoc/output/Output.h>
 
 namespace velldoc {
 
@@ -8,6 +9,7 @@ namespace {
 
 constexpr int Gap = 2;
 constexpr int NarrowestColumn = 8;
+constexpr int ReadableColumn = 20;
 constexpr int NarrowestWhole = 4;
 constexpr int NarrowestOfAll = 2;
 
@@ -23,13 +25,27 @@ void Table::addRow(const QStringList &cells)
     QStringList shown;
     shown.reserve(cells.size());
     for (const QString &cell : cells)
-        shown.append(printable(cell));
+        shown.append(Output::shown(cell));
     m_rows.append(shown);
 }
 
 QStringList Table::lines(int width) const
 {
-    const QList<int> widths = fittedWidths(width);
+    QList<int> widths = naturalWidths();
+    const QList<int> shown = shownColumns(widths, width);
+    if (shown.size() < m_columns.size()) {
+        Table table;
+        for (const int column : shown)
+            table.m_columns.append(m_columns.at(column));
+        for (const QStringList &row : m_rows) {
+            QStringList cells;
+            for (const int column : shown)
+                cells.append(row.value(column));
+            table.m_rows.append(cells);
+        }
+        return table.lines(width);
+    }
+    widths = fittedWidths(widths, width);
     QStringList titles;
     for (const Column &column : m_columns)
         titles.append(column.title);
@@ -40,19 +56,43 @@ QStringList Table::lines(int width) const
     return result;
 }
 
-QList<int> Table::fittedWidths(int width) const
+QList<int> Table::naturalWidths() const
 {
     QList<int> widths;
-    int total = -Gap;
     for (int i = 0; i < m_columns.size(); ++i) {
         int widest = displayWidth(m_columns.at(i).title);
         for (const QStringList &row : m_rows)
             widest = qMax(widest, displayWidth(row.value(i)));
         widths.append(widest);
-        total += widest + Gap;
     }
+    return widths;
+}
+
+QList<int> Table::shownColumns(const QList<int> &widths, int width) const
+{
+    QList<int> shown;
+    int least = -Gap; // of all columns, with those that shrink as narrow as they can be read
+    for (int i = 0; i < m_columns.size(); ++i) {
+        const bool shrinks = m_columns.at(i).fit == Fit::Shrinks;
+        least += Gap + (shrinks ? qMin(widths.at(i), ReadableColumn) : widths.at(i));
+        shown.append(i);
+    }
+    for (int i = m_columns.size() - 1; width > 0 && i >= 0 && least > width; --i) {
+        if (m_columns.at(i).fit != Fit::Drops)
+            continue;
+        least -= Gap + widths.at(i);
+        shown.removeOne(i);
+    }
+    return shown;
+}
+
+QList<int> Table::fittedWidths(QList<int> widths, int width) const
+{
     if (width <= 0)
         return widths;
+    int total = -Gap;
+    for (const int column : qAsConst(widths))
+        total += column + Gap;
     int excess = narrow(widths, total - width, Fit::Shrinks, NarrowestColumn);
     // Only very narrow terminals come to this.
     excess = narrow(widths, excess, Fit::Whole, NarrowestWhole);

@@ -65,6 +65,9 @@ namespace system_files {
 //! Makes \a path readable and writable for its owner alone.
 bool makePrivate(const QString &path);
 
+//! Shows the file \a path in the program that the desktop has for its kind. \return whether that could be started
+bool openWithDesktop(const QString &path);
+
 //! Whether a file can have this name here.
 bool isFileName(const QString &name);
 

@@ -3,8 +3,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTextCodec>
 
+#include <csignal>
 #include <dirent.h>
 #include <memory>
 #include <sys/ioctl.h>
@@ -49,6 +51,26 @@ int terminal::readByte()
     return read(STDIN_FILENO, &byte, 1) == 1 ? byte : -1;
 }
 
+namespace {
+
+termios hiddenModes; // while an input is hidden
+
+//! The shell has given the terminal modes of its own while the program was stopped.
+extern "C" void onContinue(int)
+{
+    tcsetattr(STDIN_FILENO, TCSANOW, &hiddenModes);
+}
+
+void handleContinue(void (*handler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGCONT, &action, nullptr);
+}
+
+} // namespace
+
 class terminal::HiddenInput::Private
 {
 public:
@@ -63,17 +85,26 @@ terminal::HiddenInput::HiddenInput() : d(std::make_unique<Private>())
     termios quiet = d->before;
     quiet.c_lflag &= ~tcflag_t(ECHO);
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
+    hiddenModes = quiet;
+    handleContinue(onContinue);
 }
 
 terminal::HiddenInput::~HiddenInput()
 {
-    if (d->isSet)
-        tcsetattr(STDIN_FILENO, TCSAFLUSH, &d->before);
+    if (!d->isSet)
+        return;
+    handleContinue(SIG_DFL);
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &d->before);
 }
 
 bool system_files::makePrivate(const QString &path)
 {
     return QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+bool system_files::openWithDesktop(const QString &path)
+{
+    return QProcess::startDetached(QStringLiteral("xdg-open"), {path});
 }
 
 bool system_files::isFileName(const QString &name)

@@ -3,6 +3,7 @@
 #include <velldoc/output/WindowsFileName.h>
 
 #include <QDir>
+#include <QProcess>
 #include <QTextCodec>
 
 #include <fcntl.h>
@@ -98,6 +99,12 @@ terminal::HiddenInput::~HiddenInput()
 bool system_files::makePrivate(const QString &)
 {
     return true; // the folder of a user's settings is the user's own
+}
+
+bool system_files::openWithDesktop(const QString &path)
+{
+    return QProcess::startDetached(QStringLiteral("explorer.exe"),
+                                   {QDir::toNativeSeparators(path)});
 }
 
 bool system_files::isFileName(const QString &name)

@@ -30,18 +30,20 @@ Conflict policyFromWord(const QString &word)
         if (word == QLatin1String(row.word))
             return row.conflict;
     }
-    throw Failure(ExitUsage,
-                  Text::tr("--on-conflict takes ask, replace, rename, skip or cancel, not \"%1\".")
-                      .arg(word));
+    return Conflict::Ask;
 }
 
 //! The question with the answers that are possible.
-QString questionText(const QString &remotePath, const QString &newName, bool canReplace)
+QString questionText(const ConflictPolicy::Question &question)
 {
-    QStringList lines{Text::tr("%1 is there already.").arg(remotePath)};
-    if (canReplace)
+    QStringList lines{Text::tr("%1 is there already.").arg(question.remotePath)};
+    if (!question.there.isEmpty()) {
+        lines += {Text::tr("  there: %1").arg(question.there),
+                  Text::tr("  yours: %1").arg(question.here)};
+    }
+    if (question.canReplace)
         lines.append(Text::tr("  r  replace it: the file becomes its new version"));
-    lines += {Text::tr("  n  keep it, and store the file as %1").arg(newName),
+    lines += {Text::tr("  n  keep it, and store the file as %1").arg(question.newName),
               Text::tr("  s  skip the file"), Text::tr("  c  cancel; no file is sent")};
     QString text;
     for (const QString &line : qAsConst(lines))
@@ -53,29 +55,34 @@ QString questionText(const QString &remotePath, const QString &newName, bool can
 
 ConflictPolicy::ConflictPolicy(const Context &context)
 {
-    if (context.isSet("on-conflict"))
-        m_policy = policyFromWord(context.value("on-conflict"));
+    const QString word = context.word("on-conflict");
+    if (context.isSet("update") && !word.isEmpty() && word != QLatin1String("replace"))
+        throw Failure(
+            ExitUsage,
+            Text::tr("%1 and %2 exclude each other.")
+                .arg(QStringLiteral("--update"), QStringLiteral("--on-conflict ") + word));
+    if (!word.isEmpty())
+        m_policy = policyFromWord(word);
     else if (context.isSet("update"))
         m_policy = Conflict::Replace;
     else if (!canAsk())
         m_policy = Conflict::Cancel;
 }
 
-Conflict ConflictPolicy::decide(const QString &remotePath, const QString &newName, bool canReplace)
+Conflict ConflictPolicy::decide(const Question &question)
 {
-    const Conflict decided =
-        m_policy == Conflict::Ask ? ask(remotePath, newName, canReplace) : m_policy;
-    if (decided != Conflict::Replace || canReplace)
+    const Conflict decided = m_policy == Conflict::Ask ? ask(question) : m_policy;
+    if (decided != Conflict::Replace || question.canReplace)
         return decided;
     throw Failure(ExitFailed,
                   Text::tr("%1 is a folder, which a file cannot replace: choose another name.")
-                      .arg(remotePath));
+                      .arg(question.remotePath));
 }
 
-Conflict ConflictPolicy::ask(const QString &remotePath, const QString &newName, bool canReplace)
+Conflict ConflictPolicy::ask(const Question &question)
 {
     for (;;) {
-        say(questionText(remotePath, newName, canReplace));
+        say(questionText(question));
         QString answer;
         if (!terminal::readLine(&answer)) {
             say(QStringLiteral("\n"));
@@ -84,7 +91,8 @@ Conflict ConflictPolicy::ask(const QString &remotePath, const QString &newName, 
         }
         for (const PolicyWord &row : PolicyWords) {
             const bool fits = answer.size() == 1 && answer.at(0).toLower() == QLatin1Char(row.key);
-            if (!fits || row.key == '\0' || (row.conflict == Conflict::Replace && !canReplace))
+            if (!fits || row.key == '\0'
+                || (row.conflict == Conflict::Replace && !question.canReplace))
                 continue;
             if (answer.at(0).isUpper())
                 m_policy = row.conflict;

@@ -17,12 +17,24 @@ public:
     //! \throws Failure
     explicit ConflictPolicy(const Context &context);
 
-    //! Never Ask. \param newName the name that Rename would give
-    //! \param canReplace false when a folder is in the way
-    Conflict decide(const QString &remotePath, const QString &newName, bool canReplace);
+    //! What is in the way of a file.
+    struct Question
+    {
+        QString remotePath;
+        QString newName; //!< the name that Rename would give
+        bool canReplace = false; //!< false when a folder is in the way
+        QString there; //!< size and time of what is there; may be empty
+        QString here; //!< of the file
+    };
+
+    //! Whether all conflicts end with a free name.
+    bool renames() const { return m_policy == Conflict::Rename; }
+
+    //! Never Ask.
+    Conflict decide(const Question &question);
 
 private:
-    Conflict ask(const QString &remotePath, const QString &newName, bool canReplace);
+    Conflict ask(const Question &question);
 
     Conflict m_policy = Conflict::Ask;
 };

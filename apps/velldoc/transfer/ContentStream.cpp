@@ -4,13 +4,16 @@
 #include <velldoc/Text.h>
 #include <velldoc/output/Interrupt.h>
 #include <velldoc/output/Progress.h>
+#include <velldoc/output/Terminal.h>
 #include <velldoc/transfer/DownloadPlan.h>
 
 #include <transfer/VellContentReader.h>
 
+#include <QFile>
 #include <QIODevice>
 #include <QScopeGuard>
 
+#include <cstdio>
 #include <optional>
 
 namespace velldoc {
@@ -23,6 +26,9 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
     const auto clearing = qScopeGuard([&progress] { progress.clear(); });
     progress.begin(task.document.name, task.document.fileSize);
     QEventLoop loop;
+    const QFile *const file = qobject_cast<QFile *>(&device);
+    const bool isTerminal = file && file->handle() == fileno(stdout) && terminal::isTerminal(stdout)
+        && !context.isSet("force");
     std::optional<Failure> failure;
     qint64 bytes = 0;
     VellContentReader reader(context.session().documents().session(), task.document.fileId,
@@ -30,6 +36,13 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
     QObject::connect(&reader, &VellContentReader::received, &loop, [&](const QByteArray &data) {
         if (failure)
             return;
+        if (bytes == 0 && isTerminal && data.contains('\0')) {
+            failure.emplace(ExitFailed,
+                            Text::tr("%1 is no text: send it to a file, or pass --force.")
+                                .arg(task.document.name));
+            loop.quit();
+            return;
+        }
         if (device.write(data) != data.size()) {
             failure.emplace(
                 ExitFailed,
@@ -49,6 +62,15 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
     if (failure)
         throw Failure(*failure);
     progress.end();
+}
+
+void prepareStandardOutput(const Context &context, QFile &output)
+{
+    if (context.out.isJson())
+        throw Failure(ExitUsage,
+                      Text::tr("The standard output holds either the content or --json."));
+    if (!output.open(stdout, QIODevice::WriteOnly))
+        throw Failure(ExitFailed, Text::tr("The output could not be written."));
 }
 
 } // namespace velldoc

@@ -4,19 +4,23 @@
 #include <velldoc/Text.h>
 #include <velldoc/output/Terminal.h>
 
+#include <sync/VellSyncPlan.h>
+
 #include <QDir>
 #include <QFileInfo>
 
 namespace velldoc {
 
-DownloadPlan::DownloadPlan(Context &context) : m_context(context)
+DownloadPlan::DownloadPlan(Context &context) : m_context(context), m_filterOptions(context)
 {
     if (context.isSet("force") && context.isSet("no-clobber"))
-        throw Failure(ExitUsage, Text::tr("--force and --no-clobber exclude each other."));
+        throw Failure(ExitUsage,
+                      Text::tr("%1 and %2 exclude each other.")
+                          .arg(QStringLiteral("--force"), QStringLiteral("--no-clobber")));
 }
 
 void DownloadPlan::add(const VellDocument &document, const QString &target, int sourceCount,
-                       bool isVersion)
+                       bool isVersion, bool isOwn)
 {
     if (isFolder(document) && !m_context.isSet("recursive")) {
         throw Failure(ExitFailed,
@@ -24,7 +28,8 @@ void DownloadPlan::add(const VellDocument &document, const QString &target, int 
                           .arg(document.name.isEmpty() ? QStringLiteral("/") : document.name));
     }
     QString path = target;
-    if (QFileInfo(target).isDir() || sourceCount > 1 || target.endsWith(QLatin1Char('/'))) {
+    if ((QFileInfo(target).isDir() && !isOwn) || sourceCount > 1
+        || target.endsWith(QLatin1Char('/'))) {
         if (!QFileInfo(target).isDir())
             throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(target));
         if (!document.name.isEmpty() && !system_files::isFileName(document.name)) {
@@ -37,27 +42,32 @@ void DownloadPlan::add(const VellDocument &document, const QString &target, int 
         if (!document.name.isEmpty())
             path = QDir(target).filePath(document.name);
     }
-    if (isFolder(document))
-        addFolder(document, path);
-    else
+    if (isFolder(document)) {
+        m_filter.emplace(m_filterOptions.filterFor(path));
+        addFolder(document, path, {});
+    } else
         addFile(document, path, isVersion);
 }
 
-void DownloadPlan::addFolder(const VellDocument &folder, const QString &path)
+void DownloadPlan::addFolder(const VellDocument &folder, const QString &path, const QString &inRoot)
 {
-    if (!QDir().mkpath(path)) {
+    if (!m_context.isDryRun() && m_filterOptions.include.isEmpty() && !QDir().mkpath(path)) {
         refuse(path, Text::tr("the folder cannot be made"));
         return;
     }
     const QList<VellDocument> entries = m_context.tree().entries(folder._id);
     for (const VellDocument &entry : entries) {
         const QString entryPath = QDir(path).filePath(entry.name);
+        const QString entryInRoot =
+            inRoot.isEmpty() ? entry.name : inRoot + QLatin1Char('/') + entry.name;
+        if (m_filter->leavesOut(entryInRoot, isFolder(entry)))
+            continue;
         if (!system_files::isFileName(entry.name))
             refuse(entryPath,
                    Text::tr("no local file can have this name: fetch it alone, under "
                             "another name"));
         else if (isFolder(entry))
-            addFolder(entry, entryPath);
+            addFolder(entry, entryPath, entryInRoot);
         else
             addFile(entry, entryPath, false);
     }
@@ -83,25 +93,65 @@ void DownloadPlan::addFile(const VellDocument &document, const QString &path, bo
         refuse(path, Text::tr("it is a link to something that is not there"));
         return;
     }
-    if (local.exists() && m_context.isSet("no-clobber")) {
-        m_skipped.append(path);
-        return;
-    }
-    if (local.exists() && !m_context.isSet("force")) {
-        throw Failure(
-            ExitFailed,
-            Text::tr("%1 is there already: pass --force to replace it, or --no-clobber to "
-                     "skip it.")
-                .arg(path));
-    }
     DownloadTask task;
     task.document = document;
     task.isVersion = isVersion;
     task.isStream = local.exists() && !local.isFile();
     // What a link leads to is written, and the link stays.
     task.localPath = local.isSymLink() && local.isFile() ? local.canonicalFilePath() : path;
-    m_totalBytes += qMax(qint64(0), document.fileSize);
-    m_tasks.append(task);
+    m_found.append(task);
+}
+
+//! The contents of the local files that may be right already, by path.
+QHash<QString, QString> DownloadPlan::readContents()
+{
+    QStringList paths;
+    for (const DownloadTask &task : qAsConst(m_found)) {
+        const QFileInfo local(task.localPath);
+        // Histories do not tell the sizes of large contents.
+        const bool canBeEqual = local.size() == task.document.fileSize
+            || (task.isVersion && task.document.fileSize <= 0);
+        if (local.isFile() && local.size() > 0 && canBeEqual)
+            paths.append(task.localPath);
+    }
+    if (paths.isEmpty())
+        return {};
+    Session &session = m_context.session();
+    return session.await(VellSyncPlan::contentIds(session.documents().session(), paths));
+}
+
+void DownloadPlan::settle()
+{
+    const QHash<QString, QString> contents = readContents();
+    for (const DownloadTask &task : qAsConst(m_found)) {
+        const QFileInfo local(task.localPath);
+        const QString content = contents.value(task.localPath);
+        const bool isEmpty =
+            local.isFile() && local.size() == 0 && task.document.fileSize == 0 && !task.isVersion;
+        if (isEmpty || (!content.isEmpty() && content == task.document.fileId)) {
+            m_unchanged.append(task.localPath);
+        } else if (isToFetch(task)) {
+            m_totalBytes += qMax(qint64(0), task.document.fileSize);
+            m_tasks.append(task);
+        }
+    }
+    m_found.clear();
+}
+
+//! Whether what is at the target is to be replaced, if something is. \throws Failure if that has not been said
+bool DownloadPlan::isToFetch(const DownloadTask &task)
+{
+    if (!QFileInfo::exists(task.localPath) || m_context.isSet("force"))
+        return true;
+    if (!m_context.isSet("no-clobber")) {
+        throw Failure(
+            ExitFailed,
+            Text::tr("%1 is there already: pass --force to replace it, or --no-clobber to "
+                     "skip it.")
+                .arg(task.localPath));
+    }
+    m_skipped.append(task.localPath);
+    return false;
 }
 
 void DownloadPlan::refuse(const QString &path, const QString &reason)

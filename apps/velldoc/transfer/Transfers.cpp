@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 using State = VellTransferState;
 
 constexpr int MostAttempts = 6;
+constexpr int UsualTransfers = 4;
 // What six attempts take; the session looks for the service more often.
 constexpr std::chrono::milliseconds Patience = 15s;
 
@@ -37,7 +38,11 @@ Transfers::Transfers(Context &context, qint64 totalBytes)
     : m_context(context), m_totalBytes(totalBytes), m_progress(context.out),
       m_batch(m_queue.addBatch(VellConflictPolicy::Ask))
 {
-    m_queue.setAttemptLimit(MostAttempts);
+    m_queue.setAttemptLimit(qBound(1, context.number("retries", MostAttempts), 255));
+    m_queue.setTransfersAtOnce(context.number("transfers", UsualTransfers));
+    m_queue.setResumesParts(true);
+    const qint64 rate = context.bytes("bwlimit");
+    m_queue.setSpeedLimits(rate, rate);
     m_queue.attach(&context.session().documents());
     QObject::connect(&m_queue, &VellTransferQueue::changed, &m_loop,
                      [this](const QVector<qint64> &ids) { note(ids); });
@@ -66,7 +71,7 @@ void Transfers::run(const QString &firstName)
     m_firstName = firstName;
     // Also before the sentence about a failure is printed.
     const auto clearing = qScopeGuard([this] { m_progress.clear(); });
-    // After Ctrl-C no part of a file is left behind.
+    // After Ctrl-C no part of a small file is left behind.
     auto cancelling = qScopeGuard([this] { m_queue.cancelAll(); });
     m_progress.begin(label(), m_totalBytes);
     while (m_endedCount < m_count) {

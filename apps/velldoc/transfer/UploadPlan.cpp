@@ -2,59 +2,122 @@
 
 #include <velldoc/Context.h>
 #include <velldoc/Text.h>
+#include <velldoc/output/HumanText.h>
 #include <velldoc/output/Interrupt.h>
 #include <velldoc/output/Terminal.h>
 
+#include <sync/VellSyncPlan.h>
+
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace velldoc {
 
-UploadPlan::UploadPlan(Context &context, ConflictPolicy policy)
-    : m_context(context), m_policy(policy)
-{}
+UploadPlan::UploadPlan(Context &context)
+    : m_context(context), m_policy(context), m_filterOptions(context)
+{
+    const QString links = context.word("links");
+    if (links == QLatin1String("skip"))
+        m_links = Links::Skip;
+    else if (links == QLatin1String("follow"))
+        m_links = Links::Follow;
+}
 
 void UploadPlan::add(const QFileInfo &local, const VellDocument &folder, const RemotePath &path,
                      const QString &name)
 {
-    Interrupt::check();
-    // A link to a folder is not followed, so that no tree is walked in circles.
-    if (local.isDir() && local.isSymLink())
-        refuse(local, Text::tr("it is a link to a folder"));
-    else if (local.isDir())
-        addFolder(local, folder, path, name);
-    else
-        addFile(local, folder, path, name);
+    if (local.isDir())
+        m_filter.emplace(m_filterOptions.filterFor(local.filePath()));
+    addEntry(local, {folder, path, name, {}});
+    m_filter.reset();
 }
 
-void UploadPlan::addFolder(const QFileInfo &local, const VellDocument &folder,
-                           const RemotePath &path, const QString &name)
+void UploadPlan::addEntry(const QFileInfo &local, const Place &place)
+{
+    Interrupt::check();
+    if (isLeftOut(local, place))
+        return;
+    // A link to a folder is not followed unasked, so that no tree is walked in circles.
+    if (local.isDir() && local.isSymLink() && m_links != Links::Follow)
+        refuse(local, Text::tr("it is a link to a folder"));
+    else if (local.isDir() && isCircle(local))
+        refuse(local, Text::tr("it is a link to a folder that it is in"));
+    else if (local.isDir())
+        addFolder(local, place);
+    else
+        addFile(local, place);
+}
+
+bool UploadPlan::isLeftOut(const QFileInfo &local, const Place &place) const
+{
+    if (place.inRoot.isEmpty())
+        return false;
+    if (m_links == Links::Skip && local.isSymLink())
+        return true;
+    return m_filter && m_filter->leavesOut(place.inRoot, local.isDir());
+}
+
+bool UploadPlan::isCircle(const QFileInfo &local) const
+{
+    return local.isSymLink() && m_above.contains(local.canonicalFilePath());
+}
+
+//! Whether a file below \a folder is to go, where only some are.
+bool UploadPlan::holdsWanted(const QString &folder, const QString &inRoot) const
+{
+    if (m_filterOptions.include.isEmpty() || !m_filter || inRoot.isEmpty())
+        return true;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next().mid(folder.size() + 1);
+        if (!m_filter->leavesOut(inRoot + QLatin1Char('/') + path, false))
+            return true;
+    }
+    return false;
+}
+
+void UploadPlan::addFolder(const QFileInfo &local, const Place &place)
 {
     if (!local.isReadable() || !local.isExecutable()) {
         refuse(local, Text::tr("it cannot be read"));
         return;
     }
-    const auto &names = m_context.tree().namesIn(folder._id);
-    const auto taken = names.constFind(name);
+    if (!holdsWanted(local.filePath(), place.inRoot))
+        return;
+    const auto &names = m_context.tree().namesIn(place.folder._id);
+    const auto taken = names.constFind(place.name);
     if (taken != names.constEnd() && !isFolder(taken.value())) {
         throw Failure(ExitFailed,
                       Text::tr("%1 is a file, so the folder %2 cannot be stored there.")
-                          .arg(path.child(name).text(), local.filePath()));
+                          .arg(place.path.child(place.name).text(), local.filePath()));
     }
-    const VellDocument target =
-        taken == names.constEnd() ? m_context.tree().makeFolder(folder._id, name) : taken.value();
+    Place inside{taken == names.constEnd() ? m_context.tree().makeFolder(
+                     place.folder._id, place.name, m_context.isDryRun())
+                                           : taken.value(),
+                 place.path.child(place.name),
+                 {},
+                 {}};
+    m_above.append(local.canonicalFilePath());
+    const QString before = place.inRoot.isEmpty() ? QString() : place.inRoot + QLatin1Char('/');
     const QDir folderOnDisk(local.filePath());
     QStringList notText;
     const QStringList entries = system_files::entriesOf(local.filePath(), &notText);
-    for (const QString &entry : entries)
-        add(QFileInfo(folderOnDisk.filePath(entry)), target, path.child(name), entry);
+    for (const QString &entry : entries) {
+        inside.name = entry;
+        inside.inRoot = before + entry;
+        addEntry(QFileInfo(folderOnDisk.filePath(entry)), inside);
+    }
     for (const QString &entry : qAsConst(notText))
         refuse(QFileInfo(folderOnDisk.filePath(entry)), Text::tr("its name is not UTF-8 text"));
+    m_above.removeLast();
 }
 
-void UploadPlan::addFile(const QFileInfo &local, const VellDocument &folder, const RemotePath &path,
-                         const QString &name)
+void UploadPlan::addFile(const QFileInfo &local, const Place &place)
 {
     if (!local.exists() || !local.isFile()) {
         refuse(local,
@@ -69,40 +132,98 @@ void UploadPlan::addFile(const QFileInfo &local, const VellDocument &folder, con
     }
     UploadTask task;
     task.localPath = local.filePath();
-    task.remotePath = path.child(name).text();
-    task.parentId = folder._id;
-    task.name = name;
+    task.folderPath = place.path;
+    task.remotePath = place.path.child(place.name).text();
+    task.parentId = place.folder._id;
+    task.name = place.name;
     task.sizeBytes = file.size();
-    auto &names = m_context.tree().namesIn(folder._id);
-    const auto taken = names.constFind(name);
-    if (taken != names.constEnd() && !settleConflict(task, taken.value(), path)) {
-        m_skipped.append(task.localPath);
-        return;
-    }
-    VellDocument reserved; // a second file of the batch with this name is a conflict, too
-    reserved.name = task.name;
-    reserved.type = QStringLiteral("file");
-    if (!task.replaced)
-        names.insert(task.name, reserved);
-    m_totalBytes += task.sizeBytes;
-    m_tasks.append(task);
+    m_found.append(task);
 }
 
-bool UploadPlan::settleConflict(UploadTask &task, const VellDocument &taken,
-                                const RemotePath &folderPath)
+//! The contents of the files that may be there already, by local path.
+QHash<QString, QString> UploadPlan::readContents()
+{
+    QStringList paths;
+    for (const UploadTask &task : qAsConst(m_found)) {
+        const VellDocument taken = m_context.tree().namesIn(task.parentId).value(task.name);
+        if (!taken._id.isEmpty() && !isFolder(taken) && task.sizeBytes > 0
+            && (taken.fileSize == task.sizeBytes || m_policy.renames()))
+            paths.append(task.localPath);
+    }
+    if (paths.isEmpty())
+        return {};
+    Session &session = m_context.session();
+    return session.await(VellSyncPlan::contentIds(session.documents().session(), paths));
+}
+
+//! Whether the target has the content already, under the wanted name or, where files are renamed, under a free one.
+bool UploadPlan::isThere(const UploadTask &task, const QHash<QString, QString> &contents)
+{
+    const QHash<QString, VellDocument> &names = m_context.tree().namesIn(task.parentId);
+    const QString content = contents.value(task.localPath);
+    const auto isEqual = [&](const VellDocument &document) {
+        return !document._id.isEmpty() && !isFolder(document) && document.fileSize == task.sizeBytes
+            && (task.sizeBytes == 0 || (!content.isEmpty() && document.fileId == content));
+    };
+    if (isEqual(names.value(task.name)))
+        return true;
+    if (!m_policy.renames() || content.isEmpty())
+        return false;
+    const QString base = QFileInfo(task.name).completeBaseName() + QLatin1Char('(');
+    return std::any_of(names.cbegin(), names.cend(), [&](const VellDocument &document) {
+        return document.name.startsWith(base) && isEqual(document);
+    });
+}
+
+void UploadPlan::settle()
+{
+    const QHash<QString, QString> contents = readContents();
+    for (UploadTask &task : m_found) {
+        Interrupt::check();
+        auto &names = m_context.tree().namesIn(task.parentId);
+        const auto taken = names.constFind(task.name);
+        if (taken != names.constEnd()) {
+            if (isThere(task, contents)) {
+                m_unchanged.append(task.localPath);
+                continue;
+            }
+            if (!settleConflict(task, taken.value())) {
+                m_skipped.append(task.localPath);
+                continue;
+            }
+        }
+        VellDocument reserved; // a second file of the batch with this name is a conflict, too
+        reserved.name = task.name;
+        reserved.type = QStringLiteral("file");
+        reserved.fileSize = -1;
+        if (!task.replaced)
+            names.insert(task.name, reserved);
+        m_totalBytes += task.sizeBytes;
+        m_tasks.append(task);
+    }
+    m_found.clear();
+}
+
+bool UploadPlan::settleConflict(UploadTask &task, const VellDocument &taken)
 {
     const QStringList reserved = m_context.tree().namesIn(task.parentId).keys();
     const QString freeName = m_context.session().await(
         m_context.session().documents().freeName(task.parentId, task.name, QString(), reserved));
+    const QFileInfo local(task.localPath);
+    ConflictPolicy::Question question{task.remotePath, freeName, false, {}, {}};
     // What this batch is about to store has no version yet that could be followed by another.
-    const bool canReplace = !isFolder(taken) && !taken._id.isEmpty();
-    switch (m_policy.decide(task.remotePath, freeName, canReplace)) {
+    question.canReplace = !isFolder(taken) && !taken._id.isEmpty();
+    const QString form = QStringLiteral("%1, %2");
+    if (question.canReplace)
+        question.there = form.arg(sizeText(taken.fileSize), timeText(taken.updatedAt));
+    question.here = form.arg(sizeText(task.sizeBytes), timeText(local.lastModified()));
+    switch (m_policy.decide(question)) {
     case Conflict::Replace:
         task.replaced = taken;
         return true;
     case Conflict::Rename:
         task.name = freeName;
-        task.remotePath = folderPath.child(freeName).text();
+        task.remotePath = task.folderPath.child(freeName).text();
         task.isRenamed = true;
         return true;
     case Conflict::Skip:

@@ -115,5 +115,82 @@
             <numerusform>%n files could not be fetched.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n file(s) transferred, %1;</source>
+        <translation>
+            <numerusform>%n file transferred, %1;</numerusform>
+            <numerusform>%n files transferred, %1;</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n removed;</source>
+        <translation>
+            <numerusform>%n removed;</numerusform>
+            <numerusform>%n removed;</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n left as they are.</source>
+        <translation>
+            <numerusform>%n left as it is.</numerusform>
+            <numerusform>%n left as they are.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) could not be synchronized.</source>
+        <translation>
+            <numerusform>%n file could not be synchronized.</numerusform>
+            <numerusform>%n files could not be synchronized.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) copied.</source>
+        <translation>
+            <numerusform>%n file copied.</numerusform>
+            <numerusform>%n files copied.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) could not be compared.</source>
+        <translation>
+            <numerusform>%n file could not be compared.</numerusform>
+            <numerusform>%n files could not be compared.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The folders differ in %n place(s).</source>
+        <translation>
+            <numerusform>The folders differ in %n place.</numerusform>
+            <numerusform>The folders differ in %n places.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The folders are equal: %n file(s) and folder(s).</source>
+        <translation>
+            <numerusform>The folders are equal: %n file and folder.</numerusform>
+            <numerusform>The folders are equal: %n files and folders.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) would be fetched, %1.</source>
+        <translation>
+            <numerusform>%n file would be fetched, %1.</numerusform>
+            <numerusform>%n files would be fetched, %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) were there already.</source>
+        <translation>
+            <numerusform>%n file was there already.</numerusform>
+            <numerusform>%n files were there already.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) would be stored, %1.</source>
+        <translation>
+            <numerusform>%n file would be stored, %1.</numerusform>
+            <numerusform>%n files would be stored, %1.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

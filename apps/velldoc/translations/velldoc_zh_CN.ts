@@ -396,10 +396,6 @@
         <translation>内容无法写入：%1。</translation>
     </message>
     <message>
-        <source>--on-conflict takes ask, replace, rename, skip or cancel, not &quot;%1&quot;.</source>
-        <translation>--on-conflict 可取 ask、replace、rename、skip 或 cancel，而不是“%1”。</translation>
-    </message>
-    <message>
         <source>%1 is a folder, which a file cannot replace: choose another name.</source>
         <translation>%1 是文件夹，不能用文件替换：请换一个名称。</translation>
     </message>
@@ -422,10 +418,6 @@
     <message>
         <source>A capital letter answers for all the following files, too: </source>
         <translation>大写字母对之后的所有文件同样有效：</translation>
-    </message>
-    <message>
-        <source>--force and --no-clobber exclude each other.</source>
-        <translation>--force 与 --no-clobber 不能同时使用。</translation>
     </message>
     <message>
         <source>%1 is a folder: pass -r to fetch everything in it.</source>
@@ -456,16 +448,8 @@
         <translation>第 %1 至 %2 项，共 %3 项。</translation>
     </message>
     <message>
-        <source>--skip goes with --limit.</source>
-        <translation>--skip 需与 --limit 一起使用。</translation>
-    </message>
-    <message>
         <source>list folders</source>
         <translation>列出文件夹内容</translation>
-    </message>
-    <message>
-        <source>Lists the entries of each folder PATH, of the top level without one; folders come first.</source>
-        <translation>列出每个文件夹 PATH 的内容，未指定时列出顶层；文件夹在前。</translation>
     </message>
     <message>
         <source>A table with size, time and who changed it.</source>
@@ -530,10 +514,6 @@
         <translation>下载文件和文件夹</translation>
     </message>
     <message>
-        <source>Fetches each file REMOTE into the local folder LOCAL (here, without one), or a single one under the name LOCAL; - is the standard output. A file appears under its name only when it is complete.</source>
-        <translation>把每个文件 REMOTE 下载到本地文件夹 LOCAL（未指定时为当前文件夹），单个文件可存为 LOCAL；- 表示标准输出。文件完整后才以其名称出现。</translation>
-    </message>
-    <message>
         <source>Folders as well, with everything below.</source>
         <translation>包括文件夹及其全部内容。</translation>
     </message>
@@ -548,10 +528,6 @@
     <message>
         <source>Version N of the file; 1 is the oldest.</source>
         <translation>文件的第 N 个版本；1 为最早。</translation>
-    </message>
-    <message>
-        <source>Print where each file was stored.</source>
-        <translation>输出每个文件的存放位置。</translation>
     </message>
     <message>
         <source>into the current folder</source>
@@ -657,14 +633,6 @@
             <numerusform>%n 个文件中已存储 %1 个。</numerusform>
         </translation>
     </message>
-    <message>
-        <source>The same command continues where the service has stopped.</source>
-        <translation>再次运行同一命令即可从服务端停下的地方继续。</translation>
-    </message>
-    <message>
-        <source>The same command with --on-conflict skip stores the rest.</source>
-        <translation>同一命令加上 --on-conflict skip 可存储其余文件。</translation>
-    </message>
     <message numerus="yes">
         <source>%n file(s) could not be stored.</source>
         <translation>
@@ -674,10 +642,6 @@
     <message>
         <source>store files and folders</source>
         <translation>上传文件和文件夹</translation>
-    </message>
-    <message>
-        <source>Stores each local file or folder in the folder REMOTE, or a single one under the name REMOTE. Large files go up in pieces: when the connection is lost, velldoc tries again, and a later run continues where the service stopped.</source>
-        <translation>把每个本地文件或文件夹存入文件夹 REMOTE，单个文件可存为 REMOTE。大文件分块上传：连接中断时 velldoc 会重试，之后再次运行会从服务端停下的地方继续。</translation>
     </message>
     <message>
         <source>A file that is there gets a new version; the same as --on-conflict replace.</source>
@@ -694,10 +658,6 @@
     <message>
         <source>a new version of a file</source>
         <translation>文件的新版本</translation>
-    </message>
-    <message>
-        <source>a whole folder, going on where an earlier run ended</source>
-        <translation>整个文件夹，从上次结束处继续</translation>
     </message>
     <message>
         <source>%1 has no name for a folder.</source>
@@ -815,10 +775,6 @@
     <message>
         <source>remember a service, a project and an access token</source>
         <translation>记住服务、项目和访问令牌</translation>
-    </message>
-    <message>
-        <source>Tries the service URL with the project of --project and an access token, which is read from the terminal or the standard input, and remembers them in a file that only you can read.</source>
-        <translation>用 --project 的项目和从终端或标准输入读取的访问令牌试用服务 URL，并把它们记在只有您能读取的文件中。</translation>
     </message>
     <message>
         <source>all later commands work there</source>
@@ -985,10 +941,6 @@
     <message>
         <source>look into the recycle bin, restore, empty</source>
         <translation>查看、还原或清空回收站</translation>
-    </message>
-    <message>
-        <source>Lists what is in the recycle bin, brings back what is named (by name or id:...), or deletes everything in it for good.</source>
-        <translation>列出回收站的内容、还原指定的内容（按名称或 id:...），或永久删除其中全部内容。</translation>
     </message>
     <message>
         <source>Restore everything.</source>
@@ -1195,10 +1147,6 @@
         <translation>仅文件夹。</translation>
     </message>
     <message>
-        <source>Only so many levels.</source>
-        <translation>仅这么多层。</translation>
-    </message>
-    <message>
         <source>the upper two levels of folders</source>
         <translation>最上两层文件夹</translation>
     </message>
@@ -1259,10 +1207,6 @@
     <message>
         <source>search by name, time, user and kind</source>
         <translation>按名称、时间、用户和类型查找</translation>
-    </message>
-    <message>
-        <source>Lists everything below PATH whose name fits PATTERN, what changed last first. In a pattern * stands for any text and ? for one character; capitals and small letters are the same.</source>
-        <translation>列出 PATH 之下名称符合 PATTERN 的全部内容，最近修改的在前。模式中 * 代表任意文字，? 代表一个字符；不区分大小写。</translation>
     </message>
     <message>
         <source>PATTERN is a regular expression for a part of the name.</source>
@@ -1395,10 +1339,6 @@
         </translation>
     </message>
     <message>
-        <source>The same command with --no-clobber fetches the rest.</source>
-        <translation>同一命令加上 --no-clobber 可下载其余文件。</translation>
-    </message>
-    <message>
         <source>ask an owner of the project for the right.</source>
         <translation>请向项目的所有者申请权限。</translation>
     </message>
@@ -1429,10 +1369,6 @@
     <message>
         <source>See &quot;%1&quot;.</source>
         <translation>请看“%1”。</translation>
-    </message>
-    <message>
-        <source>The same command fetches the file from its start.</source>
-        <translation>同一命令会从头下载该文件。</translation>
     </message>
     <message>
         <source>No file was sent; the same command begins anew.</source>
@@ -1533,6 +1469,524 @@
         <translation>
             <numerusform>%n 个文件未能获取。</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Did you mean %1?</source>
+        <translation>您是否想输入 %1？</translation>
+    </message>
+    <message>
+        <source>Nothing was changed: this was a dry run.</source>
+        <translation>未作任何更改：这只是试运行。</translation>
+    </message>
+    <message>
+        <source>There is no project &quot;%1&quot; yet: the first document makes it.</source>
+        <translation>项目“%1”尚不存在：存入第一个文档时会创建它。</translation>
+    </message>
+    <message>
+        <source>%1 is missing: %2.</source>
+        <translation>缺少 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Versions are numbered from 1.</source>
+        <translation>版本从 1 开始编号。</translation>
+    </message>
+    <message>
+        <source>--%1 takes a number of bytes like 500K, 2M or 1.5G, not &quot;%2&quot;.</source>
+        <translation>--%1 需要 500K、2M 或 1.5G 这样的字节数，而不是“%2”。</translation>
+    </message>
+    <message>
+        <source>The login of this name: see &quot;velldoc help login&quot;.</source>
+        <translation>使用此名称的登录：参见“velldoc help login”。</translation>
+    </message>
+    <message>
+        <source>How long nothing may move before a request is tried again; 30 unless set, 0 for ever.</source>
+        <translation>多少秒没有进展后重试请求；默认 30，0 表示一直等待。</translation>
+    </message>
+    <message>
+        <source>Print the result as json, csv, tsv or table; --json is short for the first.</source>
+        <translation>以 json、csv、tsv 或 table 输出结果；--json 是第一种的简写。</translation>
+    </message>
+    <message>
+        <source>The fields of csv, tsv and table, named as in JSON and separated by commas.</source>
+        <translation>csv、tsv 和 table 的字段，名称与 JSON 相同，以逗号分隔。</translation>
+    </message>
+    <message>
+        <source>End each name with NUL instead of a line&apos;s end, for xargs -0.</source>
+        <translation>每个名称以 NUL 而不是换行结尾，供 xargs -0 使用。</translation>
+    </message>
+    <message>
+        <source>Say what is done with each file; -vv shows each request, too.</source>
+        <translation>说明对每个文件做了什么；-vv 还显示每个请求。</translation>
+    </message>
+    <message>
+        <source>Append all messages and requests, with their times, to this file.</source>
+        <translation>将所有消息和请求连同时间追加到此文件。</translation>
+    </message>
+    <message>
+        <source>The name of a login has no &quot;/&quot;.</source>
+        <translation>登录的名称不能包含“/”。</translation>
+    </message>
+    <message>
+        <source>Change nothing; print what would be done.</source>
+        <translation>不作更改，只输出将要做的事。</translation>
+    </message>
+    <message>
+        <source>Of folders only the files that fit PATTERN; may be repeated.</source>
+        <translation>文件夹中只处理符合 PATTERN 的文件；可重复使用。</translation>
+    </message>
+    <message>
+        <source>Of folders nothing that fits PATTERN; may be repeated.</source>
+        <translation>文件夹中不处理符合 PATTERN 的内容；可重复使用。</translation>
+    </message>
+    <message>
+        <source>The file in the local folder whose lines are such patterns; .vellignore unless set, empty for none.</source>
+        <translation>本地文件夹中逐行列出此类模式的文件；默认为 .vellignore，空值表示不使用。</translation>
+    </message>
+    <message>
+        <source>How many small files go at once; 4 unless set.</source>
+        <translation>同时传输多少个小文件；默认 4。</translation>
+    </message>
+    <message>
+        <source>At most so many bytes per second, such as 500K or 2M.</source>
+        <translation>每秒最多传输的字节数，例如 500K 或 2M。</translation>
+    </message>
+    <message>
+        <source>How often a file is tried in a row without progress; 6 unless set.</source>
+        <translation>一个文件连续无进展时尝试的次数；默认 6。</translation>
+    </message>
+    <message>
+        <source>Nothing in the project fits %1.</source>
+        <translation>项目中没有符合 %1 的内容。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation>无法读取 %1。</translation>
+    </message>
+    <message>
+        <source>it is a link to a folder that it is in</source>
+        <translation>它是指向其上级文件夹的链接</translation>
+    </message>
+    <message>
+        <source>%1 is no text: send it to a file, or pass --force.</source>
+        <translation>%1 不是文本：请输出到文件，或使用 --force。</translation>
+    </message>
+    <message>
+        <source>  there: %1</source>
+        <translation>  已有：%1</translation>
+    </message>
+    <message>
+        <source>  yours: %1</source>
+        <translation>  您的：%1</translation>
+    </message>
+    <message>
+        <source>%1 and %2 exclude each other.</source>
+        <translation>%1 和 %2 不能同时使用。</translation>
+    </message>
+    <message>
+        <source>the local file has been changed later: pass --force to replace it</source>
+        <translation>本地文件的更改更晚：使用 --force 可替换它</translation>
+    </message>
+    <message>
+        <source>The same command goes on from here.</source>
+        <translation>再次运行同一命令会从这里继续。</translation>
+    </message>
+    <message>
+        <source>%1: %2.</source>
+        <translation>%1：%2。</translation>
+    </message>
+    <message>
+        <source>it cannot be moved</source>
+        <translation>无法移动</translation>
+    </message>
+    <message>
+        <source>it has been changed meanwhile</source>
+        <translation>其间已被更改</translation>
+    </message>
+    <message>
+        <source>it cannot be removed</source>
+        <translation>无法删除</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) transferred, %1;</source>
+        <translation>
+            <numerusform>已传输 %n 个文件，%1；</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n removed;</source>
+        <translation>
+            <numerusform>已移除 %n 个；</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n left as they are.</source>
+        <translation>
+            <numerusform>%n 个保持原样。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) could not be synchronized.</source>
+        <translation>
+            <numerusform>%n 个文件未能同步。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>文件数</translation>
+    </message>
+    <message>
+        <source>say how much folders hold</source>
+        <translation>统计文件夹的大小</translation>
+    </message>
+    <message>
+        <source>Adds up the sizes of the current versions below each folder PATH, of the whole project without one.</source>
+        <translation>合计每个文件夹 PATH 下当前版本的大小；不指定则为整个项目。</translation>
+    </message>
+    <message>
+        <source>The folders below as well, so many levels down.</source>
+        <translation>同时列出下面若干层的文件夹。</translation>
+    </message>
+    <message>
+        <source>which folder is the largest</source>
+        <translation>哪个文件夹最大</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is none of %2.</source>
+        <translation>“%1”不是 %2 之一。</translation>
+    </message>
+    <message>
+        <source>From the command line, the environment and %1.</source>
+        <translation>来自命令行、环境变量和 %1。</translation>
+    </message>
+    <message>
+        <source>There is no login.</source>
+        <translation>没有登录。</translation>
+    </message>
+    <message>
+        <source>Write it like this: %1.</source>
+        <translation>请这样写：%1。</translation>
+    </message>
+    <message>
+        <source>show and change what is remembered</source>
+        <translation>查看和更改记住的设置</translation>
+    </message>
+    <message>
+        <source>Shows the values that commands work with, changes one in the configuration file, or lists the logins. With --profile NAME it is about that login.</source>
+        <translation>显示命令所用的设置，更改配置文件中的一项，或列出登录。使用 --profile NAME 时针对该登录。</translation>
+    </message>
+    <message>
+        <source>another project from now on</source>
+        <translation>从现在起使用另一个项目</translation>
+    </message>
+    <message>
+        <source>The top level itself cannot be copied.</source>
+        <translation>顶层本身不能复制。</translation>
+    </message>
+    <message>
+        <source>%1 is a folder: pass -r to copy everything in it.</source>
+        <translation>%1 是文件夹：使用 -r 可复制其中的全部内容。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) copied.</source>
+        <translation>
+            <numerusform>已复制 %n 个文件。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>copy documents and folders</source>
+        <translation>复制文档和文件夹</translation>
+    </message>
+    <message>
+        <source>Copies each SOURCE into the folder TARGET, or a single one to the place and name TARGET. The service does it: nothing is transferred. Copies begin with a history of their own.</source>
+        <translation>将每个 SOURCE 复制到文件夹 TARGET，单个来源也可复制为 TARGET 的位置和名称。复制由服务完成，不传输内容。副本有自己的历史。</translation>
+    </message>
+    <message>
+        <source>a new document from a template</source>
+        <translation>由模板建立新文档</translation>
+    </message>
+    <message>
+        <source>The content of version N becomes that of a new, current version.</source>
+        <translation>以版本 N 的内容建立新的当前版本。</translation>
+    </message>
+    <message>
+        <source>go back to an earlier version</source>
+        <translation>恢复到较早的版本</translation>
+    </message>
+    <message>
+        <source>Lists the entries of each folder PATH, of the top level without one: folders first, then by the order that &quot;velldoc order&quot; has given, then what changed last. In the names of PATH * and ? stand for any text and for one character, [abc] for one of these; put quotes around them. A name that holds such a sign itself counts first.</source>
+        <translation>列出每个文件夹 PATH 的内容，不指定则为顶层：文件夹在前，然后按“velldoc order”设定的顺序，再按最近更改。PATH 的名称中 * 和 ? 代表任意文本和一个字符，[abc] 代表其中一个字符；请加引号。名称本身含有这些符号时以该名称为先。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) could not be compared.</source>
+        <translation>
+            <numerusform>%n 个文件未能比较。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The folders differ in %n place(s).</source>
+        <translation>
+            <numerusform>两个文件夹有 %n 处不同。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The folders are equal: %n file(s) and folder(s).</source>
+        <translation>
+            <numerusform>两个文件夹相同：共 %n 个文件和文件夹。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>compare a local folder with one of the project</source>
+        <translation>比较本地文件夹与项目文件夹</translation>
+    </message>
+    <message>
+        <source>Compares the contents of all files in the local folder LOCAL and the folder PATH, and lists what is on one side only or differs. Nothing is transferred. The exit code is 0 when they are equal, 6 when they differ.</source>
+        <translation>比较本地文件夹 LOCAL 与文件夹 PATH 中所有文件的内容，列出只在一侧或不同的内容。不传输任何内容。相同时退出码为 0，不同时为 6。</translation>
+    </message>
+    <message>
+        <source>Compare sizes only, without reading the files.</source>
+        <translation>只比较大小，不读取文件。</translation>
+    </message>
+    <message>
+        <source>Links in folders: refuse (they are named) or skip.</source>
+        <translation>文件夹中的链接：refuse（逐个报告）或 skip。</translation>
+    </message>
+    <message>
+        <source>remove a folder only once all of it is stored</source>
+        <translation>仅在全部存储后删除文件夹</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) would be fetched, %1.</source>
+        <translation>
+            <numerusform>将获取 %n 个文件，%1。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) were there already.</source>
+        <translation>
+            <numerusform>%n 个文件已经存在。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Fetches each file REMOTE into the local folder LOCAL (here, without one), or a single one under the name LOCAL; - is the standard output. A file appears under its name only when it is complete. A local file that has the content already is left as it is, and the same command typed again goes on where an earlier run has stopped, also within a large file.</source>
+        <translation>将每个文件 REMOTE 获取到本地文件夹 LOCAL（不指定则为当前文件夹），单个文件也可获取为名称 LOCAL；- 表示标准输出。文件完整后才以其名称出现。内容已相同的本地文件保持原样；再次运行同一命令会从上次停止处继续，大文件也是如此。</translation>
+    </message>
+    <message>
+        <source>make a folder like another one</source>
+        <translation>使一个文件夹与另一个相同</translation>
+    </message>
+    <message>
+        <source>Makes the folder PATH of the project like the local folder LOCAL (up), or the other way round (down): sends or fetches what is missing or has been changed. What is unchanged since the last time is neither read nor transferred. Without --delete nothing is removed; on the service what is removed goes into the recycle bin, and what is replaced stays in the history. A local file that has been changed later than the document is not replaced.</source>
+        <translation>使项目的文件夹 PATH 与本地文件夹 LOCAL 相同（up），或反过来（down）：发送或获取缺少或已更改的内容。上次以来未更改的内容既不读取也不传输。不带 --delete 时不移除任何内容；服务上被移除的内容进入回收站，被替换的内容保留在历史中。比文档更改更晚的本地文件不会被替换。</translation>
+    </message>
+    <message>
+        <source>Remove from the target what the source does not have; a file that was moved is moved there, too.</source>
+        <translation>从目标移除来源没有的内容；移动过的文件在目标中也会移动。</translation>
+    </message>
+    <message>
+        <source>Compare contents, not sizes and times.</source>
+        <translation>比较内容，而不是大小和时间。</translation>
+    </message>
+    <message>
+        <source>Replace local files that have been changed later, too.</source>
+        <translation>更改更晚的本地文件也替换。</translation>
+    </message>
+    <message>
+        <source>what has been changed in a folder</source>
+        <translation>文件夹中已更改的内容</translation>
+    </message>
+    <message>
+        <source>what an exact copy would need</source>
+        <translation>建立精确副本需要做什么</translation>
+    </message>
+    <message>
+        <source>Tries the service URL with the project of --project and an access token, which is read from the terminal or the standard input, and remembers them in a file that only you can read. With --profile NAME it is one of several logins: commands with --profile NAME, or with VELLDOC_PROFILE in the environment, work there.</source>
+        <translation>以 --project 的项目和访问令牌（从终端或标准输入读取）试用服务 URL，并保存在只有您能读取的文件中。使用 --profile NAME 时它是多个登录之一：带 --profile NAME 或环境变量 VELLDOC_PROFILE 的命令在该处工作。</translation>
+    </message>
+    <message>
+        <source>The MD5 of the content as well.</source>
+        <translation>同时给出内容的 MD5。</translation>
+    </message>
+    <message>
+        <source>A name has at least one character.</source>
+        <translation>名称至少有一个字符。</translation>
+    </message>
+    <message>
+        <source>Role</source>
+        <translation>角色</translation>
+    </message>
+    <message>
+        <source>You are in no project.</source>
+        <translation>您不在任何项目中。</translation>
+    </message>
+    <message>
+        <source>list your projects</source>
+        <translation>列出您的项目</translation>
+    </message>
+    <message>
+        <source>Lists the projects that you may open, each with your role. &quot;velldoc config set project ID&quot; makes one the usual one.</source>
+        <translation>列出您可以打开的项目及您的角色。“velldoc config set project ID”将其中一个设为常用项目。</translation>
+    </message>
+    <message>
+        <source>for a script</source>
+        <translation>供脚本使用</translation>
+    </message>
+    <message>
+        <source>Lists what is in the recycle bin or in the deleted folder NAME, brings back what is named (by name or id:...), or deletes everything in it for good.</source>
+        <translation>列出回收站或已删除文件夹 NAME 中的内容，恢复指定的内容（按名称或 id:...），或永久删除其中的全部内容。</translation>
+    </message>
+    <message>
+        <source>Watching %1; Ctrl-C ends it.</source>
+        <translation>正在监视 %1；按 Ctrl-C 结束。</translation>
+    </message>
+    <message>
+        <source>send what changes in a local folder</source>
+        <translation>发送本地文件夹中的更改</translation>
+    </message>
+    <message>
+        <source>Does &quot;sync up LOCAL PATH&quot; now, and again whenever something in the local folder LOCAL has been changed and left alone for a second, until Ctrl-C.</source>
+        <translation>立即执行“sync up LOCAL PATH”，此后每当本地文件夹 LOCAL 中有更改并静置一秒时再次执行，直到按 Ctrl-C。</translation>
+    </message>
+    <message>
+        <source>a folder that somebody works in</source>
+        <translation>有人正在使用的文件夹</translation>
+    </message>
+    <message>
+        <source>%1 is a folder: name files.</source>
+        <translation>%1 是文件夹：请指定文件。</translation>
+    </message>
+    <message>
+        <source>print the contents of files</source>
+        <translation>输出文件内容</translation>
+    </message>
+    <message>
+        <source>Writes the contents of the files PATH to the standard output, one after the other.</source>
+        <translation>将文件 PATH 的内容依次写到标准输出。</translation>
+    </message>
+    <message>
+        <source>Also to a terminal what is no text.</source>
+        <translation>非文本内容也输出到终端。</translation>
+    </message>
+    <message>
+        <source>look for something in a file</source>
+        <translation>在文件中查找</translation>
+    </message>
+    <message>
+        <source>At %1, in the project &quot;%2&quot;.</source>
+        <translation>位于 %1 的项目“%2”。</translation>
+    </message>
+    <message>
+        <source>At %1, in the project &quot;%2&quot; as %3.</source>
+        <translation>位于 %1 的项目“%2”，角色为 %3。</translation>
+    </message>
+    <message>
+        <source>say who you are, where, and in which role</source>
+        <translation>显示您的身份、位置和角色</translation>
+    </message>
+    <message>
+        <source>Prints your name as the service knows it, and says at which service and in which project the commands work.</source>
+        <translation>输出服务所知的您的名称，并说明命令在哪个服务和项目中工作。</translation>
+    </message>
+    <message>
+        <source>Only so many levels; 0 for the folder alone.</source>
+        <translation>只显示若干层；0 表示只显示文件夹本身。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) would be stored, %1.</source>
+        <translation>
+            <numerusform>将存储 %n 个文件，%1。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>What comes from the standard input needs a name: %1/NAME.</source>
+        <translation>来自标准输入的内容需要名称：%1/NAME。</translation>
+    </message>
+    <message>
+        <source>Stores each local file or folder in the folder REMOTE, or a single one under the name REMOTE; - is the standard input. Large files go up in pieces: when the connection is lost, velldoc tries again. A file whose content is there already is left as it is, so the same command typed again goes on where an earlier run has stopped.</source>
+        <translation>将每个本地文件或文件夹存储到文件夹 REMOTE，单个来源也可存储为名称 REMOTE；- 表示标准输入。大文件分块上传：连接中断时 velldoc 会重试。内容已经存在的文件保持原样，因此再次运行同一命令会从上次停止处继续。</translation>
+    </message>
+    <message>
+        <source>Links in folders: refuse (those to folders are named as left out), skip or follow.</source>
+        <translation>文件夹中的链接：refuse（报告被略过的文件夹链接）、skip 或 follow。</translation>
+    </message>
+    <message>
+        <source>a folder without some files and all links</source>
+        <translation>不含某些文件和所有链接的文件夹</translation>
+    </message>
+    <message>
+        <source>what another program prints</source>
+        <translation>另一个程序输出的内容</translation>
+    </message>
+    <message>
+        <source>all that fit a pattern</source>
+        <translation>符合模式的全部内容</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is none of bash, zsh and fish.</source>
+        <translation>“%1”不是 bash、zsh 或 fish。</translation>
+    </message>
+    <message>
+        <source>print what makes a shell complete command lines</source>
+        <translation>输出 shell 命令行补全的定义</translation>
+    </message>
+    <message>
+        <source>Prints the definitions with which SHELL (bash, zsh or fish) completes commands, options, their values, paths of the project and local files.</source>
+        <translation>输出 SHELL（bash、zsh 或 fish）补全命令、选项及其值、项目路径和本地文件所用的定义。</translation>
+    </message>
+    <message>
+        <source>in ~/.bashrc</source>
+        <translation>写在 ~/.bashrc 中</translation>
+    </message>
+    <message>
+        <source>once, before compinit in ~/.zshrc</source>
+        <translation>一次，在 ~/.zshrc 的 compinit 之前</translation>
+    </message>
+    <message>
+        <source>once</source>
+        <translation>一次</translation>
+    </message>
+    <message>
+        <source>the manual page</source>
+        <translation>手册页</translation>
+    </message>
+    <message>
+        <source>Prints the page FILE with the options and the commands in their places.</source>
+        <translation>输出页面 FILE，并填入选项和命令。</translation>
+    </message>
+    <message>
+        <source>Nothing on this machine opens files: the document is in %1.</source>
+        <translation>本机没有可打开文件的程序：文档位于 %1。</translation>
+    </message>
+    <message>
+        <source>look at files in the programs of the desktop</source>
+        <translation>用桌面程序查看文件</translation>
+    </message>
+    <message>
+        <source>Fetches the files PATH and shows each in the program that the desktop has for its kind. What is changed there stays on this machine: &quot;velldoc put --update&quot; stores it.</source>
+        <translation>获取文件 PATH，并用桌面对应的程序显示。在其中所作的更改留在本机：“velldoc put --update”可存储它。</translation>
+    </message>
+    <message>
+        <source>look at a plan</source>
+        <translation>查看图纸</translation>
+    </message>
+    <message>
+        <source>--size takes +10M (at least), -10K (at most) or 5M, not &quot;%1&quot;.</source>
+        <translation>--size 需要 +10M（至少）、-10K（至多）或 5M，而不是“%1”。</translation>
+    </message>
+    <message>
+        <source>Lists everything below PATH whose name fits PATTERN, what changed last first. In a pattern * stands for any text and ? for one character, [abc] for one of these; capitals and small letters are the same. A single argument with a slash is PATH.</source>
+        <translation>列出 PATH 下名称符合 PATTERN 的全部内容，最近更改的在前。模式中 * 代表任意文本，? 代表一个字符，[abc] 代表其中一个字符；不区分大小写。含斜杠的单个参数是 PATH。</translation>
+    </message>
+    <message>
+        <source>Files of at least (+10M), at most (-10K) or exactly this size; may be repeated.</source>
+        <translation>至少（+10M）、至多（-10K）或正好此大小的文件；可重复使用。</translation>
+    </message>
+    <message>
+        <source>&quot;velldoc projects&quot; lists yours.</source>
+        <translation>“velldoc projects”列出您的项目。</translation>
+    </message>
+    <message>
+        <source>An argument is not UTF-8 text: name a document by its identifier (id:...), and rename a local file.</source>
+        <translation>有参数不是 UTF-8 文本：请以标识（id:...）指定文档，并重命名本地文件。</translation>
     </message>
 </context>
 </TS>

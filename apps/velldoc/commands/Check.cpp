@@ -1,0 +1,117 @@
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/transfer/LocalFilter.h>
+#include <velldoc/transfer/SyncRun.h>
+
+#include <QFileInfo>
+
+namespace velldoc {
+
+namespace {
+
+using Reason = VellSyncStep::Reason;
+
+//! How the two entries of \a step differ; an empty text if they do not.
+QString differenceOf(const VellSyncStep &step)
+{
+    switch (step.reason) {
+    case Reason::New:
+        return QStringLiteral("local-only");
+    case Reason::NotInSource:
+        return QStringLiteral("remote-only");
+    case Reason::OtherSize:
+        return QStringLiteral("size");
+    case Reason::OtherContent:
+        return QStringLiteral("content");
+    default: // of times nothing follows
+        return {};
+    }
+}
+
+VellSyncPlan compare(Context &context, const QString &local, const QString &remote)
+{
+    if (!QFileInfo(local).isDir())
+        throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(local));
+    const FilterOptions filter(context);
+    VellSyncOptions options;
+    options.include = filter.include;
+    options.exclude = filter.exclude;
+    options.ignoreFile = filter.ignoreFile;
+    if (!context.isSet("size-only"))
+        options.comparison = VellSyncOptions::Comparison::Content;
+    const VellDocument folder = context.tree().findFolder(RemotePath::parse(remote));
+    Session &session = context.session();
+    return session.await(
+        VellSyncPlan::make(session.documents().session(), local, folder._id, options));
+}
+
+void run(Context &context)
+{
+    const QStringList arguments = context.arguments(2, 2);
+    const VellSyncPlan plan = compare(context, arguments.constFirst(), arguments.constLast());
+    QJsonArray differences;
+    for (const VellSyncStep &step : plan.steps) {
+        const QString difference = differenceOf(step);
+        if (difference.isEmpty())
+            continue;
+        context.out.printName(difference.leftJustified(12) + step.path
+                              + QLatin1String(step.isFolder ? "/" : ""));
+        differences.append(QJsonObject{{QStringLiteral("path"), step.path},
+                                       {QStringLiteral("reason"), difference}});
+    }
+    QList<QPair<QString, QString>> failed;
+    reportProblems(context, plan, &failed);
+    for (const auto &entry : qAsConst(failed))
+        context.out.error(Text::tr("%1: %2").arg(entry.first, entry.second));
+    context.out.setResult({{QStringLiteral("differences"), differences},
+                           {QStringLiteral("isEqual"), differences.isEmpty() && failed.isEmpty()}});
+    if (!failed.isEmpty())
+        throw Failure(ExitFailed,
+                      Text::tr("%n file(s) could not be compared.", nullptr, failed.size()));
+    if (!differences.isEmpty())
+        throw Failure(ExitDifferent,
+                      Text::tr("The folders differ in %n place(s).", nullptr, differences.size()));
+    context.out.note(
+        Text::tr("The folders are equal: %n file(s) and folder(s).", nullptr, plan.steps.size()));
+}
+
+} // namespace
+
+const Command &checkCommand()
+{
+    static const Command command{
+        "check",
+        "LOCAL PATH",
+        QT_TRANSLATE_NOOP("velldoc", "compare a local folder with one of the project"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Compares the contents of all files in the local folder LOCAL and the "
+                          "folder PATH, and lists "
+                          "what is on one side only or differs. Nothing is transferred. The exit "
+                          "code is 0 when they are equal, "
+                          "6 when they differ."),
+        {
+            {"size-only", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "Compare sizes only, without reading the files.")},
+            {"include", "PATTERN",
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Of folders only the files that fit PATTERN; may be repeated.")},
+            {"exclude", "PATTERN",
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Of folders nothing that fits PATTERN; may be repeated.")},
+            {"ignore-file", "NAME",
+             QT_TRANSLATE_NOOP("velldoc",
+                               "The file in the local folder whose lines are such patterns; "
+                               ".vellignore unless set, empty for none.")},
+            {"links", "WHAT",
+             QT_TRANSLATE_NOOP("velldoc", "Links in folders: refuse (they are named) or skip."),
+             "refuse skip"},
+        },
+        {{"velldoc check site /Site && rm -r site",
+          QT_TRANSLATE_NOOP("velldoc", "remove a folder only once all of it is stored")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

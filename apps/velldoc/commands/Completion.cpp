@@ -1,0 +1,48 @@
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/Terminal.h>
+
+#include <QFile>
+
+#include <cstdio>
+
+namespace velldoc {
+
+namespace {
+
+void run(Context &context)
+{
+    const QString shell = context.arguments(1, 1).constFirst();
+    QFile script(QLatin1String(":/velldoc/completion/") + shell);
+    if (!script.open(QIODevice::ReadOnly))
+        throw Failure(ExitUsage, Text::tr("\"%1\" is none of bash, zsh and fish.").arg(shell));
+    terminal::write(stdout, QString::fromUtf8(script.readAll()));
+}
+
+} // namespace
+
+const Command &completionCommand()
+{
+    static const Command command{
+        "completion",
+        "SHELL",
+        QT_TRANSLATE_NOOP("velldoc", "print what makes a shell complete command lines"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Prints the definitions with which SHELL (bash, zsh or fish) completes commands, "
+            "options, their values, paths of the project and local files."),
+        {},
+        {{"source <(velldoc completion bash)", QT_TRANSLATE_NOOP("velldoc", "in ~/.bashrc")},
+         {"velldoc completion zsh > \"${fpath[1]}/_velldoc\"",
+          QT_TRANSLATE_NOOP("velldoc", "once, before compinit in ~/.zshrc")},
+         {"velldoc completion fish > ~/.config/fish/completions/velldoc.fish",
+          QT_TRANSLATE_NOOP("velldoc", "once")}},
+        run,
+        {},
+        {"bash", "zsh", "fish"},
+    };
+    return command;
+}
+
+} // namespace velldoc

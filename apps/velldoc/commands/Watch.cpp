@@ -1,0 +1,105 @@
+#include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
+#include <velldoc/Text.h>
+#include <velldoc/commands/Commands.h>
+#include <velldoc/output/Interrupt.h>
+#include <velldoc/transfer/SyncRun.h>
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDirIterator>
+#include <QFileInfo>
+
+namespace velldoc {
+
+namespace {
+
+constexpr std::chrono::milliseconds Interval(1000);
+
+//! What changes when an entry below \a root does. Tells also of changes that no notification reports, as on network disks.
+QByteArray stateOf(const QString &root)
+{
+    QStringList entries;
+    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        const QFileInfo info = it.fileInfo();
+        entries.append(QStringLiteral("%1 %2 %3")
+                           .arg(path, QString::number(info.isDir() ? -1 : info.size()),
+                                info.isDir()
+                                    ? QString()
+                                    : QString::number(info.lastModified().toMSecsSinceEpoch())));
+    }
+    entries.sort();
+    return QCryptographicHash::hash(entries.join(QLatin1Char('\n')).toUtf8(),
+                                    QCryptographicHash::Md5);
+}
+
+//! One comparison, and what it needs. A failure is told; the next change is the next attempt.
+void update(Context &context, const QString &local, const RemotePath &remote)
+{
+    try {
+        SyncRun sync(context, VellSyncDirection::Up, local, remote);
+        sync.compare();
+        if (sync.plan().hasChanges())
+            sync.execute();
+    } catch (const Failure &failure) {
+        if (isInterruption(failure.code()) || failure.code() == ExitNotAllowed)
+            throw;
+        context.out.error(failure.sentence());
+    }
+}
+
+void run(Context &context)
+{
+    const QStringList arguments = context.arguments(2, 2);
+    const QString local = arguments.constFirst();
+    const RemotePath remote = RemotePath::parse(arguments.constLast());
+    if (!QFileInfo(local).isDir())
+        throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(local));
+    context.out.note(Text::tr("Watching %1; Ctrl-C ends it.").arg(local));
+    QByteArray done;
+    QByteArray before;
+    for (;;) {
+        const QByteArray now = stateOf(local);
+        // Not before the files have been left alone for a moment.
+        if (now != done && now == before) {
+            update(context, local, remote);
+            done = now;
+        }
+        before = now;
+        Interrupt::pause(Interval);
+    }
+}
+
+} // namespace
+
+const Command &watchCommand()
+{
+    static const Command command{
+        "watch",
+        "LOCAL PATH",
+        QT_TRANSLATE_NOOP("velldoc", "send what changes in a local folder"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Does \"sync up LOCAL PATH\" now, and again whenever something in the "
+                          "local folder LOCAL has been "
+                          "changed and left alone for a second, until Ctrl-C."),
+        withTransferOptions({
+            {"delete", nullptr,
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "Remove from the target what the source does not have; a file that was "
+                 "moved is moved there, too.")},
+            {"links", "WHAT",
+             QT_TRANSLATE_NOOP("velldoc", "Links in folders: refuse (they are named) or skip."),
+             "refuse skip"},
+        }),
+        {{"velldoc watch plans /Drawings/plans",
+          QT_TRANSLATE_NOOP("velldoc", "a folder that somebody works in")}},
+        run,
+    };
+    return command;
+}
+
+} // namespace velldoc

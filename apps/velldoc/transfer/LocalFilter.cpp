@@ -1,0 +1,31 @@
+#include <velldoc/transfer/LocalFilter.h>
+
+#include <velldoc/Context.h>
+#include <velldoc/Text.h>
+
+#include <QDir>
+
+namespace velldoc {
+
+FilterOptions::FilterOptions(const Context &context)
+    : include(context.values("include")), exclude(context.values("exclude")),
+      ignoreFile(context.isSet("ignore-file") ? context.value("ignore-file")
+                                              : QStringLiteral(".vellignore"))
+{}
+
+VellPathFilter FilterOptions::filterFor(const QString &root) const
+{
+    QStringList patterns = exclude;
+    if (!ignoreFile.isEmpty()) {
+        VellError error;
+        const QString path = QDir(root).filePath(ignoreFile);
+        patterns += VellPathFilter::ignorePatterns(path, &error);
+        if (error)
+            throw Failure(ExitFailed, Text::tr("%1 cannot be read.").arg(path));
+    }
+    // What downloads that are under way keep beside their targets.
+    patterns.append(QStringLiteral(".vell-*.part"));
+    return {include, patterns};
+}
+
+} // namespace velldoc

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <velldoc/RemotePath.h>
+
+#include <sync/VellSyncMemory.h>
+#include <sync/VellSyncPlan.h>
+
+#include <QJsonArray>
+#include <QList>
+#include <QPair>
+
+#include <optional>
+
+namespace velldoc {
+
+class Context;
+
+//! \brief One comparison of a local folder with one of the service, and what makes one like the other.
+class SyncRun
+{
+public:
+    //! \param remote the folder on the service, which is made for VellSyncDirection::Up if it is missing
+    //! \throws Failure
+    SyncRun(Context &context, VellSyncDirection direction, const QString &localRoot,
+            const RemotePath &remote);
+
+    //! Compares; the plan may hold nothing to do. \throws Failure
+    void compare();
+    //! Does the steps. \throws Failure when not all could be done
+    void execute();
+    //! Prints what execute() would do.
+    void show();
+
+    const VellSyncPlan &plan() const { return m_plan; }
+
+private:
+    VellSyncOptions options() const;
+    void keepNewerTargets();
+    void makeFolders();
+    void move();
+    void transfer();
+    void remove();
+    bool removeLocal(const VellSyncStep &step);
+    QString parentIdOf(const VellSyncStep &step) const;
+    void fail(const VellSyncStep &step, const QString &reason);
+    void finish();
+    QJsonObject resultJson() const;
+
+    Context &m_context;
+    const VellSyncDirection m_direction;
+    const QString m_localRoot;
+    const RemotePath m_remote;
+    QString m_rootId;
+    QDateTime m_comparedAt;
+    VellSyncPlan m_plan;
+    std::optional<VellSyncMemory> m_memory;
+    QHash<QString, QString> m_folderIds; // of the folders that have been made, by path
+    QList<QPair<QString, QString>> m_failed; // path and reason
+    QJsonArray m_done;
+    qint64 m_bytes = 0;
+    int m_doneCount = 0;
+};
+
+//! Prints what the plan leaves out and why. \return how many
+int reportProblems(Context &context, const VellSyncPlan &plan,
+                   QList<QPair<QString, QString>> *failed);
+
+} // namespace velldoc
