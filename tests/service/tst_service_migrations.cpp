@@ -110,7 +110,7 @@ void TestServiceMigrations::aBrokenMigrationLeavesNothing()
 
 void TestServiceMigrations::makeFirstVersion(const QString &folder, const ChunkSender &upload)
 {
-    QFile script(QStringLiteral(VELL_SERVICE_MIGRATIONS "/001.sql"));
+    QFile script(QStringLiteral(VELL_SERVICE_MIGRATIONS "/sqlite/001.sql"));
     QVERIFY(script.open(QIODevice::ReadOnly));
     QStringList statements = QString::fromUtf8(script.readAll()).split(";\n", Qt::SkipEmptyParts);
     // Of the SHA-256, which follows, the first version knew nothing.
