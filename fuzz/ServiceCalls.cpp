@@ -9,7 +9,7 @@
 using namespace service;
 
 ServiceCalls::ServiceCalls()
-    : m_application(m_argumentCount, m_arguments), m_context(m_folder.path(), 0, 1000),
+    : m_application(m_argumentCount, m_arguments), m_context(m_folder.path(), {}, 0, 1000),
       m_dispatcher(m_context)
 {
     m_context.folder.make();
