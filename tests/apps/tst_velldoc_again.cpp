@@ -82,7 +82,7 @@ void TestVelldocAgain::storedFolderGoesOnAfterAKill()
     VelldocWorld world;
     for (int i = 0; i < 60; ++i)
         world.write(QStringLiteral("site/%1").arg(i), QByteArray::number(i));
-    slowDown(world, "/base-service/files", 50);
+    slowDown(world, "/base-service/files", 500);
     {
         KilledProcess put(world, "put site /new");
         QTRY_VERIFY_WITH_TIMEOUT(world.runLine("ls /new").lines().size() > 5, 20000);
