@@ -46,7 +46,16 @@ void UploadPlan::addEntry(const QFileInfo &local, const Place &place)
         refuse(local, Text::tr("it is a link to a folder"));
     else if (local.isDir() && isCircle(local))
         refuse(local, Text::tr("it is a link to a folder that it is in"));
-    else if (local.isDir())
+    else if (m_links == Links::Follow && local.isSymLink() && local.exists())
+        addTarget(QFileInfo(local.canonicalFilePath()),
+                  place); // Windows opens a shortcut, not what is behind it
+    else
+        addTarget(local, place);
+}
+
+void UploadPlan::addTarget(const QFileInfo &local, const Place &place)
+{
+    if (local.isDir())
         addFolder(local, place);
     else
         addFile(local, place);

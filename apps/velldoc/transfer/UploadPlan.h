@@ -70,6 +70,7 @@ private:
     enum class Links { Refuse, Skip, Follow };
 
     void addEntry(const QFileInfo &local, const Place &place);
+    void addTarget(const QFileInfo &local, const Place &place);
     void addFolder(const QFileInfo &local, const Place &place);
     void addFile(const QFileInfo &local, const Place &place);
     bool isLeftOut(const QFileInfo &local, const Place &place) const;
