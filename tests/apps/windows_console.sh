@@ -36,7 +36,7 @@ press_when_sending() {
 code=0
 shown=$(on_console put "$work/scan.zip" / < <(press_when_sending)) || code=$?
 [ "$code" = 130 ] || fail "Ctrl-C ended it with $code: $shown"
-grep -q 'The same command continues where the service has' <<<"$shown" || fail "Ctrl-C left: $shown"
+grep -q 'The same command goes on from here' <<<"$shown" || fail "Ctrl-C left: $shown"
 chunks=$(grep -c 'POST /base-service/largefiles 200' "$work/access.log")
 [ "$chunks" -lt 15 ] || fail "Ctrl-C came after all $chunks chunks"
 
