@@ -104,20 +104,25 @@ const CommandOption &dryRunOption()
     return option;
 }
 
+QVector<CommandOption> filterOptions()
+{
+    return {
+        {"include", "PATTERN",
+         QT_TRANSLATE_NOOP("velldoc",
+                           "Of folders only the files that fit PATTERN; may be repeated.")},
+        {"exclude", "PATTERN",
+         QT_TRANSLATE_NOOP("velldoc", "Of folders nothing that fits PATTERN; may be repeated.")},
+        {"ignore-file", "NAME",
+         QT_TRANSLATE_NOOP("velldoc",
+                           "The file in the local folder whose lines are such patterns; "
+                           ".vellignore unless set, empty for none.")},
+    };
+}
+
 QVector<CommandOption> withTransferOptions(const QVector<CommandOption> &options)
 {
-    return options
+    return options + filterOptions()
         + QVector<CommandOption>{
-            {"include", "PATTERN",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "Of folders only the files that fit PATTERN; may be repeated.")},
-            {"exclude", "PATTERN",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "Of folders nothing that fits PATTERN; may be repeated.")},
-            {"ignore-file", "NAME",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "The file in the local folder whose lines are such patterns; "
-                               ".vellignore unless set, empty for none.")},
             {"transfers", "N",
              QT_TRANSLATE_NOOP("velldoc", "How many small files go at once; 4 unless set.")},
             {"bwlimit", "RATE",

@@ -24,6 +24,9 @@ void addOptions(QCommandLineParser &parser, const QVector<CommandOption> &option
 //! --dry-run, for commands that change something.
 const CommandOption &dryRunOption();
 
+//! Which files of a folder are meant.
+QVector<CommandOption> filterOptions();
+
 //! \a options and those of all commands that transfer folders.
 QVector<CommandOption> withTransferOptions(const QVector<CommandOption> &options);
 

@@ -162,8 +162,8 @@ bool Database::reconnect()
 
 void Database::setInTransaction(bool isInTransaction)
 {
-    connection();
-    threadConnections().find(m_instance)->isInTransaction = isInTransaction;
+    if (ThreadConnection *const known = threadConnections().find(m_instance))
+        known->isInTransaction = isInTransaction;
 }
 
 void Database::migrate()

@@ -1,32 +1,13 @@
-#include "VelldocWorld.h"
+#include "RunningVelldoc.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 
 namespace {
-
-//! velldoc that can be killed.
-class KilledProcess : public QProcess
-{
-public:
-    KilledProcess(const VelldocWorld &world, const char *line)
-    {
-        setProcessEnvironment(world.environment);
-        setWorkingDirectory(world.path(QString()));
-        start(VelldocWorld::program(),
-              QStringList{QStringLiteral("--url"), world.baseApi()} + VelldocWorld::words(line));
-    }
-    ~KilledProcess() override
-    {
-        kill();
-        waitForFinished();
-    }
-};
 
 void slowDown(VelldocWorld &world, const char *path, int milliseconds)
 {
@@ -84,7 +65,7 @@ void TestVelldocAgain::storedFolderGoesOnAfterAKill()
         world.write(QStringLiteral("site/%1").arg(i), QByteArray::number(i));
     slowDown(world, "/base-service/files", 500);
     {
-        KilledProcess put(world, "put site /new");
+        RunningVelldoc put(world, "put site /new");
         QTRY_VERIFY_WITH_TIMEOUT(world.runLine("ls /new").lines().size() > 5, 20000);
     }
     world.service().clearFaults();
@@ -116,7 +97,7 @@ void TestVelldocAgain::fetchedFolderGoesOnAfterAKill()
     slowDown(world, "/base-service/files", 50);
     const QDir back(world.path(QStringLiteral("back")));
     {
-        KilledProcess get(world, "get -r /site back");
+        RunningVelldoc get(world, "get -r /site back");
         QTRY_VERIFY_WITH_TIMEOUT(back.entryList(QDir::Files).size() > 5, 20000);
     }
     world.service().clearFaults();
@@ -168,7 +149,7 @@ void TestVelldocAgain::largeDownloadGoesOnWithinTheFile()
     world.succeedLine("put big /");
     QVERIFY(QFile::remove(local));
     {
-        KilledProcess get(world, "get --bwlimit 8M /big");
+        RunningVelldoc get(world, "get --bwlimit 8M /big");
         QTRY_VERIFY_WITH_TIMEOUT(partBytes(world.path(QString())) > Bytes / 4, 20000);
     }
     const qint64 held = partBytes(world.path(QString()));
@@ -193,7 +174,7 @@ void TestVelldocAgain::partOfAnotherFileIsNotTaken()
     const QString local = world.writeUnequalBlocks(QStringLiteral("big"), Bytes);
     world.succeedLine("put big /");
     {
-        KilledProcess get(world, "get --bwlimit 8M /big back");
+        RunningVelldoc get(world, "get --bwlimit 8M /big back");
         QTRY_VERIFY_WITH_TIMEOUT(partBytes(world.path(QString())) > Bytes / 4, 20000);
     }
     QFile file(local);

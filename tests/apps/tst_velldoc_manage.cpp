@@ -1,4 +1,4 @@
-#include "VelldocWorld.h"
+#include "RunningVelldoc.h"
 
 #include <QDir>
 #include <QFile>
@@ -334,33 +334,11 @@ void TestVelldocManage::unknownProjectIsNoted()
 }
 
 #ifdef Q_OS_UNIX
-namespace {
-
-class Background : public QProcess
-{
-public:
-    Background(const VelldocWorld &world, const char *line)
-    {
-        setProcessEnvironment(world.environment);
-        setWorkingDirectory(world.path(QString()));
-        start(VelldocWorld::program(),
-              QStringList{QStringLiteral("--url"), world.baseApi()} + VelldocWorld::words(line));
-        waitForStarted();
-    }
-    ~Background() override
-    {
-        kill();
-        waitForFinished();
-    }
-};
-
-} // namespace
-
 void TestVelldocManage::changesAreSentWhileTheyAreWatched()
 {
     VelldocWorld world;
     world.write(QStringLiteral("work/a"), "1");
-    Background watch(world, "watch work /W");
+    RunningVelldoc watch(world, "watch work /W");
     QTRY_COMPARE_WITH_TIMEOUT(world.runLine("cat /W/a").out, QStringLiteral("1"), 20000);
     world.write(QStringLiteral("work/a"), "22");
     world.write(QStringLiteral("work/below/b"), "3");
@@ -402,7 +380,7 @@ void TestVelldocManage::signalsHaveTheirCodes()
     stall.kind = FaultRule::Kind::Stall;
     stall.pathPrefix = QStringLiteral("/document-service/projects");
     world.service().addFault(stall);
-    Background ls(world, "ls --log-file log");
+    RunningVelldoc ls(world, "ls --log-file log");
     QTRY_VERIFY(VelldocWorld::read(world.path(QStringLiteral("log"))).contains("/me"));
     ::kill(pid_t(ls.processId()), number);
     QVERIFY(ls.waitForFinished());

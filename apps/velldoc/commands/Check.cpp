@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/transfer/LocalFilter.h>
@@ -90,23 +91,15 @@ const Command &checkCommand()
                           "what is on one side only or differs. Nothing is transferred. The exit "
                           "code is 0 when they are equal, "
                           "6 when they differ."),
-        {
+        QVector<CommandOption>{
             {"size-only", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "Compare sizes only, without reading the files.")},
-            {"include", "PATTERN",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "Of folders only the files that fit PATTERN; may be repeated.")},
-            {"exclude", "PATTERN",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "Of folders nothing that fits PATTERN; may be repeated.")},
-            {"ignore-file", "NAME",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "The file in the local folder whose lines are such patterns; "
-                               ".vellignore unless set, empty for none.")},
-            {"links", "WHAT",
-             QT_TRANSLATE_NOOP("velldoc", "Links in folders: refuse (they are named) or skip."),
-             "refuse skip"},
-        },
+             QT_TRANSLATE_NOOP("velldoc", "Compare sizes only, without reading the files.")}}
+            + filterOptions()
+            + QVector<CommandOption>{{"links", "WHAT",
+                                      QT_TRANSLATE_NOOP(
+                                          "velldoc",
+                                          "Links in folders: refuse (they are named) or skip."),
+                                      "refuse skip"}},
         {{"velldoc check site /Site && rm -r site",
           QT_TRANSLATE_NOOP("velldoc", "remove a folder only once all of it is stored")}},
         run,

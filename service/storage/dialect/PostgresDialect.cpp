@@ -101,8 +101,10 @@ DatabaseError PostgresDialect::error(const QSqlQuery &query) const
 
 void PostgresDialect::begin(Database &database) const
 {
-    const QString statements =
-        QStringLiteral("BEGIN; SELECT pg_advisory_xact_lock(%1)").arg(ChangeLock);
+    // Changes may take long: the bound is for searches.
+    const QString statements = QStringLiteral("BEGIN; SET LOCAL statement_timeout = 0; "
+                                              "SELECT pg_advisory_xact_lock(%1)")
+                                   .arg(ChangeLock);
     try {
         executeDirectly(database, statements);
     } catch (const DatabaseError &error) {
@@ -143,7 +145,6 @@ void PostgresDialect::migrateTo(Database &database, int version) const
     Transaction transaction(database);
     if (schema(database) >= version)
         return;
-    executeDirectly(database, QStringLiteral("SET LOCAL statement_timeout = 0"));
     executeDirectly(database,
                     QString::fromUtf8(migrationScript(QStringLiteral("postgresql"), version)));
     execute(database, QStringLiteral("INSERT INTO schema_version (version) VALUES (?)"), {version});
