@@ -98,7 +98,7 @@ endfunction()
 
 # Tests are compiled more often than they are run: what they test is optimised.
 function(vell_set_test_options target)
-    target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O0>)
+    target_compile_options(${target} PRIVATE -O0)
 endfunction()
 
 # vell_add_version_resource(<target>)
