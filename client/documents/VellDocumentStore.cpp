@@ -1,5 +1,7 @@
 #include <documents/VellDocumentStore.h>
 
+#include <operations/BackgroundRelease.h>
+
 #include <QSet>
 
 namespace {
@@ -17,6 +19,11 @@ bool isSame(const VellDocument &a, const VellDocument &b)
 } // namespace
 
 VellDocumentStore::VellDocumentStore(QObject *parent) : QObject(parent) {}
+
+VellDocumentStore::~VellDocumentStore()
+{
+    releaseInBackground(m_documents);
+}
 
 std::optional<VellDocument> VellDocumentStore::document(const QString &id) const
 {
@@ -80,6 +87,6 @@ void VellDocumentStore::markFolderChanged(const QString &id)
 
 void VellDocumentStore::clear()
 {
-    m_documents.clear();
+    releaseInBackground(m_documents);
     Q_EMIT cleared();
 }

@@ -19,6 +19,7 @@ class VELLCLIENT_EXPORT VellDocumentStore : public QObject
 
 public:
     explicit VellDocumentStore(QObject *parent = nullptr);
+    ~VellDocumentStore() override;
 
     //! The record of the document \a id, if it is known.
     std::optional<VellDocument> document(const QString &id) const;

@@ -1,6 +1,7 @@
 #include <transfer/TransferQueue.h>
 
 #include <documents/VellDocuments.h>
+#include <operations/BackgroundRelease.h>
 #include <session/SessionAccess.h>
 
 #include <algorithm>
@@ -51,6 +52,7 @@ TransferQueue::~TransferQueue()
         pool.clear();
         pool.waitForDone();
     }
+    releaseInBackground(m_list);
 }
 
 void TransferQueue::open(const QString &path)
