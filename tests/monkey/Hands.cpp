@@ -61,6 +61,15 @@ QString nameOf(const QWidget *widget)
         + widget->objectName();
 }
 
+QStringList selectedIds(const DocumentPane *pane)
+{
+    QStringList ids;
+    const QList<VellDocument> selection = pane->selection();
+    for (const VellDocument &document : selection)
+        ids.append(document._id);
+    return ids;
+}
+
 bool leavesTheTest(const QAction *action)
 {
     return action->objectName() == QLatin1String("quit")
@@ -103,16 +112,14 @@ void Hands::watchWindow()
     m_window = window;
     Ledger *const ledger = &m_world->ledger;
     const DocumentPane *const pane = window->pane();
-    QObject::connect(window->actionTable(), &Actions::triggered, ledger,
-                     [ledger, pane](ActionId id) {
-                         if (id != ActionId::Delete)
-                             return;
-                         QStringList ids;
-                         const QList<VellDocument> selection = pane->selection();
-                         for (const VellDocument &document : selection)
-                             ids.append(document._id);
-                         ledger->noteDeleting(ids);
-                     });
+    QObject::connect(window->actionTable(), &Actions::triggered, ledger, [=](ActionId id) {
+        if (id == ActionId::Delete)
+            ledger->noteDeleting(selectedIds(pane));
+        else if (id == ActionId::Cut)
+            m_cutIds = selectedIds(pane);
+        else if (id == ActionId::Paste)
+            ledger->noteMoving(m_cutIds, window->location().folderId);
+    });
     QObject::connect(pane->model(), &DocumentListModel::moveRequested, ledger, &Ledger::noteMoving);
     QObject::connect(window->findChild<FolderTreeModel *>(), &FolderTreeModel::moveRequested,
                      ledger, &Ledger::noteMoving);

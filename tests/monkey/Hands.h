@@ -41,5 +41,6 @@ private:
 
     MonkeyWorld *const m_world;
     QPointer<desktop::MainWindow> m_window; // whose signals the ledger follows
+    QStringList m_cutIds; // which the next paste moves
     QString m_menuFolderId; // for which the menu of the tree was opened
 };

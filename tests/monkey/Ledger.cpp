@@ -115,9 +115,10 @@ QStringList Ledger::compare(const QList<VellDocument> &present, const QList<Vell
     }
     for (auto known = m_documents.cbegin(); known != m_documents.cend(); ++known) {
         if (!ids.contains(known.key()) && !isDeletedOnPurpose(known.key()))
-            problems.append(
-                QStringLiteral("“%1” (%2) is lost")
-                    .arg(known->names.values().join(QStringLiteral("”, “")), known.key()));
+            problems.append(QStringLiteral("“%1” (%2) is lost; it has been in %3")
+                                .arg(known->names.values().join(QStringLiteral("”, “")),
+                                     known.key(),
+                                     known->parents.values().join(QStringLiteral(", "))));
     }
     return problems;
 }
