@@ -70,10 +70,10 @@ void DocumentPane::buildTable()
     m_table->setSortingEnabled(true);
     m_table->header()->setStretchLastSection(true);
     m_table->header()->setFirstSectionMovable(false);
-    m_table->setColumnWidth(VellDocumentModel::NameColumn, 260);
+    m_table->setColumnWidth(VellDocumentModel::NameColumn, 190);
     m_table->setColumnWidth(VellDocumentModel::SizeColumn, 80);
     m_table->setColumnWidth(VellDocumentModel::TypeColumn, 90);
-    m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 160);
+    m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 155);
     m_table->setItemDelegate(new NameDelegate(m_table));
     connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &DocumentPane::takeSelection);

@@ -20,15 +20,15 @@ struct RoleColors
 };
 
 constexpr std::array<RoleColors, 15> Colors{{
-    {QPalette::Window, 0xfff3f4f6, 0xff26282b},
+    {QPalette::Window, 0xfff3f4f6, 0xff35383c},
     {QPalette::WindowText, 0xff1c1e21, 0xffe8eaed},
     {QPalette::Base, 0xffffffff, 0xff1d1f21},
-    {QPalette::AlternateBase, 0xfff7f8fa, 0xff232629},
+    {QPalette::AlternateBase, 0xfff7f8fa, 0xff25282b},
     {QPalette::Text, 0xff1c1e21, 0xffe8eaed},
-    {QPalette::Button, 0xfff0f1f3, 0xff33363a},
+    {QPalette::Button, 0xfff0f1f3, 0xff43474c},
     {QPalette::ButtonText, 0xff1c1e21, 0xffe8eaed},
     {QPalette::BrightText, 0xffb3261e, 0xffff8a80},
-    {QPalette::ToolTipBase, 0xffffffff, 0xff3a3d41},
+    {QPalette::ToolTipBase, 0xffffffff, 0xff484c51},
     {QPalette::ToolTipText, 0xff1c1e21, 0xffe8eaed},
     {QPalette::PlaceholderText, 0xff6b7075, 0xff9aa0a6},
     {QPalette::Highlight, 0xff1f6feb, 0xff2f6fd0},
@@ -38,12 +38,12 @@ constexpr std::array<RoleColors, 15> Colors{{
 }};
 
 constexpr QRgb DisabledLight = 0xff8e9398;
-constexpr QRgb DisabledDark = 0xff80868b;
+constexpr QRgb DisabledDark = 0xff8b9196;
 
 QPalette paletteOf(bool isDark)
 {
-    const QRgb button = isDark ? 0xff33363a : 0xfff0f1f3;
-    const QRgb window = isDark ? 0xff26282b : 0xfff3f4f6;
+    const QRgb button = isDark ? 0xff43474c : 0xfff0f1f3;
+    const QRgb window = isDark ? 0xff35383c : 0xfff3f4f6;
     QPalette palette(QColor::fromRgb(button), QColor::fromRgb(window)); // with fitting bevels
     for (const RoleColors &colors : Colors)
         palette.setColor(colors.role, QColor::fromRgb(isDark ? colors.dark : colors.light));

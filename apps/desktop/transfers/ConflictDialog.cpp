@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QTreeWidget>
 
+#include <algorithm>
+
 namespace desktop {
 
 namespace {
@@ -24,6 +26,8 @@ enum Column {
     TargetColumn,
     DecisionColumn,
 };
+
+constexpr int LongestName = 260; // pixels
 
 QString describe(qint64 bytes, const QDateTime &changedAt)
 {
@@ -50,9 +54,6 @@ ConflictDialog::ConflictDialog(VellTransferQueue *queue, VellSession *session, Q
     m_list->setAccessibleName(tr("Names that are taken"));
     m_list->setHeaderLabels({tr("Name"), tr("New"), tr("Already there"), tr("Do this")});
     m_list->setRootIsDecorated(false);
-    m_list->setColumnWidth(NameColumn, 180);
-    m_list->setColumnWidth(SourceColumn, 215);
-    m_list->setColumnWidth(TargetColumn, 265);
     layout->addWidget(m_list, 1);
     auto *const row = new QHBoxLayout;
     row->addWidget(new QLabel(tr("For all:")));
@@ -82,6 +83,8 @@ ConflictDialog::ConflictDialog(VellTransferQueue *queue, VellSession *session, Q
     const QVector<qint64> ids = queue->ids();
     for (const qint64 id : ids)
         add(id);
+    m_list->header()->resizeSections(QHeaderView::ResizeToContents);
+    m_list->setColumnWidth(NameColumn, std::min(m_list->columnWidth(NameColumn), LongestName));
     connect(queue, &VellTransferQueue::asked, this,
             [this](const VellTransferQuestion &question) { add(question.id); });
     connect(queue, &VellTransferQueue::changed, this, &ConflictDialog::drop);

@@ -1,12 +1,12 @@
 #include <desktop/transfers/TransferPanel.h>
 
 #include <desktop/actions/ButtonText.h>
+#include <desktop/transfers/ElidedLabel.h>
 #include <desktop/transfers/ProgressDelegate.h>
 #include <desktop/transfers/TransferModel.h>
 
 #include <QAction>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLocale>
 #include <QMenu>
 #include <QProgressBar>
@@ -32,7 +32,7 @@ QString timeText(std::chrono::seconds left)
 
 TransferPanel::TransferPanel(VellTransferQueue *queue, QWidget *parent)
     : QWidget(parent), m_queue(queue), m_model(new TransferModel(queue, this)),
-      m_list(new QTreeView), m_summary(new QLabel), m_progress(new QProgressBar)
+      m_list(new QTreeView), m_summary(new ElidedLabel), m_progress(new QProgressBar)
 {
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
@@ -42,7 +42,6 @@ TransferPanel::TransferPanel(VellTransferQueue *queue, QWidget *parent)
     bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
     buildBar(bar);
     row->addWidget(bar);
-    m_summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_summary->setIndent(6);
     row->addWidget(m_summary, 1);
     m_progress->setMaximumWidth(110);
@@ -166,7 +165,6 @@ void TransferPanel::updateState()
                               : tr("Try all failed again"));
     const QString text = summary();
     m_summary->setText(text.isEmpty() ? tr("No transfers are under way.") : text);
-    m_summary->setToolTip(m_summary->text());
     m_progress->setVisible(!text.isEmpty());
     m_progress->setValue(percent());
     Q_EMIT summaryChanged();

@@ -2,7 +2,6 @@
 
 #include <QWidget>
 
-class QLabel;
 class QProgressBar;
 class QToolBar;
 class QTreeView;
@@ -11,6 +10,7 @@ class VellTransferQueue;
 
 namespace desktop {
 
+class ElidedLabel;
 class TransferModel;
 
 //! \brief The transfers, what is known of all together, and the commands for one, some and all.
@@ -43,7 +43,7 @@ private:
     VellTransferQueue *const m_queue;
     TransferModel *m_model;
     QTreeView *m_list;
-    QLabel *m_summary;
+    ElidedLabel *m_summary;
     QProgressBar *m_progress;
     QAction *m_pause = nullptr;
     QAction *m_resume = nullptr;
