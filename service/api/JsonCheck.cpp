@@ -3,6 +3,7 @@
 #include <QSet>
 #include <QString>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -15,6 +16,11 @@ constexpr size_t MaxDepth = 100;
 bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
+}
+
+bool isHexDigit(char c)
+{
+    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
 //! One pass over the text, without recursion, so that deep nesting needs no stack.
@@ -127,11 +133,13 @@ bool JsonCheck::takeEscape(QString *text)
         return false;
     const char c = *m_at++;
     if (c == 'u') {
-        bool isHex = m_end - m_at >= 4;
-        const ushort unit = isHex ? QByteArray(m_at, 4).toUShort(&isHex, 16) : ushort(0);
-        text->append(QChar(unit));
-        m_at += isHex ? 4 : 0;
-        return isHex;
+        constexpr int Length = 4;
+        // Not what toUShort() also takes: spaces, a sign, "0x".
+        if (m_end - m_at < Length || !std::all_of(m_at, m_at + Length, isHexDigit))
+            return false;
+        text->append(QChar(QByteArray(m_at, Length).toUShort(nullptr, 16)));
+        m_at += Length;
+        return true;
     }
     const char *const place = c == '\0' ? nullptr : std::strchr(names, c);
     if (place != nullptr)

@@ -67,6 +67,7 @@ void TestServiceBadInput::bodiesOfNoUse_data()
         {"null", "null"},
         {"binary", QByteArray("\0\xff\xfe\x80", 4)},
         {"not UTF-8", "{\"name\":\"\xff\xfe\"}"},
+        {"an escape of two digits", "{\"name\":\"\\u56\r\nx\"}"},
         {"too deep", deep},
         {"unknown key", "{\"colour\":\"red\"}"},
     };
