@@ -18,11 +18,11 @@ struct TransferItem
     QByteArray documentId; // UTF-8, half as large
     int group = 0;
     quint32 sweep = 0; // the latest command for all that counts for it
+    quint32 newsNumber = 0; // of the latest signal that tells of it
     VellTransferState state = VellTransferState::Waiting;
     quint8 failuresInRow = 0;
     bool isFolder = false;
     bool isSkipped = false;
-    bool isMarked = false; // as changed, until the next signal
 };
 
 //! \brief All transfers of a queue, and their totals.

@@ -13,8 +13,8 @@ using State = VellTransferState;
 
 void TransferQueue::mark(qint64 id, TransferItem &item)
 {
-    if (!item.isMarked) {
-        item.isMarked = true;
+    if (item.newsNumber != m_newsNumber) {
+        item.newsNumber = m_newsNumber;
         m_marked.append(id);
     }
     if (!m_news.isActive())
@@ -32,10 +32,7 @@ void TransferQueue::tell()
     const QPointer<VellTransferQueue> self(q);
     lookAtRuns();
     m_meter.update();
-    for (const qint64 id : qAsConst(m_marked)) {
-        if (TransferItem *const item = m_list.find(id))
-            item->isMarked = false;
-    }
+    ++m_newsNumber;
     const QSet<QString> folders = std::exchange(m_changedFolders, {});
     for (const QString &folder : folders) {
         if (self && m_documents)

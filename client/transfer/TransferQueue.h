@@ -191,6 +191,7 @@ private:
     QVector<qint64> m_removed;
 
     QVector<qint64> m_marked;
+    quint32 m_newsNumber = 1; // of the next signal
     QSet<QString> m_changedFolders;
     QVector<qint64> m_added;
     bool m_isIdle = true;
