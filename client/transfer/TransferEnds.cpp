@@ -56,8 +56,9 @@ void TransferQueue::learn(qint64 id, TransferItem &item, const TransferOutcome &
         item.failuresInRow = 0;
     if (outcome.kind != TransferOutcome::Kind::Large)
         noteOutcome(item, outcome.error);
+    // What is known of a version is not what the store has of its document.
     if (outcome.kind != TransferOutcome::Kind::Done || outcome.document._id.isEmpty()
-        || !m_documents)
+        || m_list.isOfVersion(id) || !m_documents)
         return;
     const TransferPlace place = m_scopes.value(m_list.scope(item)).place;
     if (place.projectId != m_documents->session()->projectId())

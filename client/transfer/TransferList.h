@@ -45,6 +45,7 @@ public:
     VellTransfer snapshot(qint64 id) const;
 
     bool isLarge(const TransferItem &item) const;
+    bool isOfVersion(qint64 id) const { return !m_extras.value(id).contentId.isEmpty(); }
     VellTransferDirection direction(const TransferItem &item) const;
     int scope(const TransferItem &item) const { return group(item).scope; }
     int batch(const TransferItem &item) const { return group(item).batch; }

@@ -167,6 +167,8 @@ void TestTransferDownloads::anOlderVersionComes()
     QCOMPARE(transfer.error.text, QString());
     QCOMPARE(transfer.sizeBytes, 9);
     QCOMPARE(TransferWorld::contentOf(path), QByteArray("the first"));
+    // A version is no document of its own.
+    QVERIFY(!world.documents.store()->document(version._id));
 }
 
 void TestTransferDownloads::aFolderComesWithEverythingBelow()
