@@ -16,17 +16,10 @@ using Socket = boost::asio::ip::tcp::socket;
 
 Connection::Connection(Socket socket, const QString &client, WaitingThread &home,
                        ServerContext &context, std::atomic<int> &count)
-    : m_socket(std::move(socket)), m_timer(home.io), m_home(home), m_context(context),
-      m_count(count), m_conversation(m_socket.native_handle(), client, context),
+    : m_counted(count), m_socket(std::move(socket)), m_timer(home.io), m_home(home),
+      m_context(context), m_conversation(m_socket.native_handle(), client, context),
       m_idlePlace(home.idle.end())
-{
-    ++m_count;
-}
-
-Connection::~Connection()
-{
-    --m_count;
-}
+{}
 
 void Connection::start()
 {

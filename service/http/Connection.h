@@ -33,7 +33,7 @@ class Connection : public std::enable_shared_from_this<Connection>
 public:
     Connection(boost::asio::ip::tcp::socket socket, const QString &client, WaitingThread &home,
                ServerContext &context, std::atomic<int> &count);
-    ~Connection();
+    ~Connection() = default;
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
 
@@ -45,17 +45,30 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    //! Counts a connection until all its other members are destroyed, which use what the server destroys at the count of 0.
+    class Counted
+    {
+    public:
+        explicit Counted(std::atomic<int> &count) : m_count(count) { ++m_count; }
+        ~Counted() { --m_count; }
+        Counted(const Counted &) = delete;
+        Counted &operator=(const Counted &) = delete;
+
+    private:
+        std::atomic<int> &m_count;
+    };
+
     void work(std::chrono::milliseconds waited, bool isTimedOut);
     void waitFor(const Wait &wait);
     void waitForSocket(const Wait &wait);
     void waited(bool isTimedOut);
     void leaveIdle();
 
+    const Counted m_counted; // first, so that it is destroyed last
     boost::asio::ip::tcp::socket m_socket;
     boost::asio::steady_timer m_timer;
     WaitingThread &m_home;
     ServerContext &m_context;
-    std::atomic<int> &m_count;
     Conversation m_conversation;
     bool m_isAtWork = false;
     bool m_isEnding = false;
