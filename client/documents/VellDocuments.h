@@ -166,8 +166,8 @@ public:
     VellResult<VellDocument> *createFolder(const QString &parentId, const QString &name,
                                            const QString &category = {});
 
-    //! Creates the document \a name in the folder \a folderId with the content, the category and the remark of the file \a
-    //! document, without a transfer. The history is not copied.
+    //! Creates the document \a name in the folder \a folderId with the content, the category and the remark of the file
+    //! \a document, without a transfer. The history is not copied.
     VellResult<VellDocument> *copy(const VellDocument &document, const QString &folderId,
                                    const QString &name);
 
