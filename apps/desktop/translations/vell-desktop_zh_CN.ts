@@ -4,23 +4,23 @@
 <context>
     <name>FailureText</name>
     <message>
-        <source>%1 asks for a client certificate</source>
+        <source>%1 requires a client certificate</source>
         <translation>%1 要求客户端证书</translation>
     </message>
     <message>
-        <source>The connection was closed in the middle of the answer</source>
+        <source>The connection was closed before the end of the response</source>
         <translation>连接在应答中途被关闭</translation>
     </message>
     <message>
-        <source>The connection was closed before the answer came</source>
+        <source>The connection was closed before the response arrived</source>
         <translation>连接在收到应答前已关闭</translation>
     </message>
     <message>
-        <source>The host name %1 is unknown</source>
+        <source>The host %1 was not found</source>
         <translation>找不到主机名 %1</translation>
     </message>
     <message>
-        <source>%1 refused the connection: no program listens there</source>
+        <source>%1 refused the connection: no program is listening there</source>
         <translation>%1 拒绝连接：那里没有程序在监听</translation>
     </message>
     <message>
@@ -28,7 +28,7 @@
         <translation>无法到达 %1：%2</translation>
     </message>
     <message>
-        <source>%1 does not answer as HTTP</source>
+        <source>%1 does not respond with HTTP</source>
         <translation>%1 的应答不是 HTTP</translation>
     </message>
     <message>
@@ -44,11 +44,11 @@
         <translation>%1 的证书已过期或尚未生效</translation>
     </message>
     <message>
-        <source>%1 shows a certificate that it has signed itself</source>
+        <source>%1 has a self-signed certificate</source>
         <translation>%1 出示的是自签名证书</translation>
     </message>
     <message>
-        <source>The certificate of the server is not made for %1</source>
+        <source>The certificate of the server is not valid for %1</source>
         <translation>服务器的证书不是为 %1 签发的</translation>
     </message>
     <message>
@@ -56,19 +56,19 @@
         <translation>%1 的证书由本机不信任的机构签发</translation>
     </message>
     <message>
-        <source>%1 cannot speak TLS with this program</source>
+        <source>A TLS connection to %1 could not be established</source>
         <translation>%1 无法与本程序建立 TLS 连接</translation>
     </message>
     <message>
-        <source>The proxy does not let the request pass (status %1)</source>
-        <translation>代理不放行该请求（状态 %1）</translation>
+        <source>The proxy refused the request (status %1)</source>
+        <translation>代理拒绝了该请求（状态 %1）</translation>
     </message>
     <message>
-        <source>The host name of the proxy is unknown</source>
+        <source>The host of the proxy was not found</source>
         <translation>找不到代理的主机名</translation>
     </message>
     <message>
-        <source>The proxy wants a user name and a password, or rejects those given</source>
+        <source>The proxy requires a user name and a password, or does not accept them</source>
         <translation>代理要求用户名和密码，或拒绝了所给的用户名和密码</translation>
     </message>
     <message>
@@ -76,15 +76,15 @@
         <translation>无法连接代理</translation>
     </message>
     <message>
-        <source>The proxy does not let the request pass</source>
-        <translation>代理不放行该请求</translation>
+        <source>The proxy refused the request</source>
+        <translation>代理拒绝了该请求</translation>
     </message>
     <message>
-        <source>The service answered %1</source>
+        <source>The service responded with %1</source>
         <translation>服务应答 %1</translation>
     </message>
     <message>
-        <source>The server in front of the service refuses bodies of this size (%1); nginx has the limit in client_max_body_size</source>
+        <source>The server in front of the service does not accept bodies of this size (%1); in nginx the limit is client_max_body_size</source>
         <translation>服务前面的服务器拒绝这么大的请求（%1）；nginx 的上限由 client_max_body_size 设定</translation>
     </message>
     <message>
@@ -92,11 +92,11 @@
         <translation>服务前面的服务器无法连接到服务（%1）</translation>
     </message>
     <message>
-        <source>The server asks for a client certificate (%1)</source>
+        <source>The server requires a client certificate (%1)</source>
         <translation>服务器要求客户端证书（%1）</translation>
     </message>
     <message>
-        <source>The server wants https at this port (%1)</source>
+        <source>The server requires https at this port (%1)</source>
         <translation>服务器在此端口要求使用 https（%1）</translation>
     </message>
     <message>
@@ -108,19 +108,19 @@
         <translation>请求已取消</translation>
     </message>
     <message>
-        <source>The address is not one of http or https that can be asked</source>
+        <source>The address is not a valid address with http or https</source>
         <translation>该地址不是可以请求的 http 或 https 地址</translation>
     </message>
     <message>
-        <source>The file could not be read to its end</source>
+        <source>The file could not be read completely</source>
         <translation>文件无法读到末尾</translation>
     </message>
     <message>
-        <source>The answer is too large to be kept in memory</source>
+        <source>The response is too large for the memory</source>
         <translation>应答太大，内存放不下</translation>
     </message>
     <message>
-        <source>The service redirected too often</source>
+        <source>The service redirected too many times</source>
         <translation>服务重定向次数过多</translation>
     </message>
 </context>
@@ -161,11 +161,11 @@
         <translation>服务重定向到未加密的地址</translation>
     </message>
     <message>
-        <source>The service redirected to another server, which must not get the access token</source>
+        <source>The service redirected to another server, which must not receive the access token</source>
         <translation>服务重定向到另一台服务器，访问令牌不能发给它</translation>
     </message>
     <message>
-        <source>The service redirected a change, which would not be made there</source>
+        <source>The service redirected a change, which cannot be repeated at another address</source>
         <translation>服务把修改请求重定向到别处，修改不会在那里执行</translation>
     </message>
 </context>
