@@ -11,7 +11,7 @@ namespace {
 
 constexpr quint32 Format = 0x56534d31;
 
-//! Returns true if only the contents of the two files of \a step can tell whether they differ.
+//! Returns true if the two files of \a step can only be compared by their contents.
 bool hasEqualSizes(const VellSyncStep &step)
 {
     using Reason = VellSyncStep::Reason;
