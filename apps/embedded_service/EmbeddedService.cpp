@@ -7,7 +7,7 @@
 
 namespace {
 
-//! Where the program that serves the folder leaves its address.
+//! Returns the path of the file with the address of the program that serves the folder.
 QString addressFile(const QString &dataDir)
 {
     return dataDir + QStringLiteral("/velldoc-serve.url");
@@ -53,7 +53,7 @@ EmbeddedService::Outcome EmbeddedService::start(const QString &dataDir,
         return Outcome::BadAddress;
     d = std::make_unique<Private>(options);
     if (d->service.start(&m_error)) {
-        QFile::remove(addressFile(dataDir)); // of a server that was killed
+        QFile::remove(addressFile(dataDir)); // left by a service that was killed
         m_address = d->service.baseApi();
         return Outcome::Started;
     }

@@ -4,48 +4,48 @@
 
 #include <memory>
 
-//! \brief The document service inside a program, for a machine with nothing set up.
+//! \brief The document service inside a program, for computers without a configured service.
 //!
-//! Several programs may use one data folder: the first serves it and leaves its address there with announce(), the others use that
-//! service. Built without the service, every start ends with Outcome::Missing.
+//! Several programs may use the same data folder: the first one serves it and publishes its address with announce(), the others
+//! use that service. If the program was built without the service, start() always returns Outcome::Missing.
 //!
-//! Serves from threads of its own. All functions belong to one thread, and need a QCoreApplication.
+//! The service runs on its own threads. All functions must be called on one thread, and need a QCoreApplication.
 class EmbeddedService
 {
 public:
     enum class Outcome {
-        Started, //!< it serves at address()
-        Shared, //!< another program serves the folder, at address()
-        InUse, //!< another program works on the folder and serves nobody; it may end soon
-        BadAddress, //!< the address to listen on cannot be read
-        Failed, //!< for the reason of error()
+        Started, //!< the service runs at address()
+        Shared, //!< another program serves the folder at address()
+        InUse, //!< another program uses the folder without serving it; it may end soon
+        BadAddress, //!< the address to listen on is not valid
+        Failed, //!< error() has the reason
         Missing, //!< this program was built without the service
     };
 
     EmbeddedService();
-    ~EmbeddedService(); //!< stops
+    ~EmbeddedService(); //!< stops the service
     Q_DISABLE_COPY(EmbeddedService)
 
-    //! Returns whether the service was built into this program.
+    //! Returns true if this program was built with the service.
     static bool isAvailable();
 
-    //! Tries once to serve the data folder \a dataDir, which is made if it is missing.
-    //! \param listenAddress "127.0.0.1:8080"; empty for a free port of this machine
+    //! Tries once to serve the data folder \a dataDir, which is created if it does not exist.
+    //! \param listenAddress "127.0.0.1:8080"; empty for a free port of this computer
     Outcome start(const QString &dataDir, const QString &listenAddress = {});
 
-    //! Leaves the address in the data folder, for other programs. Does nothing unless it serves.
+    //! Writes the address into the data folder, for other programs. Has no effect if the service is not running.
     void announce();
 
-    //! Ends the service and takes back its announcement.
+    //! Stops the service and removes the published address.
     void stop();
 
-    //! Returns whether the service runs inside this process.
+    //! Returns true if the service runs inside this process.
     bool isRunning() const;
 
-    //! The base address of Outcome::Started and Outcome::Shared.
+    //! Returns the base address after Outcome::Started and Outcome::Shared.
     QString address() const { return m_address; }
 
-    //! One sentence, after Outcome::Failed.
+    //! Returns one sentence after Outcome::Failed.
     QString error() const { return m_error; }
 
 private:

@@ -5,8 +5,8 @@
 
 #include <cstdio>
 
-// Renders every SVG of one folder to a PNG of its own size in another. Run by the target
-// vell_render_icons after a drawing was changed; needs the SVG plugin of Qt.
+// Renders each SVG file of a folder to a PNG file of the same size in another folder. Run by the target
+// vell_render_icons after a drawing has changed; needs the SVG plugin of Qt.
 int main(int argc, char *argv[])
 {
     const QGuiApplication app(argc, argv);

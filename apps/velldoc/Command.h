@@ -11,8 +11,7 @@ struct CommandOption
     const char *names; //!< "l,long": without dashes, the short one first
     const char *valueName; //!< null for a flag
     const char *help; //!< translated when it is shown
-    const char *words =
-        nullptr; //!< the values that it can have, separated by blanks, if these are known
+    const char *words = nullptr; //!< the possible values, separated by spaces, if these are known
 };
 
 struct CommandExample
@@ -21,20 +20,20 @@ struct CommandExample
     const char *meaning;
 };
 
-//! \brief One command: what the user reads about it, and the function that does it.
+//! \brief One command: its help, its options and its function.
 //!
 //! All texts are marked for translation in the context "velldoc".
 struct Command
 {
     const char *name;
     const char *arguments; //!< as in a usage line
-    const char *summary; //!< half a sentence for the list of commands
+    const char *summary; //!< a phrase for the list of commands
     const char *description; //!< whole sentences
     QVector<CommandOption> options;
     QVector<CommandExample> examples;
     void (*run)(Context &context); //!< throws Failure
-    QVector<const char *> actions = {}; //!< words that can stand behind the name, for completion
-    QVector<const char *> words = {}; //!< what an argument can be that is no path, for completion
+    QVector<const char *> actions = {}; //!< words that may follow the name, for completion
+    QVector<const char *> words = {}; //!< values of an argument that is not a path, for completion
 };
 
 } // namespace velldoc

@@ -16,7 +16,7 @@ namespace velldoc {
 
 namespace {
 
-//! Where the command stands: the first argument that is neither a global option nor its value.
+//! Returns the index of the command: the first argument that is neither a global option nor its value.
 int commandPosition(const QStringList &arguments)
 {
     for (int i = 0; i < arguments.size(); ++i) {
@@ -28,7 +28,7 @@ int commandPosition(const QStringList &arguments)
     return -1;
 }
 
-//! How the result is to be printed. Known before the line is understood, so that an error in it is JSON, too.
+//! Returns the format of the result. Read before the command line is parsed, so that its errors are printed as JSON, too.
 Output::Format formatOf(const QStringList &arguments)
 {
     const QStringList options = arguments.mid(0, arguments.indexOf(QStringLiteral("--")));
@@ -62,16 +62,16 @@ int succeed(Output &output)
     return ExitFailed;
 }
 
-//! Why \a parser could not read \a arguments.
-//! \param options that it knows
+//! Returns why \a parser could not parse \a arguments.
+//! \param options the options of the parser
 Failure unreadable(const QCommandLineParser &parser, const QVector<CommandOption> &options,
                    const QStringList &arguments, const QString &help)
 {
-    QString sentence = Text::tr("An option has a value, but takes none.");
+    QString sentence = Text::tr("An option has a value, but does not take one.");
     const QStringList unknown = parser.unknownOptionNames();
     if (!unknown.isEmpty()) {
         const QString &name = unknown.constFirst();
-        sentence = Text::tr("There is no option %1; names that begin with a dash go behind a --.")
+        sentence = Text::tr("There is no option %1; write -- before names that begin with a dash.")
                        .arg(QLatin1String(name.size() == 1 ? "-" : "--") + name);
         const QString like = mostAlike(name, optionWords(options));
         if (!like.isEmpty())
@@ -83,7 +83,7 @@ Failure unreadable(const QCommandLineParser &parser, const QVector<CommandOption
     return {ExitUsage, sentence + QLatin1Char(' ') + Text::tr("See \"%1\".").arg(help)};
 }
 
-//! A line without a command.
+//! Runs a command line without a command.
 int runProgram(const QStringList &arguments, Output &output)
 {
     QCommandLineParser parser;
@@ -119,7 +119,7 @@ QString helpLine(const Command &command)
                                       : help + QLatin1Char(' ') + QString::fromLatin1(command.name);
 }
 
-//! What concerns the process as a whole.
+//! Sets up the process.
 void applyOptions(const Context &context)
 {
     context.word("output");
@@ -159,12 +159,12 @@ int runCommandLine(const QStringList &arguments)
     Output output;
     output.setFormat(formatOf(arguments));
     const int position = commandPosition(arguments);
-    // Bytes that are no UTF-8 have become this character; as a name it would be another one.
+    // Qt has replaced invalid UTF-8 by this character; it would be another name.
     if (arguments.join(QLatin1Char(' ')).contains(QChar(QChar::ReplacementCharacter)))
         return fail(output,
                     {ExitUsage,
-                     Text::tr("An argument is not UTF-8 text: name a document by its identifier "
-                              "(id:...), and rename a local file.")});
+                     Text::tr("An argument is not valid UTF-8: use the identifier of a document "
+                              "(id:...), or rename a local file.")});
     if (position < 0)
         return runProgram(arguments, output);
     const QString &name = arguments.at(position);

@@ -4,7 +4,7 @@
 
 namespace velldoc {
 
-//! Runs the command line \a arguments, without the program's name. \return the exit code
+//! Runs the command line \a arguments, without the name of the program. \return the exit code
 int runCommandLine(const QStringList &arguments);
 
 } // namespace velldoc

@@ -19,7 +19,7 @@ Session &Context::session()
     return *m_session;
 }
 
-//! The service inside takes every name; a slip of the finger would look like an empty project.
+//! The embedded service accepts every project; a misspelled name would look like an empty project.
 void Context::noteNewProject() const
 {
     const QList<VellProject> projects = m_session->user().projects;
@@ -27,7 +27,7 @@ void Context::noteNewProject() const
         std::any_of(projects.cbegin(), projects.cend(),
                     [this](const VellProject &project) { return project.id == settings.project; });
     if (!isKnown && !projects.isEmpty() && m_session->isEmbedded()) {
-        out.note(Text::tr("There is no project \"%1\" yet: the first document makes it.")
+        out.note(Text::tr("There is no project \"%1\" yet: the first document creates it.")
                      .arg(settings.project));
     }
 }
@@ -43,7 +43,7 @@ QStringList Context::arguments(int least, int most) const
 {
     QStringList all = arguments();
     if (all.size() < least) {
-        // A word such as "up" stands before the arguments of its form.
+        // A word such as "up" is before the other arguments.
         const bool hasAction = !m_command.actions.isEmpty() && !all.isEmpty();
         const QList<UsageWord> words =
             usageWords(m_command, hasAction ? all.constFirst() : QString());
@@ -53,7 +53,7 @@ QStringList Context::arguments(int least, int most) const
     }
     if (most > 0 && all.size() > most)
         throw Failure(ExitUsage,
-                      Text::tr("\"%1\" is too much on the command line.").arg(all.at(most)));
+                      Text::tr("There are too many arguments: \"%1\".").arg(all.at(most)));
     return all;
 }
 

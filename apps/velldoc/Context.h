@@ -12,8 +12,8 @@
 
 namespace velldoc {
 
-//! \brief What a command has to work with: its options and arguments, the output, and the service, which is
-//! reached when it is first asked for.
+//! \brief The environment of a command: its options and arguments, the output, and the session, which is
+//! opened when it is used first.
 class Context
 {
 public:
@@ -27,7 +27,7 @@ public:
 
     QStringList arguments() const { return m_parser.positionalArguments(); }
 
-    //! The arguments, at least \a least of them and, unless it is 0, at most \a most. \throws Failure
+    //! Returns the arguments. \throws Failure if there are fewer than \a least, or more than \a most and \a most is not 0
     QStringList arguments(int least, int most) const;
 
     bool isSet(const char *option) const { return m_parser.isSet(QString::fromLatin1(option)); }
@@ -37,24 +37,24 @@ public:
         return m_parser.values(QString::fromLatin1(option));
     }
 
-    //! The option's whole number, \a fallback without it. \throws Failure
+    //! Returns the whole number of the option, or \a fallback if it is not set. \throws Failure
     int number(const char *option, int fallback) const;
 
-    //! The number of --version, 0 without it. \throws Failure
+    //! Returns the number of --version, or 0 if it is not set. \throws Failure
     int versionNumber() const;
 
-    //! The option's size or rate in bytes ("500K", "2M", "1.5G"), 0 without it. \throws Failure
+    //! Returns the size or the speed of the option in bytes ("500K", "2M", "1.5G"), or 0 if it is not set. \throws Failure
     qint64 bytes(const char *option) const;
 
-    //! The option's text, which must be one of the words of the command's table; empty without it. \throws Failure
+    //! Returns the value of the option, which must be one of its possible values; empty if it is not set. \throws Failure
     QString word(const char *option) const;
 
-    //! How often -v was given.
+    //! Returns how often -v was given.
     int verbosity() const;
 
-    //! Whether nothing is to be changed.
+    //! Returns true if nothing must be changed.
     bool isDryRun() const;
-    //! With --dry-run prints \a name, which would have been changed, and returns true.
+    //! With --dry-run prints \a name, which would be changed, and returns true.
     bool leaves(const QString &name) const;
 
     Output &out;

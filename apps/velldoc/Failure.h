@@ -6,7 +6,7 @@
 
 namespace velldoc {
 
-//! What the program returns to the shell. Documented in the manual page: never renumber.
+//! The exit codes. The manual page describes them: never change the numbers.
 enum ExitCode {
     ExitOk = 0,
     ExitFailed = 1,
@@ -14,8 +14,9 @@ enum ExitCode {
     ExitNotFound = 3,
     ExitNotAllowed = 4,
     ExitNoConnection = 5,
-    ExitDifferent = 6, //!< what was compared is not equal
-    ExitHangUp = 129, //!< the terminal is gone (SIGHUP), as shells count it; so the next ones
+    ExitDifferent = 6, //!< the compared folders differ
+    ExitHangUp =
+        129, //!< the terminal was closed (SIGHUP); 128 + the number of the signal, as in shells
     ExitInterrupted = 130, //!< Ctrl-C (SIGINT)
     ExitTerminated = 143, //!< SIGTERM
 };
@@ -25,13 +26,13 @@ inline bool isInterruption(ExitCode code)
     return code == ExitInterrupted || code == ExitTerminated || code == ExitHangUp;
 }
 
-//! \brief Why a command cannot go on: one sentence for the user, and the exit code.
+//! \brief The failure of a command: one sentence for the user, and the exit code.
 //!
-//! Thrown by commands and what they call, never out of a slot.
+//! Thrown by commands and by functions that they call, never in a slot.
 class Failure : public std::exception
 {
 public:
-    //! \param cause the part of the sentence that does not say what to do; the whole when empty
+    //! \param cause the part of the sentence without advice; if it is empty, the whole sentence
     Failure(ExitCode code, const QString &sentence, int httpStatus = 0, const QString &cause = {})
         : m_code(code), m_sentence(sentence), m_cause(cause.isEmpty() ? sentence : cause),
           m_httpStatus(httpStatus)
@@ -40,7 +41,7 @@ public:
     ExitCode code() const { return m_code; }
     QString sentence() const { return m_sentence; }
     QString cause() const { return m_cause; }
-    int httpStatus() const { return m_httpStatus; } //!< 0 when the service said nothing
+    int httpStatus() const { return m_httpStatus; } //!< 0 if there was no response
     const char *what() const noexcept override { return "velldoc::Failure"; }
 
 private:

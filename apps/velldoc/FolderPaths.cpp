@@ -19,7 +19,7 @@ QString FolderPaths::pathOf(const VellDocument &document) const
 {
     QString path = document.name;
     QString parentId = document.parentId;
-    // No path is longer than there are folders, even if they went in circles.
+    // No path has more names than there are folders, even if damaged records form a circle.
     for (int steps = m_folders.size(); !parentId.isEmpty(); --steps) {
         const auto folder = m_folders.constFind(parentId);
         if (folder == m_folders.constEnd() || steps < 0)

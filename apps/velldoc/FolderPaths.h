@@ -9,14 +9,14 @@ namespace velldoc {
 
 class Session;
 
-//! \brief The paths of all folders of the project, asked for once: for lists of documents from anywhere.
+//! \brief The paths of all folders of the project, requested once, for lists of documents of many folders.
 class FolderPaths
 {
 public:
     //! \throws Failure
     explicit FolderPaths(Session &session);
 
-    //! From the top level; "…/name" when a folder above is not to be seen.
+    //! Returns the path from the top level; "…/name" if a folder above is not visible.
     QString pathOf(const VellDocument &document) const;
 
 private:

@@ -12,42 +12,40 @@ const QVector<CommandOption> &globalOptions()
 {
     static const QVector<CommandOption> options{
         {"url", "URL", QT_TRANSLATE_NOOP("velldoc", "The base address of the service.")},
-        {"project", "ID", QT_TRANSLATE_NOOP("velldoc", "The project; \"default\" unless set.")},
+        {"project", "ID", QT_TRANSLATE_NOOP("velldoc", "The project; by default \"default\".")},
         {"token", "TOKEN", QT_TRANSLATE_NOOP("velldoc", "The access token.")},
         {"cacert", "FILE",
          QT_TRANSLATE_NOOP("velldoc", "Trust the certificate authorities in this PEM file, too.")},
         {"cert", "FILE",
          QT_TRANSLATE_NOOP("velldoc", "The client certificate: a PEM or a PFX file.")},
         {"key", "FILE",
-         QT_TRANSLATE_NOOP("velldoc",
-                           "The private key of --cert, where that file does not hold it.")},
+         QT_TRANSLATE_NOOP("velldoc", "The private key of --cert, if it is not in the same file.")},
         {"proxy", "URL", QT_TRANSLATE_NOOP("velldoc", "The proxy; \"none\" connects directly.")},
         {"profile", "NAME",
-         QT_TRANSLATE_NOOP("velldoc", "The login of this name: see \"velldoc help login\".")},
+         QT_TRANSLATE_NOOP("velldoc", "Use the login with this name: see \"velldoc help login\".")},
         {"timeout", "SECONDS",
          QT_TRANSLATE_NOOP("velldoc",
-                           "How long nothing may move before a request is tried again; 30 unless "
-                           "set, 0 for ever.")},
+                           "Time in seconds without any data after which a request is tried again; "
+                           "the default is 30, 0 means no limit.")},
         {"output", "FORMAT",
          QT_TRANSLATE_NOOP(
              "velldoc",
-             "Print the result as json, csv, tsv or table; --json is short for the first."),
+             "Print the result as json, csv, tsv or table; --json is the same as --output json."),
          "json csv tsv table"},
         {"columns", "LIST",
          QT_TRANSLATE_NOOP(
              "velldoc",
-             "The fields of csv, tsv and table, named as in JSON and separated by commas.")},
+             "The columns of csv, tsv and table: names as in JSON, separated by commas.")},
         {"json", nullptr, QT_TRANSLATE_NOOP("velldoc", "Print one JSON document.")},
         {"0,null", nullptr,
          QT_TRANSLATE_NOOP("velldoc",
-                           "End each name with NUL instead of a line's end, for xargs -0.")},
+                           "End each name with NUL instead of a newline, for xargs -0.")},
         {"v,verbose", nullptr,
-         QT_TRANSLATE_NOOP("velldoc",
-                           "Say what is done with each file; -vv shows each request, too.")},
+         QT_TRANSLATE_NOOP("velldoc", "Report each file; -vv reports each request, too.")},
         {"log-file", "FILE",
          QT_TRANSLATE_NOOP("velldoc",
                            "Append all messages and requests, with their times, to this file.")},
-        {"h,help", nullptr, QT_TRANSLATE_NOOP("velldoc", "Explain the command.")},
+        {"h,help", nullptr, QT_TRANSLATE_NOOP("velldoc", "Show the help of the command.")},
     };
     return options;
 }
@@ -86,7 +84,7 @@ Settings settingsOf(const QCommandLineParser &parser)
 {
     const QString profile = parser.value(QStringLiteral("profile"));
     if (profile.contains(QLatin1Char('/')))
-        throw Failure(ExitUsage, Text::tr("The name of a login has no \"/\"."));
+        throw Failure(ExitUsage, Text::tr("The name of a login must not contain \"/\"."));
     Settings settings = Settings::load(profile);
     for (const Settings::Value &value : Settings::values) {
         const QString option = QString::fromLatin1(value.option);
@@ -109,13 +107,14 @@ QVector<CommandOption> filterOptions()
     return {
         {"include", "PATTERN",
          QT_TRANSLATE_NOOP("velldoc",
-                           "Of folders only the files that fit PATTERN; may be repeated.")},
+                           "Include only files of folders that match PATTERN; may be repeated.")},
         {"exclude", "PATTERN",
-         QT_TRANSLATE_NOOP("velldoc", "Of folders nothing that fits PATTERN; may be repeated.")},
+         QT_TRANSLATE_NOOP("velldoc",
+                           "Exclude entries of folders that match PATTERN; may be repeated.")},
         {"ignore-file", "NAME",
          QT_TRANSLATE_NOOP("velldoc",
-                           "The file in the local folder whose lines are such patterns; "
-                           ".vellignore unless set, empty for none.")},
+                           "The file in the local folder with further patterns to exclude; the "
+                           "default is .vellignore, empty for none.")},
     };
 }
 
@@ -124,12 +123,17 @@ QVector<CommandOption> withTransferOptions(const QVector<CommandOption> &options
     return options + filterOptions()
         + QVector<CommandOption>{
             {"transfers", "N",
-             QT_TRANSLATE_NOOP("velldoc", "How many small files go at once; 4 unless set.")},
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "Number of small files that are transferred at the same time; the default is 4.")},
             {"bwlimit", "RATE",
-             QT_TRANSLATE_NOOP("velldoc", "At most so many bytes per second, such as 500K or 2M.")},
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "Limit the speed to this number of bytes per second, such as 500K or 2M.")},
             {"retries", "N",
              QT_TRANSLATE_NOOP(
-                 "velldoc", "How often a file is tried in a row without progress; 6 unless set.")},
+                 "velldoc",
+                 "Number of attempts in a row without progress for each file; the default is 6.")},
             dryRunOption(),
         };
 }

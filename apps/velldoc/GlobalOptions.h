@@ -10,27 +10,27 @@ namespace velldoc {
 
 struct Settings;
 
-//! The options that every command takes, before or behind its name.
+//! Returns the options of all commands, which may be before or after the name of the command.
 const QVector<CommandOption> &globalOptions();
 
-//! Whether \a argument is one of \a options, and what follows it is its value.
+//! Returns true if \a argument is one of \a options, and the next argument is its value.
 bool takesValue(const QVector<CommandOption> &options, const QString &argument);
 
-//! The long names of \a options, without dashes.
+//! Returns the long names of \a options, without dashes.
 QStringList optionWords(const QVector<CommandOption> &options);
 
 void addOptions(QCommandLineParser &parser, const QVector<CommandOption> &options);
 
-//! --dry-run, for commands that change something.
+//! Returns --dry-run, for commands that change documents or files.
 const CommandOption &dryRunOption();
 
-//! Which files of a folder are meant.
+//! Returns the options that select files of folders.
 QVector<CommandOption> filterOptions();
 
-//! \a options and those of all commands that transfer folders.
+//! Returns \a options and those of all commands that transfer folders.
 QVector<CommandOption> withTransferOptions(const QVector<CommandOption> &options);
 
-//! The settings with what the command line says on top. \throws Failure
+//! Returns the settings, overridden by the command line. \throws Failure
 Settings settingsOf(const QCommandLineParser &parser);
 
 } // namespace velldoc

@@ -45,7 +45,7 @@ void printPair(const QString &left, const QString &right, int column, Output &ou
         output.print(margin + QString(column, QLatin1Char(' ')) + line);
 }
 
-//! As they are typed, the short one first.
+//! Returns the names as they are typed, the short one first.
 QStringList optionNames(const CommandOption &option)
 {
     QStringList names = QString::fromLatin1(option.names).split(QLatin1Char(','));
@@ -130,12 +130,10 @@ void showProgramHelp(Output &output)
                   output);
     printOptions(Text::tr("Options of every command"), globalOptions(), output);
     output.print(QString());
-    printText(
-        Text::tr(
-            "\"velldoc help COMMAND\" tells more, with examples. Paths are names from the top "
-            "level (/Drawings/plan.dwg) or identifiers (id:...); put -- in front of names that "
-            "begin with a dash."),
-        0, output);
+    printText(Text::tr("\"velldoc help COMMAND\" shows the options and examples of a command. A "
+                       "path consists of names from the top level (/Drawings/plan.dwg) or is an "
+                       "identifier (id:...); write -- before names that begin with a dash."),
+              0, output);
 }
 
 void showCommandHelp(const Command &command, Output &output)

@@ -8,10 +8,10 @@ class Output;
 struct Command;
 struct CommandOption;
 
-//! "-l, --long", "--sort FIELD": how \a option is written.
+//! Returns how \a option is written: "-l, --long", "--sort FIELD".
 QString optionText(const CommandOption &option);
 
-//! What velldoc answers without a command: the list of commands.
+//! Prints the list of commands.
 void showProgramHelp(Output &output);
 
 void showVersion(Output &output);

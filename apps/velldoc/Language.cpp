@@ -19,7 +19,7 @@ void install(const QString &file, const QString &folder)
 QString wantedLanguage()
 {
 #ifdef Q_OS_WIN
-    // Windows has a language of its own, but people who set these in a shell mean them.
+    // Windows has its own setting for the language, but these variables have priority if they are set.
     for (const char *const variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         if (!qEnvironmentVariableIsEmpty(variable))
             return qEnvironmentVariable(variable);
@@ -40,7 +40,7 @@ void installLanguage()
         install(QStringLiteral("velldoc_zh_CN"), own);
         return;
     }
-    // English is a translation, too: it has the plurals, and the sources of the library speak Chinese.
+    // English is a translation, too: for plurals, and because the source texts of the library are Chinese.
     install(QStringLiteral("VellDocumentData_en"), own);
     install(QStringLiteral("velldoc_en"), own);
 }

@@ -2,8 +2,8 @@
 
 namespace velldoc {
 
-//! Makes the texts of the program, of the library and of Qt those of the user's language: Chinese where the locale
-//! says so, else English. For main(), after the application was made.
+//! Loads the translations of the program, of the library and of Qt: Chinese if the locale is Chinese,
+//! otherwise English. Call it in main(), after the application has been created.
 void installLanguage();
 
 } // namespace velldoc

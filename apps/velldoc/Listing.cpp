@@ -14,7 +14,7 @@ namespace velldoc {
 Table longTable(const QList<VellDocument> &documents, Session &session)
 {
     Table table;
-    table.addColumn(Text::tr("Kind"), Qt::AlignLeft, Table::Fit::Drops);
+    table.addColumn(Text::tr("Type"), Qt::AlignLeft, Table::Fit::Drops);
     table.addColumn(Text::tr("Size"), Qt::AlignRight);
     table.addColumn(Text::tr("Changed"), Qt::AlignLeft, Table::Fit::Drops);
     table.addColumn(Text::tr("By"), Qt::AlignLeft, Table::Fit::Drops);

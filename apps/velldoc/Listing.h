@@ -15,29 +15,29 @@ class Output;
 class Session;
 
 //! \file
-//! \brief How documents look in the lists of all commands.
+//! \brief The format of documents in the lists of all commands.
 
-//! Kind, size, time of the last change, who made it, name.
+//! Returns a table with type, size, time and user of the last change, and name.
 Table longTable(const QList<VellDocument> &documents, Session &session);
 
-//! Shows documents from anywhere in the project by their paths, as a table with --long, and makes them the
-//! result under \a key.
+//! Prints documents of all folders with their paths, as a table with --long, and sets them as the
+//! result with the key \a key.
 void showDocuments(Context &context, const QList<VellDocument> &documents, const QString &key,
                    const FolderPaths &paths);
 
-//! One name a line; folders end with "/".
+//! Prints one name per line; folders end with "/".
 void printNames(const QList<VellDocument> &documents, Output &output);
 
-//! The name, with "/" behind that of a folder.
+//! Returns the name, with "/" after that of a folder.
 QString shownName(const VellDocument &document);
 
-//! A path without characters that would steer the terminal.
+//! Returns a path without control characters for the terminal.
 QString printedPath(const RemotePath &path);
 
-//! "Folder", or the category of the file for people.
+//! Returns "Folder", or the name of the file type.
 QString kindText(const VellDocument &document);
 
-//! The size, nothing for a folder.
+//! Returns the size, or an empty string for a folder.
 QString sizeCell(const VellDocument &document);
 
 } // namespace velldoc

@@ -13,7 +13,7 @@ namespace {
 void setAll(Context &context, const Mark &mark, const QStringList &paths, bool isOn)
 {
     if (paths.isEmpty())
-        throw Failure(ExitUsage, Text::tr("Something is missing on the command line."));
+        throw Failure(ExitUsage, Text::tr("An argument is missing."));
     QJsonArray marked;
     for (const QString &path : paths) {
         const VellDocument document = context.tree().find(RemotePath::parse(path));
@@ -36,7 +36,8 @@ void runMarkCommand(Context &context, const Mark &mark)
         return;
     }
     if (action != QLatin1String("list"))
-        throw Failure(ExitUsage, Text::tr("\"%1\" is none of list, add and remove.").arg(action));
+        throw Failure(ExitUsage,
+                      Text::tr("\"%1\" is not one of list, add and remove.").arg(action));
     context.arguments(0, 1);
     const QList<VellDocument> documents = mark.list(context);
     showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(context.session()));

@@ -8,14 +8,14 @@ namespace velldoc {
 
 class Context;
 
-//! \brief One of the user's marks on documents: how it is listed and set.
+//! \brief A mark of the user on documents, with functions that list and set it.
 struct Mark
 {
     QList<VellDocument> (*list)(Context &context);
     VellResult<bool> *(VellDocuments::*set)(const QString &id, bool on);
 };
 
-//! The three commands for marks: "list" (or nothing), "add PATH..." and "remove PATH...".
+//! Runs the three commands for marks: "list" (or nothing), "add PATH..." and "remove PATH...".
 //! \throws Failure
 void runMarkCommand(Context &context, const Mark &mark);
 

@@ -9,10 +9,10 @@ namespace velldoc {
 
 class Context;
 
-//! What was deleted itself, the latest first. \throws Failure
+//! Returns the documents that were deleted themselves, the last deleted first. \throws Failure
 QList<VellDocument> readBin(Context &context);
 
-//! The names of what is in the recycle bin, each once; "id:…" of those whose name several have. \throws Failure
+//! Returns the names in the recycle bin, each once; "id:…" for names that occur several times. \throws Failure
 QStringList namesInBin(Context &context);
 
 } // namespace velldoc

@@ -5,25 +5,28 @@
 
 namespace velldoc {
 
-//! \brief How a user names a document or a folder of the project.
+//! \brief The path of a document or a folder in the project, as the user writes it.
 //!
-//! "/Drawings/Level 1/plan.dwg", by names from the top level; the first "/" may be left out. "id:…" is an identifier, and
-//! "id:…/Level 1" goes on from there. Empty and "." segments say nothing, ".." takes the segment before it back.
+//! "/Drawings/Level 1/plan.dwg" consists of names from the top level; the first "/" is optional. "id:…" is an identifier, and
+//! "id:…/Level 1" an entry below it. Empty and "." segments are ignored, ".." removes the segment before it.
 class RemotePath
 {
 public:
     static RemotePath parse(const QString &text);
 
-    QString id() const { return m_id; } //!< where the names start; empty: the top level
+    QString id() const
+    {
+        return m_id;
+    } //!< the folder at the start of the path; empty for the top level
     QStringList names() const { return m_names; }
     bool isTop() const { return m_id.isEmpty() && m_names.isEmpty(); }
     bool isBareId() const { return !m_id.isEmpty() && m_names.isEmpty(); }
-    bool endsWithSlash() const { return m_endsWithSlash; } //!< so it must be a folder
+    bool endsWithSlash() const { return m_endsWithSlash; } //!< then it must be a folder
 
     QString name() const { return m_names.isEmpty() ? QString() : m_names.constLast(); }
-    RemotePath parent() const; //!< the same without its last name
+    RemotePath parent() const; //!< the path without its last name
     RemotePath child(const QString &name) const;
-    QString text() const; //!< as parse() reads it
+    QString text() const; //!< can be read by parse()
 
 private:
     QString m_id;

@@ -30,7 +30,7 @@ QList<NamedDocument> fitting(Context &context, const NamedDocument &folder, cons
     const bool isLiteral =
         std::any_of(entries.cbegin(), entries.cend(),
                     [&](const VellDocument &entry) { return entry.name == name; });
-    // A "/" in front makes it a pattern for the whole of the name.
+    // With a "/" in front, the pattern must match the whole name.
     const VellPathFilter filter({QLatin1Char('/') + name}, {});
     for (const VellDocument &entry : qAsConst(entries)) {
         const bool isHidden =
@@ -57,7 +57,7 @@ QList<NamedDocument> expanded(Context &context, const RemotePath &path, const QS
         found = next;
     }
     if (found.isEmpty())
-        throw Failure(ExitNotFound, Text::tr("Nothing in the project fits %1.").arg(text));
+        throw Failure(ExitNotFound, Text::tr("Nothing in the project matches %1.").arg(text));
     return found;
 }
 

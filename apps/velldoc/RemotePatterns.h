@@ -10,16 +10,16 @@ namespace velldoc {
 
 class Context;
 
-//! \brief A document that the command line names.
+//! \brief A document of the command line.
 struct NamedDocument
 {
     RemotePath path;
     VellDocument document;
 };
 
-//! The documents that \a texts name. Names with `*`, `?` and `[...]` stand for all that fit, unless there is one that is called like
-//! that; `*` and `?` do not stand for a dot at the beginning.
-//! \throws Failure also for a pattern that nothing fits
+//! Returns the documents of the paths \a texts. Names with `*`, `?` and `[...]` are patterns, unless there is an entry with
+//! exactly that name; `*` and `?` do not match a dot at the beginning.
+//! \throws Failure also for a pattern without a match
 QList<NamedDocument> namedDocuments(Context &context, const QStringList &texts);
 
 } // namespace velldoc

@@ -9,7 +9,7 @@ namespace velldoc {
 
 namespace {
 
-//! \a text as it must be typed.
+//! Returns \a text as it must be typed in a shell.
 QString shellWord(QString text)
 {
     static const QRegularExpression special(QStringLiteral("[^\\w/.,:+@-]"),
@@ -23,7 +23,7 @@ QString shellWord(QString text)
 Failure notFound(const RemotePath &path)
 {
     return {ExitNotFound,
-            Text::tr("There is no %1 in the project: \"velldoc ls %2\" lists what is there.")
+            Text::tr("There is no %1 in the project: \"velldoc ls %2\" lists the existing entries.")
                 .arg(path.text(), shellWord(path.parent().text()))};
 }
 
@@ -99,7 +99,7 @@ QHash<QString, VellDocument> &RemoteTree::namesIn(const QString &folderId)
 VellDocument RemoteTree::makeFolder(const QString &parentId, const QString &name, bool isPretended)
 {
     VellDocument folder;
-    folder._id = parentId + QLatin1Char('/') + name; // unlike that of any document
+    folder._id = parentId + QLatin1Char('/') + name; // different from all identifiers of documents
     folder.name = name;
     folder.parentId = parentId;
     folder.type = QStringLiteral("dir");
@@ -172,7 +172,7 @@ std::optional<VellDocument> RemoteTree::step(const VellDocument &folder, const Q
             ids.append(QStringLiteral("id:") + document._id);
         throw Failure(
             ExitFailed,
-            Text::tr("%1 is the name of %2 entries: say which one you mean, %3.")
+            Text::tr("%2 entries have the name %1: choose one of %3.")
                 .arg(path.text(), QString::number(found.size()), ids.join(QStringLiteral(", "))));
     }
     return found.constFirst();
@@ -188,7 +188,7 @@ VellDocument RemoteTree::byId(const QString &id)
     if (error.kind == VellError::Kind::NotFound && error.httpStatus == 0)
         throw Failure(
             ExitNotFound,
-            Text::tr("There is no document id:%1: \"velldoc info PATH\" tells identifiers.")
+            Text::tr("There is no document id:%1: \"velldoc info PATH\" prints identifiers.")
                 .arg(id));
     if (error)
         throw m_session.describe(error);

@@ -20,42 +20,42 @@ inline bool isFolder(const VellDocument &document)
     return document.type == QLatin1String("dir");
 }
 
-//! Why \a path, which is a file, will not do.
+//! Returns why \a path, which is a file, cannot be used.
 Failure notAFolder(const RemotePath &path);
 
-//! \brief Finds documents by path through the library, and asks for nothing twice.
+//! \brief Finds documents by path, and requests nothing twice.
 //!
-//! All functions throw Failure: ExitNotFound for what is not there, or why a request failed.
+//! All functions throw Failure: with ExitNotFound if a document does not exist, or with the error of a request.
 class RemoteTree
 {
 public:
     explicit RemoteTree(Session &session);
 
-    //! The document or folder at \a path. The top level is a folder with an empty `_id`.
+    //! Returns the document or folder at \a path. The top level is a folder with an empty `_id`.
     VellDocument find(const RemotePath &path);
 
-    //! The same; nothing when only the last name of \a path is missing.
+    //! Like find(), but returns no value if only the last name of \a path does not exist.
     std::optional<VellDocument> tryFind(const RemotePath &path);
 
     VellDocument findFolder(const RemotePath &path);
 
-    //! The entries of the folder \a id, folders first.
+    //! Returns the entries of the folder \a id, folders first.
     QList<VellDocument> entries(const QString &id);
 
-    //! The same by name, asked for once for each folder. Of several entries with one name the first counts.
+    //! Returns the entries by name, requested once for each folder. If several entries have the same name, the first one is used.
     QHash<QString, VellDocument> &namesIn(const QString &folderId);
 
-    //! Makes the folder \a name in the folder \a parentId.
-    //! \param isPretended the service is told nothing; other functions know the folder
+    //! Creates the folder \a name in the folder \a parentId.
+    //! \param isPretended if true, no request is sent, but the other functions find the folder
     VellDocument makeFolder(const QString &parentId, const QString &name, bool isPretended = false);
 
-    //! The folder at \a path, made with all that is missing above it.
+    //! Returns the folder at \a path, which is created with its missing parent folders.
     VellDocument makePath(const RemotePath &path);
 
-    //! Where the document \a id stands, from the top level.
+    //! Returns the path of the document \a id from the top level.
     QString pathOf(const VellDocument &document);
 
-    //! Every page of what meets \a condition, in the order of \a sort.
+    //! Returns all documents that match \a condition, in the order of \a sort.
     QList<VellDocument> list(const VellDocumentConditon &condition,
                              const VellDocumentSort &sort = VellDocumentSort());
 

@@ -16,12 +16,12 @@ VellDocument renameDocument(Context &context, const VellDocument &document, cons
     if (error.kind == VellError::Kind::NameTaken) {
         throw Failure(
             ExitFailed,
-            Text::tr("There is a \"%1\" in that folder already: choose another name.").arg(name));
+            Text::tr("That folder already has an entry \"%1\": choose another name.").arg(name));
     }
     if (error.kind == VellError::Kind::Unclear)
         throw Failure(
             ExitFailed,
-            Text::tr("The service did not say that it has renamed %1.").arg(document.name));
+            Text::tr("The service did not confirm the new name of %1.").arg(document.name));
     if (error)
         throw session.describe(error);
     return renamed;
@@ -32,7 +32,7 @@ void requireFreeName(Context &context, const QString &folderId, const QString &f
 {
     if (context.tree().namesIn(folderId).contains(name)) {
         throw Failure(ExitFailed,
-                      Text::tr("There is a \"%1\" in %2 already: rename one of them first.")
+                      Text::tr("%2 already has an entry \"%1\": rename one of them first.")
                           .arg(name, folderPath));
     }
 }

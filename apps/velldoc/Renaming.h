@@ -8,11 +8,11 @@ namespace velldoc {
 
 class Context;
 
-//! Gives \a document the new \a name, unless its folder has an entry of that name. \return it as the service has it now
+//! Renames \a document to \a name, unless its folder has an entry with that name. \return the new record
 //! \throws Failure
 VellDocument renameDocument(Context &context, const VellDocument &document, const QString &name);
 
-//! \throws Failure when the folder \a folderId, at \a folderPath, has an entry called \a name
+//! \throws Failure if the folder \a folderId, at \a folderPath, has an entry \a name
 void requireFreeName(Context &context, const QString &folderId, const QString &folderPath,
                      const QString &name);
 

@@ -11,34 +11,34 @@
 
 namespace velldoc {
 
-//! \brief The connection that a command works on.
+//! \brief The connection of a command to the service.
 class Session
 {
 public:
     explicit Session(const Settings &settings);
     Q_DISABLE_COPY(Session)
 
-    //! Starts the embedded service when no other is named, and makes sure that what answers is a document
-    //! service that lets this user in.
+    //! Starts the embedded service if no other is set, and checks that the address is that of a document
+    //! service that accepts the user.
     //! \throws Failure
     void open();
 
     const Settings &settings() const { return m_settings; }
     QString baseApi() const;
     VellDocuments &documents() { return m_documents; }
-    //! Whether what answers ends with this process.
+    //! Returns true if the service runs inside this process.
     bool isEmbedded() const { return m_embedded.isRunning(); }
-    //! The signed-in user with the projects.
+    //! Returns the signed-in user with the projects.
     const VellUser &user() const { return m_session.user(); }
-    QString userId() const; //!< empty when the service does not tell
+    QString userId() const; //!< empty if the service does not report it
 
-    //! The name of the user \a id, or the identifier if the service does not tell it.
+    //! Returns the name of the user \a id, or the identifier if the service does not report the name.
     QString userText(const QString &id);
-    //! The identifiers of the users called \a text; \a text itself if nobody is.
+    //! Returns the identifiers of the users with the name \a text; \a text itself if there are none.
     QStringList userIdsOf(const QString &text);
 
-    //! Waits for \a operation. \return its result
-    //! \throws Failure when it failed, or after Ctrl-C
+    //! Waits for \a operation and returns its result.
+    //! \throws Failure if it failed, or after Ctrl-C
     template <typename Result>
     Result await(VellResult<Result> *operation)
     {
@@ -49,7 +49,7 @@ public:
         return result;
     }
 
-    //! The same, with the reason of a failure in \a error. \throws Failure after Ctrl-C
+    //! Like await(), but sets \a error if the operation has failed. \throws Failure after Ctrl-C
     template <typename Result>
     Result await(VellResult<Result> *operation, VellError *error)
     {
@@ -69,10 +69,10 @@ public:
         return result;
     }
 
-    //! Waits for \a operation on many documents. \throws Failure when one of them failed, or after Ctrl-C
+    //! Waits for an operation on many documents. \throws Failure if one of them failed, or after Ctrl-C
     VellBulkResult awaitAll(VellResult<VellBulkResult> *operation);
 
-    //! The sentence and the exit code for \a error.
+    //! Returns the sentence and the exit code for \a error.
     Failure describe(const VellError &error) const;
 
 private:
@@ -81,7 +81,7 @@ private:
     QString missingAdvice() const;
 
     const Settings m_settings;
-    QString m_address; // as it was given
+    QString m_address; // as the user has written it
     EmbeddedService m_embedded;
     VellSession m_session;
     VellDocuments m_documents;

@@ -25,7 +25,7 @@ const QVector<Settings::Value> Settings::values{
 
 namespace {
 
-//! Where the value \a key of \a profile stands in the file.
+//! Returns the key of the value \a key of \a profile in the file.
 QString keyIn(const QString &profile, const QString &key)
 {
     return profile.isEmpty() ? key : QLatin1String("profile-") + profile + QLatin1Char('/') + key;
@@ -36,7 +36,7 @@ QString keyIn(const QString &profile, const char *key)
     return keyIn(profile, QString::fromLatin1(key));
 }
 
-//! Makes the file readable for its owner alone before a secret is in it: QSettings keeps the modes of a file that is there.
+//! Makes the file readable only for its owner before a secret is written: QSettings keeps the permissions of an existing file.
 void makePrivate(QSettings &file)
 {
     const QString path = file.fileName();

@@ -6,24 +6,24 @@
 
 namespace velldoc {
 
-//! \brief Where the commands work: which service, which project, as whom.
+//! \brief The service, the project, the user and the data folder of the commands.
 //!
-//! Each value comes from the first of: the command line, the environment, the user's configuration file
-//! (VELLDOC_CONFIG). #values has their names in each.
+//! Each value comes from the first of these that has it: the command line, the environment, the configuration file
+//! (VELLDOC_CONFIG). #values contains their names in each.
 struct Settings
 {
-    QString profile; //!< the login that the values come from; empty for the one without a name
-    QString url; //!< empty: a service of our own on #dataDir
+    QString profile; //!< the login of the values; empty for the one without a name
+    QString url; //!< empty for the embedded service on #dataDir
     QString project;
     QString token;
     QString dataDir;
-    QString caCertificates; //!< as the following, a path or empty
+    QString caCertificates; //!< a path or empty; so are the next two
     QString certificate;
     QString key;
     QString keyPassword; //!< only from the environment
     QString proxy;
 
-    //! One value and where it comes from. What a source cannot give has no name there.
+    //! A value and its sources. If a source cannot have the value, its name is null.
     struct Value
     {
         QString Settings::*member;
@@ -31,22 +31,22 @@ struct Settings
         const char *variable;
         const char *option; //!< of every command
         bool isFile;
-        bool isLogin; //!< "velldoc login" remembers it
+        bool isLogin; //!< stored by "velldoc login"
     };
     static const QVector<Value> values;
 
-    //! What the environment and the configuration file say, and the defaults.
-    //! \param profile the login whose values are taken; empty for that of VELLDOC_PROFILE, or the one without a name
+    //! Reads the environment and the configuration file; other values are the defaults.
+    //! \param profile the login; if it is empty, that of VELLDOC_PROFILE, or the one without a name
     static Settings load(const QString &profile = {});
 
-    //! The names of the logins that are remembered; an empty one first for that without a name.
+    //! Returns the names of the stored logins; the one without a name is an empty string, the first one.
     static QStringList profiles();
 
-    //! Keeps what a login remembers in the configuration file, which only its owner can read.
+    //! Stores the values of a login in the configuration file, which only its owner can read.
     //! \throws Failure
     void save() const;
 
-    //! Removes what a login as \a profile has remembered. \return whether there was anything
+    //! Removes the values of the login \a profile. \return true if there were any
     static bool forget(const QString &profile);
 
     //! Writes one value of \a profile into the configuration file, or removes it if \a text is empty. \throws Failure

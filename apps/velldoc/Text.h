@@ -4,7 +4,7 @@
 
 namespace velldoc {
 
-//! The one translation context of the program: Text::tr("…").
+//! The translation context of the program: Text::tr("…").
 struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(velldoc)

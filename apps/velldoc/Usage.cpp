@@ -11,7 +11,7 @@ namespace velldoc {
 
 namespace {
 
-//! How many letters have to be put in, taken out, changed or swapped with the next one.
+//! Returns how many letters must be inserted, removed, replaced or swapped with the next one.
 int distance(const QString &a, const QString &b)
 {
     QVector<QVector<int>> rows(a.size() + 1, QVector<int>(b.size() + 1));
@@ -64,7 +64,7 @@ QString usageLine(const Command &command)
 QString mostAlike(const QString &word, const QStringList &words)
 {
     QString best;
-    int least = word.size() < 4 ? 2 : 3; // as many letters would make another word of it
+    int least = word.size() < 4 ? 2 : 3; // with more changes it would be another word
     for (const QString &candidate : words) {
         const int letters = candidate.startsWith(word) ? 1 : distance(word, candidate);
         if (letters < least && letters < candidate.size()) {

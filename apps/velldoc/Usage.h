@@ -7,21 +7,21 @@ namespace velldoc {
 
 struct Command;
 
-//! \brief One argument of a command, as its usage line names it.
+//! \brief One argument in the usage line of a command.
 struct UsageWord
 {
     QString name; //!< "PATH", "LOCAL"
     bool isRepeated = false;
 };
 
-//! The arguments of \a command in their order, without options; those of the first of several forms, or of the one that begins with
-//! the word \a action, behind it.
+//! Returns the arguments of \a command in their order, without options. If the command has several forms: those of the first one,
+//! or those after the word \a action.
 QList<UsageWord> usageWords(const Command &command, const QString &action = {});
 
-//! The line that shows how \a command is written.
+//! Returns the usage line of \a command.
 QString usageLine(const Command &command);
 
-//! Of \a words the one that is most like \a word, if it can be a slip of the finger; else an empty text.
+//! Returns the most similar one of \a words, if \a word may be a misspelling of it; otherwise an empty string.
 QString mostAlike(const QString &word, const QStringList &words);
 
 } // namespace velldoc

@@ -8,10 +8,10 @@ namespace velldoc {
 
 class Session;
 
-//! The entries of the history of \a document, newest first. \throws Failure
+//! Returns the versions of \a document, newest first. \throws Failure
 QList<VellDocument> versionsOf(Session &session, const VellDocument &document);
 
-//! The entry of version \a number, 1 being the oldest. \throws Failure when there is none
+//! Returns version \a number; 1 is the oldest. \throws Failure if there is none
 VellDocument versionOf(Session &session, const VellDocument &document, int number);
 
 } // namespace velldoc

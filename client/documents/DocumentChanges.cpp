@@ -20,7 +20,7 @@ using Lane = OperationLanes::Lane;
 
 namespace {
 
-//! Whether trying the next document would end in the same way.
+//! Returns true if the remaining documents would fail in the same way.
 bool endsAll(const VellError &error)
 {
     switch (error.kind) {
@@ -37,7 +37,7 @@ bool endsAll(const VellError &error)
     }
 }
 
-//! What the work on one document has brought.
+//! The result for one document.
 struct Outcome
 {
     std::optional<VellDocument> document; // as it is now
@@ -89,7 +89,7 @@ VellDocument renamed(OperationRun &run, const QString &id, const QString &name)
 {
     const VellDocument before = DocumentLookup::fetch(run, id);
     DocumentLookup::requireFreeName(run, before.parentId, name, id);
-    VellDocument after = run.ask([&] {
+    VellDocument after = run.query([&] {
         VellDocument answer;
         AsyncRenameDoc job;
         QEventLoop loop;
@@ -172,7 +172,7 @@ VellResult<VellBulkResult> *VellDocuments::restore(const QStringList &ids)
         [ids](OperationRun &run) {
             return forAll(run, ids, [](OperationRun &part, const QString &id) {
                 const bool isSameNamed =
-                    part.ask([&] { return part.documents().uploadRecycleDoc(id); });
+                    part.query([&] { return part.documents().uploadRecycleDoc(id); });
                 return Outcome{DocumentLookup::fetch(part, id), isSameNamed};
             });
         },

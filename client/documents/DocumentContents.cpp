@@ -25,10 +25,10 @@ constexpr int Md5Digits = 32;
 VellResult<QString> *VellDocuments::contentMd5(const QString &fileId)
 {
     return SessionAccess::start<QString>(m_session, Lane::Short, [fileId](OperationRun &run) {
-        return run.ask([&] {
+        return run.query([&] {
             const std::unique_ptr<QNetworkReply> reply(NetworkManager::instance()->get(
                 run.address(QStringLiteral("base-service/files/") + fileId)));
-            reply->setReadBufferSize(1); // only its head is of interest
+            reply->setReadBufferSize(1); // only the head is needed
             QEventLoop loop;
             const auto hasHead = [&reply] {
                 const int status =
@@ -36,7 +36,7 @@ VellResult<QString> *VellDocuments::contentMd5(const QString &fileId)
                 return status / 100 == 2;
             };
             QObject::connect(reply.get(), &QNetworkReply::metaDataChanged, &loop, [&] {
-                reply->setReadBufferSize(0); // the words of a refusal are awaited
+                reply->setReadBufferSize(0); // the body is the message of an error
                 if (hasHead())
                     loop.quit();
             });

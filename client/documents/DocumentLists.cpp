@@ -16,7 +16,7 @@ bool isRecycleBin(const VellDocumentConditon &condition)
     return condition.category == QLatin1String("recycle");
 }
 
-//! Whether the service sends whole records.
+//! Returns true if the service sends whole records.
 bool hasAllFields(const VellDocumentConditon &condition)
 {
     return condition.noSelect || !(condition.selectName || condition.selectTree);
@@ -31,7 +31,7 @@ VellResult<QList<VellDocument>> *VellDocuments::list(const VellDocumentConditon 
     return SessionAccess::start<QList<VellDocument>>(
         m_session, Lane::List,
         [=](OperationRun &run) {
-            return run.ask([&] {
+            return run.query([&] {
                 QList<VellDocument> documents;
                 run.documents().getDocumentsRange(documents, skip, limit, condition, sort);
                 return documents;
@@ -52,7 +52,7 @@ VellResult<VellPage> *VellDocuments::page(const VellDocumentConditon &condition,
             VellPage page;
             page.skip = skip;
             VellDocumentData &service = run.documents();
-            page.documents = run.ask([&] {
+            page.documents = run.query([&] {
                 QList<VellDocument> documents;
                 if (isRecycleBin(condition))
                     service.getRecycledDocumentsRange(documents, skip, limit, condition, sort);
@@ -60,7 +60,7 @@ VellResult<VellPage> *VellDocuments::page(const VellDocumentConditon &condition,
                     service.getDocumentsRange(documents, skip, limit, condition, sort);
                 return documents;
             });
-            page.total = run.ask([&] {
+            page.total = run.query([&] {
                 return isRecycleBin(condition) ? service.getDocumentsRecycledRangeCount(condition)
                                                : service.getDocumentsRangeCount(condition);
             });
@@ -75,7 +75,7 @@ VellResult<VellPage> *VellDocuments::page(const VellDocumentConditon &condition,
 VellResult<int> *VellDocuments::count(const VellDocumentConditon &condition)
 {
     return SessionAccess::start<int>(m_session, Lane::Short, [condition](OperationRun &run) {
-        return run.ask([&] {
+        return run.query([&] {
             return isRecycleBin(condition)
                 ? run.documents().getDocumentsRecycledRangeCount(condition)
                 : run.documents().getDocumentsRangeCount(condition);
@@ -99,7 +99,7 @@ VellResult<QList<VellDocument>> *VellDocuments::recent(const QString &category)
 {
     return SessionAccess::start<QList<VellDocument>>(
         m_session, Lane::List, [category](OperationRun &run) {
-            return run.ask([&] {
+            return run.query([&] {
                 QList<VellDocument> documents;
                 AsyncGetRecent job;
                 QEventLoop loop;

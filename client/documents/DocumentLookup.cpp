@@ -2,7 +2,7 @@
 
 VellDocument DocumentLookup::fetch(OperationRun &run, const QString &id)
 {
-    VellDocument document = run.ask([&] {
+    VellDocument document = run.query([&] {
         VellDocument answer;
         run.documents().getDoc(id, answer, false);
         return answer;
@@ -18,7 +18,7 @@ QList<VellDocument> DocumentLookup::find(OperationRun &run, const QString &paren
     VellDocumentConditon condition;
     condition.parentId = parentId;
     condition.name = name;
-    return run.ask([&] {
+    return run.query([&] {
         QList<VellDocument> found;
         run.documents().getDocuments(condition, found);
         return found;

@@ -63,7 +63,7 @@ VellResult<VellShare> *VellDocuments::share(const QStringList &ids, const QDateT
 VellResult<QList<VellShare>> *VellDocuments::shares()
 {
     return SessionAccess::start<QList<VellShare>>(m_session, Lane::List, [](OperationRun &run) {
-        return run.ask([&] {
+        return run.query([&] {
             NetworkEventLoop loop(NetworkManager::instance()->get(
                 run.address(sharesPath()) + QStringLiteral("?hostId=") + run.projectId()));
             loop.exec();

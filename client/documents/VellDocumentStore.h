@@ -9,10 +9,15 @@
 
 #include <optional>
 
-//! \brief What the client knows of the documents of the open project: one record for each, and signals when it changes.
+//! \brief The known documents of the open project: one record for each, with signals for changes.
 //!
-//! Every operation of VellDocuments enters what it learns here before it ends, and so do uploads. Models and windows follow
-//! the signals instead of asking again. Belongs to the thread of its session; emptied when another project is opened.
+//! Each operation of VellDocuments stores the documents that it receives before it ends; uploads do so too. Connect models and
+//! windows to the signals instead of fetching lists again. The store is emptied when another project is opened.
+//!
+//! Belongs to the thread of its session.
+//!
+//! \since 0.1
+//! \sa VellDocuments::store(), VellChangePoll
 class VELLCLIENT_EXPORT VellDocumentStore : public QObject
 {
     Q_OBJECT
@@ -21,39 +26,42 @@ public:
     explicit VellDocumentStore(QObject *parent = nullptr);
     ~VellDocumentStore() override;
 
-    //! The record of the document \a id, if it is known.
+    //! Returns the record of the document \a id, or no value if it is not known.
     std::optional<VellDocument> document(const QString &id) const;
 
-    //! The name of the folder \a id; empty if it is not known.
+    //! Returns the name of the folder \a id, or an empty string if it is not known.
     QString folderName(const QString &id) const;
 
-    //! \name Entering what was learned
-    //! For whoever has asked the service without the session's operations.
+    //! \name Changing the store
+    //! For programs that have received documents without an operation of the session.
     //! \{
 
-    //! Enters \a documents, as they are on the service.
+    //! Stores \a documents, which are as on the service.
     void insert(const QList<VellDocument> &documents);
     void insert(const VellDocument &document) { insert(QList<VellDocument>{document}); }
 
-    //! The documents \a ids are no longer where they were: deleted for good or in the recycle bin.
+    //! Removes the documents \a ids, which have been deleted, permanently or into the recycle bin.
     void remove(const QStringList &ids);
 
-    //! The entries of the folder \a id have changed in a way that is not known.
+    //! Reports that the entries of the folder \a id have changed in an unknown way. Emits folderChanged().
     void markFolderChanged(const QString &id);
 
+    //! Removes all documents.
     void clear();
     //! \}
 
 Q_SIGNALS:
-    //! New, or with another content than before.
+    //! Emitted when \a documents are new in the store, or their records have changed.
     void documentsChanged(const QList<VellDocument> &documents);
 
+    //! Emitted when the documents \a ids have been removed.
     void documentsRemoved(const QStringList &ids);
 
-    //! Entries of the folder \a id have come, gone or changed their order; empty for the top level.
+    //! Emitted when entries of the folder \a id have been added or removed, or their order has changed. \a id is empty for the top
+    //! level.
     void folderChanged(const QString &id);
 
-    //! Everything is forgotten: another project has been opened.
+    //! Emitted when all documents have been removed, because another project has been opened.
     void cleared();
 
 private:

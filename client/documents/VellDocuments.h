@@ -21,138 +21,212 @@ class VellDocumentData;
 class VellDocumentStore;
 class VellSession;
 
-//! \brief What became of each document of an operation on many.
+//! \brief The result of an operation on many documents.
+//!
+//! \since 0.1
+//! \sa VellDocuments::move(), VellDocuments::remove(), VellDocuments::restore()
 struct VellBulkResult
 {
-    QStringList succeeded;
+    QStringList succeeded; //!< identifiers
     QHash<QString, VellError> failed; //!< by identifier
-    QList<VellDocument> documents; //!< the moved or restored ones, as they are now
-    QStringList sameNamed; //!< of restored documents: those beside another entry of the same name
+    QList<VellDocument> documents; //!< the moved or restored documents as they are now
+    QStringList sameNamed; //!< restored documents whose folder has another entry of the same name
 };
 
-//! \brief A share of documents with people without an account.
+//! \brief A share of documents with people who have no account.
+//!
+//! \since 0.1
+//! \sa VellDocuments::share()
 struct VellShare
 {
     QString id;
-    QString code; //!< told once, when the share is made; empty in lists
-    QString address; //!< of the page to open in a browser; empty in lists
+    QString code; //!< returned only when the share is created; empty in lists
+    QString address; //!< of the page for a browser; empty in lists
     QList<VellDocument> documents; //!< with `_id`, `name` and `type`
     bool isDownloadAllowed = false;
-    QDateTime expiresAt; //!< invalid if it does not end
+    QDateTime expiresAt; //!< invalid if the share does not expire
     QDateTime createdAt;
     QString createdBy;
 };
 
-//! \brief The number of matching documents and one page of them.
+//! \brief The number of matching documents, and one page of them.
+//!
+//! \since 0.1
+//! \sa VellDocuments::page()
 struct VellPage
 {
     QList<VellDocument> documents;
-    int skip = 0; //!< number of the first
-    int total = 0; //!< of all pages
+    int skip = 0; //!< number of the first document, counted from 0
+    int total = 0; //!< number of documents on all pages
 };
 
-//! \brief The operations on the documents of the project that is open when they are made.
+//! \brief The operations on the documents of the open project.
 //!
-//! Each function returns at once; the VellOperation tells the end, with an error of its own, and can be aborted. What is learned
-//! stands in the store() before finished() is emitted.
+//! Each function returns at once. The returned VellOperation reports the end with a signal, has its own error, and can be
+//! aborted. The received documents are in the store() before VellOperation::finished() is emitted.
 //!
-//! Questions that somebody waits for do not wait behind lists, and lists do not wait behind operations on many
-//! documents. These work on several documents at once and go on after the failure of one; they always end with finished() and a
-//! VellBulkResult. Once the service cannot be reached or does not know the user, or after abort(), the documents
-//! that are left are not tried, and are reported with that error.
+//! \par Concurrency
+//! Short requests do not wait for lists, and lists do not wait for operations on many documents.
 //!
+//! \par Many documents
+//! move(), remove() and restore() process several documents at once and continue after the failure of one. They always end with
+//! VellOperation::finished() and a VellBulkResult. If the service cannot be reached or does not accept the token, or after
+//! VellOperation::abort(), the remaining documents are not tried, and are reported with that error.
+//!
+//! \par Threads
 //! Belongs to the thread of the session.
+//!
+//! \since 0.1
+//! \sa VellDocumentStore, VellDocumentModel
 class VELLCLIENT_EXPORT VellDocuments : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param session must outlive the object
+    //! \param session must not be null, and must outlive this object
     explicit VellDocuments(VellSession *session, QObject *parent = nullptr);
 
+    //! Returns the session of the constructor.
     VellSession *session() const { return m_session; }
 
-    //! What is known of the documents of the open project. Lives as long as this object.
+    //! Returns the known documents of the open project. Owned by this object.
     VellDocumentStore *store() const { return m_store; }
 
     //! \name Lists
     //! \{
 
-    //! The documents that meet \a condition: \a limit of them, from number \a skip on; all of them when \a limit is 0.
+    //! Requests the documents that match \a condition: at most \a limit, starting with number \a skip; all if \a limit is 0.
+    //! \sa page(), count()
     VellResult<QList<VellDocument>> *list(const VellDocumentConditon &condition,
                                           const VellDocumentSort &sort = {}, int skip = 0,
                                           int limit = 0);
 
-    //! As list(), and how many there are in all. A condition whose category
-    //! is "recycle" lists the recycle bin.
+    //! Like list(), with the total number. If the category of \a condition is "recycle", lists the recycle bin.
     VellResult<VellPage> *page(const VellDocumentConditon &condition, const VellDocumentSort &sort,
                                int skip, int limit);
 
+    //! Requests the number of documents that match \a condition.
     VellResult<int> *count(const VellDocumentConditon &condition);
+
+    //! Requests the documents that match \a condition and that the user has marked as favourites.
+    //! \sa setFavorite()
     VellResult<QList<VellDocument>> *favorites(const VellDocumentConditon &condition,
                                                const VellDocumentSort &sort);
-    //! The user's newest 50 files of \a category.
+
+    //! Requests the newest 50 files of the user in \a category.
+    //! \sa setRecent(), AsyncGetRecent
     VellResult<QList<VellDocument>> *recent(const QString &category);
+
+    //! Requests the documents with a link to the entity \a entityGuid.
+    //! \sa setLinks()
     VellResult<QList<VellDocumentLite>> *linkedTo(const QString &entityGuid);
     //! \}
 
     //! \name One document
     //! \{
 
-    //! The document as the service has it now.
+    //! Requests the current record of the document \a id.
     VellResult<VellDocument> *document(const QString &id);
-    //! The document called \a name in the folder \a parentId, whatever its category; nothing if there is none. Of several the first.
+
+    //! Requests the entry \a name of the folder \a parentId, of any category. The result has no value if there is none; if there
+    //! are several, it is the first.
     VellResult<std::optional<VellDocument>> *find(const QString &parentId, const QString &name);
-    //! The folders from the top level to the one that holds the document \a id.
+
+    //! Requests the folders above the document \a id, from the top level down to its parent.
     VellResult<QList<VellDocument>> *foldersAbove(const QString &id);
-    //! Newest first, the current version included.
+
+    //! Requests the versions of the file \a id, newest first, including the current one.
+    //! \sa makeCurrent(), setVersionRemark(), VellTransferQueue::downloadVersion()
     VellResult<QList<VellDocument>> *history(const QString &id);
-    //! The MD5 of the content \a fileId in hexadecimal digits, as the service tells it; empty if it does not.
+
+    //! Requests the MD5 of the content \a fileId as hexadecimal digits; empty if the service does not report it.
     VellResult<QString> *contentMd5(const QString &fileId);
+
+    //! Requests the access password of the document \a id; empty if it has none.
     VellResult<QString> *password(const QString &id);
+
+    //! Requests whether the user has marked the document \a id as a favourite.
     VellResult<bool> *isFavorite(const QString &id);
+
+    //! Requests whether the user has the right \a right on the document \a id of \a category.
     VellResult<bool> *may(VellRight right, const QString &id, const QString &category);
-    //! A name for a new entry of the folder \a parentId: \a name, or with a number if the service has an entry of that name
-    //! or \a reserved holds it.
+
+    //! Requests a name for a new entry of the folder \a parentId: \a name, with a number if the service has an entry of that name
+    //! or
+    //! \a reserved contains it.
     VellResult<QString> *freeName(const QString &parentId, const QString &name,
                                   const QString &category, const QStringList &reserved = {});
     //! \}
 
     //! \name Changes
-    //! A name that is taken at the moment of the change fails with VellError::Kind::NameTaken.
+    //! If a name is already taken immediately before the change, the operation fails with VellError::Kind::NameTaken.
     //! \{
+
+    //! Creates the folder \a name in the folder \a parentId; empty for the top level.
     VellResult<VellDocument> *createFolder(const QString &parentId, const QString &name,
                                            const QString &category = {});
-    //! Makes a new document \a name in the folder \a folderId with the content, the category and the remark of the file \a document. Nothing
-    //! is transferred. The history does not go with it.
+
+    //! Creates the document \a name in the folder \a folderId with the content, the category and the remark of the file
+    //! \a document, without a transfer. The history is not copied.
     VellResult<VellDocument> *copy(const VellDocument &document, const QString &folderId,
                                    const QString &name);
+
+    //! Renames the document \a id.
     VellResult<VellDocument> *rename(const QString &id, const QString &name);
+
+    //! Moves the documents \a ids into the folder \a folderId; empty for the top level.
     VellResult<VellBulkResult> *move(const QStringList &ids, const QString &folderId);
-    //! Into the recycle bin.
+
+    //! Moves the documents \a ids into the recycle bin.
+    //! \sa restore()
     VellResult<VellBulkResult> *remove(const QStringList &ids);
-    //! From the recycle bin.
+
+    //! Restores the documents \a ids from the recycle bin.
     VellResult<VellBulkResult> *restore(const QStringList &ids);
-    //! For good.
+
+    //! Deletes the documents of \a category that are in the recycle bin permanently.
     VellResult<bool> *emptyRecycleBin(const QString &category);
+
+    //! Sets the positions of documents in their folders, by identifier.
     VellResult<bool> *setOrder(const QMap<QString, int> &positions);
-    //! Sends `entity` of \a document.
+
+    //! Replaces the links of a document by the `entity` of \a document.
+    //! \sa linkedTo()
     VellResult<VellDocument> *setLinks(const VellDocument &document);
-    //! Makes the content \a fileId of an earlier version the current one of the document \a id, as a new version. Nothing is transferred.
+
+    //! Makes a new version of the document \a id from the content \a fileId of an earlier version, without a transfer.
+    //! \sa history()
     VellResult<VellDocument> *makeCurrent(const QString &id, const QString &fileId);
+
+    //! Sets the remark of the document \a id.
     VellResult<bool> *setRemark(const QString &id, const QString &remark);
+
+    //! Sets the remark of a version.
+    //! \param versionId `_id` of the version in history()
     VellResult<bool> *setVersionRemark(const QString &versionId, const QString &remark);
+
+    //! Sets or removes the mark of the user as a favourite.
     VellResult<bool> *setFavorite(const QString &id, bool on);
+
+    //! Sets or removes the mark of the user as frequently used.
     VellResult<bool> *setFrequent(const QString &id, bool on);
+
+    //! Sets or removes the mark of the user as recently used.
     VellResult<bool> *setRecent(const QString &id, bool on);
     //! \}
 
     //! \name Shares
     //! \{
-    //! \param expiresAt invalid for a share that does not end
+
+    //! Creates a share of the documents \a ids.
+    //! \param expiresAt invalid for a share that does not expire
     VellResult<VellShare> *share(const QStringList &ids, const QDateTime &expiresAt,
                                  bool allowDownload);
+
+    //! Requests the shares in the project: those of the user; all of them if the user may edit documents of others.
     VellResult<QList<VellShare>> *shares();
+
+    //! Ends the share \a id.
     VellResult<bool> *revokeShare(const QString &id);
     //! \}
 

@@ -3,12 +3,14 @@
 #include <QMetaType>
 #include <QString>
 
-//! What a user may do with a document or in a folder.
+//! A right of a user on a document or a folder.
+//! \since 0.1
+//! \sa VellDocuments::may()
 enum class VellRight {
     Download,
     Upload,
     Edit,
     Delete,
-    EditOwn, //!< what the user has made
-    DeleteOwn,
+    EditOwn, //!< to edit documents that the user has created
+    DeleteOwn, //!< to delete documents that the user has created
 };

@@ -60,8 +60,8 @@ struct Column
 {
     const char *title;
     QString (*text)(const VellDocument &document, VellSession *session);
-    const char *sortField; // of the service
-    bool (*differ)(const VellDocument &a, const VellDocument &b); // in that field
+    const char *sortField; // for the service
+    bool (*differ)(const VellDocument &a, const VellDocument &b); // compares that field
 };
 
 using Document = const VellDocument &;
@@ -99,11 +99,11 @@ VellDocumentSort DocumentColumns::sortBy(int column, Qt::SortOrder order)
 {
     VellDocumentSort sort;
     sort.isDefault = false;
-    sort.isAsc = true; // of the first key; each key has its own direction
+    sort.isAsc = true; // for the first key; each key has its own direction
     const QString sign = order == Qt::DescendingOrder ? QStringLiteral("-") : QString();
     sort.sortField =
         QStringLiteral("type ") + sign + QString::fromLatin1(Columns[column].sortField);
-    // Equal sizes and times are rare, and without a further key the service has an index for these.
+    // Equal sizes and times are rare, and without another key the service can use its index.
     const bool isOftenEqual = column == VellDocumentModel::TypeColumn
         || column == VellDocumentModel::ChangedByColumn
         || column == VellDocumentModel::RemarkColumn;

@@ -7,7 +7,7 @@
 
 class VellSession;
 
-//! \brief The columns of VellDocumentModel: what each shows, and by what the service sorts it.
+//! \brief The columns of VellDocumentModel: their texts, and the fields by which the service sorts them.
 namespace DocumentColumns {
 
 QString title(int column);
@@ -16,7 +16,7 @@ QString text(const VellDocument &document, int column, VellSession *session);
 //! Folders first, then by \a column.
 VellDocumentSort sortBy(int column, Qt::SortOrder order);
 
-//! Whether \a a and \a b may be in different places of a list sorted by \a column; -1 for the service's order.
+//! Returns true if \a a and \a b may have different places in a list sorted by \a column; -1 for the order of the service.
 bool isSortedApart(const VellDocument &a, const VellDocument &b, int column);
 
 } // namespace DocumentColumns

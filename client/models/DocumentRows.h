@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-//! \brief The rows of a list of which only parts have been fetched.
+//! \brief The rows of a list that is fetched in parts.
 class DocumentRows
 {
 public:
@@ -18,27 +18,27 @@ public:
     int loadedCount() const { return m_rowOf.size(); }
     bool isComplete() const { return loadedCount() == count(); }
 
-    //! The document in \a row; null if it has not been fetched.
+    //! Returns the document in \a row; null if it has not been fetched.
     const VellDocument *at(int row) const { return m_rows[std::size_t(row)].get(); }
-    //! -1 if the document \a id is not among the fetched ones.
+    //! Returns the row of the document \a id; -1 if it is not in a fetched row.
     int rowOf(const QString &id) const { return m_rowOf.value(id, -1); }
 
     //! New rows at the end have not been fetched.
     void setCount(int count);
 
-    //! Puts \a documents into the rows from \a first on. What was there, and what has the same identifier elsewhere,
-    //! goes. \return false if one was elsewhere: the rows that are known do not fit together any more
+    //! Puts \a documents into the rows from \a first on, and removes other documents of these rows and the same documents in other
+    //! rows. \return false if a document was in another row: then the rows are inconsistent
     bool place(int first, const QList<VellDocument> &documents);
 
-    //! Puts the document in \a row of \a other into \a target, without a copy.
+    //! Puts the document in \a row of \a other into the row \a target, without a copy.
     void share(int target, const DocumentRows &other, int row);
 
     void remove(int first, int count);
 
-    //! Forgets the documents outside of \a first to \a last.
+    //! Removes the documents outside of the rows \a first to \a last.
     void forgetOutside(int first, int last);
 
-    //! Whether a row from \a first to \a last has not been fetched.
+    //! Returns true if a row from \a first to \a last has not been fetched.
     bool hasGap(int first, int last) const;
 
 private:

@@ -4,13 +4,13 @@
 
 #include <QPointer>
 
-//! Ends \a request, so that \a receiver hears nothing of it any more.
+//! Ends \a request, so that \a receiver gets no more signals of it.
 inline void dropRequest(QPointer<VellOperation> &request, QObject *receiver)
 {
     if (!request)
         return;
     QObject::disconnect(request, nullptr, receiver, nullptr);
-    if (!request->isEnded()) // else it is calling, and deletes itself
+    if (!request->isEnded()) // otherwise it is emitting its signal, and deletes itself
         delete request;
     request = nullptr;
 }

@@ -6,7 +6,7 @@
 
 struct VellDocument;
 
-//! \brief The icons of documents, each read once. For the user-interface thread.
+//! \brief The icons of documents, each read once. For the GUI thread.
 class FileTypeIcons
 {
 public:

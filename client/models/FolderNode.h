@@ -8,17 +8,17 @@
 #include <memory>
 #include <vector>
 
-//! \brief A folder of VellFolderModel with those below it that are known.
+//! \brief A folder of VellFolderModel with its known subfolders.
 struct FolderNode
 {
     enum class State {
-        Unknown, //!< nobody has asked for the folders below
+        Unknown, //!< the subfolders have not been requested
         Asking,
         Known,
         Failed,
     };
 
-    ~FolderNode() { dropRequest(question, &receiver); }
+    ~FolderNode() { dropRequest(request, &receiver); }
 
     int row() const
     {
@@ -32,6 +32,6 @@ struct FolderNode
     FolderNode *parent = nullptr; //!< null for the top level
     State state = State::Unknown;
     std::vector<std::unique_ptr<FolderNode>> children; //!< by name
-    QPointer<VellOperation> question; //!< asks for the children
-    QObject receiver; //!< of the answer, so that none comes for a node that is gone
+    QPointer<VellOperation> request; //!< for the children
+    QObject receiver; //!< of the result: none arrives after the node has been deleted
 };

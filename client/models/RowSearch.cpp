@@ -21,7 +21,7 @@ VellResult<QHash<QString, int>> *findRows(VellSession *session,
             QHash<QString, int> rows;
             for (int skip = 0; rows.size() < ids.size(); skip += StepSize) {
                 QList<VellDocument> documents;
-                run.ask([&] {
+                run.query([&] {
                     if (isBin)
                         run.documents().getRecycledDocumentsRange(documents, skip, StepSize, names,
                                                                   sort);

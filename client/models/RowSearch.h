@@ -9,8 +9,8 @@
 
 class VellSession;
 
-//! Asks the service in which rows of the list of \a condition, ordered by \a sort, the documents \a ids are. The result
-//! lacks those that are not in it.
+//! Requests the rows of the documents \a ids in the list of \a condition, ordered by \a sort. The result does not contain documents
+//! that are not in the list.
 VellResult<QHash<QString, int>> *findRows(VellSession *session,
                                           const VellDocumentConditon &condition,
                                           const VellDocumentSort &sort, const QSet<QString> &ids);

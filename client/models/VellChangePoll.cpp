@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int FirstPage = 20; // mostly nothing has changed
+constexpr int FirstPage = 20; // usually nothing has changed
 constexpr int NextPages = 200;
 
 } // namespace
@@ -82,7 +82,7 @@ void VellChangePoll::reset()
 void VellChangePoll::poll()
 {
     if (m_request || m_documents->session()->state() != VellSession::State::Online)
-        return; // being online again calls
+        return; // called again when the session is online
     m_timer.stop();
     m_queue.clear();
     for (const auto &folders : qAsConst(m_folders))
@@ -154,7 +154,7 @@ void VellChangePoll::compare(const QString &folderId, const VellPage &page)
         ask(folderId, page.skip + page.documents.size(), NextPages);
         return;
     }
-    // What changed between the model's own question and the first of these is not known, either.
+    // Changes between the request of the model and the first round are not known either.
     if (!isKnown || m_isChanged || m_next.total != seen.total) {
         m_seen.insert(folderId, m_next);
         m_documents->store()->markFolderChanged(folderId);

@@ -20,51 +20,56 @@ class VellFolderModel;
 class VellOperation;
 struct VellPage;
 
-//! \brief Brings the changes of other users into the store, by asking the service from time to time.
+//! \brief Polls the service for changes of other users, and updates the store.
 //!
-//! Asks for what has changed in the folders that the models show since it asked for the last time, and for the number of their
-//! entries, one folder after the other. Changed documents are entered in the store; where anything has changed, the store's
-//! folderChanged() follows, so that models ask for what they show. Costs two small requests for each folder.
+//! Each round requests, for one folder after the other, the number of entries and the documents that have changed since the
+//! previous round. Changed documents are stored in the VellDocumentStore, and its folderChanged() is emitted, so that models
+//! fetch their rows again. A folder takes two small requests. Only folders that the models show are polled.
 //!
-//! Models of searches, marks and the recycle bin are not followed: call their reload(). Waits while the session is
-//! offline, and asks at once when it is back. Belongs to the thread of the session.
+//! Models of searches, marks and the recycle bin are not updated: call their reload(). There are no requests while the session is
+//! offline; a round starts as soon as it is online again. Belongs to the thread of the session.
+//!
+//! \since 0.1
+//! \sa VellDocumentStore
 class VELLCLIENT_EXPORT VellChangePoll : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param documents must outlive the object
+    //! \param documents must not be null, and must outlive this object
     explicit VellChangePoll(VellDocuments *documents, QObject *parent = nullptr);
     ~VellChangePoll() override;
 
-    //! The time from the end of one round to the start of the next; 30 s unless set.
+    //! Sets the time from the end of a round to the start of the next. The default is 30 s.
     void setInterval(std::chrono::milliseconds interval);
 
-    //! Follows the folders that \a model shows, until it is deleted.
+    //! Polls the folders that \a model shows, until it is deleted.
     void follow(VellDocumentModel *model);
     void follow(VellFolderModel *model);
 
-    //! The first round begins after the interval.
+    //! Starts polling. The first round starts after the interval.
     void start();
+
+    //! Stops polling.
     void stop();
 
-    //! Begins a round now, unless one is under way or the session is not online.
+    //! Starts a round now, unless one is running or the session is not online.
     void poll();
 
 Q_SIGNALS:
     //! A round has ended.
     void polled();
 
-    //! The folder \a folderId could not be asked about. The next round asks again.
+    //! The requests for the folder \a folderId have failed. The next round repeats them.
     void pollFailed(const QString &folderId, const VellError &error);
 
 private:
-    //! The state of a folder when it was asked about.
+    //! The state of a folder in the last round.
     struct Seen
     {
         int total = 0;
         QHash<QString, QDateTime> newest; // latest changes, by identifier
-        QDateTime until; // the latest change of all
+        QDateTime until; // time of the latest change
     };
 
     void reset();
@@ -76,10 +81,10 @@ private:
     VellDocuments *const m_documents;
     QVector<std::function<QStringList()>> m_folders; // of each model
     QHash<QString, Seen> m_seen;
-    QStringList m_queue; // folders that are left of the round
+    QStringList m_queue; // remaining folders of the round
     QPointer<VellOperation> m_request;
-    Seen m_next; // of the folder that is being asked about
-    bool m_isChanged = false; // the same
+    Seen m_next; // of the present folder
+    bool m_isChanged = false; // the present folder
     bool m_isStarted = false;
     QTimer m_timer;
 };

@@ -17,10 +17,11 @@ namespace {
 
 constexpr int PageSize = 100;
 constexpr int MarginRows = PageSize / 2; // fetched in advance
-constexpr int LongestLook = 3 * PageSize; // more is a loop through all rows, not a view
+constexpr int LongestLook =
+    3 * PageSize; // a longer range comes from a loop over all rows, not from a view
 constexpr int KeptRows = 2000;
 constexpr int MostPinnedRows = 10000; // between persistent indexes
-constexpr int RefreshMs = 100; // many changes make one request
+constexpr int RefreshMs = 100; // combines many changes into one request
 constexpr int MostCorrections = 3;
 constexpr int MostSignals = 8;
 
@@ -35,8 +36,8 @@ struct VellDocumentModel::Reload
 {
     VellPage page;
     int limit = 0;
-    QHash<QString, int> rows; // of documents that are to keep their indexes
-    QSet<QString> looked; // for which these were asked
+    QHash<QString, int> rows; // of documents with persistent indexes
+    QSet<QString> requested; // identifiers for which the rows were requested
 };
 
 VellDocumentModel::VellDocumentModel(VellDocuments *documents, QObject *parent)
@@ -47,7 +48,7 @@ VellDocumentModel::VellDocumentModel(VellDocuments *documents, QObject *parent)
     m_refresh.setInterval(RefreshMs);
     connect(&m_refresh, &QTimer::timeout, this, [this] {
         if (m_isReloading)
-            m_refresh.start(); // its answer may be older than the change
+            m_refresh.start(); // the response in flight may be older than the change
         else
             startReload();
     });
@@ -151,7 +152,7 @@ void VellDocumentModel::setLoading(bool isLoading)
     Q_EMIT loadingChanged(isLoading);
 }
 
-// The rows that a view paints in one turn of the event loop are looked at together.
+// Collects the rows that a view paints in one turn of the event loop.
 void VellDocumentModel::look(int row) const
 {
     if (m_isLookPending) {
@@ -208,7 +209,7 @@ void VellDocumentModel::placePage(const VellPage &page, int expectedRows)
         m_corrections = 0;
         fetchLooked();
     } else if (m_corrections < MostCorrections) {
-        // Somebody has changed the list since the other rows were fetched.
+        // The list has changed since the other rows were fetched.
         ++m_corrections;
         m_refresh.start();
     }
@@ -231,19 +232,19 @@ void VellDocumentModel::findPersistentRows(Reload reload)
     }
     for (const VellDocument &document : page.documents)
         missing.remove(document._id);
-    missing -= reload.looked;
+    missing -= reload.requested;
     if (missing.isEmpty() || page.documents.size() >= page.total) {
         finishReload(reload);
         return;
     }
-    reload.looked += missing;
+    reload.requested += missing;
     m_request = findRows(m_documents->session(), m_source.condition(), order(), missing)
                     ->then(
                         this,
                         [this, reload](const QHash<QString, int> &rows) mutable {
                             for (auto row = rows.cbegin(); row != rows.cend(); ++row)
                                 reload.rows.insert(row.key(), row.value());
-                            findPersistentRows(reload); // more may have been selected meanwhile
+                            findPersistentRows(reload); // the selection may have grown meanwhile
                         },
                         [this](const VellError &error) { fail(error); });
 }
@@ -290,7 +291,7 @@ void VellDocumentModel::replaceRows(std::unique_ptr<DocumentRows> rows)
     QModelIndexList after;
     for (const QModelIndex &place : before) {
         const VellDocument *const document = m_rows->at(place.row());
-        // Sorted in another way, the same row is another document.
+        // In another order, the row has another document.
         const int sameRow = m_isResorted ? -1 : place.row();
         const int row = document ? rows->rowOf(document->_id) : sameRow;
         after.append(row < 0 ? QModelIndex() : index(row, place.column()));
@@ -301,8 +302,8 @@ void VellDocumentModel::replaceRows(std::unique_ptr<DocumentRows> rows)
     Q_EMIT layoutChanged();
 }
 
-//! The first and the last row with a persistent index. A selection has them at the corners of its ranges only, so all
-//! rows between are taken for selected.
+//! Returns the first and the last row with a persistent index. A selection has such indexes only at the corners of its ranges, so
+//! that all rows in between may be selected.
 QPair<int, int> VellDocumentModel::persistentRows() const
 {
     QPair<int, int> rows(std::numeric_limits<int>::max(), -1);
@@ -349,10 +350,10 @@ bool VellDocumentModel::belongs(const VellDocument &document) const
     }
 }
 
-//! Whether \a document, which is in none of the fetched rows, has probably come to the list.
+//! Returns true if \a document, which is in none of the fetched rows, has probably been added to the list.
 bool VellDocumentModel::isNew(const VellDocument &document) const
 {
-    // As long as rows are missing it may be one of these: folderChanged() tells of new ones then.
+    // If rows are missing, it may be one of these: then folderChanged() reports new documents.
     const bool knowsAll = m_isReloading || m_rows->isComplete();
     switch (m_source.kind()) {
     case VellDocumentSource::Kind::Folder:
@@ -389,7 +390,7 @@ void VellDocumentModel::updateDocuments(const QList<VellDocument> &documents)
     if (last >= 0)
         Q_EMIT dataChanged(index(first, 0), index(last, ColumnCount - 1));
     takeOut(gone);
-    // What the own request has brought is placed next.
+    // The result of the model's own request is placed next.
     const bool isOwn = m_request && m_request->isEnded();
     if (isStale && !isOwn)
         scheduleRefresh();
@@ -411,7 +412,7 @@ void VellDocumentModel::removeDocuments(const QStringList &ids)
 void VellDocumentModel::takeOut(QVector<int> rows)
 {
     std::sort(rows.begin(), rows.end(), std::greater<>());
-    QVector<QPair<int, int>> groups; // first and count, last group first
+    QVector<QPair<int, int>> groups; // first row and count, last group first
     for (const int row : qAsConst(rows)) {
         if (!groups.isEmpty() && groups.constLast().first == row + 1) {
             --groups.last().first;
@@ -420,7 +421,7 @@ void VellDocumentModel::takeOut(QVector<int> rows)
             groups.append({row, 1});
         }
     }
-    if (groups.size() > MostSignals) { // each costs a view about as much as a new layout
+    if (groups.size() > MostSignals) { // each takes a view about as long as a new layout
         scheduleRefresh();
         return;
     }

@@ -25,7 +25,7 @@ class VellDocuments;
 class VellOperation;
 struct VellPage;
 
-//! \brief The documents of a folder, a search or another source as a table that fetches what is looked at.
+//! \brief The documents of a folder, a search or another source as a table, fetched in pages.
 //!
 //! \code
 //! VellDocumentModel model(&documents);
@@ -34,28 +34,32 @@ struct VellPage;
 //! connect(&model, &VellDocumentModel::loadFailed, this, &Window::showError);
 //! \endcode
 //!
-//! \par Paging
-//! rowCount() is the service's count. Rows are fetched in pages around those that data() is called for; until then
-//! VellModelRole::IsLoaded is false and everything else is empty. About 2000 rows are kept, near those that were looked at last, and
-//! up to 10,000 between persistent indexes.
+//! \par Pages
+//! rowCount() is the number of documents on the service. When data() is called for a row, the rows around it are fetched. Until
+//! then VellModelRole::IsLoaded is false and all other data is empty. About 2000 rows near those that were used last are kept,
+//! and up to 10,000 between persistent indexes.
 //!
 //! \par Order
-//! Folders first, then as sort() says; sorted by the service, names by their bytes, users by their identifiers. Without sort(): the service's own
-//! order, by position and then latest change; in the recycle bin the latest change.
+//! The service sorts: folders first, then by the column of sort(); names by their bytes, users by their identifiers. Without sort()
+//! the order is that of the service: by position and then by the last change; in the recycle bin by the last change.
 //!
 //! \par Changes
-//! What the store of the documents learns is shown at once. Where the order or the number of rows may have changed, the
-//! service is asked again. Selections and other persistent indexes stay with their documents, also when the list is
-//! sorted in another way, and become invalid when the document is gone from the list.
-//! A row that has not been fetched has no document: its indexes keep the row number, and become invalid when the list is sorted in
-//! another way.
+//! Changes of the VellDocumentStore are shown at once. If the order or the number of rows may have changed, the rows are fetched
+//! again. Selections and other persistent indexes stay with their documents, also if the list is sorted by another column; they
+//! become invalid when the document is no longer in the list. A row that has not been fetched has no document: its indexes keep
+//! the row number, and become invalid when the list is sorted by another column.
 //!
+//! \par Threads
 //! Belongs to the thread of the session, and needs a QGuiApplication for the icons.
+//!
+//! \since 0.1
+//! \sa VellDocumentSource, VellFolderModel, VellModelRole
 class VELLCLIENT_EXPORT VellDocumentModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
+    //! The columns.
     enum Column {
         NameColumn,
         SizeColumn,
@@ -67,31 +71,35 @@ public:
     };
     Q_ENUM(Column)
 
-    //! \param documents must outlive the model
+    //! \param documents must not be null, and must outlive the model
     explicit VellDocumentModel(VellDocuments *documents, QObject *parent = nullptr);
     ~VellDocumentModel() override;
 
-    //! Shows \a source, with the sorting as it was. Opening another project sets an empty source.
+    //! Shows \a source, sorted as before. If another project is opened, the source becomes empty.
     void setSource(const VellDocumentSource &source);
+
+    //! Returns the source.
     const VellDocumentSource &source() const { return m_source; }
 
-    //! Asks the service again, and shows what was there until it has answered.
+    //! Fetches the list again. The present rows are shown until the response arrives.
     void reload();
 
+    //! Returns true while a request is in flight.
+    //! \sa loadingChanged()
     bool isLoading() const { return m_isLoading; }
 
-    //! Why the last request failed; no error after success. Nothing is fetched after a failure until reload(), which
-    //! follows by itself when the session is online again.
+    //! Returns the error of the last request; no error after success. After a failure nothing is fetched until reload(), which is
+    //! called automatically when the session is online again.
     const VellError &error() const { return m_error; }
 
-    //! The document of the row of \a index, if it has been fetched.
+    //! Returns the document in the row of \a index, or no value if it has not been fetched.
     std::optional<VellDocument> document(const QModelIndex &index) const;
 
-    //! The index of the document \a id; invalid if it is not among the fetched rows.
+    //! Returns the index of the document \a id; invalid if it is not in a fetched row.
     QModelIndex indexOf(const QString &id, int column = NameColumn) const;
 
-    //! What VellModelRole::Transfer gives for the document \a id: the program's own value, kept whether or not the document is in a row. An invalid
-    //! one forgets it.
+    //! Sets the data for VellModelRole::Transfer of the document \a id, a value of the program. It is kept even if no row shows the
+    //! document. An invalid \a state removes it.
     void setTransferState(const QString &id, const QVariant &state);
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -101,15 +109,18 @@ public:
                         int role = Qt::DisplayRole) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    //! Sorts by \a column; -1 for the service's own order.
+    //! Sorts by \a column; -1 for the order of the service.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 Q_SIGNALS:
+    //! Emitted when isLoading() has changed.
     void loadingChanged(bool isLoading);
 
-    //! A list has been fetched, after setSource(), reload(), sort() or a change; pages that follow are not reported.
+    //! Emitted when a list has been fetched after setSource(), reload(), sort() or a change, but not for further pages.
     void loaded();
 
+    //! Emitted when a request has failed.
+    //! \sa error()
     void loadFailed(const VellError &error);
 
 private:
@@ -145,9 +156,9 @@ private:
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     QPointer<VellOperation> m_request;
     bool m_isReloading = false;
-    bool m_isResorted = false; // the rows are in another order than the one that is asked for
+    bool m_isResorted = false; // the present rows are in another order than the requested ones
     bool m_isLoading = false;
-    int m_corrections = 0; // reloads in a row because pages did not fit together
+    int m_corrections = 0; // consecutive reloads because of inconsistent pages
     VellError m_error;
     QTimer m_refresh;
     QHash<QString, QVariant> m_transfers;

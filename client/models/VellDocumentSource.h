@@ -6,10 +6,14 @@
 
 #include <QString>
 
-//! \brief What a VellDocumentModel shows.
+//! \brief The source of the documents of a VellDocumentModel.
+//!
+//! \since 0.1
+//! \sa VellDocumentModel::setSource()
 class VELLCLIENT_EXPORT VellDocumentSource
 {
 public:
+    //! The kind of a source.
     enum class Kind {
         None,
         Folder,
@@ -20,24 +24,36 @@ public:
         RecycleBin,
     };
 
-    //! Nothing.
+    //! Creates an empty source.
     VellDocumentSource() = default;
 
-    //! The entries of the folder \a id; empty for the top level.
-    //! \param category only entries of this category; empty for all, as for the others
-    static VellDocumentSource folder(const QString &id, const QString &category = {});
-    //! The documents that meet \a condition.
-    static VellDocumentSource search(const VellDocumentConditon &condition);
-    //! What the user has marked as a favourite, in all folders.
-    static VellDocumentSource favorites(const QString &category = {});
-    //! What the user has marked as frequently used, in all folders.
-    static VellDocumentSource frequent(const QString &category = {});
-    //! The user's newest 50 files, newest first; VellDocumentModel::sort() has no effect.
-    static VellDocumentSource recent(const QString &category = {});
-    //! What has been deleted, or what is in the deleted folder \a folderId.
-    static VellDocumentSource recycleBin(const QString &folderId = {});
+    //! \name Sources
+    //! If \a category is not empty, the source has only documents of this category.
+    //! \{
 
+    //! Returns the entries of the folder \a id; empty for the top level.
+    static VellDocumentSource folder(const QString &id, const QString &category = {});
+
+    //! Returns the documents that match \a condition.
+    static VellDocumentSource search(const VellDocumentConditon &condition);
+
+    //! Returns the documents in all folders that the user has marked as favourites.
+    static VellDocumentSource favorites(const QString &category = {});
+
+    //! Returns the documents in all folders that the user has marked as frequently used.
+    static VellDocumentSource frequent(const QString &category = {});
+
+    //! Returns the newest 50 files of the user, newest first. VellDocumentModel::sort() has no effect on them.
+    static VellDocumentSource recent(const QString &category = {});
+
+    //! Returns the recycle bin, or the entries of the deleted folder \a folderId.
+    static VellDocumentSource recycleBin(const QString &folderId = {});
+    //! \}
+
+    //! Returns the kind.
     Kind kind() const { return m_kind; }
+
+    //! Returns the condition of the requests for this source.
     const VellDocumentConditon &condition() const { return m_condition; }
 
 private:

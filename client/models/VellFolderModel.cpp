@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int RefreshMs = 100; // many changes make one request
+constexpr int RefreshMs = 100; // combines many changes into one request
 
 using State = FolderNode::State;
 
@@ -23,7 +23,7 @@ bool isFolder(const VellDocument &document)
     return document.type == QLatin1String("dir") && document.recycle == 0;
 }
 
-//! The language whose order is used. The C locale has bytes only, without numbers and case.
+//! The locale for sorting. The C locale compares bytes only, without numbers and case.
 QLocale sortingLocale()
 {
     const QLocale locale;
@@ -94,8 +94,8 @@ void VellFolderModel::askForChanged()
         FolderNode *const node = m_nodes.value(id);
         if (!node || node->state == State::Unknown)
             continue;
-        if (node->question)
-            m_changed.insert(id); // its answer may be older than the change
+        if (node->request)
+            m_changed.insert(id); // the response in flight may be older than the change
         else
             ask(node);
     }
@@ -113,10 +113,10 @@ void VellFolderModel::ask(FolderNode *node)
         node->state = State::Asking;
     countQuestions(+1);
     const auto onEnd = [this, node] {
-        node->question = nullptr;
+        node->request = nullptr;
         countQuestions(-1);
     };
-    node->question = m_documents->list(condition)->then(
+    node->request = m_documents->list(condition)->then(
         &node->receiver,
         [=](const QList<VellDocument> &folders) {
             onEnd();
@@ -158,7 +158,7 @@ void VellFolderModel::merge(FolderNode *node, QList<VellDocument> folders)
         if (!known)
             added.append(folder);
         else if (known->parent == node && known->folder.name == folder.name)
-            known->folder = folder; // all at once below
+            known->folder = folder; // moved below, all at once
         else
             update(known, folder);
     }
@@ -170,7 +170,7 @@ void VellFolderModel::merge(FolderNode *node, QList<VellDocument> folders)
     } else if (!added.isEmpty()) {
         insert(node, 0, added);
     } else if (isFirst) {
-        // So that a view takes away the sign for folders below.
+        // So that a view removes the mark for subfolders.
         const QList<QPersistentModelIndex> parents{indexOf(node)};
         Q_EMIT layoutAboutToBeChanged(parents);
         Q_EMIT layoutChanged(parents);
@@ -203,10 +203,10 @@ void VellFolderModel::update(FolderNode *node, const VellDocument &folder)
     const int from = node->row();
     const int to = placeFor(*parent, folder, node);
     if (parent != node->parent || to != from) {
-        // In the terms of beginMoveRows() the node is still in its row.
+        // For beginMoveRows() the node is still in its row.
         const int target = parent == node->parent && to > from ? to + 1 : to;
         if (!beginMoveRows(indexOf(node->parent), from, from, indexOf(parent), target)) {
-            remove(node); // below itself: the records are of different times
+            remove(node); // below itself: the records are from different times
             return;
         }
         std::unique_ptr<FolderNode> moved = std::move(node->parent->children[std::size_t(from)]);
@@ -233,7 +233,7 @@ void VellFolderModel::remove(FolderNode *node)
 void VellFolderModel::forget(const FolderNode *node)
 {
     m_nodes.remove(node->folder._id);
-    if (node->question)
+    if (node->request)
         countQuestions(-1);
     for (const auto &child : node->children)
         forget(child.get());
@@ -260,7 +260,7 @@ bool VellFolderModel::isBefore(const VellDocument &a, const VellDocument &b) con
     return order != 0 ? order < 0 : a._id < b._id;
 }
 
-//! The row for \a folder below \a parent, not counting \a except, whose name may be out of order.
+//! The row for \a folder below \a parent, without \a except, whose name may be out of order.
 int VellFolderModel::placeFor(const FolderNode &parent, const VellDocument &folder,
                               const FolderNode *except) const
 {

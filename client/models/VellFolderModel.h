@@ -20,43 +20,48 @@ class FileTypeIcons;
 class VellDocuments;
 struct FolderNode;
 
-//! \brief The folders of the open project as a tree that asks for what is opened.
+//! \brief The folders of the open project as a tree, fetched when they are expanded.
 //!
-//! Sorted by name, as people sort: without regard to case, numbers by their value. Follows the store of the documents; folders that
-//! come, go, move or are renamed do so one by one, so that expanded folders and selections stay as they are, also on reload().
-//! Without an open project, and until the view asks, it is empty. Belongs to the thread of the session, and needs a
-//! QGuiApplication for the icon.
+//! Sorted by name, case-insensitively and with numbers by their value. The model follows the VellDocumentStore. Folders are
+//! inserted, removed, moved and renamed one by one, also by reload(), so that expanded folders and selections are kept. The model
+//! is empty if no project is open, and until a view fetches.
+//!
+//! Belongs to the thread of the session, and needs a QGuiApplication for the icons.
+//!
+//! \since 0.1
+//! \sa VellDocumentModel, VellModelRole
 class VELLCLIENT_EXPORT VellFolderModel : public QAbstractItemModel
 {
     Q_OBJECT
 
 public:
-    //! \param documents must outlive the model
-    //! \param category only folders of this category; empty for all
+    //! \param documents must not be null, and must outlive the model
+    //! \param category if it is not empty, the model has only folders of this category
     explicit VellFolderModel(VellDocuments *documents, const QString &category = {},
                              QObject *parent = nullptr);
     ~VellFolderModel() override;
 
-    //! Asks again for the folders that are known, and for those that could not be fetched.
+    //! Fetches the known folders again, and those that could not be fetched.
     void reload();
 
-    //! Whether a question to the service is under way.
+    //! Returns true while a request is in flight.
+    //! \sa loadingChanged()
     bool isLoading() const { return m_questionCount > 0; }
 
-    //! The folder at \a index; nothing for an invalid index.
+    //! Returns the folder at \a index, or no value if the index is invalid.
     std::optional<VellDocument> folder(const QModelIndex &index) const;
 
-    //! The index of the folder \a id; invalid if it is not known.
+    //! Returns the index of the folder \a id; invalid if it is not known.
     QModelIndex indexOf(const QString &id) const;
 
-    //! The folders whose entries have been asked for, the top level as an empty identifier.
+    //! Returns the folders whose entries have been requested. The top level is an empty identifier.
     QStringList openedFolders() const;
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
-    //! True also for a folder that has not been asked for.
+    //! Returns true also for a folder whose entries have not been requested yet.
     bool hasChildren(const QModelIndex &parent = {}) const override;
     bool canFetchMore(const QModelIndex &parent) const override;
     void fetchMore(const QModelIndex &parent) override;
@@ -66,13 +71,14 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
+    //! Emitted when isLoading() has changed.
     void loadingChanged(bool isLoading);
 
-    //! The folders below \a folderId have been fetched.
+    //! Emitted when the folders below \a folderId have been fetched.
     void loaded(const QString &folderId);
 
-    //! The folders below \a folderId could not be fetched. They are not asked for again until reload(), which follows by itself when
-    //! the session is online again.
+    //! Emitted when the folders below \a folderId could not be fetched. They are not requested again until reload(), which is
+    //! called automatically when the session is online again.
     void loadFailed(const QString &folderId, const VellError &error);
 
 private:
@@ -98,8 +104,8 @@ private:
     QCollator m_collator;
     std::unique_ptr<FolderNode> m_root;
     QHash<QString, FolderNode *> m_nodes; // by identifier of the folder
-    QSet<QString> m_changed; // folders to be asked for again
-    QSet<QString> m_failed; // the same, once the session is online again
+    QSet<QString> m_changed; // folders to be requested again
+    QSet<QString> m_failed; // folders to be requested again when the session is online
     QTimer m_refresh;
     int m_questionCount = 0;
 };

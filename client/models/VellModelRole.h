@@ -8,21 +8,24 @@
 
 struct VellDocument;
 
-//! \brief What the models tell of an entry beside the roles of Qt.
+//! \brief The roles of the models, in addition to those of Qt.
+//!
+//! \since 0.1
+//! \sa VellDocumentModel, VellFolderModel
 struct VELLCLIENT_EXPORT VellModelRole
 {
     enum {
         Document = Qt::UserRole, //!< the VellDocument
         Id, //!< its `_id`
         IsFolder,
-        IsLoaded, //!< false while the entry has not been fetched: all other roles are empty
-        Rights, //!< QVariantMap: name of the right to whether the user has it
+        IsLoaded, //!< false until the entry has been fetched; until then all other roles are empty
+        Rights, //!< QVariantMap from the name of a right to a bool: the rights of the user
         Transfer, //!< see VellDocumentModel::setTransferState()
     };
 
-    //! Their names in QML: document, documentId, isFolder, isLoaded, rights, transfer.
+    //! Returns the names for QML: document, documentId, isFolder, isLoaded, rights, transfer.
     static QHash<int, QByteArray> names();
 
-    //! What the roles Document to Rights give for \a document; invalid for other roles.
+    //! Returns the data of \a document for the roles Document to Rights; invalid for other roles.
     static QVariant value(const VellDocument &document, int role);
 };

@@ -6,22 +6,22 @@
 
 class VellOperation;
 
-//! \brief The threads on which a session's operations work, so that a short one never waits behind long ones.
+//! \brief The thread pools for the operations of a session, so that short operations do not wait for long ones.
 class OperationLanes
 {
 public:
     enum class Lane {
-        Short, //!< one request that somebody waits for
+        Short, //!< one short request
         List, //!< a list, which may be long
         Bulk, //!< many requests
     };
 
     OperationLanes();
-    //! Waits for what is running: abort it before.
+    //! Waits for running operations: abort them before.
     ~OperationLanes();
     Q_DISABLE_COPY(OperationLanes)
 
-    //! Starts \a operation, once, as soon as its lane has room.
+    //! Starts \a operation as soon as its lane has a free thread. Call it once for each operation.
     void start(VellOperation *operation, Lane lane, const ServiceScope &scope);
 
 private:

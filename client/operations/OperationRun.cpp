@@ -30,7 +30,7 @@ void OperationRun::runScoped(const std::function<void()> &work)
         const VellSoftCacheScope project(m_scope.projectId, m_scope.userId);
         work();
     }
-    // The thread goes on without an event loop.
+    // The thread continues without an event loop.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
@@ -87,7 +87,7 @@ void OperationRun::forEach(int count, const std::function<void(OperationRun &run
         const std::lock_guard<std::mutex> lock(m_mutex);
         for (const auto &part : parts)
             m_parts.push_back(part.get());
-        // An abort() before this has not reached them.
+        // An abort() before this has not reached the parts.
         if (m_requests.isAborted()) {
             for (const auto &part : parts)
                 part->abort();
@@ -114,7 +114,7 @@ void OperationRun::detach()
 
 void OperationRun::report(std::function<void(VellOperation *)> call)
 {
-    // Queued under the lock, so that the receiver is there until then; its events go with it.
+    // Queued under the lock, so that the receiver still exists; if it is deleted later, its events are deleted with it.
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_receiver)
         return;

@@ -19,7 +19,7 @@ struct OperationFailure
     VellError error;
 };
 
-//! \brief The working side of one operation, shared by both threads.
+//! \brief The part of an operation that runs on another thread, shared by both threads.
 class OperationRun
 {
 public:
@@ -29,23 +29,23 @@ public:
     //! \name For the thread of the work
     //! \{
 
-    //! A facade with a cache of its own, which is empty at the start.
+    //! Returns a facade with its own cache, which is empty at first.
     VellDocumentData &documents() { return m_documents; }
     const QString &projectId() const { return m_scope.projectId; }
-    //! \a path below the address of the service.
+    //! Returns the address of \a path on the service.
     QString address(const QString &path) const { return m_requests.settings().baseApi + path; }
 
-    //! Returns what \a question returns. \throws OperationFailure if a request of it failed
-    template <typename Question>
-    auto ask(Question question)
+    //! Calls \a function and returns its result. \throws OperationFailure if one of its requests has failed
+    template <typename Query>
+    auto query(Query function)
     {
         m_requests.forgetFailure();
-        auto answer = question();
+        auto result = function();
         throwFailure();
-        return answer;
+        return result;
     }
 
-    //! Runs \a change, which returns whether it succeeded. \throws OperationFailure if it did not
+    //! Calls \a change, which returns true on success. \throws OperationFailure otherwise
     template <typename Change>
     void change(Change change)
     {
@@ -62,11 +62,11 @@ public:
     void throwFailure() const;
     void setProgress(qint64 done, qint64 total);
 
-    //! Calls \a work for 0 to \a count - 1, several at once, each with a run of its thread, and returns when all have
-    //! returned. \a work must not throw. abort() reaches them.
+    //! Calls \a work for 0 to \a count - 1 on several threads, each with its own run, and returns when all calls have returned.
+    //! \a work must not throw. abort() aborts all of them.
     void forEach(int count, const std::function<void(OperationRun &run, int index)> &work);
 
-    //! Does the work in its scope and reports its end to the receiver.
+    //! Runs the work in its scope and reports its end to the receiver.
     void execute();
     //! \}
 
@@ -74,7 +74,7 @@ public:
     //! \{
     void abort();
     bool hasStarted() const { return m_hasStarted; }
-    //! Nothing is reported from now on.
+    //! Reports nothing from now on.
     void detach();
     //! \}
 

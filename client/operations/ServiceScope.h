@@ -4,7 +4,7 @@
 
 #include <QString>
 
-//! \brief For whom requests are made: fixed when an operation or a transfer is made.
+//! \brief The connection, the project and the user of an operation or a transfer, fixed when it is created.
 struct ServiceScope
 {
     RequestSettings settings;

@@ -20,27 +20,27 @@ public:
         case Kind::Offline:
             return tr("The service cannot be reached.");
         case Kind::TimedOut:
-            return tr("The service did not answer in time.");
+            return tr("The service did not respond in time.");
         case Kind::Certificate:
-            return tr("The connection to the service is not safe.");
+            return tr("The connection to the service is not secure.");
         case Kind::Proxy:
-            return tr("The proxy does not let the request pass.");
+            return tr("The proxy refused the request.");
         case Kind::BadAddress:
             return tr("There is no document service at this address.");
         case Kind::NotSignedIn:
-            return tr("The service does not know the user: sign in again.");
+            return tr("The service does not accept the token: sign in again.");
         case Kind::NotAllowed:
             return tr("You do not have the right to do this.");
         case Kind::NotFound:
-            return tr("It is not there any more.");
+            return tr("It no longer exists.");
         case Kind::NameTaken:
-            return tr("There is an entry of this name already.");
+            return tr("An entry with this name already exists.");
         case Kind::BadName:
-            return tr("This cannot be a name.");
+            return tr("This name is not valid.");
         case Kind::NoRoom:
-            return tr("There is no room left on the disk.");
+            return tr("The disk is full.");
         case Kind::TooLarge:
-            return tr("This is larger than the service takes.");
+            return tr("This is larger than the service allows.");
         case Kind::ChangedMeanwhile:
             return tr("It has been changed meanwhile.");
         case Kind::LocalFile:
@@ -48,13 +48,13 @@ public:
         case Kind::Busy:
             return tr("The service is busy: try again later.");
         case Kind::Refused:
-            return tr("The service does not accept the request.");
+            return tr("The service refused the request.");
         case Kind::ServiceFailed:
-            return tr("The service has failed.");
+            return tr("The service reported an internal error.");
         case Kind::Cancelled:
             return tr("Cancelled.");
         case Kind::Unclear:
-            return tr("The service did not say whether it did it.");
+            return tr("The service did not confirm the request.");
         }
         return {};
     }
@@ -154,7 +154,7 @@ VellError VellError::of(const NetworkFailure &failure)
     Kind kind = kindOf(failure.reason);
     if (kind == Kind::None && failure.error == QNetworkReply::ProtocolUnknownError)
         kind = Kind::BadAddress;
-    // A response that was cut short has a status, too.
+    // An incomplete response has a status, too.
     if (kind == Kind::None)
         kind = failure.httpStatus / 100 == 2 ? Kind::Offline : kindOf(failure.httpStatus);
     VellError error = of(kind, {}, failure.message);

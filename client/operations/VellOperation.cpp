@@ -25,7 +25,7 @@ void VellOperation::abort()
         return;
     m_run->abort();
     if (m_run->hasStarted())
-        return; // it ends by itself, now that its requests do
+        return; // ends when its requests have been aborted
     QMetaObject::invokeMethod(
         this, [this] { end(VellError::cancelled()); }, Qt::QueuedConnection);
 }

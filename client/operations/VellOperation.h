@@ -14,10 +14,13 @@
 
 class OperationRun;
 
-//! \brief Something that the session does in the background for its caller.
+//! \brief An operation that runs in the background.
 //!
-//! Emits exactly one of finished() and failed(), never before the function that made it has returned, and then deletes
-//! itself. It may be deleted before: it is aborted then, and nothing is emitted. Belongs to the thread of its session.
+//! Emits either finished() or failed(), exactly once and never before the function that created it has returned, and then deletes
+//! itself. If it is deleted earlier, it is aborted, and nothing is emitted. Belongs to the thread of its session.
+//!
+//! \since 0.1
+//! \sa VellResult, VellDocuments
 class VELLCLIENT_EXPORT VellOperation : public QObject
 {
     Q_OBJECT
@@ -25,23 +28,24 @@ class VELLCLIENT_EXPORT VellOperation : public QObject
 public:
     ~VellOperation() override;
 
-    //! Stops it: requests under way are aborted, and failed() follows with VellError::Kind::Cancelled, from the event loop.
-    //! A change may have been made by then. Does nothing once it has ended.
+    //! Aborts the operation and its requests in flight. failed() follows from the event loop, with VellError::Kind::Cancelled. The
+    //! service may have made a change nevertheless. Has no effect after the end.
     void abort();
 
-    //! Whether finished() or failed() has been or is being emitted.
+    //! Returns true if finished() or failed() has been or is being emitted.
     bool isEnded() const { return m_isEnded; }
 
-    //! Why it failed; no error before the end and after success.
+    //! Returns the error of failed(); no error before the end and after success.
     const VellError &error() const { return m_error; }
 
 Q_SIGNALS:
-    //! It has succeeded; result() of the VellResult is there.
+    //! The operation has succeeded; VellResult::result() is available.
     void finished();
 
+    //! The operation has failed or was aborted.
     void failed(const VellError &error);
 
-    //! How many of its parts have been done. Emitted by operations on many documents, and for lists in pages.
+    //! Emitted by operations on many documents and for lists in pages. \a done of \a total parts are complete.
     void progressed(qint64 done, qint64 total);
 
 protected:
@@ -70,18 +74,20 @@ private:
 //! documents.list(condition)->then(this, [this](const QList<VellDocument> &list) { show(list); },
 //!                                            [this](const VellError &error) { showError(error.text); });
 //! \endcode
+//!
+//! \since 0.1
 template <typename Result>
 class VellResult : public VellOperation
 {
 public:
-    //! The result, once finished() is emitted; a default value before and after a failure.
+    //! Returns the result; default-constructed before finished() and after a failure.
     const Result &result() const { return *m_result; }
 
-    //! The same as a future. It is cancelled by a failure, and has no result then. Cancelling the future does not abort
-    //! the operation.
+    //! Returns the result as a future. If the operation fails, the future is cancelled and has no result. Cancelling the future
+    //! does not abort the operation.
     QFuture<Result> future() { return m_future.future(); }
 
-    //! Calls \a onFinished with the result or \a onFailed with the error, unless \a context has been deleted by then.
+    //! Calls \a onFinished with the result, or \a onFailed with the error, unless \a context has been deleted before.
     //! \return this operation
     VellResult *then(QObject *context, std::function<void(const Result &)> onFinished,
                      std::function<void(const VellError &)> onFailed = {})
@@ -93,7 +99,8 @@ public:
         return this;
     }
 
-    //! Made by VellDocuments and VellSession only. \param work runs on another thread
+    //! For VellDocuments and VellSession.
+    //! \param work runs on another thread
     VellResult(QObject *parent, std::function<Result(OperationRun &)> work)
         : VellOperation(parent), m_result(std::make_shared<Result>())
     {
@@ -109,13 +116,13 @@ public:
             reject();
     }
 
-    //! \a apply is called with the result on this thread before finished() is emitted.
+    //! Sets a function that is called with the result, on this thread, before finished() is emitted.
     void setApply(std::function<void(const Result &)> apply) { m_apply = std::move(apply); }
 
 private:
     void succeed() override
     {
-        // What listens to the change may delete this operation.
+        // A slot that is called by m_apply may delete this operation.
         const QPointer<VellOperation> self(this);
         if (m_apply)
             m_apply(*m_result);

@@ -5,14 +5,14 @@
 
 #include <utility>
 
-//! \brief What the other folders of this library need of a session, and nobody else.
+//! \brief Gives the other folders of this library access to private functions of a session.
 class SessionAccess
 {
 public:
-    //! The connection, the project and the user as they are now.
+    //! Returns the present connection, project and user.
     static ServiceScope scope(const VellSession *session) { return session->scope(); }
 
-    //! Makes an operation with \a work and starts it.
+    //! Creates an operation with \a work and starts it.
     //! \param apply called with the result on the thread of the session, before finished() is emitted, unless another
     //!        project has been opened meanwhile
     template <typename Result>
@@ -32,7 +32,7 @@ public:
         return operation;
     }
 
-    //! Tells the session how a request of a transfer ended, so that it learns whether the service can be reached.
+    //! Reports the outcome of a request of a transfer to the session, for its state.
     static void noteOutcome(VellSession *session, const VellError &error)
     {
         session->noteOutcome(error);

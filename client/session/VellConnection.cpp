@@ -18,13 +18,13 @@ public:
         const QString scheme = url.scheme();
         if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
             if (address.contains(QLatin1String("://")))
-                return tr("The address \"%1\" begins with neither http:// nor https://.")
+                return tr("The address \"%1\" does not begin with http:// or https://.")
                     .arg(address);
             return tr("The address \"%1\" has no scheme: write https://%1 or http://%1.")
                 .arg(address);
         }
         if (!url.isValid() || url.host().isEmpty())
-            return tr("The address \"%1\" names no host.").arg(address);
+            return tr("The address \"%1\" has no host.").arg(address);
         return {};
     }
 };

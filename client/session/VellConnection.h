@@ -5,18 +5,23 @@
 
 #include <QString>
 
-//! \brief How a session reaches its service, and as whom.
+//! \brief The address of a service, the user's token, and the network settings of a session.
+//!
+//! \since 0.1
+//! \sa VellSession::open(), NetworkSettings
 struct VELLCLIENT_EXPORT VellConnection
 {
-    QString
-        address; //!< `http://HOST:PORT/` or `https://...`, with a path where the service has one
+    QString address; //!< `http://HOST:PORT/` or `https://...`, with a path if the service has one
     QString accessToken; //!< empty for a service without users
-    QString caCertificates; //!< see NetworkSettings, as for the next two
-    ClientCertificate clientCertificate;
-    QString proxy;
+    QString caCertificates; //!< see NetworkSettings::setCaCertificates()
+    ClientCertificate clientCertificate; //!< see NetworkSettings::setClientCertificate()
+    QString proxy; //!< see NetworkSettings::setProxy()
 
-    //! What is wrong with the address: BadAddress, with a sentence that says what is missing; no error if it can be used.
+    //! Checks the address without a request. Returns VellError::Kind::BadAddress, with a sentence that says what is missing, or no
+    //! error if the address is valid.
     VellError problem() const;
 
+    //! Returns the settings for the requests of an operation.
+    //! \sa RequestContext
     RequestSettings requestSettings() const;
 };

@@ -24,7 +24,7 @@ class SessionText
 public:
     static QString noService(const QString &address)
     {
-        return tr("What answers at %1 is no document service.").arg(address);
+        return tr("There is no document service at %1.").arg(address);
     }
 };
 
@@ -43,15 +43,15 @@ VellUser userFrom(const QJsonObject &json)
     return user;
 }
 
-//! Asks who the user is. \throws OperationFailure
-VellUser askForUser(OperationRun &run)
+//! Requests the signed-in user. \throws OperationFailure
+VellUser requestUser(OperationRun &run)
 {
     NetworkEventLoop loop(
         NetworkManager::instance()->get(run.address(QStringLiteral("base-service/me"))));
     loop.exec();
     run.checkAborted();
     const QJsonObject json = loop.object();
-    // A service that does not say who asks may do everything else.
+    // A service without users has no such route.
     if (loop.httpStatus() == NotFound && !json.isEmpty())
         return {};
     const VellUser user = userFrom(json);
@@ -84,7 +84,7 @@ VellSession::VellSession(QObject *parent)
 
 VellSession::~VellSession()
 {
-    // Before the lanes, which wait for what is running.
+    // Before the lanes are destroyed, which wait for running operations.
     qDeleteAll(findChildren<VellOperation *>());
 }
 
@@ -103,7 +103,7 @@ void VellSession::open(const VellConnection &connection)
             m_opening, [refuse, problem] { refuse(problem); }, Qt::QueuedConnection);
         return;
     }
-    m_opening = SessionAccess::start<VellUser>(this, OperationLanes::Lane::Short, &askForUser)
+    m_opening = SessionAccess::start<VellUser>(this, OperationLanes::Lane::Short, &requestUser)
                     ->then(
                         this,
                         [this](const VellUser &user) {
@@ -140,7 +140,7 @@ void VellSession::openProject(const QString &id)
 
 void VellSession::refreshUser()
 {
-    SessionAccess::start<VellUser>(this, OperationLanes::Lane::Short, &askForUser)
+    SessionAccess::start<VellUser>(this, OperationLanes::Lane::Short, &requestUser)
         ->then(this, [this](const VellUser &user) {
             if (isSame(user, m_user))
                 return;
@@ -160,13 +160,13 @@ QString VellSession::userName(const QString &id)
 QStringList VellSession::userIds(const QString &name) const
 {
     QStringList ids;
-    const auto fits = [&name](const QString &text) {
+    const auto matches = [&name](const QString &text) {
         return text.compare(name, Qt::CaseInsensitive) == 0;
     };
-    if (fits(m_user.name) || fits(m_user.id))
+    if (matches(m_user.name) || matches(m_user.id))
         ids.append(m_user.id);
     for (auto user = m_userNames.cbegin(); user != m_userNames.cend(); ++user) {
-        if ((fits(user.value()) || fits(user.key())) && !ids.contains(user.key()))
+        if ((matches(user.value()) || matches(user.key())) && !ids.contains(user.key()))
             ids.append(user.key());
     }
     return ids;
@@ -187,7 +187,7 @@ VellResult<QHash<QString, QString>> *VellSession::loadUserNames()
     return SessionAccess::start<QHash<QString, QString>>(
         this, OperationLanes::Lane::Short,
         [path](OperationRun &run) {
-            return run.ask([&] {
+            return run.query([&] {
                 QHash<QString, QString> names;
                 NetworkEventLoop loop(NetworkManager::instance()->get(run.address(path)));
                 loop.exec();
@@ -229,7 +229,7 @@ void VellSession::noteOutcome(const VellError &error)
         error.kind == VellError::Kind::Offline || error.kind == VellError::Kind::TimedOut;
     if (!isLost) {
         if (m_state == State::Offline && m_userNames.isEmpty())
-            m_namesOf.clear(); // asked for in vain
+            m_namesOf.clear(); // the request has failed
         m_probe.stop();
         setState(State::Online);
     } else if (m_state == State::Online) {

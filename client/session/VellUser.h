@@ -5,19 +5,25 @@
 #include <QString>
 
 //! \brief A project that the user may open.
+//!
+//! \since 0.1
+//! \sa VellUser::projects
 struct VellProject
 {
     QString id;
     QString name;
-    QString role; //!< the user's: "viewer", "contributor", "editor" or "owner"
+    QString role; //!< the role of the user: "viewer", "contributor", "editor" or "owner"
 };
 
-//! \brief A person who uses the service.
+//! \brief A user of the service.
+//!
+//! \since 0.1
+//! \sa VellSession::user()
 struct VellUser
 {
-    QString id; //!< empty if the service does not tell
+    QString id; //!< empty if the service does not report it
     QString name;
-    QList<VellProject> projects; //!< of the signed-in user; empty for others
+    QList<VellProject> projects; //!< of the signed-in user; empty for other users
 };
 
 Q_DECLARE_METATYPE(VellProject)

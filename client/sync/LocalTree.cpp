@@ -11,7 +11,7 @@
 
 namespace {
 
-//! Why \a entry cannot be transferred; no error if it can.
+//! The reason why \a entry cannot be transferred; no error if it can.
 VellError problemOf(const FolderEntry &entry, const QFileInfo &info)
 {
     if (info.isSymLink() || info.isJunction())

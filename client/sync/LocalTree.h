@@ -14,7 +14,7 @@ namespace LocalTree {
 //! Reads the folder \a root without following links. \a check is called for each entry, and may throw.
 SyncTree read(const QString &root, const SyncFilter &filter, const std::function<void()> &check);
 
-//! The lines of the ignore file \a path that are patterns; none if there is no such file.
+//! Returns the patterns of the ignore file \a path; none if there is no such file.
 //! \throws OperationFailure if it cannot be read
 QStringList ignorePatterns(const QString &path);
 

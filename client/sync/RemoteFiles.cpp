@@ -17,7 +17,7 @@
 
 namespace {
 
-//! Enters the documents of one folder in the tree. \return those that are folders, by path
+//! Adds the documents of one folder to the tree. \return the folders among them, by path
 QHash<QString, VellDocument> addFolder(SyncTree &tree, const QString &folder,
                                        const QList<VellDocument> &documents,
                                        const SyncFilter &filter)
@@ -49,11 +49,11 @@ QHash<QString, VellDocument> addFolder(SyncTree &tree, const QString &folder,
     return folders;
 }
 
-//! The identifier of the content with this \a md5; empty if the service does not know it.
+//! The identifier of the content with this \a md5; empty if the service does not have it.
 QString contentId(OperationRun &run, const QString &md5)
 {
     try {
-        return run.ask([&] {
+        return run.query([&] {
             NetworkEventLoop loop(NetworkManager::instance()->get(
                 run.address(QStringLiteral("base-service/md5/%1/info").arg(md5))));
             loop.exec();
@@ -73,7 +73,7 @@ SyncTree RemoteFiles::read(OperationRun &run, const QString &rootId, const SyncF
     VellDocumentConditon condition;
     condition.parentId = rootId;
     condition.selectTree = true;
-    const QList<VellDocument> documents = run.ask([&] {
+    const QList<VellDocument> documents = run.query([&] {
         QList<VellDocument> answer;
         run.documents().getDocuments(condition, answer);
         return answer;
@@ -86,7 +86,7 @@ SyncTree RemoteFiles::read(OperationRun &run, const QString &rootId, const SyncF
     while (!folders.isEmpty()) {
         const QString path = folders.constBegin().key();
         const QString id = folders.take(path);
-        // Taken out, so that damaged records do not lead in circles.
+        // Removed, so that damaged records do not cause an endless loop.
         const QHash<QString, VellDocument> found = addFolder(tree, path, byParent.take(id), filter);
         for (auto folder = found.cbegin(); folder != found.cend(); ++folder)
             folders.insert(folder.key(), folder.value()._id);

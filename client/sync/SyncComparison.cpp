@@ -14,10 +14,10 @@ using Reason = VellSyncStep::Reason;
 using Comparison = VellSyncOptions::Comparison;
 using Extras = VellSyncOptions::Extras;
 
-// Some disks keep times to two seconds only. Not for uploads, where a late change would be missed.
+// Some file systems store times with a resolution of two seconds. Not for uploads, where a late change would be missed.
 constexpr int DiskTimeMs = 2000;
 
-//! \a path and the folders above it, without the root.
+//! Returns \a path and the folders above it, without the root.
 QStringList withParents(QString path)
 {
     QStringList paths;
@@ -38,10 +38,10 @@ QStringList &operator+=(QStringList &list, const std::set<QString> &paths)
 SyncComparison::SyncComparison(VellSyncPlan &plan, SyncTree local, SyncTree remote)
     : m_plan(plan), m_local(std::move(local)), m_remote(std::move(remote))
 {
-    findClashes();
-    takeOutProblems();
+    findConflicts();
+    removeProblems();
     if (!m_plan.options.include.isEmpty())
-        takeOutEmptyFolders();
+        removeEmptyFolders();
     std::set<QString> excluded = m_local.excluded;
     excluded.insert(m_remote.excluded.cbegin(), m_remote.excluded.cend());
     m_plan.excluded += excluded;
@@ -52,10 +52,10 @@ QString SyncComparison::localPath(const QString &path) const
     return SyncPath::join(m_plan.localRoot, path);
 }
 
-//! Looks for entries of both sides that cannot stand for each other, although they are in each other's place.
-void SyncComparison::findClashes()
+//! Finds entries that have the same path on both sides, but cannot be made equal.
+void SyncComparison::findConflicts()
 {
-    QHash<QString, QString> remotePaths; // by what is one on the local disk
+    QHash<QString, QString> remotePaths; // by the path without case, if the local disk ignores case
     for (const auto &entry : m_remote.entries)
         remotePaths.insert(LocalNames::key(entry.first), entry.first);
     for (const auto &[path, entry] : m_local.entries) {
@@ -73,8 +73,8 @@ void SyncComparison::findClashes()
     }
 }
 
-//! What is a problem on one side is no business of the other side, either.
-void SyncComparison::takeOutProblems()
+//! Removes entries with a problem on one side from the other side, too.
+void SyncComparison::removeProblems()
 {
     std::set<QString> paths;
     m_plan.problems.clear();
@@ -93,8 +93,8 @@ void SyncComparison::takeOutProblems()
     }
 }
 
-//! Only folders on the way to included files count.
-void SyncComparison::takeOutEmptyFolders()
+//! Removes folders that contain no included files.
+void SyncComparison::removeEmptyFolders()
 {
     for (SyncTree *const tree : {&m_local, &m_remote}) {
         std::set<QString> needed;
@@ -118,7 +118,8 @@ void SyncComparison::takeOutEmptyFolders()
 QStringList SyncComparison::filesToRead() const
 {
     QStringList paths;
-    std::set<qint64> sizesElsewhere; // of remote files that the local side does not have there
+    std::set<qint64>
+        sizesElsewhere; // of remote files that the local side does not have at that path
     for (const auto &entry : m_remote.entries) {
         if (!entry.second.isFolder && m_local.entries.count(entry.first) == 0)
             sizesElsewhere.insert(entry.second.sizeBytes);
@@ -148,10 +149,10 @@ void SyncComparison::addSteps(const QHash<QString, QString> &contentIds)
                  VellError::of(VellError::Kind::LocalFile, SyncText::notReadable())});
         }
     }
-    takeOutProblems();
-    m_leftOut.insert(m_plan.excluded.cbegin(), m_plan.excluded.cend());
+    removeProblems();
+    m_excluded.insert(m_plan.excluded.cbegin(), m_plan.excluded.cend());
     for (const VellSyncProblem &problem : qAsConst(m_plan.problems))
-        m_leftOut.insert(problem.path);
+        m_excluded.insert(problem.path);
 
     const QHash<QString, QString> moves = findMoves();
     const std::set<QString> movedFrom(moves.cbegin(), moves.cend());
@@ -183,14 +184,14 @@ void SyncComparison::addSteps(const QHash<QString, QString> &contentIds)
         next.reason = Reason::NotInSource;
         next.action = mayRemove(path) ? Action::Remove : Action::Leave;
         if (next.action == Action::Remove)
-            removals.prepend(next); // from the bottom
+            removals.prepend(next); // the deepest first
         else
             rest.append(next);
     }
     m_plan.steps = folders + moveSteps + contents + removals + rest;
 }
 
-//! What all steps for \a path have in common.
+//! The fields that all steps for \a path have in common.
 VellSyncStep SyncComparison::step(const QString &path) const
 {
     VellSyncStep step;
@@ -247,7 +248,7 @@ VellSyncStep SyncComparison::moved(const QString &path, const QString &fromPath)
     return result;
 }
 
-//! Paths of the source to paths of the target with the same content that the source does not have.
+//! Maps new paths of the source to extra paths of the target with the same content.
 QHash<QString, QString> SyncComparison::findMoves() const
 {
     QHash<QString, QString> moves;
@@ -273,12 +274,12 @@ QHash<QString, QString> SyncComparison::findMoves() const
     return moves;
 }
 
-//! Whether nothing that the plan leaves out would go with \a path.
+//! Returns true if removing \a path removes nothing that the plan excludes.
 bool SyncComparison::mayRemove(const QString &path) const
 {
     if (m_plan.options.extras == Extras::Keep)
         return false;
     const QString below = path + QLatin1Char('/');
-    const auto next = m_leftOut.lower_bound(below);
-    return next == m_leftOut.end() || !next->startsWith(below);
+    const auto next = m_excluded.lower_bound(below);
+    return next == m_excluded.end() || !next->startsWith(below);
 }

@@ -12,14 +12,14 @@
 class SyncComparison
 {
 public:
-    //! \a plan has the options and the roots. What neither side can transfer goes to its problems here.
+    //! \a plan has the options and the roots. Adds the entries that cannot be transferred to its problems.
     SyncComparison(VellSyncPlan &plan, SyncTree local, SyncTree remote);
 
-    //! The local files whose content has to be known for addSteps(), absolute.
+    //! Returns the absolute paths of the local files whose contents addSteps() needs.
     QStringList filesToRead() const;
 
-    //! Adds the steps to the plan. \a contentIds the service's identifiers of the contents of filesToRead(); what
-    //! cannot be read is missing
+    //! Adds the steps to the plan.
+    //! \param contentIds the identifiers of the contents of filesToRead() on the service, without files that cannot be read
     void addSteps(const QHash<QString, QString> &contentIds);
 
 private:
@@ -29,9 +29,9 @@ private:
     const Entries &source() const { return isUp() ? m_local.entries : m_remote.entries; }
     const Entries &target() const { return isUp() ? m_remote.entries : m_local.entries; }
     QString localPath(const QString &path) const;
-    void findClashes();
-    void takeOutProblems();
-    void takeOutEmptyFolders();
+    void findConflicts();
+    void removeProblems();
+    void removeEmptyFolders();
     VellSyncStep step(const QString &path) const;
     VellSyncStep compared(const QString &path, const SyncEntry &from, const SyncEntry &to) const;
     VellSyncStep moved(const QString &path, const QString &fromPath) const;
@@ -42,5 +42,5 @@ private:
     SyncTree m_local;
     SyncTree m_remote;
     QHash<QString, QString> m_contentIds;
-    std::set<QString> m_leftOut; // paths that have no step
+    std::set<QString> m_excluded; // paths without a step
 };

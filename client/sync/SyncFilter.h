@@ -6,13 +6,13 @@
 
 #include <vector>
 
-//! \brief Which paths of a tree count: see VellSyncOptions::include and VellSyncOptions::exclude.
+//! \brief Selects paths of a tree: see VellSyncOptions::include and VellSyncOptions::exclude.
 class SyncFilter
 {
 public:
     SyncFilter(const QStringList &include, const QStringList &exclude);
 
-    //! Whether the file \a path is left out. Nothing is asked about what is in an excluded folder.
+    //! Returns true if the file \a path is excluded. Not called for the contents of excluded folders.
     bool excludesFile(const QString &path) const;
     bool excludesFolder(const QString &path) const;
 
@@ -26,7 +26,7 @@ private:
 
         bool isNegated = false;
         bool isForFolders = false;
-        bool isForPath = false; // else for the last name of it
+        bool isForPath = false; // otherwise for the name only
         QRegularExpression expression;
     };
 

@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QString>
 
-//! \brief The sentences of problems with synchronising.
+//! \brief The texts of VellSyncProblem.
 class SyncText
 {
     Q_DECLARE_TR_FUNCTIONS(VellSyncPlan)
@@ -11,10 +11,10 @@ class SyncText
 public:
     static QString link() { return tr("It is a link, which is not followed."); }
     static QString notReadable() { return tr("It cannot be read."); }
-    static QString noFolder(const QString &path) { return tr("%1 is no folder.").arg(path); }
+    static QString noFolder(const QString &path) { return tr("%1 is not a folder.").arg(path); }
     static QString severalOfOneName()
     {
-        return tr("The service has several entries of this name.");
+        return tr("The service has several entries with this name.");
     }
     static QString fileAndFolder()
     {
@@ -22,11 +22,10 @@ public:
     }
     static QString otherCase(const QString &path)
     {
-        return tr("It differs from %1 only in case, which the local disk does not regard.")
-            .arg(path);
+        return tr("It differs from %1 only in case, which the local disk ignores.").arg(path);
     }
     static QString badLocalName(const QString &name)
     {
-        return tr("\"%1\" cannot be the name of a local file.").arg(name);
+        return tr("\"%1\" is not valid as the name of a local file.").arg(name);
     }
 };

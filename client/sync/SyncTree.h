@@ -14,13 +14,13 @@ struct SyncEntry
     bool isFolder = false;
     qint64 sizeBytes = 0;
     QDateTime changedAt;
-    VellDocument document; // of the service's side
+    VellDocument document; // of the remote side
 };
 
 //! \brief One side of a comparison.
 struct SyncTree
 {
-    std::map<QString, SyncEntry> entries; // by path, so that a folder comes before what is in it
+    std::map<QString, SyncEntry> entries; // by path, so that a folder is before its contents
     QList<VellSyncProblem> problems;
     std::set<QString> excluded;
 };

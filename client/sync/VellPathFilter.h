@@ -10,9 +10,11 @@
 class SyncFilter;
 struct VellError;
 
-//! \brief Which entries of a tree count, by the patterns of VellSyncOptions::include and VellSyncOptions::exclude.
+//! \brief Selects entries of a tree by the patterns of VellSyncOptions::include and VellSyncOptions::exclude.
 //!
-//! A plain value. Can be used from any thread.
+//! A value class. It may be used in any thread.
+//!
+//! \since 0.1
 class VELLCLIENT_EXPORT VellPathFilter
 {
 public:
@@ -21,12 +23,12 @@ public:
     VellPathFilter(const VellPathFilter &other);
     VellPathFilter &operator=(const VellPathFilter &other);
 
-    //! Whether the entry \a path, from the root and separated by "/", is left out. Nothing needs to be asked about what is in a
-    //! folder that is left out.
+    //! Returns true if the entry with \a path is excluded. \a path starts at the root and is separated by "/". If a folder is
+    //! excluded, all its contents are.
     bool leavesOut(const QString &path, bool isFolder) const;
 
-    //! The patterns in the ignore file at \a path, none if there is no such file.
-    //! \param error set if it cannot be read
+    //! Returns the patterns of the ignore file at \a path; none if there is no such file.
+    //! \param error set if the file cannot be read; must not be null
     static QStringList ignorePatterns(const QString &path, VellError *error);
 
 private:

@@ -11,7 +11,7 @@ namespace {
 
 constexpr quint32 Format = 0x56534d31;
 
-//! Whether the two files of \a step differ only if their contents do.
+//! Returns true if the two files of \a step can only be compared by their contents.
 bool hasEqualSizes(const VellSyncStep &step)
 {
     using Reason = VellSyncStep::Reason;
@@ -53,7 +53,7 @@ bool VellSyncMemory::isSame(const State &a, const State &b)
     return a.sizeBytes == b.sizeBytes && a.changedAtMs == b.changedAtMs && a.fileId == b.fileId;
 }
 
-//! Of a step whose files have equal sizes.
+//! For a step whose files have equal sizes.
 bool VellSyncMemory::isDoubtful(const VellSyncStep &step, const State &now) const
 {
     const auto known = m_states.constFind(step.path);

@@ -7,10 +7,10 @@
 #include <QString>
 #include <QStringList>
 
-//! \brief What a local folder and a folder of the service had in common, kept in a file from one comparison to the next.
+//! \brief Remembers in a file which files of a local folder and a folder of the service were equal at the last comparison.
 //!
-//! The service knows when a document was changed, not when the local file was. With this memory a plan finds changed files in either
-//! direction without reading the others:
+//! The service knows when a document was changed, but not when the local file was. With this class a plan finds the changed files
+//! in either direction without reading the others:
 //!
 //! \code
 //! VellSyncMemory memory(path);
@@ -23,27 +23,33 @@
 //! });
 //! \endcode
 //!
-//! Only for plans that compare by VellSyncOptions::Comparison::SizeAndTime. All functions read the disk.
+//! Only for plans with VellSyncOptions::Comparison::SizeAndTime. All functions access the disk.
+//!
+//! \since 0.1
+//! \sa VellSyncPlan
 class VELLCLIENT_EXPORT VellSyncMemory
 {
 public:
-    //! With what the file \a path holds; empty if it cannot be read.
+    //! Reads the file at \a path. The memory is empty if that fails.
     explicit VellSyncMemory(const QString &path);
 
-    //! Leaves the steps of \a plan as they are whose two files have not been changed since they were noted.
-    //! \return the absolute paths of local files of which only the content can tell whether they differ
+    //! Changes the steps of \a plan whose two files have not changed since they were noted to VellSyncStep::Action::Leave.
+    //! \return the absolute paths of local files that can only be compared by their contents
+    //! \sa settle()
     QStringList settleKnown(VellSyncPlan &plan);
 
-    //! Decides about those. \param contentIds what VellSyncPlan::contentIds() says of them; files that are missing there are replaced
+    //! Decides the steps for the files that settleKnown() has returned.
+    //! \param contentIds the result of VellSyncPlan::contentIds() for these files; files that it does not contain are replaced
     void settle(VellSyncPlan &plan, const QHash<QString, QString> &contentIds);
 
-    //! Notes the files that \a plan leaves as they are because they are the same. Those that settleKnown() has found to be so are noted
-    //! already.
+    //! Notes the files of \a plan that are equal. Files that settleKnown() has found to be equal are already noted.
     void noteSame(const VellSyncPlan &plan);
-    //! Notes that the local file \a localPath is, as it is now, the content \a fileId at \a path, from the root.
+
+    //! Notes that the local file \a localPath in its present state has the content \a fileId. \a path starts at the root.
     void note(const QString &path, const QString &localPath, const QString &fileId);
 
-    //! Writes the file, and the folder that it is in. \return whether that was possible
+    //! Writes the file, and creates its folder if necessary.
+    //! \return true on success
     bool save() const;
 
 private:

@@ -14,7 +14,7 @@
 
 namespace {
 
-const QString partFiles = QStringLiteral(".vell-*.part"); // of downloads that are under way
+const QString partFiles = QStringLiteral(".vell-*.part"); // of running downloads
 
 VellSyncPlan computed(OperationRun &run, VellSyncPlan plan)
 {
@@ -36,7 +36,7 @@ VellSyncPlan computed(OperationRun &run, VellSyncPlan plan)
     if (!isMissing)
         local = LocalTree::read(plan.localRoot, filter, [&run] { run.checkAborted(); });
     for (const VellSyncProblem &problem : qAsConst(local.problems)) {
-        if (problem.path.isEmpty()) // nothing of it is known
+        if (problem.path.isEmpty()) // the whole tree could not be read
             throw OperationFailure{problem.error};
     }
     SyncComparison comparison(plan, std::move(local),

@@ -13,95 +13,112 @@
 
 class VellSession;
 
+//! The direction of a VellSyncPlan.
+//! \since 0.1
 enum class VellSyncDirection {
-    Up, //!< the folder on the service becomes like the local one
-    Down, //!< the local folder becomes like the one on the service
+    Up, //!< the folder on the service is made equal to the local one
+    Down, //!< the local folder is made equal to the one on the service
 };
 
-//! \brief What is to be compared, and how.
+//! \brief Options of a comparison.
+//!
+//! \since 0.1
+//! \sa VellSyncPlan::make()
 struct VellSyncOptions
 {
-    //! How two files of one path are told to be the same.
+    //! How two files with the same path are compared.
     enum class Comparison {
-        //! Of equal size, and the source has not been changed later than the target. The service's time is that of the record's latest
-        //! change, which may be another one than that of the content.
+        //! Files are equal if they have the same size and the source is not newer than the target. The time on the service is
+        //! that of the last change of the record, which may be later than that of the content.
         SizeAndTime,
-        //! Of equal size and MD5. Reads every local file whose size is right, and asks the service about each.
+        //! Files are equal if they have the same size and MD5. Reads each local file of the same size, and sends a request for
+        //! each.
         Content,
     };
 
     //! What happens to entries of the target that the source does not have.
     enum class Extras {
         Keep,
-        Remove, //!< also looks for files that have been moved, among new ones and extras of the same size
+        Remove, //!< also detects moved files among the new and the extra files of the same size
     };
 
     VellSyncDirection direction = VellSyncDirection::Up;
     Comparison comparison = Comparison::SizeAndTime;
     Extras extras = Extras::Keep;
 
-    //! If there are any, only files that match one of these patterns, and the folders on the way to them.
+    //! If this is not empty, only files that match one of these patterns, and the folders above them, are included.
     //!
-    //! `*` and `?` stand for characters other than `/`, `**` for any, `[...]` for one of a set. A pattern with a `/` is for the path
-    //! from the root, any other one for a name at any depth; one that ends with `/` is for folders only. Windows does not regard case.
+    //! `*` and `?` match characters other than `/`, `**` matches any characters, `[...]` one character of a set. A pattern with a
+    //! `/` is matched with the path from the root, any other one with the name at any depth. A pattern that ends with `/` matches
+    //! only folders. On Windows patterns are case-insensitive.
     QStringList include;
-    //! Without what matches one of these patterns, with everything below it. A pattern that begins with `!` takes back
-    //! what an earlier one excludes.
+    //! Entries that match one of these patterns are excluded, with all their contents. A pattern that begins with `!` includes
+    //! again what an earlier one has excluded.
     QStringList exclude;
-    //! A file in the local root whose lines are added to #exclude; empty lines and those that begin with `#` have no meaning.
+    //! A file in the local root whose lines are added to #exclude. Empty lines and lines that begin with `#` are ignored.
     QString ignoreFile = QStringLiteral(".vellignore");
 };
 
-//! \brief One thing to do, or to leave as it is, with all that is needed for it.
+//! \brief One step of a VellSyncPlan.
+//!
+//! \since 0.1
 struct VellSyncStep
 {
+    //! What the step does.
     enum class Action {
         CreateFolder,
-        Move, //!< the entry #fromPath of the target gets the path #path
-        Create, //!< upload a new document, or download to a new file
-        Replace, //!< upload a new version, or download over the local file
+        Move, //!< move the entry #fromPath of the target to #path
+        Create, //!< upload a new document, or download a new file
+        Replace, //!< upload a new version, or replace the local file
         Remove,
-        Leave,
+        Leave, //!< nothing
     };
+    //! Why it does this.
     enum class Reason {
-        New, //!< the target has nothing of this path
+        New, //!< the target has no entry with this path
         OtherSize,
         SourceIsNewer,
         OtherContent,
-        SameContentElsewhere, //!< of Move
-        NotInSource, //!< of Remove, and of Leave if extras are kept
+        SameContentElsewhere, //!< Action::Move
+        NotInSource, //!< Action::Remove, and Action::Leave if extras are kept
         Same,
     };
 
     Action action = Action::Leave;
     Reason reason = Reason::Same;
     QString path; //!< from the root, separated by "/"
-    QString fromPath; //!< of Move, in the target
+    QString fromPath; //!< Action::Move: the present path in the target
     bool isFolder = false;
-    bool isTargetNewer = false; //!< of Replace: the target has been changed later than the source
-    qint64 sizeBytes = 0; //!< that are transferred
-    QString localPath; //!< absolute; also if the file is not there yet
-    QString fromLocalPath; //!< of Move
-    VellDocument document; //!< on the service; without `_id` if there is none yet
+    bool isTargetNewer = false; //!< Action::Replace: the target is newer than the source
+    qint64 sizeBytes = 0; //!< number of bytes to be transferred
+    QString localPath; //!< absolute, also for a file that does not exist yet
+    QString fromLocalPath; //!< Action::Move: the present local path
+    VellDocument document; //!< on the service; without `_id` if it does not exist yet
     QString
-        parentId; //!< on the service, of #path; empty at the top level, and for a folder that is not there yet
-    QString parentPath; //!< of #path: tells which CreateFolder makes its folder
+        parentId; //!< the folder on the service; empty at the top level, and if it does not exist yet
+    QString parentPath; //!< the path of the folder, which is the path of its Action::CreateFolder
 };
 
-//! \brief An entry that the plan leaves out on both sides, with everything below it, because it cannot be transferred.
+//! \brief An entry that is excluded from a plan on both sides, with all its contents, because it cannot be transferred.
 //!
-//! A link, which is not followed; what is neither a file nor a folder, or cannot be read; a name that the service or the local disk cannot
-//! have, or that the service has several times; a file on one side and a folder on the other.
+//! These are: links, which are not followed; entries that are neither files nor folders, or cannot be read; names that are not
+//! valid on the service or on the local disk; names that occur several times on the service; a file on one side and a folder on
+//! the other.
+//!
+//! \since 0.1
 struct VellSyncProblem
 {
     QString path; //!< from the root, separated by "/"
     VellError error;
 };
 
-//! \brief How a local folder and a folder of the service differ, and what makes one like the other.
+//! \brief The differences between a local folder and a folder of the service, and the steps that make one equal to the other.
 //!
-//! The plan itself is the dry run: nothing is changed by making it. The steps are in an order in which they can be
-//! done: folders from the top, moves, contents, removals from the bottom. Entries may change until then: verify what a step relies on.
+//! Making a plan changes nothing. The steps are in an order in which they can be executed: creation of folders from the top, moves,
+//! transfers, removal from the bottom. Entries may change in the meantime: verify the conditions of each step.
+//!
+//! \since 0.1
+//! \sa VellSyncMemory, VellTransferQueue
 struct VELLCLIENT_EXPORT VellSyncPlan
 {
     VellSyncOptions options;
@@ -109,28 +126,34 @@ struct VELLCLIENT_EXPORT VellSyncPlan
     QString remoteRootId; //!< empty for the top level
     QString projectId;
 
-    QList<VellSyncStep> steps; //!< one for each path of both sides that is in none of the next two
+    QList<VellSyncStep> steps; //!< one for each path of both sides without #problems and #excluded
     QList<VellSyncProblem> problems;
-    QStringList
-        excluded; //!< paths that the filters leave out; of a folder with everything below it
+    QStringList excluded; //!< paths that the filters exclude; a folder stands for all its contents
 
+    //! Returns the number of bytes that the steps transfer.
     qint64 bytesToTransfer() const;
+
+    //! Returns the number of steps with \a action.
     int count(VellSyncStep::Action action) const;
+
+    //! Returns true if a step does more than VellSyncStep::Action::Leave.
     bool hasChanges() const;
 
-    //! Compares the local folder \a localRoot with the folder \a remoteRootId of the open project. VellOperation::progressed() tells the
-    //! bytes of local files that have been read.
+    //! Compares the local folder \a localRoot with the folder \a remoteRootId of the open project. VellOperation::progressed()
+    //! reports the bytes of local files that have been read.
     //!
-    //! Works on another thread, with one request for the whole remote tree, which a service may limit to 100,000 entries. Fails with
-    //! VellError::Kind::LocalFile if \a localRoot is no folder that can be read; for Down it may be missing.
+    //! Runs on another thread, and sends one request for the whole remote tree, which a service may limit to 100,000 entries.
+    //! Fails with VellError::Kind::LocalFile if \a localRoot is not a readable folder; for VellSyncDirection::Down it may be
+    //! missing.
     static VellResult<VellSyncPlan> *make(VellSession *session, const QString &localRoot,
                                           const QString &remoteRootId,
                                           const VellSyncOptions &options);
 
-    //! The service's identifiers of the contents of the local files \a paths, by path: `fileId` of a document with the same content. Empty
-    //! for a content that the service does not have, or that the user may not download; a file that cannot be read is missing.
+    //! Requests the identifiers of the contents of the local files \a paths, by path: the `fileId` of documents with the same
+    //! content. An identifier is empty if the service does not have the content, or the user must not download it. Files that
+    //! cannot be read are not in the result.
     //!
-    //! Reads each file, and asks the service about each. VellOperation::progressed() tells the bytes that have been read.
+    //! Reads each file, and sends a request for each. VellOperation::progressed() reports the bytes that have been read.
     static VellResult<QHash<QString, QString>> *contentIds(VellSession *session,
                                                            const QStringList &paths);
 };

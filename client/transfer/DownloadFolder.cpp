@@ -49,7 +49,7 @@ QList<VellDocument> DownloadRun::entriesOf(const VellDocument &folder)
     QList<VellDocument> documents;
     for (;;) {
         const int before = documents.size();
-        service().ask([&] {
+        service().query([&] {
             service().documents().getDocumentsRange(documents, before, PageSize, condition, byName);
             return true;
         });

@@ -50,7 +50,7 @@ void DownloadRun::receive(const VellDocument &document)
 
 void DownloadRun::openPart(qint64 wantedBytes)
 {
-    // What is there without an entity tag, or is a link, is not ours to go on with.
+    // A part without an entity tag may be from another program; a link is never followed.
     const bool isOurs = !outcome().entityTag.isEmpty() || hub().resumesParts;
     if (!isOurs || QFileInfo(m_part).isSymLink())
         QFile::remove(m_part.fileName());
@@ -58,7 +58,7 @@ void DownloadRun::openPart(qint64 wantedBytes)
         failWriting();
     if (wantedBytes >= 0 && m_part.size() > wantedBytes)
         startOver();
-    // Whose bytes these are is told by the response to a request for more of them.
+    // Only the entity tag of a response shows which content these bytes belong to, so one byte is requested again.
     if (outcome().entityTag.isEmpty() && wantedBytes > 0 && m_part.size() == wantedBytes)
         m_part.resize(wantedBytes - 1);
     m_hash.reset();
@@ -81,7 +81,7 @@ bool DownloadRun::receiveMore(const QString &url)
     const qint64 offset = m_part.pos();
     m_isHeadRead = false;
     NetworkManager *const manager = NetworkManager::instance();
-    // Of an empty content there is no part.
+    // An empty content has no valid range.
     const std::unique_ptr<QNetworkReply, ReplyEnd> reply(
         sizeBytes() > 0 || offset > 0 ? manager->getFrom(url, offset, outcome().entityTag)
                                       : manager->get(url));
@@ -91,7 +91,7 @@ bool DownloadRun::receiveMore(const QString &url)
     bool hasOtherShare = false;
     QEventLoop loop;
     QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop, [&] {
-        take(reply.get());
+        receiveData(reply.get());
         hasOtherShare = age.hasExpired(ShortestShareMs) && !outcome().entityTag.isEmpty()
             && hub().speeds.share(VellTransferDirection::Download) != share;
         if (m_failure || hasOtherShare)
@@ -102,7 +102,7 @@ bool DownloadRun::receiveMore(const QString &url)
         wait(loop);
     service().checkAborted();
     if (reply->isFinished() && reply->error() == QNetworkReply::NoError)
-        take(reply.get());
+        receiveData(reply.get());
     if (m_failure)
         throw OperationFailure{*m_failure};
     if (reply->isFinished()) {
@@ -112,9 +112,9 @@ bool DownloadRun::receiveMore(const QString &url)
     return false;
 }
 
-void DownloadRun::take(QNetworkReply *reply)
+void DownloadRun::receiveData(QNetworkReply *reply)
 {
-    // Of a refusal the body is a message.
+    // The body of an error response is a message.
     if (statusOf(reply) / 100 != 2 || m_failure)
         return;
     readHead(reply);
@@ -144,7 +144,7 @@ void DownloadRun::readHead(QNetworkReply *reply)
     if (statusOf(reply) != PartialContent) {
         startOver();
     } else if (!outcome().entityTag.isEmpty() && tag != outcome().entityTag) {
-        // The rest of something else.
+        // The rest of another content.
         startOver();
         outcome().entityTag.clear();
         m_failure = VellError::of(Kind::ServiceFailed, TransferText::otherContent());
@@ -186,7 +186,7 @@ void DownloadRun::verify(const VellDocument &document)
     }
     QFile::remove(m_part.fileName());
     outcome().entityTag.clear();
-    // What was received is of no use.
+    // The received data was useless.
     outcome().hasMoved = false;
     failForNow(Kind::ServiceFailed,
                isOther ? TransferText::otherContent()

@@ -39,7 +39,7 @@ VellDocument DownloadRun::source()
         document.fileSize = record().sizeBytes;
         return document;
     }
-    // The whole project has no record.
+    // The top level has no record.
     return record().documentId.isEmpty() ? document
                                          : DocumentLookup::fetch(service(), record().documentId);
 }
@@ -58,7 +58,7 @@ void DownloadRun::downloadFile(const VellDocument &document)
     receive(document);
     setStage(VellTransferState::Saving);
     verify(document);
-    if (!putInPlace() && !ask(document, true))
+    if (!moveToTarget() && !ask(document, true))
         return;
     outcome().entityTag.clear();
 }

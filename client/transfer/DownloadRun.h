@@ -5,7 +5,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 
-//! \brief One attempt at downloading a content, or at downloading a folder, which makes the folder and finds its entries.
+//! \brief One attempt at a download: of a content, or of a folder, which creates the local folder and lists the entries.
 class DownloadRun : public TransferRun
 {
 public:
@@ -20,17 +20,16 @@ private:
     // The local file, DownloadTarget.cpp
     bool decide(const VellDocument &document);
     bool ask(const VellDocument &document, bool hasChanged);
-    void requirePlain(const QString &path);
+    void requireRegularFile(const QString &path);
     void makeFolder(const QString &path);
     QString freePath();
-    bool isConfirmed(const VellDocument &document);
-    bool putInPlace();
+    bool moveToTarget();
 
     // Its content, DownloadReceiving.cpp
     void receive(const VellDocument &document);
     void openPart(qint64 wantedBytes);
     bool receiveMore(const QString &url);
-    void take(class QNetworkReply *reply);
+    void receiveData(class QNetworkReply *reply);
     void readHead(QNetworkReply *reply);
     void requireRoom(qint64 bytes);
     void startOver();
@@ -42,9 +41,9 @@ private:
     QList<VellDocument> entriesOf(const VellDocument &folder);
 
     QString m_target;
-    ReplaceBase m_base; // what is at the target; not set if nothing is
+    ReplaceBase m_base; // the existing file at the target; not set if there is none
     QFile m_part;
     QCryptographicHash m_hash{QCryptographicHash::Md5};
     bool m_isHeadRead = false;
-    std::optional<VellError> m_failure; // of writing, while events run
+    std::optional<VellError> m_failure; // of writing, set in a slot
 };

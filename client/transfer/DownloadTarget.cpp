@@ -14,7 +14,7 @@ using Kind = VellError::Kind;
 
 bool DownloadRun::decide(const VellDocument &document)
 {
-    requirePlain(m_target);
+    requireRegularFile(m_target);
     m_base = ReplaceBase::ofFile(m_target);
     if (!m_base.isSet())
         return true;
@@ -36,7 +36,7 @@ bool DownloadRun::decide(const VellDocument &document)
     case VellConflictPolicy::Replace:
         break;
     }
-    // The answer was about a certain state of the file.
+    // The answer applies to the state of the file when the question was asked.
     return !record().base.isSet() || record().base == m_base || ask(document, true);
 }
 
@@ -56,7 +56,7 @@ bool DownloadRun::ask(const VellDocument &document, bool hasChanged)
     return false;
 }
 
-void DownloadRun::requirePlain(const QString &path)
+void DownloadRun::requireRegularFile(const QString &path)
 {
     const QFileInfo info(path);
     if (info.isSymLink() || (info.exists() && !info.isFile()))
@@ -84,9 +84,9 @@ QString DownloadRun::freePath()
     }
 }
 
-bool DownloadRun::putInPlace()
+bool DownloadRun::moveToTarget()
 {
-    requirePlain(m_target);
+    requireRegularFile(m_target);
     if (ReplaceBase::ofFile(m_target) != m_base)
         return false;
     const QString problem = LocalNames::replace(m_part.fileName(), m_target);

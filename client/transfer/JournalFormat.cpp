@@ -29,11 +29,11 @@ QByteArray payload(JournalEntry entry, const Parts &...parts)
     return bytes;
 }
 
-//! \brief Follows the entries of a journal.
+//! \brief Applies the entries of a journal one after the other.
 class Reader
 {
 public:
-    //! \return false if \a bytes are no entry
+    //! \return false if \a bytes is not a valid entry
     bool read(const QByteArray &bytes)
     {
         QDataStream stream(bytes);
@@ -44,7 +44,7 @@ public:
         return stream.status() == QDataStream::Ok;
     }
 
-    JournalContent takeContent()
+    JournalContent takeResult()
     {
         for (auto &record : m_records)
             m_content.records.push_back(std::move(record.second));
@@ -84,7 +84,7 @@ private:
         case JournalEntry::Removal:
         case JournalEntry::Tag:
         case JournalEntry::Trace:
-            takeChange(entry, stream);
+            applyChange(entry, stream);
             return;
         }
         stream.setStatus(QDataStream::ReadCorruptData);
@@ -104,13 +104,13 @@ private:
         m_records[folder.id] = std::move(folder);
     }
 
-    void takeChange(JournalEntry entry, QDataStream &stream)
+    void applyChange(JournalEntry entry, QDataStream &stream)
     {
         qint64 id = 0;
         stream >> id;
         const auto found = m_records.find(id);
         if (found == m_records.end())
-            return; // has been removed
+            return; // removed before
         TransferRecord &record = found->second;
         if (entry == JournalEntry::Removal) {
             m_records.erase(found);
@@ -173,7 +173,7 @@ std::optional<JournalContent> JournalFormat::read(const QByteArray &bytes)
             break;
         position += PrefixBytes + int(size);
     }
-    JournalContent content = reader.takeContent();
+    JournalContent content = reader.takeResult();
     content.isDamaged = position < bytes.size();
     return content;
 }

@@ -2,7 +2,7 @@
 
 #include <transfer/TransferJournal.h>
 
-//! \brief What one entry of a journal says.
+//! \brief The kind of an entry of a journal.
 enum class JournalEntry : quint8 {
     Place = 1,
     Batch,
@@ -14,22 +14,22 @@ enum class JournalEntry : quint8 {
     Trace,
 };
 
-//! \brief The bytes of a journal: a header, and entries with their length and a checksum.
+//! \brief The format of a journal: a header, and entries with their length and a checksum.
 namespace JournalFormat {
 
 QByteArray header();
 
-//! An entry as it is in the file.
+//! Returns the bytes of an entry in the file.
 QByteArray framed(const QByteArray &payload);
 
-//! Reads the file \a bytes.
-//! \return nothing if it is no journal
+//! Reads the journal \a bytes.
+//! \return no value if it is not a journal
 std::optional<JournalContent> read(const QByteArray &bytes);
 
-//! Numbers the records from 1 on and the places and batches from 0 on, and drops what nobody uses.
+//! Numbers the records from 1 and the places and batches from 0, and removes unused places and batches.
 void renumber(JournalContent &content);
 
-//! A journal with nothing but \a content.
+//! Returns a journal that contains only \a content.
 QByteArray compact(const JournalContent &content);
 
 //! \name Payloads

@@ -25,7 +25,7 @@ fs::path fsPath(const QString &path)
 #endif
 }
 
-//! \param isText whether the name on the disk is what the result says
+//! \param isText set to whether the name on the disk is valid UTF-8
 QString nameOf(const fs::path &path, bool *isText)
 {
 #ifdef Q_OS_WIN
@@ -110,7 +110,7 @@ bool LocalNames::isLocalName(const QString &name)
 bool LocalNames::isWindowsName(const QString &name)
 {
     static const QString reserved = QStringLiteral("/\\:*?\"<>|");
-    // NUL.txt is the device, too.
+    // NUL.txt is a device, too.
     static const QRegularExpression device(
         QStringLiteral("^(CON|PRN|AUX|NUL|(COM|LPT)[0-9\u00b9\u00b2\u00b3])\\s*(\\.|$)"),
         QRegularExpression::CaseInsensitiveOption);

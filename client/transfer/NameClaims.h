@@ -6,11 +6,11 @@
 
 #include <mutex>
 
-//! \brief The names that running transfers are about to take, by folder, so that no two take the same. Thread-safe.
+//! \brief The target names of running transfers, by folder, so that no two transfers use the same name. Thread-safe.
 class NameClaims
 {
 public:
-    //! A local folder has the path as its identifier, one on the service the prefix "remote:".
+    //! The identifier of a local folder is its path; that of a folder on the service begins with "remote:".
     static QString remoteFolder(const QString &folderId)
     {
         return QStringLiteral("remote:") + folderId;
@@ -21,10 +21,10 @@ public:
 
     QStringList namesIn(const QString &folder) const;
 
-    //! Ends the claims of \a transfer. \return their keys
+    //! Releases the claims of \a transfer. \return their keys
     QStringList release(qint64 transfer);
 
-    //! One text for a folder and a name in it.
+    //! Returns one string for a folder and a name in it.
     static QString key(const QString &folder, const QString &name)
     {
         return folder + QLatin1Char('\n') + name;

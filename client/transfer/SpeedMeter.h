@@ -3,14 +3,14 @@
 #include <QElapsedTimer>
 #include <QtGlobal>
 
-//! \brief How many bytes a second have moved lately.
+//! \brief Measures the speed of the last seconds, in bytes per second.
 class SpeedMeter
 {
 public:
     SpeedMeter() { m_clock.start(); }
 
     void add(qint64 bytes) { m_bytes += bytes; }
-    //! Takes in what has been added since the last call.
+    //! Includes the bytes that have been added since the last call.
     void update();
     qint64 bytesPerSecond() const { return qint64(m_speed); }
 

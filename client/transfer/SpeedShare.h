@@ -4,14 +4,14 @@
 
 #include <atomic>
 
-//! \brief Divides the speed limits among the transfers that run. Thread-safe.
+//! \brief Divides the speed limits among the running transfers. Thread-safe.
 class SpeedShare
 {
 public:
     void setLimits(qint64 sentPerSecond, qint64 receivedPerSecond);
     void setRunning(VellTransferDirection direction, int count);
 
-    //! Gives the next request of the context of the calling thread its share.
+    //! Sets the share of the next request of the calling thread's RequestContext.
     void apply() const;
 
     //! In bytes per second; 0 for no limit.

@@ -29,7 +29,7 @@ void TransferQueue::commandAll(Command command, int batch)
 {
     m_sweeps.push_back({++m_lastSweep, command, batch, 0});
     m_work.start();
-    // What is on the wire does not wait for its turn.
+    // Requests in flight are stopped at once.
     QVector<qint64> running;
     for (const auto &entry : m_running)
         running.append(entry.first);
@@ -40,11 +40,11 @@ void TransferQueue::commandAll(Command command, int batch)
     }
 }
 
-//! Applies the sweeps that have not reached the transfer.
+//! Applies the sweeps that have not reached the transfer yet.
 void TransferQueue::catchUp(qint64 id)
 {
     const QPointer<VellTransferQueue> self(q);
-    // By value: an end is told from here, and whoever is told may give commands.
+    // A copy: apply() may emit ended(), and a slot may call further commands.
     const std::deque<Sweep> sweeps = m_sweeps;
     for (const Sweep &sweep : sweeps) {
         TransferItem *const left = self ? m_list.find(id) : nullptr;
@@ -96,19 +96,19 @@ void TransferQueue::apply(Command command, qint64 id, TransferItem &item, int ba
     }
 }
 
-//! Whether it is a folder whose entries are on their way into the list, after which it is done.
+//! Returns true for a folder whose entries are being added to the list, after which it is done.
 bool TransferQueue::isArriving(qint64 id, const TransferItem &item) const
 {
     return item.isFolder && item.state == State::Saving && m_running.count(id) == 0;
 }
 
-//! Whether what has been received of a cancelled download is left to a later queue.
+//! Returns true if the temporary file of a cancelled download is kept for a later queue.
 bool TransferQueue::keepsPart(const TransferItem &item) const
 {
     return m_hub.resumesParts && m_list.isLarge(item);
 }
 
-//! Takes a transfer out of whatever it waits for, and off the wire.
+//! Removes a transfer from the waiting lists, or aborts its run.
 void TransferQueue::stop(qint64 id, TransferItem &item, State state)
 {
     const auto running = m_running.find(id);
@@ -165,7 +165,7 @@ void TransferQueue::removeItem(qint64 id)
     if (m_journal)
         m_journal->writeRemoval(id);
     m_removed.append(id);
-    m_news.start();
+    m_signals.start();
 }
 
 void TransferQueue::moveToFront(qint64 id)
@@ -211,20 +211,20 @@ void TransferQueue::answerAll(qint64 id, VellConflictPolicy decision)
     commandAll(Command::AskAgain, batch);
 }
 
-//! A slice of what concerns many.
+//! Processes a slice of the work on many transfers.
 void TransferQueue::work()
 {
     QElapsedTimer clock;
     clock.start();
     const QPointer<VellTransferQueue> self(q);
-    if (!takeArrivals(clock) || !self || !takeSweeps(clock) || !self)
+    if (!processArrivals(clock) || !self || !processSweeps(clock) || !self)
         return;
     m_work.stop();
     schedule();
 }
 
-//! \return whether all is taken
-bool TransferQueue::takeArrivals(const QElapsedTimer &clock)
+//! \return true if nothing is left
+bool TransferQueue::processArrivals(const QElapsedTimer &clock)
 {
     const QPointer<VellTransferQueue> self(q);
     while (!m_arrivals.empty()) {
@@ -251,8 +251,8 @@ bool TransferQueue::takeArrivals(const QElapsedTimer &clock)
     return true;
 }
 
-//! \return whether all is done
-bool TransferQueue::takeSweeps(const QElapsedTimer &clock)
+//! \return true if nothing is left
+bool TransferQueue::processSweeps(const QElapsedTimer &clock)
 {
     const QPointer<VellTransferQueue> self(q);
     while (!m_sweeps.empty()) {

@@ -25,7 +25,7 @@ TransferJournal::~TransferJournal()
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_isEnding = true;
     }
-    m_news.notify_all();
+    m_hasWork.notify_all();
     m_thread->wait();
 }
 
@@ -37,7 +37,7 @@ void TransferJournal::run()
     m_loaded(content);
     std::unique_lock<std::mutex> lock(m_mutex);
     for (;;) {
-        m_news.wait(lock, [this] { return m_isEnding || !m_pending.isEmpty(); });
+        m_hasWork.wait(lock, [this] { return m_isEnding || !m_pending.isEmpty(); });
         if (m_pending.isEmpty())
             return;
         const QByteArray bytes = std::exchange(m_pending, {});
@@ -116,7 +116,7 @@ void TransferJournal::append(const QByteArray &payload)
         m_pending += bytes;
         m_appendedBytes += bytes.size();
     }
-    m_news.notify_all();
+    m_hasWork.notify_all();
 }
 
 void TransferJournal::writePlace(int number, const TransferPlace &place)

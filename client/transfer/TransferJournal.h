@@ -16,7 +16,7 @@ class QFile;
 class QLockFile;
 class QThread;
 
-//! \brief The project of a service, and the user, that transfers belong to. The token is not part of it.
+//! \brief The service, the project and the user of transfers, without the token.
 struct TransferPlace
 {
     QString address;
@@ -24,38 +24,38 @@ struct TransferPlace
     QString userId;
 };
 
-//! \brief Transfers that belong together.
+//! \brief A batch of transfers.
 struct TransferBatch
 {
     VellConflictPolicy policy = VellConflictPolicy::Ask;
     QString category;
 };
 
-//! \brief What a journal held.
+//! \brief The content of a journal.
 struct JournalContent
 {
     QHash<int, TransferPlace> places;
     QHash<int, TransferBatch> batches;
-    std::vector<TransferRecord> records; // identifiers from 1 on
-    bool isDamaged = false; // something behind could not be read
+    std::vector<TransferRecord> records; // numbered from 1
+    bool isDamaged = false; // the end of the file could not be read
 };
 
-//! \brief The file that keeps a queue: each change is appended, and what counts no more is dropped when it is opened.
+//! \brief The file of a queue. Each change is appended; obsolete entries are removed when the file is opened.
 //!
-//! Reads and writes on a thread of its own. A change is either in the file as a whole or not at all, whenever the process ends.
+//! Reads and writes on its own thread. If the process ends, a change is either completely in the file or not at all.
 class TransferJournal
 {
 public:
-    //! Identifiers that the queue gives itself, while a journal is being read and later.
+    //! The queue assigns identifiers and numbers from here on; smaller ones are those of the file.
     static constexpr qint64 FirstOwnId = Q_INT64_C(1) << 32;
     static constexpr int FirstOwnNumber = 1 << 20; // of places and batches
 
     //! \param loaded called once, on the thread of the journal
-    //! \param failed called once if reading or writing fails, on the thread of the journal. Nothing is written any more then
+    //! \param failed called once if reading or writing fails, on the thread of the journal. Afterwards nothing is written
     TransferJournal(const QString &path,
                     std::function<void(const std::shared_ptr<JournalContent> &)> loaded,
                     std::function<void(const VellError &)> failed);
-    //! Writes what is left.
+    //! Writes pending changes.
     ~TransferJournal();
     Q_DISABLE_COPY(TransferJournal)
 
@@ -67,11 +67,11 @@ public:
     void writeState(qint64 id, VellTransferState state);
     void writeRemoval(qint64 id);
     void writeTag(qint64 id, const QByteArray &entityTag);
-    //! The folder \a folder is done, and its entries are transfers, numbered from \a firstId on.
+    //! Writes that \a folder is done, and its entries as transfers, numbered from \a firstId on.
     void writeFolder(const TransferRecord &folder, qint64 firstId,
                      const std::vector<FolderEntry> &entries);
     void writeTrace(qint64 id, const UploadTrace &trace);
-    //! Returns once everything until now is in the file, or once writing has failed. Not for the thread of the queue.
+    //! Returns when all changes are in the file, or writing has failed. Do not call it on the thread of the queue.
     void wait();
     //! \}
 
@@ -88,7 +88,7 @@ private:
     std::unique_ptr<QFile> m_file;
 
     std::mutex m_mutex;
-    std::condition_variable m_news;
+    std::condition_variable m_hasWork;
     std::condition_variable m_written;
     QByteArray m_pending;
     qint64 m_appendedBytes = 0;

@@ -7,7 +7,7 @@
 #include <map>
 #include <vector>
 
-//! \brief A transfer as the queue keeps it: what many have in common, and what few have, is elsewhere.
+//! \brief A transfer in the memory of the queue. Common and rarely used fields are stored elsewhere.
 struct TransferItem
 {
     qint64 order = 0;
@@ -15,10 +15,10 @@ struct TransferItem
     qint64 doneBytes = 0;
     QString localName;
     QString name;
-    QByteArray documentId; // UTF-8, half as large
+    QByteArray documentId; // UTF-8, half the size
     int group = 0;
-    quint32 sweep = 0; // the latest command for all that counts for it
-    quint32 newsNumber = 0; // of the latest signal that tells of it
+    quint32 sweep = 0; // the latest sweep that has been applied
+    quint32 newsNumber = 0; // of the latest signal with the transfer
     VellTransferState state = VellTransferState::Waiting;
     quint8 failuresInRow = 0;
     bool isFolder = false;
@@ -29,18 +29,18 @@ struct TransferItem
 class TransferList
 {
 public:
-    //! \a record is of an identifier that is not in the list.
+    //! The identifier of \a record must not be in the list.
     TransferItem &add(const TransferRecord &record);
     void remove(qint64 id);
 
-    //! Null if there is none.
+    //! Returns null if there is none.
     TransferItem *find(qint64 id);
     const TransferItem *find(qint64 id) const;
     const std::map<qint64, TransferItem> &items() const { return m_items; }
-    //! The first that is not before \a id; null at the end. \a id becomes its identifier.
+    //! Returns the first transfer from \a id on and sets \a id to its identifier; null at the end.
     TransferItem *next(qint64 *id);
 
-    //! The whole of \a item, which is that of \a id.
+    //! Returns all fields of \a item, whose identifier is \a id.
     TransferRecord record(qint64 id, const TransferItem &item) const;
     VellTransfer snapshot(qint64 id) const;
 

@@ -34,10 +34,10 @@ TransferQueue::TransferQueue(VellTransferQueue *queue) : q(queue)
 {
     for (int lane = 0; lane < LaneCount; ++lane)
         m_pools[lane].setMaxThreadCount(m_capacities[lane]);
-    constexpr int NewsMs = 100;
-    m_news.setSingleShot(true);
-    m_news.setInterval(NewsMs);
-    QObject::connect(&m_news, &QTimer::timeout, q, [this] { tell(); });
+    constexpr int SignalsMs = 100;
+    m_signals.setSingleShot(true);
+    m_signals.setInterval(SignalsMs);
+    QObject::connect(&m_signals, &QTimer::timeout, q, [this] { emitSignals(); });
     m_work.setInterval(0);
     QObject::connect(&m_work, &QTimer::timeout, q, [this] { work(); });
     m_delay.setSingleShot(true);
@@ -61,7 +61,7 @@ void TransferQueue::open(const QString &path)
         path,
         [this](const std::shared_ptr<JournalContent> &content) {
             QMetaObject::invokeMethod(
-                q, [this, content] { takeJournal(content); }, Qt::QueuedConnection);
+                q, [this, content] { restore(content); }, Qt::QueuedConnection);
         },
         [this](const VellError &error) {
             QMetaObject::invokeMethod(
@@ -70,7 +70,7 @@ void TransferQueue::open(const QString &path)
     m_hub.journal = m_journal.get();
 }
 
-void TransferQueue::takeJournal(const std::shared_ptr<JournalContent> &content)
+void TransferQueue::restore(const std::shared_ptr<JournalContent> &content)
 {
     for (auto place = content->places.cbegin(); place != content->places.cend(); ++place)
         m_scopes.insert(place.key(), {place.value(), std::nullopt});
@@ -99,7 +99,7 @@ void TransferQueue::attach(VellDocuments *documents)
     follow();
 }
 
-//! Gives the projects without a connection that of the session, if it leads there.
+//! Sets the connection of the session for the scopes without one, if address and project are the same.
 void TransferQueue::bindScopes()
 {
     if (!m_documents)
@@ -176,7 +176,7 @@ void TransferQueue::insert(const TransferRecord &record, quint32 sweep)
     case VellTransferState::Failed:
         return;
     default:
-        // A question from before the restart is asked anew.
+        // A question from before the restart is asked again.
         m_list.setState(item, VellTransferState::Waiting);
         enqueue(record.id, item);
     }

@@ -21,10 +21,10 @@
 class VellDocuments;
 class VellSession;
 
-//! \brief The inside of VellTransferQueue, on its thread: what is in the queue, what runs, and what comes next.
+//! \brief The implementation of VellTransferQueue, on its thread.
 //!
-//! Nothing here looks at all transfers at once. What concerns all of them is a sweep, which goes through the list in slices of some
-//! milliseconds; a transfer that gets a command of its own meanwhile takes the earlier sweeps first.
+//! No function processes all transfers at once. A command for all transfers is a sweep, which goes through the list in slices of
+//! a few milliseconds. If a transfer gets a command for itself meanwhile, earlier sweeps are applied to it first.
 class TransferQueue
 {
 public:
@@ -46,8 +46,8 @@ public:
         Retry,
         RetryFailed,
         Remove,
-        Enqueue, // what waits for a connection
-        AskAgain, // the questions of a batch that has a policy now
+        Enqueue, // transfers that wait for a connection
+        AskAgain, // applies the new policy of a batch to its open questions
     };
     void command(Command command, qint64 id);
     void commandAll(Command command, int batch = 0);
@@ -70,14 +70,15 @@ private:
     struct Scope
     {
         TransferPlace place;
-        std::optional<ServiceScope> service; // nothing without a connection
+        std::optional<ServiceScope> service; // no value without a connection
     };
     struct Running
     {
         std::shared_ptr<TransferRun> run;
         Lane lane = SmallUploads;
-        qint64 doneBytes = 0; // at the latest look
-        bool isStopped = false; // the end of the run changes nothing but what is known
+        qint64 doneBytes = 0; // at the last update
+        bool isStopped =
+            false; // the state has been set by a command; the result of the run does not change it
     };
     struct OpenQuestion
     {
@@ -91,13 +92,13 @@ private:
         int batch = 0;
         qint64 nextId = 0;
     };
-    //! Transfers on their way into the list.
+    //! Transfers that are being added to the list.
     struct Arrival
     {
         std::vector<TransferRecord> records;
         std::size_t next = 0;
         quint32 sweep = 0;
-        bool isNew = false; // failures among them have not been told
+        bool isNew = false; // ended() must be emitted for failures among them
         std::function<void()> onEnd;
     };
 
@@ -106,7 +107,7 @@ private:
     int sessionScope();
     void bindScopes();
     void insert(const TransferRecord &record, quint32 sweep);
-    void takeJournal(const std::shared_ptr<JournalContent> &content);
+    void restore(const std::shared_ptr<JournalContent> &content);
     void write(qint64 id, const TransferItem &item);
 
     // TransferSchedule.cpp
@@ -123,13 +124,13 @@ private:
     void shareSpeed();
     void releaseNames(qint64 id);
 
-    // TransferEnds.cpp
-    void takeOutcome(qint64 id, const TransferOutcome &outcome);
-    void learn(qint64 id, TransferItem &item, const TransferOutcome &outcome);
-    void judge(qint64 id, TransferItem &item, const TransferOutcome &outcome);
-    void takeFailure(qint64 id, TransferItem &item, const TransferOutcome &outcome);
-    void refuse(qint64 id);
-    void takeFolder(qint64 id, TransferItem &item, const TransferOutcome &outcome);
+    // TransferOutcomes.cpp
+    void endRun(qint64 id, const TransferOutcome &outcome);
+    void storeOutcome(qint64 id, TransferItem &item, const TransferOutcome &outcome);
+    void applyOutcome(qint64 id, TransferItem &item, const TransferOutcome &outcome);
+    void applyFailure(qint64 id, TransferItem &item, const TransferOutcome &outcome);
+    void failWithoutProject(qint64 id);
+    void applyFolder(qint64 id, TransferItem &item, const TransferOutcome &outcome);
     void finish(qint64 id, TransferItem &item, VellTransferState state,
                 const VellDocument &document);
     void noteOutcome(const TransferItem &item, const VellError &error);
@@ -147,14 +148,14 @@ private:
     void retry(qint64 id, TransferItem &item);
     void removeItem(qint64 id);
     void work();
-    bool takeArrivals(const class QElapsedTimer &clock);
-    bool takeSweeps(const QElapsedTimer &clock);
+    bool processArrivals(const class QElapsedTimer &clock);
+    bool processSweeps(const QElapsedTimer &clock);
 
-    // TransferNews.cpp
+    // TransferSignals.cpp
     void mark(qint64 id, TransferItem &item);
     void announceAdded();
-    void tell();
-    void lookAtRuns();
+    void emitSignals();
+    void updateRunning();
     void checkIdle();
 
     VellTransferQueue *const q;
@@ -172,10 +173,9 @@ private:
     int m_attemptLimit = 10;
 
     std::map<std::pair<qint64, qint64>, qint64> m_ready[LaneCount]; // by order and identifier
-    std::set<std::pair<qint64, qint64>>
-        m_delayed; // by the time when they are ready, and identifier
+    std::set<std::pair<qint64, qint64>> m_delayed; // by the time of the next attempt and identifier
     QHash<qint64, qint64> m_delayedUntil;
-    QMultiHash<QString, qint64> m_held; // by the name that another one is about to take
+    QMultiHash<QString, qint64> m_held; // waiting for a name, by its key in NameClaims
     QHash<qint64, QString> m_heldNames;
     std::map<qint64, Running> m_running;
     int m_runningCounts[LaneCount] = {};
@@ -197,7 +197,7 @@ private:
     bool m_isIdle = true;
     SpeedMeter m_meter;
     QTimer m_work; // arrivals and sweeps
-    QTimer m_news;
+    QTimer m_signals;
     QTimer m_delay;
 
     TransferHub m_hub;

@@ -60,7 +60,7 @@ ReplaceBase ReplaceBase::ofFile(const QString &path)
     if (!info.exists())
         return {};
     qint64 size = info.size();
-    // Of a shortcut of Windows that is the size of the file behind it, and the shortcut itself is what is read.
+    // For a shortcut of Windows this is the size of its target, but the shortcut itself is read.
     QFile file(path);
     if (info.isSymLink() && file.open(QIODevice::ReadOnly))
         size = file.size();

@@ -11,26 +11,26 @@
 
 class QDataStream;
 
-//! \brief The state of a target when it was looked at, which a replacement must find again.
+//! \brief The state of a target when the conflict was decided. A target in another state is not replaced.
 struct ReplaceBase
 {
     bool isSet() const { return !id.isEmpty(); }
 
     static ReplaceBase of(const VellDocument &document);
-    //! Of the local file at \a path; not set if there is none.
+    //! Returns the state of the local file at \a path; not set if there is none.
     static ReplaceBase ofFile(const QString &path);
 
     bool operator==(const ReplaceBase &other) const;
     bool operator!=(const ReplaceBase &other) const { return !(*this == other); }
 
-    QString id; // of a local file its path
+    QString id; // the path of a local file
     QString name;
     QString parentId;
-    QString fileId; // of a local file its size
+    QString fileId; // the size of a local file
     QDateTime updatedAt;
 };
 
-//! \brief A document request that may have reached the service.
+//! \brief A request for a document that the service may have received.
 struct UploadTrace
 {
     bool isSet() const { return !name.isEmpty(); }
@@ -39,7 +39,7 @@ struct UploadTrace
     ReplaceBase base; // of a new version
 };
 
-//! \brief All that is known of one transfer: what is kept on the disk, and what an attempt is given.
+//! \brief All fields of a transfer, as stored in the journal and used by an attempt.
 struct TransferRecord
 {
     QString localPath() const { return localFolder + QLatin1Char('/') + localName; }
@@ -55,19 +55,19 @@ struct TransferRecord
     VellTransferState state = VellTransferState::Waiting;
     bool isFolder = false;
     bool isSkipped = false;
-    QString localFolder; // without a "/" at the end, but for that of the root
+    QString localFolder; // without a "/" at the end, except for the root
     QString localName;
     QString name;
     QString folderId;
     QString documentId;
 
-    // What few have.
+    // Rarely used.
     VellError error;
-    std::optional<VellConflictPolicy> decision; // the answer for this transfer alone
-    ReplaceBase base; // what the decision or the caller wants to be replaced
+    std::optional<VellConflictPolicy> decision; // the answer for this transfer only
+    ReplaceBase base; // the state of the document or file to be replaced
     UploadTrace trace;
-    QByteArray entityTag; // of the part of a download that is on the disk
-    QString contentId; // of a download that is not of the current version
+    QByteArray entityTag; // of the temporary file of a download
+    QString contentId; // of a download of an older version
 };
 
 //! \brief An entry of a folder that is transferred.
@@ -78,10 +78,10 @@ struct FolderEntry
     QString documentId;
     qint64 sizeBytes = -1;
     bool isFolder = false;
-    VellError error; // why it cannot be transferred
+    VellError error; // the reason if it cannot be transferred
 };
 
-//! The transfer of an entry of \a folder, whose own record tells where it has been put.
+//! Returns the transfer of an entry of \a folder. The record of the folder has the target.
 TransferRecord childRecord(const TransferRecord &folder, const FolderEntry &entry, qint64 id);
 
 QDataStream &operator<<(QDataStream &stream, const TransferRecord &record);

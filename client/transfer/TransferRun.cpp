@@ -49,10 +49,10 @@ TransferRun::TransferRun(TransferTask task, TransferHub &hub, VellTransferState 
 
 TransferOutcome TransferRun::execute()
 {
-    // Of an attempt that is aborted before nothing else is reported.
+    // Reported if the attempt is aborted before it has started.
     m_outcome.kind = TransferOutcome::Kind::Failed;
     m_outcome.error = VellError::cancelled();
-    // What is done for a transfer that is not in the file would be lost with the program.
+    // A transfer starts only after it is in the file, so that it is not lost if the program ends.
     if (m_hub.journal)
         m_hub.journal->wait();
     m_run.execute();

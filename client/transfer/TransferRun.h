@@ -15,7 +15,7 @@
 class QEventLoop;
 class TransferJournal;
 
-//! \brief What the attempts of one queue share. Thread-safe.
+//! \brief The data that all attempts of a queue share. Thread-safe.
 struct TransferHub
 {
     NameClaims claims;
@@ -24,18 +24,18 @@ struct TransferHub
     std::atomic<bool> resumesParts{false}; // of earlier queues
 };
 
-//! \brief What one attempt is given.
+//! \brief The input of one attempt.
 struct TransferTask
 {
     TransferRecord record;
     ServiceScope scope;
     VellConflictPolicy policy =
-        VellConflictPolicy::Ask; // the answer if there is one, else the batch's
-    bool canAsk = false; // whether the policy of the batch is to ask
+        VellConflictPolicy::Ask; // the answer if there is one, otherwise the policy of the batch
+    bool canAsk = false; // true if the policy of the batch is to ask
     QString category;
 };
 
-//! \brief How one attempt ended.
+//! \brief The result of one attempt.
 struct TransferOutcome
 {
     enum class Kind {
@@ -43,25 +43,25 @@ struct TransferOutcome
         Skipped,
         Failed, // Cancelled if it was aborted
         Asks,
-        Large, // nothing has been done: its turn comes among the large files
+        Large, // nothing has been done: it must wait among the large files, or among the small ones
     };
 
     Kind kind = Kind::Done;
     VellError error;
     bool canTryAgain = false;
-    bool hasMoved = false; // bytes, so that failures in a row are counted anew
+    bool hasMoved = false; // bytes were transferred: resets the number of failures in a row
     qint64 sizeBytes = -1;
     VellDocument document;
     VellTransferQuestion question;
-    ReplaceBase base; // what the question is about
+    ReplaceBase base; // the state of the target when the question was asked
     UploadTrace trace;
     QByteArray entityTag;
-    QString localName; // of a download, if it is another one than wanted
+    QString localName; // of a download, if it differs from the wanted name
     bool isFolder = false;
     std::vector<FolderEntry> entries; // of a folder
 };
 
-//! \brief One attempt at one transfer. Made and aborted by the queue, executed on a thread of its own.
+//! \brief One attempt at one transfer. Created and aborted by the queue, executed on another thread.
 class TransferRun
 {
 public:
@@ -69,17 +69,17 @@ public:
     virtual ~TransferRun() = default;
     Q_DISABLE_COPY(TransferRun)
 
-    //! Returns how it ended; soon after abort().
+    //! Runs the attempt and returns its result. Returns soon after abort().
     TransferOutcome execute();
 
     //! \name From any thread
     //! \{
     void abort() { m_run.abort(); }
-    //! What has been received is of no use any more. Before abort()
+    //! Lets the attempt remove its received data. Call it before abort().
     void discard() { m_isDiscarded = true; }
     VellTransferState stage() const { return m_stage; }
     qint64 doneBytes() const { return m_doneBytes; }
-    //! -1 as long as it is not known.
+    //! Returns -1 if the size is not known.
     qint64 sizeBytes() const { return m_sizeBytes; }
     //! \}
 
@@ -91,15 +91,15 @@ protected:
     //! \throws OperationFailure
     virtual void work() = 0;
 
-    //! Removes what an attempt has left behind that is not followed by another one.
+    //! Removes temporary data after the last attempt.
     virtual void cleanUp() {}
 
     [[noreturn]] static void fail(VellError::Kind kind, const QString &text);
 
-    //! Ends the attempt with a failure after which another one makes sense.
+    //! Ends the attempt with a temporary failure.
     [[noreturn]] void failForNow(VellError::Kind kind, const QString &text);
 
-    //! Waits for loop.quit(), or throws after abort().
+    //! Runs \a loop until it quits. \throws OperationFailure after abort()
     void wait(QEventLoop &loop);
 
     const TransferRecord &record() const { return m_task.record; }

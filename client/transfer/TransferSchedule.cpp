@@ -29,7 +29,7 @@ TransferQueue::Lane TransferQueue::laneOf(const TransferItem &item) const
     return isLarge ? LargeDownloads : SmallDownloads;
 }
 
-//! Of a waiting transfer. Does nothing without a connection, and as long as an earlier attempt has not ended.
+//! Makes a waiting transfer ready. Does nothing if there is no connection, or if the previous attempt has not ended.
 void TransferQueue::enqueue(qint64 id, TransferItem &item)
 {
     if (m_running.count(id) > 0)
@@ -37,7 +37,7 @@ void TransferQueue::enqueue(qint64 id, TransferItem &item)
     const int scope = m_list.scope(item);
     if (scope < 0) {
         QMetaObject::invokeMethod(
-            q, [this, id] { refuse(id); }, Qt::QueuedConnection);
+            q, [this, id] { failWithoutProject(id); }, Qt::QueuedConnection);
         return;
     }
     if (!m_scopes.value(scope).service)
@@ -67,7 +67,7 @@ void TransferQueue::enqueueLater(qint64 id, TransferItem &item)
     constexpr int MostDoublings = 7;
     const qint64 delay =
         std::min(FirstDelayMs << std::min(failures, MostDoublings), LongestDelayMs);
-    // Those that have failed together do not come back together.
+    // Transfers that have failed at the same time are tried again at different times.
     const double jitter = 0.5 + QRandomGenerator::global()->generateDouble();
     const qint64 due = now() + qint64(double(delay) * jitter);
     m_delayed.insert({due, id});
@@ -103,7 +103,7 @@ void TransferQueue::schedule()
 
 bool TransferQueue::mayStart() const
 {
-    // What a sweep has not reached yet may be about to be stopped.
+    // A sweep that has not finished may stop transfers that are ready.
     if (!m_sweeps.empty())
         return false;
     if (!m_documents)
@@ -116,7 +116,7 @@ void TransferQueue::startNext()
 {
     if (!mayStart())
         return;
-    constexpr int MostLooks = 1000; // at names that are held
+    constexpr int MostLooks = 1000; // transfers whose name is claimed by another one
     int looks = 0;
     for (int lane = 0; lane < LaneCount; ++lane) {
         auto &ready = m_ready[lane];
@@ -134,7 +134,7 @@ void TransferQueue::startNext()
     }
 }
 
-//! Claims the name that the transfer is about to take, or lets it wait until another one has taken it.
+//! Claims the target name for the transfer, or lets it wait until the transfer that has claimed the name has ended.
 bool TransferQueue::claimName(qint64 id, const TransferItem &item)
 {
     const TransferRecord record = m_list.record(id, item);
@@ -181,7 +181,7 @@ void TransferQueue::start(qint64 id, TransferItem &item, Lane lane)
     m_pools[lane].start([this, id, run] {
         TransferOutcome outcome = run->execute();
         QMetaObject::invokeMethod(
-            q, [this, id, outcome = std::move(outcome)] { takeOutcome(id, outcome); },
+            q, [this, id, outcome = std::move(outcome)] { endRun(id, outcome); },
             Qt::QueuedConnection);
     });
 }

@@ -17,17 +17,18 @@ namespace {
 using Kind = VellError::Kind;
 
 constexpr int MostDecisions = 5;
-constexpr qint64 MostBytesAhead = 262144; // sent before the target is decided
+constexpr qint64 MostBytesAhead =
+    262144; // contents up to this size are sent before the conflict is checked
 constexpr int LongestSettleMs = 2100;
 
-//! When the times of a file tell a change that is made from then on.
+//! Returns the time after which each further change of the file also changes its time of modification.
 QDateTime settledAt(const QString &path)
 {
     constexpr int SettleMs = 100;
     QDateTime settled;
     const QFileInfo info(path);
     for (const QDateTime &time : {info.lastModified(), info.metadataChangeTime()}) {
-        // A time in whole seconds may be that of a file system that knows no others.
+        // A time in whole seconds may be from a file system with that resolution.
         const QDateTime known = time.addMSecs(time.time().msec() == 0 ? LongestSettleMs : SettleMs);
         if (time.isValid() && (!settled.isValid() || known > settled))
             settled = known;
@@ -84,7 +85,7 @@ void UploadRun::uploadFile()
         }
         outcome().trace = {};
     }
-    // Then one look at the name is enough, immediately before the document is made.
+    // Then the name is checked only once, immediately before the document is created.
     if (sizeBytes() <= MostBytesAhead) {
         m_contentId = sendContent();
         setStage(VellTransferState::Saving);
@@ -100,8 +101,8 @@ void UploadRun::uploadFile()
 
 void UploadRun::hash()
 {
-    // The MD5 of a file that has been changed immediately before is not remembered, and the job would read it again, which
-    // cannot be stopped.
+    // The MD5 of a file that has just been changed is not remembered. The job would read the file again, which cannot be
+    // aborted.
     constexpr int RestMs = 20;
     const QDateTime start = QDateTime::currentDateTime();
     const QDateTime settled = settledAt(m_path);

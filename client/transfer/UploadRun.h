@@ -6,17 +6,18 @@
 
 #include <exception>
 
-//! \brief One attempt at uploading a file, or at uploading a folder, which makes the folder and finds its entries.
+//! \brief One attempt at an upload: of a file, or of a folder, which creates the folder and lists the entries.
 class UploadRun : public TransferRun
 {
 public:
     UploadRun(TransferTask task, TransferHub &hub);
 
 private:
-    //! The document that the file becomes.
+    //! The document of the upload.
     struct Target
     {
-        VellDocument document; // with `_id` the one that gets a new version, else a new one
+        VellDocument
+            document; // with `_id` the document for a new version, otherwise a new document
         ReplaceBase base;
         bool isNew() const { return document._id.isEmpty(); }
     };
@@ -28,12 +29,12 @@ private:
     void hash();
     void requireUnchanged();
 
-    // What is to be made of it, UploadTarget.cpp
+    // The document, UploadTarget.cpp
     std::optional<Target> decide();
     std::optional<Target> decideKnown();
     std::optional<Target> ask(const VellDocument &existing, bool hasChanged);
     Target create(const QString &name);
-    Target createBeside();
+    Target createWithFreeName();
     static Target replace(const VellDocument &document);
     bool isConfirmed(const Target &target);
     QString freeName();
@@ -49,7 +50,7 @@ private:
     void noteTrace(const Target &target);
     void finish(const VellDocument &document);
     template <typename Request>
-    void orFindStored(Request request);
+    void sendOrFindStored(Request request);
 
     // UploadFolder.cpp
     void uploadFolder();
@@ -57,6 +58,6 @@ private:
 
     const QString m_path;
     ReplaceBase m_file; // the state of the local file
-    QString m_contentId; // of a small file, once the service has it
-    QStringList m_takenNames; // by what others have made since the start
+    QString m_contentId; // of a small file that has been sent
+    QStringList m_takenNames; // names that others have used since the start
 };

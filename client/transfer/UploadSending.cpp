@@ -28,7 +28,7 @@ namespace {
 
 using Kind = VellError::Kind;
 
-constexpr qint64 MostFrameBytes = 4096; // of a request with a chunk
+constexpr qint64 MostFrameBytes = 4096; // multipart overhead of a request with a chunk
 
 QJsonValue textOrNull(const QString &text)
 {
@@ -38,12 +38,12 @@ QJsonValue textOrNull(const QString &text)
 } // namespace
 
 template <typename Request>
-void UploadRun::orFindStored(Request request)
+void UploadRun::sendOrFindStored(Request request)
 {
     try {
         request();
     } catch (const OperationFailure &failure) {
-        // The response may have been lost. If that cannot be told now, the next attempt asks first.
+        // The response may have been lost. If this cannot be checked now, the next attempt checks it first.
         if (!failure.error.isTemporary())
             throw;
         std::optional<VellDocument> stored;
@@ -70,7 +70,7 @@ bool UploadRun::sendSmall(const Target &target)
     }
     requireUnchanged();
     noteTrace(target);
-    orFindStored([&] { finish(makeDocument(target, m_contentId)); });
+    sendOrFindStored([&] { finish(makeDocument(target, m_contentId)); });
     return true;
 }
 
@@ -94,7 +94,7 @@ QString UploadRun::sendContent()
                      &QEventLoop::quit);
     QObject::connect(&manager, &AsyncNetManager::uploadProgress, &loop,
                      [&](qint64 sent, qint64 total) {
-                         // Both figures include the frame of the request.
+                         // Both values include the multipart overhead.
                          if (total > 0)
                              setDoneBytes(sizeBytes() * sent / total);
                      });
@@ -172,11 +172,11 @@ bool UploadRun::sendLarge(const Target &target)
         watch.noteBytes(sent);
         firstBytes = std::min(firstBytes, sent);
         if (sent > firstBytes + VellUploadLimits::ChunkBytes + MostFrameBytes)
-            outcome().hasMoved = true; // the service has taken a chunk
+            outcome().hasMoved = true; // the service has received a chunk
         setDoneBytes(std::min(sent, sizeBytes() - 1));
         hub().speeds.apply();
     });
-    // The last moment before the document's request.
+    // The last moment before the document is requested.
     QObject::connect(job.get(), &AsyncCreateDocument::finishUpload, &loop, [&] {
         setStage(VellTransferState::Saving);
         watch.stop();
@@ -205,9 +205,9 @@ bool UploadRun::sendLarge(const Target &target)
         setStage(VellTransferState::Sending);
         return false;
     }
-    orFindStored([&] {
+    sendOrFindStored([&] {
         if (failure) {
-            requireUnchanged(); // else the service has refused a mixture of two states
+            requireUnchanged(); // otherwise the service has refused a mixture of two contents
             throw OperationFailure{*failure};
         }
         if (!stored)
@@ -228,7 +228,7 @@ void UploadRun::noteTrace(const Target &target)
 
 void UploadRun::finish(const VellDocument &document)
 {
-    // An answer that is no document tells nothing.
+    // A response without a document does not show the outcome.
     if (document._id.isEmpty())
         fail(Kind::Unclear, {});
     if (document.fileSize != sizeBytes())

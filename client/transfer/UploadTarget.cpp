@@ -38,7 +38,7 @@ std::optional<UploadRun::Target> UploadRun::decide()
     case VellConflictPolicy::Ask:
         return ask(existing, false);
     case VellConflictPolicy::KeepBoth:
-        return createBeside();
+        return createWithFreeName();
     case VellConflictPolicy::NewerOnly:
         if (m_file.updatedAt > existing.updatedAt)
             break;
@@ -95,7 +95,7 @@ UploadRun::Target UploadRun::create(const QString &name)
     return target;
 }
 
-UploadRun::Target UploadRun::createBeside()
+UploadRun::Target UploadRun::createWithFreeName()
 {
     for (;;) {
         const QString name = freeName();
@@ -114,7 +114,7 @@ QString UploadRun::freeName()
 {
     const QStringList reserved = m_takenNames + QStringList{record().name}
         + hub().claims.namesIn(NameClaims::remoteFolder(record().folderId));
-    return service().ask([&] {
+    return service().query([&] {
         QString existing;
         return service().documents().getValidDocName(record().folderId, record().name, existing,
                                                      QString(), reserved);

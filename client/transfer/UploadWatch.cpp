@@ -13,8 +13,8 @@ using namespace std::chrono_literals;
 constexpr int MostRepeats = 8;
 constexpr std::chrono::milliseconds WithoutTimeout = 30s;
 
-//! The transport has its own time-out; only when even that has said nothing the job is given up.
-std::chrono::milliseconds patience()
+//! Longer than the time-out of the transport, which normally ends a request.
+std::chrono::milliseconds giveUpTime()
 {
     const std::chrono::milliseconds timeout = NetworkSettings::instance().stallTimeout();
     return timeout > 0ms ? timeout + timeout / 4 : WithoutTimeout;
@@ -25,7 +25,7 @@ std::chrono::milliseconds patience()
 UploadWatch::UploadWatch(std::function<void()> end) : m_end(std::move(end))
 {
     m_timer.setSingleShot(true);
-    m_timer.setInterval(patience());
+    m_timer.setInterval(giveUpTime());
     QObject::connect(&m_timer, &QTimer::timeout, m_end);
 }
 
@@ -33,13 +33,13 @@ void UploadWatch::noteBytes(qint64 sentBytes)
 {
     using VellUploadLimits::ChunkBytes;
     m_timer.start();
-    // Within a request the figure grows.
+    // Within a request the number grows.
     if (sentBytes <= m_lastBytes)
         ++m_repeats;
     else if (sentBytes > m_mostBytes + ChunkBytes / 2)
         m_repeats = 0;
     m_lastBytes = sentBytes;
-    // In steps, so that a whole new chunk counts.
+    // In steps, so that only a whole new chunk is progress.
     if (sentBytes > m_mostBytes + ChunkBytes / 2)
         m_mostBytes = sentBytes;
     if (m_repeats > MostRepeats)

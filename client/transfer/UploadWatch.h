@@ -4,11 +4,11 @@
 
 #include <functional>
 
-//! \brief Tells when an upload in chunks gets no further: nothing moves any more, or the same chunk goes up again and again.
+//! \brief Detects a stalled upload by chunks: nothing is sent any more, or the same chunk is sent again and again.
 class UploadWatch
 {
 public:
-    //! \param end called then, from the event loop or noteBytes()
+    //! \param end called when the upload is stalled, from the event loop or from noteBytes()
     explicit UploadWatch(std::function<void()> end);
 
     void start() { m_timer.start(); }
@@ -20,5 +20,5 @@ private:
     QTimer m_timer;
     qint64 m_lastBytes = 0;
     qint64 m_mostBytes = 0;
-    int m_repeats = 0; // chunks that were sent again since one was kept
+    int m_repeats = 0; // chunks sent again since the last new one
 };

@@ -34,7 +34,7 @@ private:
     void start();
     void take();
     VellError readHead();
-    void takeEnd();
+    void endAttempt();
     void tryAgain(const VellError &error);
     void end(const VellError &error);
     VellError contentError() const;
@@ -82,12 +82,12 @@ void VellContentReader::Private::start()
     m_reply->setParent(q);
     m_reply->setReadBufferSize(BufferBytes);
     QObject::connect(m_reply, &QNetworkReply::readyRead, q, [this] { take(); });
-    QObject::connect(m_reply, &QNetworkReply::finished, q, [this] { takeEnd(); });
+    QObject::connect(m_reply, &QNetworkReply::finished, q, [this] { endAttempt(); });
 }
 
 void VellContentReader::Private::take()
 {
-    // Of a refusal the body is a message.
+    // The body of an error response is a message.
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status / 100 != 2)
         return;
@@ -104,7 +104,7 @@ void VellContentReader::Private::take()
     Q_EMIT q->received(data);
 }
 
-//! \return an error if the rest of something else arrives
+//! \return an error if the response is the rest of another content
 VellError VellContentReader::Private::readHead()
 {
     if (m_isHeadRead)
@@ -118,7 +118,7 @@ VellError VellContentReader::Private::readHead()
     return {};
 }
 
-void VellContentReader::Private::takeEnd()
+void VellContentReader::Private::endAttempt()
 {
     m_reply->deleteLater();
     if (m_reply->error() != QNetworkReply::NoError) {
@@ -134,7 +134,7 @@ void VellContentReader::Private::takeEnd()
 
 void VellContentReader::Private::tryAgain(const VellError &error)
 {
-    // Without a tag nothing tells whether the rest belongs to what has been received.
+    // Without an entity tag it is not known whether the rest belongs to the received bytes.
     const bool canGoOn = m_position == 0 || !m_entityTag.isEmpty();
     if (!error.isTemporary() || !canGoOn || ++m_failuresInRow >= MostFailuresInRow) {
         end(error);
@@ -143,7 +143,7 @@ void VellContentReader::Private::tryAgain(const VellError &error)
     m_delay.start(FirstDelayMs << (m_failuresInRow - 1));
 }
 
-//! What is wrong with the whole content.
+//! Checks the size and the MD5 of the whole content.
 VellError VellContentReader::Private::contentError() const
 {
     if (m_sizeBytes >= 0 && m_position != m_sizeBytes)

@@ -10,7 +10,7 @@
 
 class VellSession;
 
-//! \brief Reads a content as it arrives, for a preview, a pipe or a viewer of one's own. Keeps nothing on the disk.
+//! \brief Reads a content while it arrives, for example for a preview or a pipe. Writes nothing to the disk.
 //!
 //! \code
 //! auto *const reader = new VellContentReader(&session, document.fileId, document.fileSize, this);
@@ -19,29 +19,33 @@ class VellSession;
 //! connect(reader, &VellContentReader::failed, this, [this](const VellError &error) { showError(error.text); });
 //! \endcode
 //!
-//! Starts from the event loop, with the connection that the session has when the reader is made. After a failure that can pass it
-//! goes on where it was, until six attempts in a row have brought nothing. Ends with one of finished() and failed(); the destructor
-//! ends it without a signal. Belongs to the thread of the session.
+//! Reading starts from the event loop, with the connection that the session has when the reader is created. After a temporary
+//! failure it continues where it stopped, until six attempts in a row have received nothing. It ends with either finished() or
+//! failed(). The destructor aborts it, and nothing is emitted. Belongs to the thread of the session.
+//!
+//! \since 0.1
+//! \sa VellTransferQueue::download()
 class VELLCLIENT_EXPORT VellContentReader : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param session needed by the constructor only
-    //! \param fileId `fileId` of a document or of one of its versions
-    //! \param sizeBytes `fileSize`, with which what arrives is compared; -1 if it is not known
+    //! \param session used by the constructor only
+    //! \param fileId `fileId` of a document or a version
+    //! \param sizeBytes `fileSize`, for comparison with the received bytes; -1 if it is not known
     VellContentReader(const VellSession *session, const QString &fileId, qint64 sizeBytes = -1,
                       QObject *parent = nullptr);
     ~VellContentReader() override;
 
 Q_SIGNALS:
-    //! The next part of the content, some KiB to 1 MiB. As long as the slots do not return nothing more is taken from the network.
+    //! The next part of the content has arrived: a few KiB up to 1 MiB. Nothing more is read from the network until the slots
+    //! return.
     void received(const QByteArray &data);
 
-    //! All of it has been received, and its MD5 is right.
+    //! The whole content has been received, and its MD5 is correct.
     void finished();
 
-    //! What has been received must not be used.
+    //! Reading has failed. The data received so far must not be used.
     void failed(const VellError &error);
 
 private:

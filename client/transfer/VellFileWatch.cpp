@@ -16,7 +16,7 @@
 
 namespace {
 
-//! What tells whether a file has been changed.
+//! The properties by which a change of a file is detected.
 struct FileLook
 {
     bool isThere = false;
@@ -37,8 +37,8 @@ public:
     struct Entry
     {
         VellDocument document;
-        QString md5; // of the content that has been reported or was there at the start
-        bool isKnown = false; // whether it has been looked at
+        QString md5; // of the content that was reported last, or of the first one
+        bool isKnown = false; // the file has been read
         bool isGone = false;
         std::shared_ptr<QTimer> settle;
     };
@@ -85,7 +85,7 @@ public:
         const auto entry = m_entries.find(path);
         if (entry == m_entries.end())
             return;
-        // A file that another one has replaced is not watched any more.
+        // If another file replaces the file, QFileSystemWatcher no longer watches it.
         if (look.isThere && !m_watcher.files().contains(path))
             m_watcher.addPath(path);
         const bool isFirst = !entry->isKnown;

@@ -12,52 +12,85 @@
 #include <chrono>
 #include <optional>
 
+//! The direction of a transfer.
+//! \since 0.1
 enum class VellTransferDirection {
     Upload,
     Download,
 };
 
-//! \brief Where a transfer is. The last three are its ends.
+//! \brief The state of a transfer. Done, Failed and Cancelled are final.
+//!
+//! \code{.unparsed}
+//! upload, small file:  Waiting --> Sending --> Saving --> Done
+//! upload, large file:  Waiting --> Hashing --> Sending --> Saving --> Done
+//! upload, folder:      Waiting --> Sending --> Saving --> Done, with its entries in the queue
+//! download, file:      Waiting --> Receiving --> Saving --> Done
+//! download, folder:    Waiting --> Receiving --> Saving --> Done, with its entries in the queue
+//!
+//! Hashing, Sending, Receiving, Saving:
+//!     the name is taken, and the policy is Ask            --> Asking
+//!     the name is taken, and the policy is Skip           --> Done, VellTransfer::isSkipped is true
+//!     another name must be used                           --> Sending
+//!     temporary failure, and attempts are left            --> Waiting
+//!     any other failure                                   --> Failed
+//!
+//! answer(), answerAll()   Asking --> Waiting
+//! pause()                 any but the final states --> Paused;
+//!                         if the document has been created or the file saved already --> Done
+//! resume()                Paused --> Waiting
+//! cancel()                any but the final states --> Cancelled
+//! retry()                 Failed, Cancelled --> Waiting
+//! \endcode
+//! pause() and cancel() have no effect on a folder in the state Saving. The functions are those of VellTransferQueue.
+//!
+//! \since 0.1
 enum class VellTransferState {
-    Waiting, //!< for its turn, for the next attempt, or for the service to come back
-    Hashing, //!< a large file is read for its MD5
-    Sending,
-    Receiving,
-    Saving, //!< the content is there; the document is made, or the local file put into its place
-    Asking, //!< VellTransferQueue::asked() has been emitted, or will be once earlier questions are answered
+    Waiting, //!< for a free place, the next attempt, or the service
+    Hashing, //!< the MD5 of a large file is computed
+    Sending, //!< a content is sent, or a folder is created
+    Receiving, //!< a content is received, or the entries of a folder are listed
+    Saving, //!< the content is complete; the document is being created, or the local file renamed
+    Asking, //!< VellTransferQueue::asked() has been emitted, or will be after earlier questions
     Paused,
-    Done, //!< also if it was skipped
+    Done, //!< finished or skipped
     Failed,
     Cancelled,
 };
 
-//! \brief What to do if the name is taken at the target.
+//! \brief What happens if the name is already taken at the target.
+//!
+//! \since 0.1
 enum class VellConflictPolicy {
-    Ask,
-    Replace, //!< an upload becomes a new version, a download replaces the local file
-    KeepBoth, //!< under a free name
+    Ask, //!< VellTransferQueue::asked() is emitted
+    Replace, //!< an upload creates a new version, a download replaces the local file
+    KeepBoth, //!< a free name is used
     Skip,
-    NewerOnly, //!< Replace if the source has been changed later than the target, else Skip
+    NewerOnly, //!< Replace if the source is newer than the target, otherwise Skip
 };
 
-//! \brief One transfer as it is now: a copy that does not change.
+//! \brief A snapshot of one transfer.
+//!
+//! \since 0.1
+//! \sa VellTransferQueue::transfer()
 struct VellTransfer
 {
-    qint64 id = 0; //!< 0 for none
-    qint64 folderTransferId = 0; //!< of the transfer of a folder that has found it; 0 for none
+    qint64 id = 0; //!< 0 if there is no such transfer
+    qint64 folderTransferId = 0; //!< the transfer of the folder above it; 0 if there is none
     VellTransferDirection direction = VellTransferDirection::Upload;
     VellTransferState state = VellTransferState::Waiting;
-    bool isFolder = false; //!< its Done means that its entries are in the queue
-    bool isSkipped = false; //!< nothing was transferred, by the conflict policy
+    bool isFolder = false; //!< a folder is Done when its entries are in the queue
+    bool isSkipped = false; //!< nothing was transferred, because of the conflict policy
     QString localPath;
     QString name; //!< on the service
-    QString folderId; //!< on the service; of uploads
-    QString documentId; //!< of a download: the source. Of a finished upload: the result
-    qint64 sizeBytes = -1; //!< -1 as long as it is not known
-    qint64 doneBytes = 0; //!< sent or received; all of them only at the end
+    QString folderId; //!< uploads: the folder on the service
+    QString documentId; //!< downloads: the source; finished uploads: the result
+    qint64 sizeBytes = -1; //!< -1 if it is not known
+    qint64 doneBytes = 0; //!< sent or received; equal to sizeBytes only at the end
     int batch = 0; //!< see VellTransferQueue::addBatch()
-    VellError error; //!< why it failed; while it waits, why the last attempt did
+    VellError error; //!< the reason of a failure, also of the last attempt while it waits
 
+    //! Returns true if the state is final.
     bool isEnded() const
     {
         return state == VellTransferState::Done || state == VellTransferState::Failed
@@ -65,32 +98,40 @@ struct VellTransfer
     }
 };
 
-//! \brief All transfers of a queue together.
+//! \brief The totals of all transfers of a queue.
+//!
+//! \since 0.1
+//! \sa VellTransferQueue::totals()
 struct VELLCLIENT_EXPORT VellTransferTotals
 {
-    static constexpr int StateCount = 10;
+    static constexpr int StateCount = 10; //!< number of values of VellTransferState
 
+    //! Returns the number of transfers in \a state.
     int count(VellTransferState state) const { return counts.at(std::size_t(state)); }
-    //! How many have not ended.
+
+    //! Returns the number of transfers that have not ended.
     int openCount() const;
 
     std::array<int, StateCount> counts{}; //!< by state
-    qint64 totalBytes = 0; //!< of all that have neither failed nor been cancelled
-    qint64 doneBytes = 0; //!< of these
-    qint64 bytesPerSecond = 0; //!< over the last seconds, both directions
-    std::optional<std::chrono::seconds> timeLeft; //!< nothing while it cannot be told
+    qint64 totalBytes = 0; //!< without failed and cancelled transfers
+    qint64 doneBytes = 0; //!< the transferred part of totalBytes
+    qint64 bytesPerSecond = 0; //!< over the last seconds, in both directions
+    std::optional<std::chrono::seconds> timeLeft; //!< no value if it cannot be estimated
 };
 
-//! \brief Something is at the target already, and the policy of the batch is VellConflictPolicy::Ask.
+//! \brief A conflict that the user must decide: the name is taken at the target, and the policy of the batch is
+//! VellConflictPolicy::Ask.
+//!
+//! \since 0.1
+//! \sa VellTransferQueue::asked(), VellTransferQueue::answer()
 struct VellTransferQuestion
 {
     qint64 id = 0; //!< of the transfer
-    bool hasChanged = false; //!< the target has been changed since the last answer to this question
-    VellDocument existing; //!< what an upload would replace; of a download the source
-    QString localPath; //!< the source of an upload, or what a download would replace
-    QString
-        freeName; //!< the one that VellConflictPolicy::KeepBoth would give, by what is there now
-    bool canReplace = true; //!< false if a folder is in the way
+    bool hasChanged = false; //!< the target has changed since the last answer to this question
+    VellDocument existing; //!< uploads: the document to be replaced; downloads: the source
+    QString localPath; //!< uploads: the source; downloads: the file to be replaced
+    QString freeName; //!< the name for VellConflictPolicy::KeepBoth, as of now
+    bool canReplace = true; //!< false if the existing entry is a folder
 };
 
 Q_DECLARE_METATYPE(VellTransfer)

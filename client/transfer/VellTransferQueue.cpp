@@ -7,7 +7,7 @@
 
 namespace {
 
-//! Without looking at the disk.
+//! Does not access the disk.
 void setLocalPath(TransferRecord &record, const QString &path)
 {
     const QString clean = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
@@ -27,7 +27,7 @@ TransferRecord uploadRecord(const QString &path, const QString &folderId, int ba
     return record;
 }
 
-//! Its local path is the caller's to set.
+//! The caller sets its local path.
 TransferRecord downloadRecord(const VellDocument &document, int batch)
 {
     TransferRecord record;
@@ -121,7 +121,7 @@ qint64 VellTransferQueue::downloadVersion(const VellDocument &version, const QSt
     setLocalPath(record, path);
     record.isFolder = false;
     record.contentId = version.fileId;
-    // Histories do not tell the sizes of large contents.
+    // Histories do not contain the sizes of large contents.
     record.sizeBytes = version.fileSize > 0 ? version.fileSize : -1;
     return d->add(std::move(record));
 }

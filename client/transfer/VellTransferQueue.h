@@ -11,7 +11,7 @@
 
 class VellDocuments;
 
-//! \brief Uploads and downloads, each brought to its end once.
+//! \brief A queue of uploads and downloads.
 //!
 //! \code
 //! VellTransferQueue queue;
@@ -21,33 +21,37 @@ class VellDocuments;
 //! \endcode
 //!
 //! \par Order
-//! In each direction up to four small files and folders are transferred at once, beside one large file (more than
-//! VellUploadLimits::WholeFileLimit bytes), in the order in which they were added. Transfers to one name in one folder follow one
-//! another.
+//! In each direction, up to four small files and folders (setTransfersAtOnce()) are transferred at the same time as one large
+//! file of more than VellUploadLimits::WholeFileLimit bytes, in the order in which they were added. Transfers to the same name in
+//! the same folder are executed one after the other. VellTransferState has a diagram of the states.
 //!
-//! \par Service
-//! Each transfer keeps the connection, the project and the user that the session had when it was added. After a failure that can
-//! pass (VellError::isTemporary()) it is tried again, after growing pauses, until ten attempts in a row (setAttemptLimit()) have moved
-//! nothing. While the session is offline the transfers wait, and go on by themselves when it is back.
+//! \par Retries
+//! Each transfer keeps the connection, the project and the user that the session has when it is added. After a temporary failure
+//! (VellError::isTemporary()) it is tried again, at growing intervals, until ten attempts in a row (setAttemptLimit()) have
+//! transferred nothing. While the session is offline the transfers wait; they continue automatically when it is online again.
 //!
 //! \par One document for each upload
-//! Before an attempt that follows another one, and after each failure, the service is asked whether the document is there all the
-//! same. What a conflict policy or an answer decides is verified at the service immediately before the document
-//! is made. A document that has been changed since it was looked at is not replaced: the transfer asks again, or ends with
+//! After each failure, and before each further attempt, the queue checks whether the service has created the document
+//! nevertheless. The decision of a conflict policy or an answer is verified at the service immediately before the document is
+//! created. A document that has been changed since the decision is not replaced: the transfer asks again, or fails with
 //! VellError::Kind::ChangedMeanwhile.
 //!
-//! \par Disk
-//! A download is received into a file beside the target, which gets the target's name once its MD5 is right. Pausing keeps
-//! it, and the rest is fetched later; cancelling and failing remove it.
+//! \par Local files
+//! A download is written to a temporary file next to the target, which is renamed to the target when its MD5 is correct. The
+//! temporary file is kept while the transfer is paused, so that only the rest must be fetched; it is removed if the transfer is
+//! cancelled or fails.
 //!
 //! \par Restart
-//! After open() the queue is on the disk, without the token; nothing is done for a transfer before it is there. Transfers that were under way when the program ended, however it
-//! ended, wait in the queue again, and go on once a session is attached that is connected to their address with their
-//! project open.
+//! With open(), the queue is kept in a file, without the token. A transfer starts only after it has been written to the file. If
+//! the program ends, even by a crash, unfinished transfers are in the queue again after the next open(). They continue when a
+//! session is attached that is connected to their address and has their project open.
 //!
 //! \par Threads
-//! Belongs to the thread of the session. No function waits for the network or the disk. The destructor aborts what is
-//! under way, and is done in less than a second.
+//! Belongs to the thread of the session. Its functions do not wait for the network or the disk. The destructor aborts the running
+//! transfers, and takes less than a second.
+//!
+//! \since 0.1
+//! \sa VellTransfer, VellTransferState, VellContentReader, VellFileWatch
 class VELLCLIENT_EXPORT VellTransferQueue : public QObject
 {
     Q_OBJECT
@@ -56,141 +60,174 @@ public:
     explicit VellTransferQueue(QObject *parent = nullptr);
     ~VellTransferQueue() override;
 
-    //! Keeps the queue in the file \a path from now on, and brings back what is in it. opened() or openFailed() follows. Call it
-    //! once, before anything is added.
+    //! Reads the queue from the file at \a path, and keeps it in that file from now on. opened() or openFailed() follows. Call it
+    //! once, before the first transfer is added.
     void open(const QString &path);
 
-    //! Transfers that are added from now on, and those that were brought back, go over the session of \a documents, whose
-    //! store learns of each finished upload. Null for none. \a documents may be deleted at any time.
+    //! Uses the session of \a documents for new transfers and for those that open() has read. The store of \a documents receives
+    //! the document of each finished upload. \a documents may be null, and may be deleted at any time.
     void attach(VellDocuments *documents);
 
     //! \name Adding
-    //! Without an open project the transfer fails, with VellError::Kind::NotSignedIn.
+    //! If no project is open, the transfer fails with VellError::Kind::NotSignedIn.
     //! \{
 
-    //! Transfers that belong together: an answer "for all" is for those of one batch.
-    //! \param category of the documents that uploads make
+    //! Adds a batch: transfers with a common conflict policy, to which answerAll() applies.
+    //! \param category the category of documents that uploads create
+    //! \return the number of the batch
     int addBatch(VellConflictPolicy policy, const QString &category = {});
 
-    //! Uploads the file or the folder with everything below it at \a path into the folder \a folderId; empty for the top level.
+    //! Uploads the file at \a path, or the folder with all its contents, into the folder \a folderId; empty for the top level.
     //!
-    //! A folder of the same name is taken, and else one is made. What cannot be uploaded - an entry that cannot be read, is neither
-    //! a file nor a folder, is a link to a folder, or has a name that the service does not take - becomes a
-    //! failed transfer with the reason.
-    //! \return the identifier of the transfer, valid in this queue object
+    //! A folder is merged with an existing folder of the same name; otherwise it is created. An entry that cannot be uploaded is
+    //! added as a failed transfer with the reason: an entry that cannot be read, is neither a file nor a folder, is a link to a
+    //! folder, or has a name that the service does not accept.
+    //! \return the identifier of the transfer, valid for this queue object
     qint64 upload(const QString &path, const QString &folderId, int batch);
     qint64 upload(const QString &path, const QString &folderId,
                   VellConflictPolicy policy = VellConflictPolicy::Ask);
 
-    //! The same under the name \a name.
+    //! Like upload(), with the name \a name on the service.
     qint64 uploadAs(const QString &path, const QString &folderId, const QString &name, int batch);
 
-    //! Makes the file at \a path a new version of \a document, unless that has been changed since it was as \a document
-    //! says: the transfer fails with VellError::Kind::ChangedMeanwhile then.
+    //! Uploads the file at \a path as a new version of \a document. If the document on the service is no longer as in
+    //! \a document, the transfer fails with VellError::Kind::ChangedMeanwhile.
+    //! \sa VellFileWatch::queueVersion()
     qint64 uploadVersion(const QString &path, const VellDocument &document);
 
-    //! Fetches \a document, of which `_id`, `name`, `type` and `fileSize` are needed, a folder with everything below it, into the
-    //! local folder \a folder, which is made if it is missing.
+    //! Downloads \a document, or a folder with all its contents, into the local folder \a folder, which is created if necessary.
+    //! \a document needs `_id`, `name`, `type` and `fileSize`.
     //!
-    //! A document whose name no local file can have fails with VellError::Kind::BadName; of two documents with one name in a folder one
-    //! gets a number. A target that is a link, a device or the like is not touched: VellError::Kind::LocalFile.
+    //! If the name is not valid for a local file, the transfer fails with VellError::Kind::BadName. If a folder has two documents
+    //! of the same name, one gets a number. If the target is not a regular file, for example a link or a device, it is not
+    //! changed, and the transfer fails with VellError::Kind::LocalFile.
+    //! \return the identifier of the transfer, valid for this queue object
     qint64 download(const VellDocument &document, const QString &folder, int batch);
     qint64 download(const VellDocument &document, const QString &folder,
                     VellConflictPolicy policy = VellConflictPolicy::Ask);
 
-    //! The same, as the local file or folder \a path.
+    //! Like download(), to the local file or folder \a path.
     qint64 downloadAs(const VellDocument &document, const QString &path, int batch);
 
-    //! Fetches the content of \a version, as VellDocuments::history() has it, as the local file \a path.
+    //! Downloads \a version, an element of VellDocuments::history(), to the local file \a path.
     qint64 downloadVersion(const VellDocument &version, const QString &path, int batch);
     //! \}
 
     //! \name Commands
-    //! Each does nothing for a transfer whose state it does not fit. What is on the wire is stopped at once. The commands for all take
-    //! effect on everything that is in the queue now, running transfers first; the others follow from the event loop.
+    //! A command has no effect if the state of the transfer does not allow it. Requests in flight are aborted at once. Commands
+    //! for all transfers apply to everything that is in the queue at the time of the call: first to running transfers, then, from
+    //! the event loop, to the others.
     //! \{
 
-    //! Stops a transfer until resume(). A small upload starts again then, everything else goes on where it was.
+    //! Pauses a transfer until resume(). A small upload then starts again; other transfers continue where they stopped.
     void pause(qint64 id);
+
+    //! Continues a paused transfer.
     void resume(qint64 id);
 
-    //! Ends a transfer as cancelled. If the service has made the document meanwhile it stays. What comes from a folder that is
-    //! cancelled while its entries are being looked up is not added; its entries in the queue stay.
+    //! Cancels a transfer. If the service has already created the document, it is not deleted. If a folder is cancelled while
+    //! its entries are being listed, these are not added; entries that are already in the queue remain there.
     void cancel(qint64 id);
 
-    //! Starts a failed or cancelled transfer again. It takes the session's connection if that leads to the same project of the
-    //! same service.
+    //! Starts a failed or cancelled transfer again, with the connection of the session if that has the same project of the same
+    //! service open.
     void retry(qint64 id);
 
-    //! Makes a waiting transfer the next one of its direction and size.
+    //! Moves a waiting transfer to the front of the transfers of its direction and size.
     void moveToFront(qint64 id);
 
+    //! Pauses all transfers.
     void pauseAll();
+
+    //! Continues all paused transfers.
     void resumeAll();
+
+    //! Cancels all transfers.
     void cancelAll();
-    //! Of the failed ones only.
+
+    //! Starts all failed transfers again, but not the cancelled ones.
     void retryAll();
 
-    //! Forgets a transfer that has ended; removed() follows. \return false if it has not
+    //! Removes a transfer that has ended from the queue. removed() follows.
+    //! \return false if the transfer has not ended
     bool remove(qint64 id);
+
+    //! Removes all transfers that have ended.
     void removeEnded();
 
     //! Answers asked(). VellConflictPolicy::Ask asks again.
     void answer(qint64 id, VellConflictPolicy decision);
-    //! The same for all conflicts of the batch of \a id, also those to come.
+
+    //! Answers this conflict and all others of the batch of the transfer \a id, including later ones.
     void answerAll(qint64 id, VellConflictPolicy decision);
     //! \}
 
-    //! How much is sent and received in all, in bytes per second; 0 for no limit. The running transfers share it; a request that
-    //! is under way keeps its share.
+    //! Limits the total speed in each direction, in bytes per second; 0 for no limit. Running transfers share the limit. A
+    //! request in flight keeps its share.
     void setSpeedLimits(qint64 sentPerSecond, qint64 receivedPerSecond);
 
-    //! How many attempts in a row that move nothing a transfer has, from now on; at least 1, at most 255, ten at first. While
-    //! the session is offline no attempts are made.
+    //! Sets after how many attempts in a row without progress a transfer fails: 1 to 255. The default is 10. No attempts are made
+    //! while the session is offline.
     void setAttemptLimit(int attempts);
 
-    //! How many small transfers of each direction run at once, from now on; 1 to 64, four at first.
+    //! Sets how many small transfers run at the same time in each direction: 1 to 64. The default is 4.
     void setTransfersAtOnce(int count);
 
-    //! Whether downloads go on with what an earlier queue has left beside their targets, in another run of the program for example. What
-    //! arrives is compared with the MD5 in any case. Then the parts of large files stay when their downloads are cancelled. False at
-    //! first: such parts are removed.
+    //! Sets whether downloads continue with the temporary files of earlier queues, for example of an earlier run of the program.
+    //! The MD5 is verified in any case. If true, the temporary files of large downloads are kept when these are cancelled. The
+    //! default is false: temporary files are removed.
     void setResumesParts(bool resumes);
 
-    //! \name Looking
+    //! \name Transfers
     //! \{
-    //! With the identifier 0 if there is none.
+
+    //! Returns the transfer \a id. If there is none, the identifier of the result is 0.
     VellTransfer transfer(qint64 id) const;
-    //! All identifiers, in the order of adding. Takes time for each; keep a copy and follow the signals.
+
+    //! Returns all identifiers, in the order in which they were added. This takes time for each transfer: keep a copy, and update
+    //! it by the signals.
+    //! \sa added(), removed()
     QVector<qint64> ids() const;
+
+    //! Returns the number of transfers.
     int count() const;
+
+    //! Returns the totals of all transfers.
     VellTransferTotals totals() const;
-    //! The open question of the transfer \a id; with the identifier 0 if there is none.
+
+    //! Returns the open question of the transfer \a id. If there is none, the identifier of the result is 0.
+    //! \sa asked()
     VellTransferQuestion question(qint64 id) const;
     //! \}
 
 Q_SIGNALS:
-    //! What the file of open() held is in the queue. \a isDamaged: its end could not be read, and transfers may be missing.
+    //! The transfers in the file of open() are in the queue. If \a isDamaged is true, the end of the file could not be read, and
+    //! transfers may be missing.
     void opened(bool isDamaged);
-    //! The queue is not kept on the disk, or from now on not any more: the file cannot be read or written, is none of this
-    //! class, or is in use by another queue. Transfers go on.
+
+    //! The queue is not kept in the file of open(), or no longer: the file cannot be read or written, is not a file of this
+    //! class, or is in use by another queue. Transfers continue.
     void openFailed(const VellError &error);
 
+    //! Transfers have been added.
     void added(const QVector<qint64> &ids);
+
+    //! Transfers have been removed.
     void removed(const QVector<qint64> &ids);
 
-    //! State, progress or error of transfers, or the totals, have changed. Emitted at most ten times a second.
+    //! The state, the progress or the error of transfers, or the totals, have changed. Emitted at most ten times per second.
     void changed(const QVector<qint64> &ids);
 
-    //! A transfer is Done, Failed or Cancelled. Once for each transfer and retry().
-    //! \param document what an upload has made or has found in its place, or the source of a download; else a default record
+    //! A transfer has ended: Done, Failed or Cancelled. Emitted once, and once more after each retry().
+    //! \param document uploads: the document that was created or that caused a skip; downloads: the source; otherwise a
+    //!        default-constructed record
     void ended(const VellTransfer &transfer, const VellDocument &document);
 
-    //! Answer with answer() or answerAll(), now or later; other transfers go on. After an answer for all, pause() or
-    //! cancel() the question is void.
+    //! A conflict must be decided, with answer() or answerAll(), now or later. Other transfers continue. The question is closed by
+    //! answerAll() for another transfer of the batch, pause() and cancel().
     void asked(const VellTransferQuestion &question);
 
-    //! No transfer waits or runs any more; those that ask or are paused do not count.
+    //! No transfer is waiting or running. Paused transfers and open questions do not count.
     void idle();
 
 private:

@@ -8,7 +8,7 @@
         <translation>缺少服务地址。</translation>
     </message>
     <message>
-        <source>The address &quot;%1&quot; begins with neither http:// nor https://.</source>
+        <source>The address &quot;%1&quot; does not begin with http:// or https://.</source>
         <translation>地址“%1”不是以 http:// 或 https:// 开头。</translation>
     </message>
     <message>
@@ -16,7 +16,7 @@
         <translation>地址“%1”缺少协议：请写成 https://%1 或 http://%1。</translation>
     </message>
     <message>
-        <source>The address &quot;%1&quot; names no host.</source>
+        <source>The address &quot;%1&quot; has no host.</source>
         <translation>地址“%1”没有主机名。</translation>
     </message>
 </context>
@@ -58,47 +58,47 @@
         <translation>无法连接服务。</translation>
     </message>
     <message>
-        <source>The service did not answer in time.</source>
-        <translation>服务没有及时应答。</translation>
+        <source>The service did not respond in time.</source>
+        <translation>服务没有及时响应。</translation>
     </message>
     <message>
-        <source>The connection to the service is not safe.</source>
+        <source>The connection to the service is not secure.</source>
         <translation>与服务的连接不安全。</translation>
     </message>
     <message>
-        <source>The proxy does not let the request pass.</source>
-        <translation>代理不允许该请求通过。</translation>
+        <source>The proxy refused the request.</source>
+        <translation>代理拒绝了该请求。</translation>
     </message>
     <message>
         <source>There is no document service at this address.</source>
         <translation>此地址没有文档服务。</translation>
     </message>
     <message>
-        <source>The service does not know the user: sign in again.</source>
-        <translation>服务不认识该用户：请重新登录。</translation>
+        <source>The service does not accept the token: sign in again.</source>
+        <translation>服务不接受令牌：请重新登录。</translation>
     </message>
     <message>
         <source>You do not have the right to do this.</source>
         <translation>您没有执行此操作的权限。</translation>
     </message>
     <message>
-        <source>It is not there any more.</source>
+        <source>It no longer exists.</source>
         <translation>它已不存在。</translation>
     </message>
     <message>
-        <source>There is an entry of this name already.</source>
+        <source>An entry with this name already exists.</source>
         <translation>已存在同名项目。</translation>
     </message>
     <message>
-        <source>This cannot be a name.</source>
-        <translation>不能用作名称。</translation>
+        <source>This name is not valid.</source>
+        <translation>该名称无效。</translation>
     </message>
     <message>
-        <source>There is no room left on the disk.</source>
+        <source>The disk is full.</source>
         <translation>磁盘空间不足。</translation>
     </message>
     <message>
-        <source>This is larger than the service takes.</source>
+        <source>This is larger than the service allows.</source>
         <translation>超出服务接受的大小。</translation>
     </message>
     <message>
@@ -114,20 +114,20 @@
         <translation>服务繁忙：请稍后再试。</translation>
     </message>
     <message>
-        <source>The service does not accept the request.</source>
+        <source>The service refused the request.</source>
         <translation>服务不接受该请求。</translation>
     </message>
     <message>
-        <source>The service has failed.</source>
-        <translation>服务出错。</translation>
+        <source>The service reported an internal error.</source>
+        <translation>服务报告内部错误。</translation>
     </message>
     <message>
         <source>Cancelled.</source>
         <translation>已取消。</translation>
     </message>
     <message>
-        <source>The service did not say whether it did it.</source>
-        <translation>服务没有说明是否已完成。</translation>
+        <source>The service did not confirm the request.</source>
+        <translation>服务没有确认该请求。</translation>
     </message>
 </context>
 <context>
@@ -140,8 +140,8 @@
 <context>
     <name>VellSession</name>
     <message>
-        <source>What answers at %1 is no document service.</source>
-        <translation>%1 处应答的不是文档服务。</translation>
+        <source>There is no document service at %1.</source>
+        <translation>%1 处没有文档服务。</translation>
     </message>
 </context>
 <context>
@@ -155,11 +155,11 @@
         <translation>无法读取。</translation>
     </message>
     <message>
-        <source>%1 is no folder.</source>
+        <source>%1 is not a folder.</source>
         <translation>%1 不是文件夹。</translation>
     </message>
     <message>
-        <source>The service has several entries of this name.</source>
+        <source>The service has several entries with this name.</source>
         <translation>服务上有多个同名项目。</translation>
     </message>
     <message>
@@ -167,18 +167,18 @@
         <translation>一侧是文件，另一侧是文件夹。</translation>
     </message>
     <message>
-        <source>It differs from %1 only in case, which the local disk does not regard.</source>
+        <source>It differs from %1 only in case, which the local disk ignores.</source>
         <translation>它与 %1 仅大小写不同，而本地磁盘不区分大小写。</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; cannot be the name of a local file.</source>
+        <source>&quot;%1&quot; is not valid as the name of a local file.</source>
         <translation>“%1”不能用作本地文件名。</translation>
     </message>
 </context>
 <context>
     <name>VellTransferQueue</name>
     <message>
-        <source>The file is not there any more.</source>
+        <source>The file no longer exists.</source>
         <translation>文件已不存在。</translation>
     </message>
     <message>
@@ -194,19 +194,19 @@
         <translation>它是指向文件夹的链接，不会跟随。</translation>
     </message>
     <message>
-        <source>It is a link to something that is not there.</source>
-        <translation>它是链接，但目标不存在。</translation>
+        <source>It is a broken link.</source>
+        <translation>它是失效的链接。</translation>
     </message>
     <message>
-        <source>The service does not take the name &quot;%1&quot;.</source>
+        <source>The service does not accept the name &quot;%1&quot;.</source>
         <translation>服务不接受名称“%1”。</translation>
     </message>
     <message>
-        <source>The name &quot;%1&quot; is not UTF-8 text.</source>
+        <source>The name &quot;%1&quot; is not valid UTF-8.</source>
         <translation>名称“%1”不是 UTF-8 文本。</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; cannot be the name of a local file.</source>
+        <source>&quot;%1&quot; is not valid as the name of a local file.</source>
         <translation>“%1”不能用作本地文件名。</translation>
     </message>
     <message>
@@ -214,11 +214,11 @@
         <translation>文件在发送过程中被更改。</translation>
     </message>
     <message>
-        <source>A folder of this name is in the way.</source>
+        <source>A folder with this name already exists.</source>
         <translation>已存在同名文件夹。</translation>
     </message>
     <message>
-        <source>A file of this name is in the way.</source>
+        <source>A file with this name already exists.</source>
         <translation>已存在同名文件。</translation>
     </message>
     <message>
@@ -226,27 +226,27 @@
         <translation>文档在此期间已被删除。</translation>
     </message>
     <message>
-        <source>The upload has stopped without a reason.</source>
-        <translation>上传无故停止。</translation>
+        <source>The upload ended without a result.</source>
+        <translation>上传结束但没有结果。</translation>
     </message>
     <message>
-        <source>%1 bytes have arrived instead of %2.</source>
+        <source>%1 bytes were received instead of %2.</source>
         <translation>收到 %1 字节，应为 %2 字节。</translation>
     </message>
     <message>
-        <source>What has arrived is not what the service has.</source>
+        <source>The received content differs from the one on the service.</source>
         <translation>收到的内容与服务上的不一致。</translation>
     </message>
     <message>
-        <source>There is something else in place of the folder.</source>
-        <translation>文件夹的位置上有其他项目。</translation>
+        <source>A file with the name of the folder already exists.</source>
+        <translation>已存在与文件夹同名的文件。</translation>
     </message>
     <message>
-        <source>%1 is no plain file, and is not replaced.</source>
+        <source>%1 is not a regular file and is not replaced.</source>
         <translation>%1 不是普通文件，不会被替换。</translation>
     </message>
     <message>
-        <source>The folder %1 cannot be made.</source>
+        <source>The folder %1 cannot be created.</source>
         <translation>无法创建文件夹 %1。</translation>
     </message>
     <message>
@@ -258,7 +258,7 @@
         <translation>没有打开的项目。</translation>
     </message>
     <message>
-        <source>%1 is no list of transfers.</source>
+        <source>%1 is not a list of transfers.</source>
         <translation>%1 不是传输列表。</translation>
     </message>
     <message>

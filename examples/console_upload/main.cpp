@@ -1,4 +1,4 @@
-// Uploads files and folders to the top level of a project; what is there already gets another name.
+// Uploads files and folders to the top level of a project. If a name is already taken, a free name is used.
 //   console_upload ADDRESS PROJECT TOKEN PATH...    (TOKEN may be empty)
 
 #include <documents/VellDocuments.h>

@@ -1,4 +1,4 @@
-// Shows a folder of a project as a table; a double click opens a folder, Backspace returns.
+// Shows a folder of a project as a table. A double click opens a folder, Backspace returns to the folder above.
 //   document_table ADDRESS PROJECT [TOKEN]
 
 #include <documents/VellDocuments.h>
@@ -27,7 +27,7 @@ int main(int argc, char *argv[])
     QTableView table;
     table.setModel(&model);
     table.setSelectionBehavior(QTableView::SelectRows);
-    table.setSortingEnabled(true); // the model has the service sort
+    table.setSortingEnabled(true); // the service sorts
     table.horizontalHeader()->setSectionResizeMode(VellDocumentModel::NameColumn,
                                                    QHeaderView::Stretch);
     table.resize(900, 600);
@@ -43,7 +43,7 @@ int main(int argc, char *argv[])
         model.setSource(VellDocumentSource::folder(QString()));
     });
 
-    QStringList above; // the folders to return to
+    QStringList above; // the folders above the open one
     QObject::connect(&table, &QTableView::doubleClicked, &table, [&](const QModelIndex &index) {
         if (!index.data(VellModelRole::IsFolder).toBool())
             return;

@@ -1,4 +1,4 @@
-// Makes a folder at the top level of a project and lists what is there.
+// Creates a folder at the top level of a project and lists its entries.
 //   minimal ADDRESS PROJECT [TOKEN]
 
 #include <document_service/VellDocumentData.h>
@@ -22,12 +22,12 @@ int main(int argc, char *argv[])
         return 2;
     }
 
-    // Where the service is, who asks, and which project is open.
+    // The address of the service, the token of the user, and the open project.
     VellBaseApi::GetInstance().setBaseApi(arguments[1]);
     GetSoftCache()->setCurrentProjectId(arguments[2]);
     NetworkSettings::instance().setAccessToken(arguments.value(3));
 
-    // The methods say only that something failed; this says why.
+    // The methods only return whether they have succeeded; this signal has the reason of a failure.
     QObject::connect(NetworkManager::instance(), &NetworkManager::requestFailed,
                      [&err](const NetworkFailure &failure) { err << failure.message << '\n'; });
 

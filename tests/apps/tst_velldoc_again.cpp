@@ -51,7 +51,7 @@ void TestVelldocAgain::storedFolderIsNotNested()
     world.write(QStringLiteral("site/below/b"), "2");
     world.succeedLine("put site /new");
     const VelldocRun again = world.succeedLine("put site /new");
-    QVERIFY2(again.error.contains(QLatin1String("2 files were there already.")),
+    QVERIFY2(again.error.contains(QLatin1String("2 files already existed.")),
              qPrintable(again.error));
     QCOMPARE(world.succeedLine("ls /new --sort name").out, QStringLiteral("a\nbelow/\n"));
     world.succeedLine("put site /new/");
@@ -71,7 +71,7 @@ void TestVelldocAgain::storedFolderGoesOnAfterAKill()
     world.service().clearFaults();
     QVERIFY(world.runLine("ls /new").lines().size() < 60);
     const VelldocRun again = world.succeedLine("put site /new");
-    QVERIFY2(again.error.contains(QLatin1String("were there already.")), qPrintable(again.error));
+    QVERIFY2(again.error.contains(QLatin1String("already existed.")), qPrintable(again.error));
     world.succeedLine("get -r /new back");
     QCOMPARE(VelldocWorld::tree(world.path(QStringLiteral("back"))),
              VelldocWorld::tree(world.path(QStringLiteral("site"))));
@@ -102,7 +102,7 @@ void TestVelldocAgain::fetchedFolderGoesOnAfterAKill()
     }
     world.service().clearFaults();
     const VelldocRun again = world.succeedLine("get -r /site back");
-    QVERIFY2(again.error.contains(QLatin1String("were there already.")), qPrintable(again.error));
+    QVERIFY2(again.error.contains(QLatin1String("already existed.")), qPrintable(again.error));
     QCOMPARE(back.entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 60);
 }
 

@@ -137,7 +137,7 @@ void TestVelldocCompletion::fishCompletes_data()
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("offers");
     QTest::newRow("command") << QStringLiteral("velldoc mkd")
-                             << QStringLiteral("mkdir\tmake folders\n");
+                             << QStringLiteral("mkdir\tcreate folders\n");
     QTest::newRow("value") << QStringLiteral("velldoc find --kind im") << QStringLiteral("image\n");
     QTest::newRow("path") << QStringLiteral("velldoc ls /Lev") << QStringLiteral("/Level 1/\n");
 }

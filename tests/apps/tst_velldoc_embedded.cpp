@@ -76,8 +76,7 @@ void TestVelldocEmbedded::lockedFolderIsSaid()
     world.environment.insert(QStringLiteral("VELLDOC_DATA"), world.path(QStringLiteral("service")));
     const VelldocRun run = world.runBare({QStringLiteral("ls")});
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("Another velldoc is working on")),
-             qPrintable(run.error));
+    QVERIFY2(run.error.contains(QLatin1String("Another velldoc is using")), qPrintable(run.error));
 }
 
 QTEST_GUILESS_MAIN(TestVelldocEmbedded)

@@ -109,7 +109,7 @@ void TestVelldocExitCodes::missingThingsAreSoughtInTheirFolder()
     world.succeed({QStringLiteral("mkdir"), QStringLiteral("/It's here")});
     QCOMPARE(world.run({QStringLiteral("info"), QStringLiteral("/It's here/x")}).error,
              QStringLiteral("velldoc: There is no /It's here/x in the project: \"velldoc ls "
-                            "'/It'\\''s here'\" lists what is there.\n"));
+                            "'/It'\\''s here'\" lists the existing entries.\n"));
 }
 
 void TestVelldocExitCodes::dashIsExplained()
@@ -119,8 +119,8 @@ void TestVelldocExitCodes::dashIsExplained()
         world.run({QStringLiteral("put"), QStringLiteral("-x"), QStringLiteral("/")});
     QCOMPARE(run.exitCode, 2);
     QCOMPARE(run.error,
-             QStringLiteral("velldoc: There is no option -x; names that begin with a dash go "
-                            "behind a --. See \"velldoc help put\".\n"));
+             QStringLiteral("velldoc: There is no option -x; write -- before names that begin with "
+                            "a dash. See \"velldoc help put\".\n"));
 }
 
 void TestVelldocExitCodes::viewerIsNotAllowed()
@@ -144,7 +144,7 @@ void TestVelldocExitCodes::viewerIsNotAllowed()
     QVERIFY2(!stored.error.contains(QLatin1String("continues")), qPrintable(stored.error));
     const VelldocRun other = world.runLine("--project q ls");
     QCOMPARE(other.exitCode, 3);
-    QVERIFY2(other.error.endsWith(QLatin1String(": \"velldoc projects\" lists yours.\n")),
+    QVERIFY2(other.error.endsWith(QLatin1String(": \"velldoc projects\" lists your projects.\n")),
              qPrintable(other.error));
 }
 
@@ -174,7 +174,7 @@ void TestVelldocExitCodes::wrongAddressIsExplained_data()
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QByteArray>("sentence");
     QTest::newRow("other scheme") << QByteArray("ftp://x/") << 5
-                                  << QByteArray("begins with neither http:// nor https://.\n");
+                                  << QByteArray("does not begin with http:// or https://.\n");
     QTest::newRow("no scheme") << QByteArray("example:80") << 5
                                << QByteArray("write https://example:80 or http://example:80.\n");
     QTest::newRow("wrong path") << QByteArray("%1wrong/") << 3
@@ -208,7 +208,7 @@ void TestVelldocExitCodes::bytesThatAreNoTextAreRefused()
                  VelldocWorld::program(), world.baseApi()});
     QVERIFY(shell.waitForFinished());
     QCOMPARE(shell.exitCode(), 2);
-    QVERIFY(shell.readAllStandardError().contains("is not UTF-8 text"));
+    QVERIFY(shell.readAllStandardError().contains("is not valid UTF-8"));
     QCOMPARE(world.succeedLine("ls").out, QString());
 #endif
 }
@@ -256,7 +256,7 @@ void TestVelldocExitCodes::namesCannotLeadElsewhere()
                             QStringLiteral("down/here")});
     QTRY_COMPARE(process.state(), QProcess::NotRunning);
     QCOMPARE(process.exitCode(), 1);
-    QVERIFY(process.readAllStandardError().contains("no local file can have this name"));
+    QVERIFY(process.readAllStandardError().contains("the name is not valid for a local file"));
     QVERIFY(QDir(world.path(QStringLiteral("down/here"))).isEmpty());
     QCOMPARE(QDir(world.path(QStringLiteral("down")))
                  .entryList(QDir::AllEntries | QDir::NoDotAndDotDot)

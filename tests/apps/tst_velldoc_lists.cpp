@@ -78,7 +78,7 @@ void TestVelldocLists::longListIsATable()
     const QRegularExpression time(QStringLiteral("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d"));
     for (QString &line : lines)
         line.replace(time, QStringLiteral("0000-00-00 00:00"));
-    QCOMPARE(lines.at(0), QStringLiteral("Kind         Size  Changed           By     Name"));
+    QCOMPARE(lines.at(0), QStringLiteral("Type         Size  Changed           By     Name"));
     QCOMPARE(lines.at(1), QStringLiteral("Folder             0000-00-00 00:00  local  D/"));
     QCOMPARE(lines.at(2), QStringLiteral("Drawings  1.5 KiB  0000-00-00 00:00  local  图.dwg"));
 }
@@ -203,7 +203,7 @@ void TestVelldocLists::infoTellsEverything()
                    QStringLiteral("/D")});
     const VelldocRun run = world.succeed({QStringLiteral("info"), QStringLiteral("/D/a.pdf")});
     QVERIFY2(run.out.contains(QLatin1String("Path:       /D/a.pdf\n")), qPrintable(run.out));
-    QVERIFY2(run.out.contains(QLatin1String("Kind:       Documents\n")), qPrintable(run.out));
+    QVERIFY2(run.out.contains(QLatin1String("Type:       Documents\n")), qPrintable(run.out));
     QVERIFY2(run.out.contains(QLatin1String("Size:       5 B (5 bytes)\n")), qPrintable(run.out));
 }
 

@@ -80,7 +80,7 @@ void TestVelldocManage::copyDoesNotReplace()
     world.succeedLine("put a /");
     const VelldocRun run = world.runLine("cp /a /a");
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("/a is there already")), qPrintable(run.error));
+    QVERIFY2(run.error.contains(QLatin1String("/a already exists")), qPrintable(run.error));
     QCOMPARE(world.runLine("cp /a /").exitCode, 1);
 }
 
@@ -192,7 +192,7 @@ void TestVelldocManage::updateAndSkipExcludeEachOther()
     world.write(QStringLiteral("a"), "1");
     const VelldocRun run = world.runLine("put -u --on-conflict skip a /");
     QCOMPARE(run.exitCode, 2);
-    QVERIFY2(run.error.contains(QLatin1String("exclude each other")), qPrintable(run.error));
+    QVERIFY2(run.error.contains(QLatin1String("cannot be used together")), qPrintable(run.error));
     world.succeedLine("put -u --on-conflict replace a /");
 }
 
@@ -292,7 +292,7 @@ void TestVelldocManage::userAndProjectsAreTold()
     world.environment.insert(QStringLiteral("VELLDOC_TOKEN"), token);
     world.environment.insert(QStringLiteral("VELLDOC_PROJECT"), QStringLiteral("p"));
     QCOMPARE(world.succeedLine("whoami").out, QStringLiteral("vera\n"));
-    QVERIFY(world.succeedLine("whoami").error.contains(QLatin1String("\"p\" as editor")));
+    QVERIFY(world.succeedLine("whoami").error.contains(QLatin1String("\"p\", as editor")));
     QCOMPARE(world.succeedLine("projects --output csv --columns id,role,name").out,
              QStringLiteral("id,role,name\np,editor,The tower\n"));
 }

@@ -73,8 +73,8 @@ void TestVelldocOutput::rowsAreForPrograms()
     world.write(QStringLiteral("d/a.txt"), "1");
     world.succeedLine("put d /");
     // Windows has no local files of this name.
-    world.succeed({QStringLiteral("rename"), QStringLiteral("/d/a.txt"),
-                   QStringLiteral("a,\"b\".txt")});
+    world.succeed(
+        {QStringLiteral("rename"), QStringLiteral("/d/a.txt"), QStringLiteral("a,\"b\".txt")});
     QTEST(world.succeedLine(line.constData()).out, "out");
     QCOMPARE(world.runLine("ls --output xml").exitCode, 2);
 }

@@ -119,7 +119,7 @@ void TestVelldocRecovery::uploadGivesUpAndSaysWhy_data()
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("sentence");
     QTest::newRow("no room") << QByteArray("no-room,verb=POST,times=0") << 1
-                             << QStringLiteral(": make room there");
+                             << QStringLiteral(": free some space there");
     QTest::newRow("refused") << QByteArray("status=400,verb=POST,times=0") << 1
                              << QStringLiteral("told to refuse this request");
     QTest::newRow("not allowed") << QByteArray("status=403,verb=POST,times=0") << 4
@@ -149,7 +149,7 @@ void TestVelldocRecovery::chunkThatIsNeverKeptEndsTheUpload()
         fault("forget-chunk,verb=POST,path=/base-service/largefiles,nth=2,times=0"));
     const VelldocRun run = world.run({QStringLiteral("put"), local, QStringLiteral("/")});
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("stopped without a reason")), qPrintable(run.error));
+    QVERIFY2(run.error.contains(QLatin1String("ended without a result")), qPrintable(run.error));
 }
 
 void TestVelldocRecovery::fileThatChangesMeanwhileIsSentAgain_data()
@@ -207,7 +207,7 @@ void TestVelldocRecovery::fileThatVanishesMeanwhileIsNamed()
     QVERIFY(process.waitForFinished(20'000));
     QCOMPARE(process.exitCode(), 1);
     const QByteArray error = process.readAllStandardError();
-    QVERIFY2(error.contains("second was not stored: The file is not there any more.\n"),
+    QVERIFY2(error.contains("second was not stored: The file no longer exists.\n"),
              error.constData());
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("first\n"));
 }

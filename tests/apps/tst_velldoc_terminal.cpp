@@ -98,10 +98,10 @@ void TestVelldocTerminal::capitalLetterAnswersForAllTheFollowing()
     start(process, world, put);
     QVERIFY(process.waitForText("A capital letter"));
     process.press("s\n");
-    QVERIFY(process.waitForText("/b is there already"));
+    QVERIFY(process.waitForText("/b already exists"));
     process.press("N\n");
     QCOMPARE(process.waitForEnd(), 0);
-    QVERIFY(!process.output().contains("/c is there already"));
+    QVERIFY(!process.output().contains("/c already exists"));
     QCOMPARE(
         world.succeed({QStringLiteral("ls"), QStringLiteral("--sort"), QStringLiteral("name")}).out,
         QStringLiteral("a\nb\nb(2)\nc\nc(2)\n"));
@@ -131,7 +131,7 @@ void TestVelldocTerminal::interruptedQuestionSendsNothing()
     QVERIFY(process.waitForText("A capital letter"));
     process.press("\x03");
     QCOMPARE(process.waitForEnd(), 130);
-    QVERIFY2(process.output().contains("Interrupted. No file was sent; the same command begins"),
+    QVERIFY2(process.output().contains("Interrupted. No file was sent; the same command starts"),
              process.output().constData());
 }
 
@@ -150,7 +150,7 @@ void TestVelldocTerminal::interruptedDownloadSaysHowToGoOn()
     QVERIFY2(process.waitForText("0 % 0 B of 1 B"), process.output().constData());
     process.press("\x03");
     QCOMPARE(process.waitForEnd(), 130);
-    QVERIFY2(process.output().contains("The same command goes on from here."),
+    QVERIFY2(process.output().contains("The same command continues from here."),
              process.output().constData());
     QVERIFY(!QFileInfo::exists(back));
 }
@@ -192,7 +192,7 @@ void TestVelldocTerminal::interruptedUploadSaysHowToGoOnAndGoesOn()
                              20'000);
     process.press("\x03");
     QCOMPARE(process.waitForEnd(), 130);
-    QVERIFY2(process.output().contains("The same command goes on from here."),
+    QVERIFY2(process.output().contains("The same command continues from here."),
              process.output().constData());
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QString());
     world.service().clearFaults();
@@ -290,7 +290,7 @@ void TestVelldocTerminal::tokenIsNotShown()
     process.press(token.toLatin1() + '\n');
     QCOMPARE(process.waitForEnd(), 0);
     QVERIFY(!process.output().contains(token.toLatin1()));
-    QVERIFY(process.output().contains("velldoc now works at"));
+    QVERIFY(process.output().contains("velldoc now uses"));
 }
 
 //! As after Ctrl-Z and "fg": the shell has given the terminal its own modes meanwhile.
@@ -300,8 +300,7 @@ void TestVelldocTerminal::tokenIsNotShownAfterAStop()
     PtyProcess process;
     start(process, world, {QStringLiteral("login")});
     QVERIFY(process.waitForText("Access token"));
-    const QByteArray terminal =
-        "/proc/" + QByteArray::number(process.processId()) + "/fd/0";
+    const QByteArray terminal = "/proc/" + QByteArray::number(process.processId()) + "/fd/0";
     const int fd = open(terminal.constData(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     QVERIFY(fd >= 0);
     const auto closing = qScopeGuard([fd] { close(fd); });

@@ -125,7 +125,7 @@ void TestVelldocTransfers::conflictCancelsWithoutATerminal()
     world.write(QStringLiteral("a"), "2");
     const VelldocRun run = world.run({QStringLiteral("put"), other, local, QStringLiteral("/")});
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("/a is there already, so no file was sent")),
+    QVERIFY2(run.error.contains(QLatin1String("/a already exists, so no file was sent")),
              qPrintable(run.error));
     QCOMPARE(world.succeed({QStringLiteral("ls")}).out, QStringLiteral("a\n"));
 }
@@ -239,9 +239,10 @@ void TestVelldocTransfers::whatCannotBeFetchedIsNamedAndTheRestComes()
         world.run({QStringLiteral("get"), QStringLiteral("-rf"), QStringLiteral("/d/a"),
                    QStringLiteral("/d/b"), QStringLiteral("/d/c"), QStringLiteral("back/d")});
     QCOMPARE(again.exitCode, 1);
-    QVERIFY2(again.error.contains(QLatin1String("back/d/b was not fetched: it is a local folder.")),
-             qPrintable(again.error));
-    QVERIFY2(again.error.contains(QLatin1String("2 files were there already")),
+    QVERIFY2(
+        again.error.contains(QLatin1String("back/d/b was not downloaded: it is a local folder.")),
+        qPrintable(again.error));
+    QVERIFY2(again.error.contains(QLatin1String("2 files already existed")),
              qPrintable(again.error));
 }
 
@@ -270,9 +271,9 @@ void TestVelldocTransfers::everyEntryIsStoredOrNamed()
         reasons.append(entry.toObject().value(QLatin1String("message")).toString());
     reasons.sort();
     QCOMPARE(reasons,
-             (QStringList{QStringLiteral("it is no plain file"),
-                          QStringLiteral("its name is not UTF-8 text"),
-                          QStringLiteral("its name is not UTF-8 text")}));
+             (QStringList{QStringLiteral("it is not a regular file"),
+                          QStringLiteral("its name is not valid UTF-8"),
+                          QStringLiteral("its name is not valid UTF-8")}));
 }
 
 void TestVelldocTransfers::pipeIsWrittenTo()
@@ -344,7 +345,7 @@ void TestVelldocTransfers::unreadableFileIsNamedAndTheRestIsStored()
     const VelldocRun run =
         world.run({QStringLiteral("put"), QStringLiteral("d"), QStringLiteral("/")});
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("d/broken.lnk was left out: it is not there.")),
+    QVERIFY2(run.error.contains(QLatin1String("d/broken.lnk was skipped: it does not exist.")),
              qPrintable(run.error));
     QCOMPARE(world.succeed({QStringLiteral("ls"), QStringLiteral("/d")}).out,
              QStringLiteral("a\n"));

@@ -62,7 +62,7 @@ void TestVelldocWindows::withoutAServiceItSaysHowToStartOne()
     const VelldocRun run = world.runBare({command});
     QCOMPARE(run.exitCode, 2);
     QCOMPARE(run.out, QString());
-    QVERIFY2(run.error.contains(QLatin1String("name one with --url"))
+    QVERIFY2(run.error.contains(QLatin1String("pass the address of one with --url"))
                  && run.error.contains(QLatin1String("\"vell-service --data DIR\"")),
              qPrintable(run.error));
 }
@@ -182,7 +182,7 @@ void TestVelldocWindows::namesThatWindowsCannotHaveAreRefused()
     const VelldocRun run = world.run({QStringLiteral("get"), QStringLiteral("-r"),
                                       QStringLiteral("/"), world.path(QStringLiteral("down"))});
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("no local file can have this name")),
+    QVERIFY2(run.error.contains(QLatin1String("the name is not valid for a local file")),
              qPrintable(run.error));
     QVERIFY(QDir(world.path(QStringLiteral("down"))).isEmpty());
     // Under another name it can be had.
@@ -201,7 +201,7 @@ void TestVelldocWindows::namesThatDifferInCaseAreOneFile()
     const VelldocRun run = world.run({QStringLiteral("get"), QStringLiteral("-r"),
                                       QStringLiteral("/"), world.path(QStringLiteral("down"))});
     QCOMPARE(run.exitCode, 1);
-    QVERIFY2(run.error.contains(QLatin1String("there are several documents of this name")),
+    QVERIFY2(run.error.contains(QLatin1String("there are several documents with this name")),
              qPrintable(run.error));
 }
 

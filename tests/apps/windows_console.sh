@@ -20,7 +20,7 @@ shown=$(on_console ls / </dev/null)
 [ "$shown" = "图纸 R&D 100%/" ] || fail "the console showed: $shown"
 
 shown=$(on_console ls -l / </dev/null)
-grep -q '^Kind  ' <<<"$shown" || fail "colours are not understood there, but came: $shown"
+grep -q '^Type  ' <<<"$shown" || fail "colours are not understood there, but came: $shown"
 grep -q '  图纸 R&D 100%/$' <<<"$shown" || fail "the table was: $shown"
 
 # Through a pipe it is UTF-8 with plain line ends.
@@ -36,7 +36,7 @@ press_when_sending() {
 code=0
 shown=$(on_console put "$work/scan.zip" / < <(press_when_sending)) || code=$?
 [ "$code" = 130 ] || fail "Ctrl-C ended it with $code: $shown"
-grep -q 'The same command goes on from here' <<<"$shown" || fail "Ctrl-C left: $shown"
+grep -q 'The same command continues from here' <<<"$shown" || fail "Ctrl-C left: $shown"
 chunks=$(grep -c 'POST /base-service/largefiles 200' "$work/access.log")
 [ "$chunks" -lt 15 ] || fail "Ctrl-C came after all $chunks chunks"
 

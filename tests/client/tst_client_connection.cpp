@@ -32,11 +32,11 @@ void TestClientConnection::addressesAreChecked_data()
         "The address \"localhost:8080\" has no scheme: write https://localhost:8080 or "
         "http://localhost:8080.");
     row("another scheme", "ftp://documents.example.com/",
-        "The address \"ftp://documents.example.com/\" begins with neither http:// nor https://.");
-    row("no host", "http:///path", "The address \"http:///path\" names no host.");
-    row("no address at all", "http://", "The address \"http://\" names no host.");
+        "The address \"ftp://documents.example.com/\" does not begin with http:// or https://.");
+    row("no host", "http:///path", "The address \"http:///path\" has no host.");
+    row("no address at all", "http://", "The address \"http://\" has no host.");
     row("a port that is none", "http://host:port/",
-        "The address \"http://host:port/\" names no host.");
+        "The address \"http://host:port/\" has no host.");
 }
 
 void TestClientConnection::addressesAreChecked()

@@ -279,7 +279,7 @@ void TestDesktopChanges::lostReplyChangesOnce()
     world.service.addFault(rule);
     QTest::keyClick(world.window(), Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
     auto *const bar = world.window()->findChild<MessageBar *>(QStringLiteral("messageBar"));
-    QTRY_VERIFY_WITH_TIMEOUT(bar->text().contains(QLatin1String("could not be made")), WaitMs);
+    QTRY_VERIFY_WITH_TIMEOUT(bar->text().contains(QLatin1String("could not be created")), WaitMs);
     QTRY_COMPARE_WITH_TIMEOUT(world.names().size(), 4, WaitMs);
     QTest::keyClick(world.window(), Qt::Key_F5);
     QTRY_COMPARE(world.shownNames().size(), 4); // it was made, once

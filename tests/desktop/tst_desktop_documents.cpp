@@ -182,8 +182,8 @@ void TestDesktopDocuments::versionIsFetched_data()
     QTest::addColumn<bool>("isThere");
     QTest::addColumn<QString>("message");
     QTest::addColumn<QByteArray>("fetched");
-    QTest::newRow("it is there") << true << "It is in " << QByteArray("first");
-    QTest::newRow("it fails") << false << "could not be fetched" << QByteArray("(no file)");
+    QTest::newRow("it is there") << true << "It has been saved as " << QByteArray("first");
+    QTest::newRow("it fails") << false << "could not be downloaded" << QByteArray("(no file)");
 }
 
 void TestDesktopDocuments::versionIsFetched()
@@ -234,7 +234,7 @@ void TestDesktopDocuments::failedHistoryIsSaid()
     auto *const message = world.find<QTreeWidget>(QStringLiteral("versions"))
                               ->window()
                               ->findChild<QLabel *>(QStringLiteral("message"));
-    QTRY_VERIFY_WITH_TIMEOUT(message->text().contains(QLatin1String("could not be fetched")),
+    QTRY_VERIFY_WITH_TIMEOUT(message->text().contains(QLatin1String("could not be loaded")),
                              WaitMs);
 }
 

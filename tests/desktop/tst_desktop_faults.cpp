@@ -131,8 +131,9 @@ void TestDesktopFaults::fullStoreFailsTheUploadAndKeepsIt()
     world.drop(world.makeFile(QStringLiteral("new.txt"), "new"));
     QTRY_VERIFY_WITH_TIMEOUT(world.message->text().contains(QLatin1String("1 failed")), WaitMs);
     auto *const transfers = world.find<QTreeView>(QStringLiteral("transfers"));
-    QVERIFY2(transfers->model()->index(0, 1).data().toString().contains(QLatin1String("no room")),
-             qPrintable(transfers->model()->index(0, 1).data().toString()));
+    QVERIFY2(
+        transfers->model()->index(0, 1).data().toString().contains(QLatin1String("disk is full")),
+        qPrintable(transfers->model()->index(0, 1).data().toString()));
     QCOMPARE(world.names(), list("Drawings", "a.txt", "b.txt"));
     world.service.clearFaults();
     auto *const retry = world.window()->findChild<QAction *>(QStringLiteral("retry"));

@@ -184,7 +184,7 @@ void TestDesktopNavigation::failedListIsNotEmpty()
     auto *const pane = world.window()->pane();
     QTRY_VERIFY_WITH_TIMEOUT(pane->model()->error(), WaitMs);
     auto *const notice = world.find<QWidget>(QStringLiteral("notice"));
-    QVERIFY(notice->accessibleName().contains(QLatin1String("could not be fetched")));
+    QVERIFY(notice->accessibleName().contains(QLatin1String("could not be loaded")));
     world.service.clearFaults();
     QTest::keyClick(world.window(), Qt::Key_F5);
     QTRY_COMPARE_WITH_TIMEOUT(world.shownNames(), list("Level 1", "plan.dwg"), WaitMs);

@@ -94,17 +94,17 @@ void TestDesktopRules::actionsArePossibleByRights_data()
     row("delete without the right", Id::Delete, without("delete"), "You may not delete");
     row("delete nothing", Id::Delete, nothing, "Nothing is selected");
     row("delete what is not fetched", Id::Delete,
-        with([](ActionState &s) { s.isSelectionFetched = false; }), "not been fetched");
+        with([](ActionState &s) { s.isSelectionFetched = false; }), "not been loaded");
     row("delete in the bin", Id::Delete, bin, "Restore it");
     row("download without the right", Id::Download, without("download"), "You may not download");
     row("download offline", Id::Download, offline, "");
     row("new folder", Id::NewFolder, everything(), "");
     row("new folder without the right", Id::NewFolder,
         with([](ActionState &s) { s.mayUpload = false; }), "You may not add");
-    row("new folder in the bin", Id::NewFolder, bin, "in a folder only");
+    row("new folder in the bin", Id::NewFolder, bin, "only possible in a folder");
     row("paste nothing", Id::Paste, with([](ActionState &s) { s.canPaste = false; }), "clipboard");
     row("restore", Id::Restore, bin, "");
-    row("restore elsewhere", Id::Restore, everything(), "recycle bin only");
+    row("restore elsewhere", Id::Restore, everything(), "only possible in the recycle bin");
     row("empty the bin", Id::EmptyRecycleBin, bin, "");
     row("empty the bin as an editor", Id::EmptyRecycleBin, with([](ActionState &s) {
             s.location = Location::place(Location::Kind::RecycleBin);

@@ -256,7 +256,7 @@ void TestDesktopTransfers::failureIsSaidAndTriedAgain()
     auto *const bar = world.window()->findChild<MessageBar *>(QStringLiteral("messageBar"));
     QTRY_VERIFY_WITH_TIMEOUT(bar->text().contains(QLatin1String("1 failed")), WaitMs);
     QVERIFY(world.transfers()->model()->index(0, 1).data().toString().contains(
-        QLatin1String("not there any more")));
+        QLatin1String("no longer exists")));
     QVERIFY(QFile::rename(world.path(QStringLiteral("moved")), file));
     QTRY_VERIFY_WITH_TIMEOUT(world.panelAction(QStringLiteral("retry"))->isEnabled(), WaitMs);
     world.panelAction(QStringLiteral("retry"))->trigger();

@@ -77,13 +77,18 @@ g++ -fPIC -o /tmp/by-hand $example/main.cpp $(pkg-config --cflags --libs VellDoc
 /tmp/by-hand $VELLDOC_URL bridge "$VELLDOC_TOKEN" | grep -qx 'file scan.zip' || fail "the example does not see the file"
 pkg-config --exists --print-errors VellClient VellNetwork VellPublicFun VellSoftBase
 
+echo "--- desktop client and documentation"
+install /packages/{vell-desktop,libvelldocumentdata-doc}_*.deb
+QT_QPA_PLATFORM=offscreen vell-desktop --version
+[ -s /usr/share/qt5/doc/VellDocumentData.qch ] || fail "there is no help file"
+
 echo "--- removal"
-! dpkg --verify libvelldocumentdata0.1 libvelldocumentdata-dev velldoc vell-service | grep -v /etc/default \
+! dpkg --verify libvelldocumentdata0.1 libvelldocumentdata-dev velldoc vell-desktop vell-service | grep -v /etc/default \
     || fail "these files are not as they were installed"
 apt-get remove -y -qq vell-service >/tmp/apt.log 2>&1 || fail "$(cat /tmp/apt.log)"
 ! systemctl is-active --quiet vell-service || fail "the service still runs"
 [ -e /etc/default/vell-service ] || fail "the settings went before they were purged"
-apt-get purge -y -qq vell-service velldoc 'libvelldocumentdata*' >/tmp/apt.log 2>&1 || fail "$(cat /tmp/apt.log)"
+apt-get purge -y -qq vell-service velldoc vell-desktop 'libvelldocumentdata*' >/tmp/apt.log 2>&1 || fail "$(cat /tmp/apt.log)"
 left=$(comm -13 <(echo "$before") <(ours) | grep -v "^/tmp/") || true
 [ "$left" = $data ] || fail "left behind: $left"
 [ -s $data/records.sqlite ] || fail "the documents went with the program"

@@ -297,7 +297,7 @@ void TestFileUpload::fileLostWhileSendingEndsTheUpload()
     QCOMPARE(completed.size(), 0);
     QCOMPARE(failures.size(), 1);
     QCOMPARE(failures.first().first().value<NetworkFailure>().message,
-             QString("The file could not be read to its end"));
+             QString("The file could not be read completely"));
 }
 
 void TestFileUpload::fileThatGrowsIsSentAsItWas()

@@ -116,29 +116,29 @@ void TestReplies::everyKindIsJudgedAndRead_data()
     row("204", json("", 204), Reply::NoError);
     row("299", json("{\"a\":1}", 299), Reply::NoError, "{\"a\":1}");
     row("304", json("", 304), Reply::ProtocolFailure, "{}", "[]",
-        "The service answered 304 Scripted");
+        "The service responded with 304 Scripted");
     row("300 without an address", json("{\"a\":1}", 300), Reply::ProtocolFailure, "{\"a\":1}", "[]",
-        "The service answered 300 Scripted");
+        "The service responded with 300 Scripted");
     row("400 with words", json("{\"error\":\"名称不能为空\"}", 400),
         Reply::ProtocolInvalidOperationError, "{\"error\":\"名称不能为空\"}", "[]", "名称不能为空");
     row("401", json("{\"error\":\"who?\"}", 401), Reply::AuthenticationRequiredError,
         "{\"error\":\"who?\"}", "[]", "who?");
     row("403", json("{\"count\":3}", 403), Reply::ContentAccessDenied, "{\"count\":3}", "[]",
-        "The service answered 403 Scripted");
+        "The service responded with 403 Scripted");
     row("404 with an array", json("[{\"a\":1}]", 404), Reply::ContentNotFoundError, "{}",
-        "[{\"a\":1}]", "The service answered 404 Scripted");
+        "[{\"a\":1}]", "The service responded with 404 Scripted");
     row("409 with nothing", json("", 409), Reply::ContentConflictError, "{}", "[]",
-        "The service answered 409 Scripted");
+        "The service responded with 409 Scripted");
     row("413", json("too much", 413), Reply::UnknownContentError, "{}", "[]",
-        "The service answered 413 Scripted");
+        "The service responded with 413 Scripted");
     row("500", json("{\"error\":7}", 500), Reply::InternalServerError, "{\"error\":7}", "[]",
-        "The service answered 500 Scripted");
+        "The service responded with 500 Scripted");
     row("503", json("{\"error\":\"\"}", 503), Reply::ServiceUnavailableError, "{\"error\":\"\"}",
-        "[]", "The service answered 503 Scripted");
+        "[]", "The service responded with 503 Scripted");
     row("truncated", ScriptedReply::endingAs(Ending::Truncated), Reply::RemoteHostClosedError, "{}",
-        "[]", "The connection was closed in the middle of the answer");
+        "[]", "The connection was closed before the end of the response");
     row("dropped", ScriptedReply::endingAs(Ending::Dropped), Reply::RemoteHostClosedError, "{}",
-        "[]", "The connection was closed before the answer came");
+        "[]", "The connection was closed before the response arrived");
     row("withheld", ScriptedReply::endingAs(Ending::Withheld), Reply::TimeoutError, "{}", "[]",
         "Nothing was sent or received for too long");
     ScriptedReply compressed = json(gzippedAnswer, 200);

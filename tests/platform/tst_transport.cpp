@@ -245,7 +245,7 @@ void TestTransport::lostConnectionNeverRepeatsAChange()
     QCOMPARE(m_server->requests().size(), 1);
     QCOMPARE(failures.size(), 1);
     QCOMPARE(failures.first().first().value<NetworkFailure>().message,
-             QString("The connection was closed before the answer came"));
+             QString("The connection was closed before the response arrived"));
 }
 
 void TestTransport::lostConnectionNeverRepeatsAForm()
@@ -384,7 +384,7 @@ void TestTransport::failuresTellNoPassword()
     waitFor(url, QNetworkReply::InternalServerError);
     const auto failure = failures.first().first().value<NetworkFailure>();
     QCOMPARE(failure.url, QUrl(m_url));
-    QCOMPARE(failure.message, QString("The service answered 500 Scripted"));
+    QCOMPARE(failure.message, QString("The service responded with 500 Scripted"));
 }
 
 void TestTransport::baseAddressEndsWithSlash()

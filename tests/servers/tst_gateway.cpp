@@ -62,10 +62,10 @@ void TestGateway::pagesOfNginxAreExplained_data()
     QTest::addColumn<int>("status");
     QTest::addColumn<Reason>("reason");
     QTest::addColumn<QString>("message");
-    QTest::newRow("413") << 413 << Reason::BodyTooLarge
-                         << "The server in front of the service refuses bodies of this size (413 "
-                            "Request Entity Too Large); nginx has the limit in "
-                            "client_max_body_size";
+    QTest::newRow("413")
+        << 413 << Reason::BodyTooLarge
+        << "The server in front of the service does not accept bodies of this size (413 Request "
+           "Entity Too Large); in nginx the limit is client_max_body_size";
     QTest::newRow("502") << 502 << Reason::GatewayFailed
                          << "The server in front of the service cannot reach it (502 "
                             "Bad Gateway)";

@@ -138,7 +138,8 @@ void TestProxy::failuresAreExplained_data()
         QTest::newRow(name) << proxy << QString::fromLatin1(host) << error << reason
                             << QString::fromLatin1(message);
     };
-    const char *const login = "The proxy wants a user name and a password, or rejects those given";
+    const char *const login =
+        "The proxy requires a user name and a password, or does not accept them";
     const QString user = "user:pass%20word";
     row("no password, http", proxy(), "http://service.test",
         QNetworkReply::ProxyAuthenticationRequiredError, Reason::ProxyLoginNeeded, login);
@@ -149,15 +150,15 @@ void TestProxy::failuresAreExplained_data()
     row("wrong password, https", proxy("user:wrong"), "https://service.test",
         QNetworkReply::ProxyAuthenticationRequiredError, Reason::ProxyLoginNeeded, login);
     row("denied, http", proxy(user), "http://denied.test", QNetworkReply::ContentAccessDenied,
-        Reason::ProxyRefused, "The proxy does not let the request pass (status 403)");
+        Reason::ProxyRefused, "The proxy refused the request (status 403)");
     row("denied, https", proxy(user), "https://denied.test", QNetworkReply::UnknownProxyError,
-        Reason::ProxyRefused, "The proxy does not let the request pass (status 403)");
+        Reason::ProxyRefused, "The proxy refused the request (status 403)");
     row("nothing listens", QString("http://127.0.0.1:%1").arg(ServerProgram::freePort()),
         "http://service.test", QNetworkReply::ProxyConnectionRefusedError, Reason::ProxyUnreachable,
         "The proxy cannot be reached");
     row("unknown name", "http://nowhere.invalid:3128", "http://service.test",
         QNetworkReply::ProxyNotFoundError, Reason::ProxyNotFound,
-        "The host name of the proxy is unknown");
+        "The host of the proxy was not found");
 }
 
 void TestProxy::failuresAreExplained()

@@ -98,10 +98,10 @@ void TestTls::certificatesAreJudged_data()
                              << "The certificate of 127.0.0.1 has expired or is not valid yet (";
     QTest::newRow("wrong host") << "DNS:elsewhere.test" << 2 << true << failed
                                 << Reason::CertificateWrongHost
-                                << "The certificate of the server is not made for 127.0.0.1 (";
+                                << "The certificate of the server is not valid for 127.0.0.1 (";
     QTest::newRow("self-signed") << QString() << 2 << true << failed
                                  << Reason::CertificateSelfSigned
-                                 << "127.0.0.1 shows a certificate that it has signed itself (";
+                                 << "127.0.0.1 has a self-signed certificate (";
 }
 
 void TestTls::certificatesAreJudged()
@@ -206,7 +206,7 @@ void TestTls::haproxyAsksForAClientCertificate()
     const NetworkFailure failure = ask(url);
     QCOMPARE(failure.error, QNetworkReply::SslHandshakeFailedError);
     QCOMPARE(failure.reason, Reason::ClientCertificateNeeded);
-    QCOMPARE(failure.message, QString("127.0.0.1:%1 asks for a client certificate").arg(port));
+    QCOMPARE(failure.message, QString("127.0.0.1:%1 requires a client certificate").arg(port));
 
     const Certificates::Pair client = m_certificates.forClient();
     NetworkSettings::instance().setClientCertificate({client.certificate, client.key, {}});
@@ -220,10 +220,10 @@ void TestTls::wrongSchemesAreNamed_data()
     QTest::addColumn<Reason>("reason");
     QTest::addColumn<QString>("words");
     QTest::newRow("https to a server of http")
-        << false << "https" << Reason::NoTls << "cannot speak TLS with this program";
+        << false << "https" << Reason::NoTls << "could not be established";
     QTest::newRow("http to a server of https")
         << true << "http" << Reason::Other
-        << "The server wants https at this port (400 Bad Request)";
+        << "The server requires https at this port (400 Bad Request)";
 }
 
 void TestTls::wrongSchemesAreNamed()

@@ -79,7 +79,8 @@ void TestVelldocNetwork::clientCertificatesAreShown()
         + QLatin1String(" --cacert ") + m_certificates.authority();
     const VelldocRun refused = run(options);
     QCOMPARE(refused.exitCode, 5);
-    QVERIFY2(refused.error.contains(QLatin1String("pass yours with --cert FILE and --key FILE.")),
+    QVERIFY2(refused.error.contains(
+                 QLatin1String("pass your certificate with --cert FILE and --key FILE.")),
              qPrintable(refused.error));
     QCOMPARE(run(options + QLatin1String(" --cert ") + pair.certificate + QLatin1String(" --key ")
                  + pair.key)
@@ -103,10 +104,9 @@ void TestVelldocNetwork::adviceFitsTheFailure_data()
         << QString("--url https://127.0.0.1:%1/").arg(QUrl(m_world.baseApi()).port())
         << "check whether the address begins with http or https";
     QTest::newRow("refused") << "--url http://127.0.0.1:1/"
-                             << "127.0.0.1:1 refused the connection: no program "
-                                "listens there";
+                             << "127.0.0.1:1 refused the connection: no program is listening there";
     QTest::newRow("unknown host") << "--url http://nowhere.invalid/ --proxy none"
-                                  << "The host name nowhere.invalid is unknown";
+                                  << "The host nowhere.invalid was not found";
     QTest::newRow("proxy") << "--url http://nowhere.invalid/ --proxy http://127.0.0.1:1"
                            << "\"--proxy none\" connects directly.";
 }

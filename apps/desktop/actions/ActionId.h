@@ -2,7 +2,7 @@
 
 namespace desktop {
 
-//! \brief Everything that the user can do in the main window, in the order of the table of Actions.
+//! \brief The actions of the main window, in the order of the table in Actions.cpp.
 enum class ActionId {
     NewFolder,
     UploadFiles,

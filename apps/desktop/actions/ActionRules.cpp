@@ -17,14 +17,14 @@ class RuleText
 public:
     static QString notConnected() { return tr("No project is open."); }
     static QString offline() { return tr("The service cannot be reached now."); }
-    static QString onlyInFolders() { return tr("This is possible in a folder only."); }
+    static QString onlyInFolders() { return tr("This is only possible in a folder."); }
     static QString mayNotAdd() { return tr("You may not add anything to this folder."); }
-    static QString onlyInBin() { return tr("This is possible in the recycle bin only."); }
+    static QString onlyInBin() { return tr("This is only possible in the recycle bin."); }
     static QString notInBin() { return tr("Restore it from the recycle bin first."); }
     static QString nothingSelected() { return tr("Nothing is selected."); }
     static QString notFetched()
     {
-        return tr("Some of the selected entries have not been fetched yet. Select fewer.");
+        return tr("Some of the selected entries have not been loaded yet. Select fewer entries.");
     }
     static QString onlyOne() { return tr("Select one entry."); }
     static QString onlyFile() { return tr("Select one file."); }
@@ -47,7 +47,7 @@ public:
     static QString mayNotShare() { return tr("You may not share documents of this project."); }
     static QString nothingToPaste()
     {
-        return tr("The clipboard has neither documents that were cut nor files.");
+        return tr("The clipboard contains neither cut documents nor files.");
     }
     static QString nothingToUndo() { return tr("There is nothing to undo."); }
     static QString noPlace() { return tr("There is no such place."); }
@@ -60,7 +60,7 @@ QString needSelection(const ActionState &state)
     return state.selection.isEmpty() ? RuleText::nothingSelected() : QString();
 }
 
-//! \param sentence gets the name of the first document that lacks the \a right
+//! \param sentence the reason, with "%1" for the name of the first document without the \a right
 QString needRight(const ActionState &state, const QString &right,
                   QString (*sentence)(const QString &name))
 {
@@ -124,7 +124,7 @@ bool worksOffline(ActionId action)
     case ActionId::EditPath:
     case ActionId::Search:
     case ActionId::SelectAll:
-    case ActionId::UploadFiles: // waits in the queue
+    case ActionId::UploadFiles: // the queue waits for the service
     case ActionId::UploadFolder:
     case ActionId::Download:
         return true;

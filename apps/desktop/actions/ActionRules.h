@@ -10,12 +10,12 @@
 
 namespace desktop {
 
-//! \brief What decides about which actions are possible.
+//! \brief The state of the window that decides which actions are possible.
 struct ActionState
 {
     Location location;
     QList<VellDocument> selection;
-    bool isSelectionFetched = true; //!< false if more is selected than #selection has
+    bool isSelectionFetched = true; //!< false if #selection does not contain all selected entries
     bool isConnected = false; //!< a project is open
     bool isOnline = false;
     bool mayUpload = false; //!< into the folder of #location
@@ -27,7 +27,7 @@ struct ActionState
     bool canGoForward = false;
 };
 
-//! Why an action is not possible.
+//! The reason why an action is not possible.
 namespace action_rules {
 
 //! \return a sentence for the user; empty if the action is possible

@@ -11,19 +11,19 @@ class QWidget;
 
 namespace desktop {
 
-//! \brief The actions of the main window: texts, keys, icons, and whether they are possible.
+//! \brief The actions of the main window: texts, keys, icons and states.
 class Actions : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param window gets the actions, so that their keys work in it; it owns this object
-    //! \param pane gets those that are for the selection
+    //! \param window owns this object and has the actions, so that their keys work in the window
+    //! \param pane has the actions for the selection
     Actions(QWidget *window, QWidget *pane);
 
     QAction *at(ActionId id) const { return m_actions[std::size_t(id)]; }
 
-    //! Enables what is possible. The tool tip of what is not says why.
+    //! Enables the possible actions. The tool tips of the others give the reason.
     void update(const ActionState &state) const;
 
 Q_SIGNALS:

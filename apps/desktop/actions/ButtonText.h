@@ -4,8 +4,8 @@
 
 namespace desktop {
 
-//! The text of an action for a tool button: \a text without what is for menus only, the key, also as some languages append it
-//! in parentheses, and the dots.
+//! Returns the text of an action for a tool button: \a text without the mnemonic, also in the form that some languages append
+//! in parentheses, and without the dots.
 QString buttonText(const QString &text);
 
 } // namespace desktop

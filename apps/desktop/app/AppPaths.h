@@ -4,21 +4,21 @@
 
 namespace desktop {
 
-//! \brief Where the program keeps its files.
+//! \brief The paths of the files of the program.
 struct AppPaths
 {
     QString settings; //!< the file of AppSettings
     QString connections; //!< the file of ConnectionStore
     QString transfers; //!< the file of the transfer queue
-    QString opened; //!< the folder of the files that are opened and edited
-    QString ownData; //!< the data folder of the program's own service, shared with velldoc
+    QString opened; //!< the folder of opened files
+    QString ownData; //!< the data folder of the embedded service, shared with velldoc
 
-    bool isKeyringUsed = false; //!< for tokens, where there is one
+    bool isKeyringUsed = false; //!< for tokens, if the system has a keyring
 
-    //! The places that the system has for them.
+    //! Returns the standard paths of the system.
     static AppPaths standard();
 
-    //! All of them below the folder \a root.
+    //! Returns paths below the folder \a root.
     static AppPaths below(const QString &root);
 };
 

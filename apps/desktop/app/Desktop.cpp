@@ -13,7 +13,7 @@ Desktop::Desktop(const StartOptions &options) : m_options(options), m_workspace(
     appearance::apply(m_workspace.settings.colorScheme());
     connect(&m_workspace.connector, &Connector::opened, this,
             [this](const SavedConnection &connection) {
-                // The dialog keeps what it has opened itself, if the user wants that.
+                // The dialog saves its connection itself, if the user wants this.
                 if (!m_signIn && connection.isOwn)
                     m_workspace.connections.save(connection);
             });
@@ -27,7 +27,7 @@ Desktop::Desktop(const StartOptions &options) : m_options(options), m_workspace(
     });
     connect(&m_workspace.connector, &Connector::projectNeeded, this, [this, ask] {
         ask();
-        m_signIn->takeProject();
+        m_signIn->showProjects();
     });
 }
 
@@ -59,7 +59,7 @@ void Desktop::showWindow()
     connect(m_window.get(), &MainWindow::settingsRequested, this, [this] {
         auto *const dialog = new SettingsDialog(&m_workspace.settings, m_window.get());
         dialog->setAttribute(Qt::WA_DeleteOnClose);
-        // The window that the dialog belongs to is replaced.
+        // The parent window of the dialog is replaced.
         connect(dialog, &QDialog::accepted, this, &Desktop::applySettings, Qt::QueuedConnection);
         dialog->open();
     });
@@ -70,7 +70,7 @@ void Desktop::applySettings()
 {
     appearance::apply(m_workspace.settings.colorScheme());
     m_language.install(m_workspace.settings.language());
-    // All texts of the window are made when it is built.
+    // The texts of the window are set when it is created.
     const Location location = m_window->location();
     const QByteArray geometry = m_window->saveGeometry();
     const std::unique_ptr<MainWindow> former = std::move(m_window);

@@ -14,7 +14,7 @@ namespace desktop {
 class MainWindow;
 class SignInDialog;
 
-//! \brief The running program: its window, what it connects to at the start, its language and colours.
+//! \brief The running program: its window, its first connection, its language and colours.
 class Desktop : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
     explicit Desktop(const StartOptions &options);
     ~Desktop() override;
 
-    //! Shows the window and connects: as the options say, else as the last time, else to the own service.
+    //! Shows the window and connects: by the options, otherwise as the last time, otherwise to the embedded service.
     void start();
 
     //! Shows the dialog for another service or project.

@@ -14,15 +14,19 @@ class OptionText
 public:
     static QString description()
     {
-        return tr("Documents of a project, on this computer and on services.");
+        return tr("The documents of a project, on this computer or on a service.");
     }
     static QString url()
     {
-        return tr("The address of the service. The token comes from the variable VELLDOC_TOKEN.");
+        return tr(
+            "The address of the service. The token is taken from the variable VELLDOC_TOKEN.");
     }
     static QString project() { return tr("The project to open there."); }
-    static QString home() { return tr("Keep everything of the program in this folder."); }
-    static QString noService() { return tr("Ask for an address instead of starting a service."); }
+    static QString home() { return tr("Store all data of the program in this folder."); }
+    static QString noService()
+    {
+        return tr("Ask for an address instead of starting a service on this computer.");
+    }
 };
 
 } // namespace

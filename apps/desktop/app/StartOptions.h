@@ -9,15 +9,16 @@
 
 namespace desktop {
 
-//! \brief What the command line and the environment ask for.
+//! \brief The options of the command line and the environment.
 struct StartOptions
 {
     AppPaths paths;
-    std::optional<SavedConnection> connection; //!< nothing: the last one, or the own service
-    bool isNoService = false; //!< the sign-in dialog instead of the own service
+    std::optional<SavedConnection>
+        connection; //!< no value: the last connection, or the embedded service
+    bool isNoService = false; //!< the sign-in dialog instead of the embedded service
 
-    //! Reads the \a arguments, the program's name first. Ends the program with the help or a message if they ask for it or make
-    //! no sense.
+    //! Reads the \a arguments, beginning with the name of the program. Ends the program after printing the help, or an error if
+    //! they are not valid.
     static StartOptions fromArguments(const QStringList &arguments);
 };
 

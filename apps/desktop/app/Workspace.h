@@ -17,7 +17,7 @@
 
 namespace desktop {
 
-//! \brief What all windows and panels of the program work on. Lives as long as the program.
+//! \brief The objects that all windows and panels share. Exists as long as the program.
 class Workspace : public QObject
 {
     Q_OBJECT
@@ -38,7 +38,7 @@ public:
     DragFetch dragged;
 
 Q_SIGNALS:
-    //! The list of transfers is not kept on the disk.
+    //! The list of transfers cannot be stored on the disk.
     void transfersNotKept(const VellError &error);
 };
 

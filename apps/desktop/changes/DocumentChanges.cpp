@@ -60,7 +60,7 @@ void DocumentChanges::undo()
 
 void DocumentChanges::createFolder(const QString &parentId)
 {
-    const auto onFailure = failureOf(tr("The folder could not be made."));
+    const auto onFailure = failureOf(tr("The folder could not be created."));
     m_documents->freeName(parentId, tr("New folder"), QString())
         ->then(
             this,
@@ -69,7 +69,7 @@ void DocumentChanges::createFolder(const QString &parentId)
                     ->then(
                         this,
                         [this](const VellDocument &folder) {
-                            Q_EMIT done(tr("“%1” has been made.").arg(folder.name));
+                            Q_EMIT done(tr("“%1” has been created.").arg(folder.name));
                             Q_EMIT folderCreated(folder);
                         },
                         onFailure);
@@ -88,7 +88,7 @@ void DocumentChanges::rename(const VellDocument &document, const QString &name)
                         ->then(
                             this,
                             [this](const VellDocument &back) {
-                                Q_EMIT done(tr("“%1” has its name back.").arg(back.name));
+                                Q_EMIT done(tr("“%1” has its old name again.").arg(back.name));
                             },
                             failureOf(tr("“%1” could not be renamed.").arg(name)));
                 });
@@ -144,7 +144,7 @@ void DocumentChanges::moveBack(const QList<VellDocument> &documents)
         m_documents->move(idsOf(group.value()), group.key())
             ->then(this, [this, moved = group.value()](const VellBulkResult &result) {
                 report(moved, result,
-                       tr("%n entries are back where they were.", nullptr, result.succeeded.size()),
+                       tr("%n entries have been moved back.", nullptr, result.succeeded.size()),
                        tr("%1 could not be moved back."));
             });
     }
@@ -160,7 +160,8 @@ void DocumentChanges::remove(const QList<VellDocument> &documents)
             remember(tr("Delete %n entries", nullptr, removed.size()), [=] { restore(removed); });
             Q_EMIT recycleBinChanged();
         }
-        report(documents, result, tr("%n entries are in the recycle bin.", nullptr, removed.size()),
+        report(documents, result,
+               tr("%n entries have been moved into the recycle bin.", nullptr, removed.size()),
                tr("%1 could not be deleted."));
     });
 }
@@ -175,7 +176,7 @@ void DocumentChanges::restore(const QList<VellDocument> &documents)
         QString success = tr("%n entries have been restored.", nullptr, result.succeeded.size());
         if (!result.sameNamed.isEmpty()) {
             success += QLatin1Char(' ')
-                + tr("%n of them are beside another entry of the same name.", nullptr,
+                + tr("%n of them are in a folder with another entry of the same name.", nullptr,
                      result.sameNamed.size());
         }
         report(documents, result, success, tr("%1 could not be restored."));
@@ -187,7 +188,7 @@ void DocumentChanges::emptyRecycleBin()
     m_documents->emptyRecycleBin(QString())->then(
         this,
         [this](bool) {
-            // What was deleted is gone: it cannot be restored any more.
+            // Permanently deleted documents cannot be restored.
             m_history.clear();
             Q_EMIT undoChanged();
             Q_EMIT recycleBinChanged();
@@ -204,7 +205,7 @@ void DocumentChanges::setFavorite(const QList<VellDocument> &documents, bool on)
                 this,
                 [=](bool) {
                     Q_EMIT done(
-                        (on ? tr("“%1” is a favourite.") : tr("“%1” is no favourite any more."))
+                        (on ? tr("“%1” is a favourite.") : tr("“%1” is no longer a favourite."))
                             .arg(document.name));
                 },
                 failureOf(tr("“%1” could not be marked.").arg(document.name)));
@@ -218,8 +219,8 @@ void DocumentChanges::setFrequent(const QList<VellDocument> &documents, bool on)
             ->then(
                 this,
                 [=](bool) {
-                    Q_EMIT done((on ? tr("“%1” is among the frequently used.")
-                                    : tr("“%1” is not among the frequently used any more."))
+                    Q_EMIT done((on ? tr("“%1” is marked as frequently used.")
+                                    : tr("“%1” is no longer marked as frequently used."))
                                     .arg(document.name));
                 },
                 failureOf(tr("“%1” could not be marked.").arg(document.name)));
@@ -230,8 +231,9 @@ void DocumentChanges::setRemark(const VellDocument &document, const QString &rem
 {
     m_documents->setRemark(document._id, remark)
         ->then(
-            this, [=](bool) { Q_EMIT done(tr("The remark of “%1” is kept.").arg(document.name)); },
-            failureOf(tr("The remark of “%1” could not be kept.").arg(document.name)));
+            this,
+            [=](bool) { Q_EMIT done(tr("The remark of “%1” has been saved.").arg(document.name)); },
+            failureOf(tr("The remark of “%1” could not be saved.").arg(document.name)));
 }
 
 } // namespace desktop

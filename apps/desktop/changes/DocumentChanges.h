@@ -10,54 +10,54 @@
 
 namespace desktop {
 
-//! \brief The changes that the user makes, with one report for each and a way back.
+//! \brief The changes of documents by the user, with a message for each, and undo.
 //!
-//! Every function returns at once. done() or failed() follows; an operation on many documents can emit both. Belongs to the thread
+//! Each function returns at once. done() or failed() follows; an operation on many documents can emit both. Belongs to the thread
 //! of the session.
 class DocumentChanges : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param documents must outlive this
+    //! \param documents must outlive this object
     explicit DocumentChanges(VellDocuments *documents, QObject *parent = nullptr);
 
-    //! Makes a folder with a free name in the folder \a parentId. folderCreated() follows.
+    //! Creates a folder with a free name in the folder \a parentId. folderCreated() follows.
     void createFolder(const QString &parentId);
     void rename(const VellDocument &document, const QString &name);
     void move(const QList<VellDocument> &documents, const QString &folderId);
-    //! Into the recycle bin.
+    //! Moves documents into the recycle bin.
     void remove(const QList<VellDocument> &documents);
-    //! From the recycle bin.
+    //! Restores documents from the recycle bin.
     void restore(const QList<VellDocument> &documents);
-    //! For good.
+    //! Deletes everything in the recycle bin permanently.
     void emptyRecycleBin();
     void setFavorite(const QList<VellDocument> &documents, bool on);
     void setFrequent(const QList<VellDocument> &documents, bool on);
     void setRemark(const VellDocument &document, const QString &remark);
 
     bool canUndo() const { return !m_history.isEmpty(); }
-    //! What undo() takes back, for the menu.
+    //! Returns the text of the change that undo() reverts, for the menu.
     QString undoText() const { return m_history.text(); }
-    //! Takes back the latest rename, move or removal.
+    //! Reverts the last rename, move or removal.
     void undo();
 
 Q_SIGNALS:
-    //! A change has been made. \param text a sentence for the status bar
+    //! A change has succeeded. \param text a sentence for the status bar
     void done(const QString &text);
 
-    //! \param text what could not be done and why; \a error the first reason
+    //! A change has failed. \param text a sentence with the reason; \a error the first error
     void failed(const QString &text, const VellError &error);
 
     void folderCreated(const VellDocument &folder);
     void undoChanged();
 
-    //! What the recycle bin holds has changed.
+    //! The entries of the recycle bin have changed.
     void recycleBinChanged();
 
 private:
     //! Reports the end of an operation on \a documents.
-    //! \param failure "%1 could not be …", %1 being the names
+    //! \param failure "%1 could not be …" with %1 for the names
     void report(const QList<VellDocument> &documents, const VellBulkResult &result,
                 const QString &success, const QString &failure);
     void remember(const QString &text, std::function<void()> undo);

@@ -37,7 +37,7 @@ QVariant DraggedDocuments::retrieveData(const QString &type, QVariant::Type want
     if (type != urlType())
         return QMimeData::retrieveData(type, wanted);
     if (!m_urls) {
-        m_urls = QVariantList(); // programs may ask again while it is fetched
+        m_urls = QVariantList(); // programs may request the data again during the download
         QVariantList urls;
         const QStringList paths = m_fetch();
         for (const QString &path : paths)

@@ -8,9 +8,9 @@
 
 namespace desktop {
 
-//! \brief Documents that are dragged: identifiers for windows of this program, files for other programs.
+//! \brief Dragged documents: identifiers for windows of this program, files for other programs.
 //!
-//! The files are fetched once another program asks for them.
+//! The files are downloaded when another program requests them.
 class DraggedDocuments : public QMimeData
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ class DraggedDocuments : public QMimeData
 public:
     using Fetch = std::function<QStringList()>;
 
-    //! \param fetch brings the local paths, or nothing if it fails
+    //! \param fetch returns the local paths, or an empty list if it fails
     DraggedDocuments(const QString &projectId, const QStringList &ids, const Fetch &fetch);
 
     QStringList formats() const override;

@@ -7,18 +7,18 @@
 
 namespace desktop {
 
-//! \brief The latest changes, each with what takes it back.
+//! \brief The last changes, each with a function that reverts it.
 class UndoHistory
 {
 public:
-    //! \param text what is undone, for the menu: "Rename “plan.dwg”"
+    //! \param text the text of the change for the menu: "Rename “plan.dwg”"
     void add(const QString &text, std::function<void()> undo);
 
     bool isEmpty() const { return m_steps.empty(); }
-    //! Of the latest change; empty if there is none.
+    //! Returns the text of the last change; empty if there is none.
     QString text() const;
 
-    //! Forgets the latest change and takes it back.
+    //! Reverts the last change and removes it from the history.
     void undo();
     void clear() { m_steps.clear(); }
 

@@ -16,15 +16,15 @@ EditDesk::EditDesk(EditedFiles *files, AppSettings *settings, VellSession *sessi
     : QObject(window), m_files(files), m_settings(settings), m_session(session), m_bar(bar),
       m_window(window)
 {
-    connect(files, &EditedFiles::changed, this, &EditDesk::takeChange);
+    connect(files, &EditedFiles::changed, this, &EditDesk::onChanged);
     connect(files, &EditedFiles::conflictFound, this, &EditDesk::showConflict);
     connect(files, &EditedFiles::failed, this, [this](const QString &text) {
         Q_EMIT failed(text);
-        ask(); // its changes are still to be stored
+        ask(); // its changes have not been uploaded yet
     });
     connect(files, &EditedFiles::stored, this,
             [this](const QString &, const VellDocument &document) {
-                Q_EMIT done(tr("“%1” is stored.").arg(document.name));
+                Q_EMIT done(tr("“%1” has been stored.").arg(document.name));
                 ask();
             });
     connect(files, &EditedFiles::opened, this, &EditDesk::ask);
@@ -32,7 +32,7 @@ EditDesk::EditDesk(EditedFiles *files, AppSettings *settings, VellSession *sessi
     ask();
 }
 
-void EditDesk::takeChange(const QString &path)
+void EditDesk::onChanged(const QString &path)
 {
     if (m_settings->isSavedWithoutAsking())
         m_files->store(path);

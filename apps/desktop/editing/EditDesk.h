@@ -12,24 +12,24 @@ class AppSettings;
 class EditedFiles;
 class MessageBar;
 
-//! \brief Asks the user what is to become of the changes of opened files.
+//! \brief Asks the user whether the changes of opened files are uploaded.
 class EditDesk : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param bar for the question; it, \a files, \a settings, \a session and \a window must outlive this
+    //! \param bar for the question; \a bar, \a files, \a settings, \a session and \a window must outlive this object
     EditDesk(EditedFiles *files, AppSettings *settings, VellSession *session, MessageBar *bar,
              QWidget *window);
 
 Q_SIGNALS:
-    //! \param text a sentence about something that has been done
+    //! \param text a sentence about a success
     void done(const QString &text);
-    //! \param text a sentence about something that has failed
+    //! \param text a sentence about a failure
     void failed(const QString &text);
 
 private:
-    void takeChange(const QString &path);
+    void onChanged(const QString &path);
     void ask();
     void storeAll();
     void showConflict(const QString &path, const VellDocument &current);

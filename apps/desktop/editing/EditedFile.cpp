@@ -92,7 +92,7 @@ bool edited_file_list::write(const QString &path, const QList<EditedFile> &files
         array.append(toJson(file));
     const QString folder = QFileInfo(path).path();
     QDir().mkpath(folder);
-    // The documents are for the user only.
+    // Only the user may read the documents.
     QFile::setPermissions(folder,
                           QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     QSaveFile file(path);

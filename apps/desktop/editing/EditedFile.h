@@ -8,24 +8,24 @@
 
 namespace desktop {
 
-//! \brief A document that was fetched to be opened with a program of this computer.
+//! \brief A document that was downloaded and opened in another program.
 struct EditedFile
 {
     QString path; //!< the local file
     QString address; //!< of the service
     VellDocument
-        document; //!< what it was made from: `_id`, `name`, `parentId`, `fileId`, `fileSize`, `updatedAt`, `projectId`
-    qint64 localSize = 0; //!< the local file as it was fetched or last stored
-    QDateTime localTime; //!< the same
+        document; //!< the document of the file: `_id`, `name`, `parentId`, `fileId`, `fileSize`, `updatedAt`, `projectId`
+    qint64 localSize = 0; //!< size of the local file when it was downloaded or last uploaded
+    QDateTime localTime; //!< its time of modification then
 
-    //! Returns whether the local file has been changed since it was fetched or last stored. False if it is not there.
+    //! Returns true if the local file exists and has changed since it was downloaded or last uploaded.
     bool isChanged() const;
 
-    //! Notes the local file as it is now.
+    //! Notes the present state of the local file.
     void noteLocalState();
 };
 
-//! The list of these files, in a file beside them, so that no change is lost when the program ends.
+//! The list of these files is stored next to them, so that no change is lost when the program ends.
 namespace edited_file_list {
 
 QList<EditedFile> read(const QString &path);

@@ -17,7 +17,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int KeptDays = 7; // of files without changes
+constexpr int KeptDays = 7; // for files without changes
 
 } // namespace
 
@@ -65,7 +65,7 @@ void EditedFiles::load()
             || file.document.projectId != session->projectId() || m_changed.contains(file.path))
             continue;
         m_watch.add(file.path, file.document);
-        if (file.isChanged()) { // while the program did not run
+        if (file.isChanged()) { // while this program was not running
             m_changed.insert(file.path);
             Q_EMIT changed(file.path);
         }
@@ -76,8 +76,7 @@ void EditedFiles::save()
 {
     if (!edited_file_list::write(listPath(), m_files)) {
         Q_EMIT failed(tr("The list of opened files cannot be written. Changes of opened files are "
-                         "found only while "
-                         "the program runs."),
+                         "only detected while the program is running."),
                       VellError::of(VellError::Kind::LocalFile, {}, listPath()));
     }
 }
@@ -124,7 +123,7 @@ void EditedFiles::open(const VellDocument &document)
         fetch(document);
 }
 
-//! A folder for the file of the document \a id. What a service calls its documents does not become a path.
+//! Returns the folder for the file of the document \a id. Names of the service are not used, because they may be unsafe as paths.
 QString EditedFiles::folderOf(const QString &id) const
 {
     const VellSession *const session = m_documents->session();
@@ -159,7 +158,7 @@ void EditedFiles::fetch(const VellDocument &document)
     });
 }
 
-//! Watches \a file instead of what was known of its path before.
+//! Watches \a file instead of an earlier one with the same path.
 void EditedFiles::follow(const EditedFile &file)
 {
     const auto isSame = [&file](const EditedFile &other) {
@@ -182,8 +181,9 @@ void EditedFiles::show(const QString &path)
     if (QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
         Q_EMIT opened(path);
     else
-        Q_EMIT failed(tr("This computer has no program for “%1”.").arg(QFileInfo(path).fileName()),
-                      VellError::of(VellError::Kind::LocalFile, {}, path));
+        Q_EMIT failed(
+            tr("There is no program for “%1” on this computer.").arg(QFileInfo(path).fileName()),
+            VellError::of(VellError::Kind::LocalFile, {}, path));
 }
 
 void EditedFiles::store(const QString &path)
@@ -194,9 +194,9 @@ void EditedFiles::store(const QString &path)
         return;
     whenEnded(id, [this, path, sent](const VellTransfer &transfer, const VellDocument &document) {
         if (transfer.state == VellTransferState::Done) {
-            takeStored(sent, document);
+            onStored(sent, document);
         } else if (transfer.error.kind == VellError::Kind::ChangedMeanwhile) {
-            m_queue->remove(transfer.id); // another transfer follows the answer
+            m_queue->remove(transfer.id); // the decision starts another transfer
             lookForConflict(path);
         } else if (transfer.state == VellTransferState::Failed) {
             Q_EMIT failed(tr("The changes of “%1” could not be stored.").arg(transfer.name)
@@ -206,7 +206,7 @@ void EditedFiles::store(const QString &path)
     });
 }
 
-//! The file \a path as it is when its upload begins.
+//! Returns the state of the file \a path when its upload starts.
 EditedFile EditedFiles::asSent(const QString &path)
 {
     const EditedFile *const known = find(path);
@@ -216,14 +216,14 @@ EditedFile EditedFiles::asSent(const QString &path)
     return file;
 }
 
-void EditedFiles::takeStored(EditedFile sent, const VellDocument &document)
+void EditedFiles::onStored(EditedFile sent, const VellDocument &document)
 {
     const QString projectId = sent.document.projectId;
     sent.document = document;
     sent.document.projectId = projectId;
     follow(sent);
     Q_EMIT stored(sent.path, document);
-    if (sent.isChanged()) { // saved again meanwhile
+    if (sent.isChanged()) { // saved again during the upload
         m_changed.insert(sent.path);
         Q_EMIT changed(sent.path);
     }
@@ -262,7 +262,7 @@ void EditedFiles::resolve(const QString &path, const VellDocument &current, Way 
                               : m_queue->upload(path, base.parentId, VellConflictPolicy::KeepBoth);
     whenEnded(id, [this, path, sent](const VellTransfer &transfer, const VellDocument &document) {
         if (transfer.state == VellTransferState::Done)
-            takeStored(sent, document);
+            onStored(sent, document);
         else if (transfer.error.kind == VellError::Kind::ChangedMeanwhile)
             lookForConflict(path);
         else if (transfer.state == VellTransferState::Failed)

@@ -16,58 +16,58 @@ class VellTransferQueue;
 
 namespace desktop {
 
-//! \brief Documents that are opened with programs of this computer, and what becomes of their changes.
+//! \brief Documents that are opened with other programs, and their changes.
 //!
-//! A document is fetched into a folder of its own, opened, and watched. The files and what they were made from are kept on the disk:
-//! changes that were not stored when the program ended are found again when the same project is opened. Nothing on the service is
-//! replaced that has been changed since: conflictFound() follows then.
+//! Each document is downloaded into its own folder, opened and watched. The files and their documents are stored on the disk:
+//! changes that were not uploaded when the program ended are found when the same project is opened again. A document that has been
+//! changed on the service since is not replaced: conflictFound() is emitted.
 class EditedFiles : public QObject
 {
     Q_OBJECT
 
 public:
-    //! How a conflict is to end.
+    //! How a conflict is resolved.
     enum class Way {
-        NewVersion, //!< the local file becomes the newest version, on top of the other one
-        KeepBoth, //!< the local file becomes a document of its own, under a free name
-        DiscardMine, //!< the local file is fetched again; what was changed in it is lost
+        NewVersion, //!< the local file becomes the newest version, after the other one
+        KeepBoth, //!< the local file becomes a new document, with a free name
+        DiscardMine, //!< the document is downloaded again; the local changes are lost
     };
 
-    //! \param documents and \a queue must outlive this
+    //! \param documents and \a queue must outlive this object
     //! \param folder for the files
     EditedFiles(VellDocuments *documents, VellTransferQueue *queue, const QString &folder,
                 QObject *parent = nullptr);
 
-    //! Fetches \a document and opens it with the system's program. opened() or failed() follows.
+    //! Downloads \a document and opens it in its default program. opened() or failed() follows.
     //!
-    //! What is there already is opened as it is if it has changes that are not stored.
+    //! If there is a local file with changes that have not been uploaded, that file is opened.
     void open(const VellDocument &document);
 
-    //! The files with changes that are not stored.
+    //! Returns the files with changes that have not been uploaded.
     QStringList changedPaths() const;
 
-    //! Makes the file \a path a new version of its document. stored(), conflictFound() or failed() follows.
+    //! Uploads the file \a path as a new version of its document. stored(), conflictFound() or failed() follows.
     void store(const QString &path);
 
-    //! Ends a conflict. stored(), opened() or failed() follows.
-    //! \param current the document as it is on the service; without `_id` if it has been deleted, which leaves KeepBoth only
+    //! Resolves a conflict. stored(), opened() or failed() follows.
+    //! \param current the document on the service; without `_id` if it has been deleted: then only KeepBoth is possible
     void resolve(const QString &path, const VellDocument &current, Way way);
 
     VellFileWatch *watch() { return &m_watch; }
 
-    //! Returns whether the transfer \a id was made here, so that its end is told by the signals of this class.
+    //! Returns true if the transfer \a id belongs to this object, which reports its end by its own signals.
     bool isOwnTransfer(qint64 id) const { return m_ownTransfers.contains(id); }
 
 Q_SIGNALS:
     void opened(const QString &path);
 
-    //! The file \a path has been saved by its program.
+    //! The file \a path has been saved by another program.
     void changed(const QString &path);
 
-    //! The changes of \a path are on the service.
+    //! The changes of \a path have been uploaded.
     void stored(const QString &path, const VellDocument &document);
 
-    //! Somebody else has changed or deleted the document meanwhile. \param current as for resolve()
+    //! Another user has changed or deleted the document meanwhile. \param current as for resolve()
     void conflictFound(const QString &path, const VellDocument &current);
 
     //! \param text a sentence for the user
@@ -85,7 +85,7 @@ private:
     void follow(const EditedFile &file);
     void whenEnded(qint64 transfer, const Ended &then);
     EditedFile asSent(const QString &path);
-    void takeStored(EditedFile sent, const VellDocument &document);
+    void onStored(EditedFile sent, const VellDocument &document);
     void lookForConflict(const QString &path);
     void load();
     void save();
@@ -97,7 +97,7 @@ private:
     QList<EditedFile> m_files;
     QSet<QString> m_changed;
     QSet<qint64> m_ownTransfers;
-    QHash<qint64, Ended> m_waiting; // for the ends of transfers
+    QHash<qint64, Ended> m_waiting; // waiting for the ends of transfers
 };
 
 } // namespace desktop

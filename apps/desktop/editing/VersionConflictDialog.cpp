@@ -38,24 +38,23 @@ VersionConflictDialog::VersionConflictDialog(const QString &path, const VellDocu
 {
     const QFileInfo local(path);
     const bool isThere = !current._id.isEmpty();
-    setWindowTitle(tr("Changed by Two"));
+    setWindowTitle(tr("Conflicting Changes"));
     auto *const layout = new QVBoxLayout(this);
-    auto *const intro = new QLabel(
-        isThere
-            ? tr("“%1” has been changed by somebody else while you were working on it. Nothing has "
-                 "been replaced.")
-                  .arg(local.fileName())
-            : tr("“%1” has been deleted by somebody else while you were working on it.")
-                  .arg(local.fileName()));
+    auto *const intro =
+        new QLabel(isThere ? tr("Another user has changed “%1” while you were working on it. "
+                                "Nothing has been replaced.")
+                                 .arg(local.fileName())
+                           : tr("Another user has deleted “%1” while you were working on it.")
+                                 .arg(local.fileName()));
     intro->setTextFormat(Qt::PlainText);
     intro->setWordWrap(true);
     layout->addWidget(intro);
     auto *const sides = new QHBoxLayout;
     sides->addWidget(
-        side(tr("Yours, on this computer"), tr("You"), local.lastModified(), local.size()));
+        side(tr("Your version on this computer"), tr("You"), local.lastModified(), local.size()));
     if (isThere)
         sides->addWidget(
-            side(tr("On the service"), changedBy, current.updatedAt, current.fileSize));
+            side(tr("Version on the service"), changedBy, current.updatedAt, current.fileSize));
     layout->addLayout(sides);
     auto *const buttons = new QDialogButtonBox(Qt::Vertical, this);
     const auto add = [&](const QString &text, const QString &name, EditedFiles::Way way) {
@@ -67,13 +66,13 @@ VersionConflictDialog::VersionConflictDialog(const QString &path, const VellDocu
         });
         return button;
     };
-    add(tr("&Keep both: store mine as another document"), QStringLiteral("keepBoth"),
+    add(tr("&Keep both: store my version as another document"), QStringLiteral("keepBoth"),
         EditedFiles::Way::KeepBoth)
         ->setDefault(true);
     if (isThere) {
-        add(tr("Store mine as the &newest version; the other stays below it"),
+        add(tr("Store my version as the &newest one; the other one stays in the history"),
             QStringLiteral("newVersion"), EditedFiles::Way::NewVersion);
-        add(tr("&Discard mine, and fetch the other"), QStringLiteral("discardMine"),
+        add(tr("&Discard my version and download the other one"), QStringLiteral("discardMine"),
             EditedFiles::Way::DiscardMine);
     }
     QPushButton *const later =

@@ -6,16 +6,16 @@
 
 namespace desktop {
 
-//! \brief Shows the local file and the document that somebody else has changed side by side, and asks which way out to take.
+//! \brief Shows the local file and the document that another user has changed side by side, and asks how to resolve the conflict.
 //!
-//! Accepted with way(); rejected if the user decides later.
+//! Accepted with the decision way(); rejected if the user decides later.
 class VersionConflictDialog : public QDialog
 {
     Q_OBJECT
 
 public:
     //! \param current the document on the service; without `_id` if it has been deleted
-    //! \param changedBy who has changed it
+    //! \param changedBy the user who has changed it
     VersionConflictDialog(const QString &path, const VellDocument &current,
                           const QString &changedBy, QWidget *parent = nullptr);
 

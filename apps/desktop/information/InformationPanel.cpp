@@ -101,11 +101,11 @@ void InformationPanel::buildFields()
     m_form = new QFormLayout;
     m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     layout->addLayout(m_form);
-    m_type = addField(tr("Kind"), QStringLiteral("informationKind"));
+    m_type = addField(tr("Type"), QStringLiteral("informationKind"));
     m_size = addField(tr("Size"), QStringLiteral("informationSize"));
     m_folder = addField(tr("Folder"), QStringLiteral("informationFolder"));
     m_changed = addField(tr("Changed"), QStringLiteral("informationChanged"));
-    m_created = addField(tr("Made"), QStringLiteral("informationMade"));
+    m_created = addField(tr("Created"), QStringLiteral("informationMade"));
     m_rights = addField(tr("You may"), QStringLiteral("informationRights"));
     m_links = addField(tr("Links"), QStringLiteral("informationLinks"));
     m_password = new QPushButton;
@@ -121,7 +121,7 @@ void InformationPanel::buildFields()
     m_remark->setFixedHeight(m_remark->fontMetrics().lineSpacing() * RemarkLines + 12);
     title->setBuddy(m_remark);
     layout->addWidget(m_remark);
-    m_keepRemark = new QPushButton(tr("&Keep Remark"));
+    m_keepRemark = new QPushButton(tr("Save Remar&k"));
     m_keepRemark->setObjectName(QStringLiteral("keepRemark"));
     layout->addWidget(m_keepRemark, 0, Qt::AlignRight);
     m_versions = new QPushButton(tr("&Versions…"));
@@ -145,7 +145,7 @@ void InformationPanel::showDocuments(const QList<VellDocument> &documents)
     if (!isOne) {
         m_document = VellDocument();
         m_nothing->setText(documents.isEmpty()
-                               ? tr("Select a document to see what is known about it.")
+                               ? tr("Select a document to see its details.")
                                : tr("%n entries are selected.", nullptr, documents.size()));
         return;
     }
@@ -154,7 +154,7 @@ void InformationPanel::showDocuments(const QList<VellDocument> &documents)
     const bool isTyping = !isOther && m_remark->toPlainText() != m_document.remark;
     m_document = document;
     m_preview->showDocument(document);
-    if (!isTyping) // what is typed must not be lost
+    if (!isTyping) // typed text must not be lost
         m_remark->setPlainText(document.remark);
     fill();
     if (isOther) {

@@ -17,7 +17,7 @@ namespace desktop {
 
 class Preview;
 
-//! \brief What is known of the selected document.
+//! \brief The details of the selected document.
 class InformationPanel : public QWidget
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
     //! \param documents must outlive the panel
     explicit InformationPanel(VellDocuments *documents, QWidget *parent = nullptr);
 
-    //! Shows the only one of \a documents, or how many there are.
+    //! Shows the details if there is only one document, otherwise the number of \a documents.
     void showDocuments(const QList<VellDocument> &documents);
 
 Q_SIGNALS:

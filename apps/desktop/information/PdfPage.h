@@ -6,7 +6,7 @@
 
 namespace desktop {
 
-//! The first page of PDF files, where the program was built with a library for it. On any thread.
+//! Draws the first page of PDF files, if the program was built with a library for this. May be used in any thread.
 namespace pdf_page {
 
 bool isAvailable();

@@ -10,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int LongestMs = 5000; // pages that never end are made on purpose
+constexpr int LongestMs = 5000; // a page can be made to take forever
 constexpr double PointsPerInch = 72;
 
 QImage render(const Poppler::Page &page, const QSize &most)

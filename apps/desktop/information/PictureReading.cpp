@@ -9,7 +9,7 @@ namespace desktop {
 
 namespace {
 
-constexpr qint64 MostPixels = 100'000'000; // decoded they take four bytes each
+constexpr qint64 MostPixels = 100'000'000; // four bytes each after decoding
 
 bool isPdf(const QString &suffix)
 {

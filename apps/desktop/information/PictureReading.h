@@ -7,10 +7,10 @@
 
 namespace desktop {
 
-//! Pictures of contents, not larger than they are shown. On any thread.
+//! Decodes pictures in the size in which they are shown. May be used in any thread.
 namespace picture_reading {
 
-//! Returns whether contents of files with \a suffix can be shown here.
+//! Returns true if files with \a suffix can be shown.
 bool canRead(const QString &suffix);
 
 //! \return a picture not larger than \a most; null if \a content cannot be read or is a picture of too many pixels

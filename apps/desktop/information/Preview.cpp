@@ -61,7 +61,7 @@ void Preview::showIcon()
 void Preview::showPicture(const QImage &picture)
 {
     if (picture.isNull())
-        return; // the icon stays
+        return; // the icon remains
     setPixmap(QPixmap::fromImage(picture));
     m_isOwn = true;
 }
@@ -72,7 +72,7 @@ void Preview::fetch()
     m_reader =
         std::make_unique<VellContentReader>(m_session, m_document.fileId, m_document.fileSize);
     connect(m_reader.get(), &VellContentReader::received, this, [this](const QByteArray &part) {
-        // More than was announced is an error in the end.
+        // If more than announced arrives, the end is an error.
         if (m_content.size() + part.size() <= MostBytes)
             m_content += part;
     });
@@ -100,7 +100,7 @@ void Preview::take()
     m_pictures.insert(m_readFileId, new QImage(picture));
     if (m_readFileId == m_document.fileId)
         showPicture(picture);
-    readFetched(); // another one, which has come meanwhile
+    readFetched(); // another one that has arrived meanwhile
 }
 
 } // namespace desktop

@@ -14,7 +14,7 @@ class VellSession;
 
 namespace desktop {
 
-//! \brief The picture of a document: its own if it is one, or has a first page, and is not too large, else that of its type.
+//! \brief The preview of a document: its content if it is a picture or a PDF file and not too large, otherwise the icon of its type.
 class Preview : public QLabel
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
 
     void showDocument(const VellDocument &document);
 
-    //! Returns whether the document's own picture is shown.
+    //! Returns true if the content of the document is shown.
     bool isOwnPicture() const { return m_isOwn; }
 
 private:
@@ -38,12 +38,12 @@ private:
 
     const VellSession *const m_session;
     VellDocument m_document;
-    QCache<QString, QImage> m_pictures; // by content; null for one that cannot be shown
+    QCache<QString, QImage> m_pictures; // by content; null if it cannot be shown
     std::unique_ptr<VellContentReader> m_reader;
-    QByteArray m_content; // what m_reader has brought
+    QByteArray m_content; // received by m_reader
     bool m_isFetched = false;
     QFutureWatcher<QImage> m_reading;
-    QString m_readFileId; // of what m_reading reads
+    QString m_readFileId; // the content of m_reading
     bool m_isOwn = false;
 };
 

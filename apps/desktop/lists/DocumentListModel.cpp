@@ -13,7 +13,7 @@ namespace desktop {
 
 namespace {
 
-//! The name and, for screen readers, what the columns say.
+//! Returns the name and, for screen readers, the texts of the columns.
 QString spokenText(const VellDocumentModel &model, const QModelIndex &index)
 {
     QStringList parts;
@@ -54,7 +54,7 @@ QVariant DocumentListModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::EditRole:
         return index.column() == NameColumn ? VellDocumentModel::data(index) : QVariant();
-    case Qt::ToolTipRole: // what the column is too narrow for
+    case Qt::ToolTipRole: // for texts that are cut
         return VellDocumentModel::data(index, Qt::DisplayRole);
     case Qt::AccessibleTextRole:
         return spokenText(*this, index);
@@ -70,7 +70,7 @@ bool DocumentListModel::setData(const QModelIndex &index, const QVariant &value,
     if (role != Qt::EditRole || !entry || name == entry->name || name.trimmed().isEmpty())
         return false;
     Q_EMIT renameRequested(*entry, name);
-    return false; // the name changes once the service has it
+    return false; // the name changes after the response
 }
 
 QStringList DocumentListModel::mimeTypes() const
@@ -131,7 +131,7 @@ bool DocumentListModel::dropMimeData(const QMimeData *data, Qt::DropAction actio
         Q_EMIT uploadRequested(document_mime::localPaths(data), target);
     else
         Q_EMIT moveRequested(ids, target);
-    return false; // the view must not remove what is moved
+    return false; // the view must not remove moved rows
 }
 
 } // namespace desktop

@@ -6,9 +6,9 @@
 
 namespace desktop {
 
-//! \brief The documents of a place, with names that can be edited, dragged documents and dropped files.
+//! \brief The documents of a place, with editable names, drag and drop.
 //!
-//! Only asks: whoever listens makes the changes. The names are checked there.
+//! It only emits requests for changes; the receiver checks the names and makes the changes.
 class DocumentListModel : public VellDocumentModel
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
 
     using Fetch = std::function<QStringList(const QList<VellDocument> &documents)>;
 
-    //! What brings documents that are dragged into other programs: their local paths, or nothing if it fails.
+    //! Sets the function that downloads documents for other programs. It returns their local paths, or an empty list if it fails.
     void setFetch(const Fetch &fetch) { m_fetch = fetch; }
 
     Qt::ItemFlags flags(const QModelIndex &index) const override;
@@ -46,7 +46,7 @@ Q_SIGNALS:
     void uploadRequested(const QStringList &paths, const QString &folderId);
 
 private:
-    //! The folder that a drop on \a index goes to; nothing where nothing can be dropped.
+    //! Returns the target folder of a drop on \a index, or no value if a drop is not possible.
     std::optional<QString> dropTarget(const QModelIndex &index) const;
 
     VellDocuments *const m_documents;

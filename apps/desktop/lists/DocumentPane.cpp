@@ -18,7 +18,7 @@ namespace {
 
 constexpr int IconSide = 64;
 constexpr int CellWidth = 120;
-constexpr int CellLines = 3; // of a name
+constexpr int CellLines = 3; // for a name
 
 } // namespace
 
@@ -40,7 +40,7 @@ DocumentPane::DocumentPane(VellDocuments *documents, QWidget *parent)
     connect(m_stale, &MessageBar::accepted, this, &DocumentPane::reload);
     connect(m_notice, &NoticePage::accepted, this, &DocumentPane::reload);
     connect(m_model, &VellDocumentModel::loadingChanged, this, &DocumentPane::updatePage);
-    connect(m_model, &VellDocumentModel::loaded, this, &DocumentPane::takeLoaded);
+    connect(m_model, &VellDocumentModel::loaded, this, &DocumentPane::onLoaded);
     connect(m_model, &VellDocumentModel::loadFailed, this, &DocumentPane::updatePage);
     const auto forgetSelection = [this] { m_selection.reset(); };
     connect(m_model, &QAbstractItemModel::dataChanged, this, forgetSelection);
@@ -58,11 +58,11 @@ void DocumentPane::buildTable()
     m_table->setAccessibleName(tr("Entries"));
     m_table->setModel(m_model);
     m_table->setRootIsDecorated(false);
-    m_table->setUniformRowHeights(true); // or each of 100,000 rows is measured
+    m_table->setUniformRowHeights(true); // otherwise each of 100,000 rows is measured
     m_table->setAllColumnsShowFocus(true);
-    m_table->setTextElideMode(Qt::ElideMiddle); // the suffix matters
+    m_table->setTextElideMode(Qt::ElideMiddle); // the suffix remains visible
     m_table->header()->setSortIndicator(VellDocumentModel::NameColumn, Qt::AscendingOrder);
-    // Without a selection no place has to be kept: to look for it would take longer than the list.
+    // Without a selection the position is not restored: finding it would take longer than loading the list.
     connect(m_table->header(), &QHeaderView::sortIndicatorChanged, this, [this] {
         if (!m_table->selectionModel()->hasSelection())
             m_table->selectionModel()->clearCurrentIndex();
@@ -76,7 +76,7 @@ void DocumentPane::buildTable()
     m_table->setColumnWidth(VellDocumentModel::ChangedAtColumn, 155);
     m_table->setItemDelegate(new NameDelegate(m_table));
     connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &DocumentPane::takeSelection);
+            &DocumentPane::onSelectionChanged);
     watchView(m_table);
 }
 
@@ -94,7 +94,7 @@ void DocumentPane::buildIcons()
     m_icons->setGridSize(cell);
     m_icons->setWordWrap(true);
     m_icons->setTextElideMode(Qt::ElideMiddle);
-    // The view takes the size of one entry for all, and that one may not have been fetched.
+    // The view uses the size of one entry for all, and that entry may not have been loaded.
     m_icons->setItemDelegate(new NameDelegate(cell, m_icons));
     watchView(m_icons);
 }
@@ -103,7 +103,7 @@ void DocumentPane::watchView(QAbstractItemView *view)
 {
     view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setEditTriggers(QAbstractItemView::NoEditTriggers); // F2 and the menu, when it is allowed
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers); // by F2 and the menu, if allowed
     view->setDragDropMode(QAbstractItemView::DragDrop);
     view->setDropIndicatorShown(true);
     view->setDefaultDropAction(Qt::MoveAction); // other programs copy
@@ -125,7 +125,7 @@ void DocumentPane::setLocation(const Location &location, const QString &selected
     m_isFolderGone = false;
     m_model->setSource(location.source());
     m_table->scrollToTop();
-    takeSelection();
+    onSelectionChanged();
     updatePage();
 }
 
@@ -145,8 +145,7 @@ void DocumentPane::setView(View view)
         const std::unique_ptr<QItemSelectionModel> unused(m_icons->selectionModel());
         m_icons->setSelectionModel(m_table->selectionModel());
     } else {
-        m_icons->setModel(
-            nullptr); // out of sight it would take time for each change of a long list
+        m_icons->setModel(nullptr); // a hidden view would take time for each change of a long list
     }
     updatePage();
 }
@@ -165,7 +164,7 @@ void DocumentPane::updatePage()
 {
     const VellError &error = m_model->error();
     const bool hasRows = m_model->rowCount() > 0;
-    // The bar of the window says it then, and the model asks again by itself.
+    // The bar of the window shows this, and the model reloads automatically.
     const bool isLost =
         error.kind == VellError::Kind::Offline || error.kind == VellError::Kind::TimedOut;
     if (error && hasRows && !isLost) {
@@ -176,7 +175,7 @@ void DocumentPane::updatePage()
     }
     const bool isEmpty = !hasRows && (error || !m_model->isLoading());
     if (isEmpty)
-        sayWhyEmpty();
+        showNotice();
     showPage(isEmpty ? static_cast<QWidget *>(m_notice) : currentView());
     Q_EMIT changed();
 }
@@ -189,12 +188,12 @@ void DocumentPane::showPage(QWidget *page)
         page->setFocus();
 }
 
-void DocumentPane::sayWhyEmpty()
+void DocumentPane::showNotice()
 {
     if (const VellError &error = m_model->error()) {
         const QString why =
             error.detail.isEmpty() ? error.text : error.text + QLatin1Char('\n') + error.detail;
-        m_notice->say(tr("The list could not be fetched"), why, tr("&Try Again"));
+        m_notice->say(tr("The list could not be loaded"), why, tr("&Try Again"));
         return;
     }
     if (m_model->source().kind() == VellDocumentSource::Kind::None) {
@@ -208,7 +207,7 @@ void DocumentPane::sayWhyEmpty()
                           tr("It can be restored from the recycle bin."));
             return;
         }
-        m_notice->say(tr("This folder is empty"), tr("Drop files here, or upload them."));
+        m_notice->say(tr("This folder is empty"), tr("Drop files here or upload them."));
         return;
     case Location::Kind::Favorites:
         m_notice->say(tr("There are no favourites"),
@@ -216,7 +215,7 @@ void DocumentPane::sayWhyEmpty()
         return;
     case Location::Kind::Frequent:
         m_notice->say(tr("Nothing is marked as frequently used"),
-                      tr("Mark a document in its context menu."));
+                      tr("Mark a document by its context menu."));
         return;
     case Location::Kind::Recent:
         m_notice->say(tr("There are no recent files"),
@@ -224,15 +223,15 @@ void DocumentPane::sayWhyEmpty()
         return;
     case Location::Kind::RecycleBin:
         m_notice->say(tr("The recycle bin is empty"),
-                      tr("What you delete can be restored from here."));
+                      tr("Deleted documents can be restored from here."));
         return;
     case Location::Kind::Search:
-        m_notice->say(tr("Nothing was found"), tr("Try fewer letters, or another place or time."));
+        m_notice->say(tr("Nothing was found"), tr("Try fewer letters, or another folder or time."));
         return;
     }
 }
 
-//! An empty list may be that of a folder that somebody has deleted.
+//! An empty list may be that of a folder that has been deleted.
 void DocumentPane::askForFolder()
 {
     const QString id = m_location.folderId;
@@ -256,7 +255,7 @@ void DocumentPane::setFolderGone(const QString &id, bool isGone)
     updatePage();
 }
 
-void DocumentPane::takeLoaded()
+void DocumentPane::onLoaded()
 {
     askForFolder();
     updatePage();
@@ -265,13 +264,13 @@ void DocumentPane::takeLoaded()
     if (!m_editedId.isEmpty())
         editName(m_editedId);
     if (!currentView()->currentIndex().isValid() && m_model->rowCount() > 0) {
-        // So that the keys have a place to begin at.
+        // A current index for the keys.
         currentView()->selectionModel()->setCurrentIndex(m_model->index(0, 0),
                                                          QItemSelectionModel::NoUpdate);
     }
 }
 
-void DocumentPane::takeSelection()
+void DocumentPane::onSelectionChanged()
 {
     m_selection.reset();
     Q_EMIT selectionChanged();
@@ -282,7 +281,7 @@ QList<VellDocument> DocumentPane::selection() const
     if (m_selection)
         return *m_selection;
     QList<VellDocument> documents;
-    // By ranges: a list of 100,000 indexes would hold the window up.
+    // By ranges, because a list of 100,000 indexes would block the window.
     const QItemSelection selected = m_table->selectionModel()->selection();
     for (const QItemSelectionRange &range : selected) {
         for (int row = range.top(); row <= range.bottom(); ++row) {
@@ -330,7 +329,7 @@ void DocumentPane::selectAll()
 {
     if (m_model->rowCount() == 0)
         return;
-    // As one range: the views look at each row.
+    // As one range, because the views process each range.
     const QItemSelection all(m_model->index(0, 0),
                              m_model->index(m_model->rowCount() - 1, m_model->columnCount() - 1));
     m_table->selectionModel()->select(all, QItemSelectionModel::ClearAndSelect);

@@ -17,7 +17,7 @@ namespace desktop {
 class MessageBar;
 class NoticePage;
 
-//! \brief The entries of a place, as a table or as icons, or why there are none.
+//! \brief The entries of a place as a table or as icons, or a notice if there are none.
 class DocumentPane : public QWidget
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ public:
     explicit DocumentPane(VellDocuments *documents, QWidget *parent = nullptr);
 
     //! Shows \a location.
-    //! \param selectedId the entry that is selected once it is there
+    //! \param selectedId the entry that is selected when it has been loaded
     void setLocation(const Location &location, const QString &selectedId = {});
     void reload();
 
@@ -41,23 +41,23 @@ public:
 
     DocumentListModel *model() const { return m_model; }
 
-    //! The selected documents, without those that have not been fetched.
+    //! Returns the selected documents, without those that have not been loaded.
     QList<VellDocument> selection() const;
-    //! How many entries are selected, fetched or not.
+    //! Returns the number of selected entries, loaded or not.
     int selectedCount() const;
-    //! Returns whether selection() is all that is selected.
+    //! Returns true if selection() contains all selected entries.
     bool isSelectionFetched() const;
-    //! Returns whether the folder that is shown has been deleted.
+    //! Returns true if the shown folder has been deleted.
     bool isFolderGone() const { return m_isFolderGone; }
     void select(const QString &id);
     void selectAll();
 
-    //! Lets the user change the name of the document \a id in place. It is waited for if it is not in the list yet.
+    //! Starts renaming the document \a id in place, as soon as it is in the list.
     void editName(const QString &id);
 
     void setListFocus();
 
-    //! The widths, order and sorting of the columns.
+    //! Returns the widths, the order and the sorting of the columns.
     QByteArray headerState() const;
     void restoreHeaderState(const QByteArray &state);
 
@@ -74,9 +74,9 @@ private:
     void watchView(QAbstractItemView *view);
     void updatePage();
     void showPage(QWidget *page);
-    void sayWhyEmpty();
-    void takeLoaded();
-    void takeSelection();
+    void showNotice();
+    void onLoaded();
+    void onSelectionChanged();
     void askForFolder();
     void setFolderGone(const QString &id, bool isGone);
     QAbstractItemView *currentView() const;
@@ -88,12 +88,12 @@ private:
     NoticePage *m_notice;
     MessageBar *m_stale;
     QStackedWidget *m_pages;
-    mutable std::optional<QList<VellDocument>> m_selection; // as selection() has found it last
+    mutable std::optional<QList<VellDocument>> m_selection; // the last result of selection()
     Location m_location;
     bool m_isFolderGone = false;
     View m_view = View::Details;
-    QString m_wantedId; // to be selected once it is there
-    QString m_editedId; // to be renamed once it is there
+    QString m_wantedId; // to be selected when it has been loaded
+    QString m_editedId; // to be renamed when it has been loaded
 };
 
 } // namespace desktop

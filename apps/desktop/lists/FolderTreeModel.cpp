@@ -40,7 +40,7 @@ bool FolderTreeModel::setData(const QModelIndex &index, const QVariant &value, i
     if (role != Qt::EditRole || !document || name == document->name || name.trimmed().isEmpty())
         return false;
     Q_EMIT renameRequested(*document, name);
-    return false; // the name changes once the service has it
+    return false; // the name changes after the response
 }
 
 QStringList FolderTreeModel::mimeTypes() const
@@ -64,7 +64,7 @@ bool FolderTreeModel::canDropMimeData(const QMimeData *data, Qt::DropAction, int
         return !document_mime::localPaths(data).isEmpty();
     for (QModelIndex above = parent; above.isValid(); above = above.parent()) {
         if (ids.contains(this->data(above, VellModelRole::Id).toString()))
-            return false; // a folder cannot go below itself
+            return false; // a folder cannot be moved into itself
     }
     return true;
 }
@@ -80,7 +80,7 @@ bool FolderTreeModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
         Q_EMIT uploadRequested(document_mime::localPaths(data), target);
     else
         Q_EMIT moveRequested(ids, target);
-    return false; // the tree follows the store
+    return false; // the store updates the tree
 }
 
 } // namespace desktop

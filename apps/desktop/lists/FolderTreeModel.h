@@ -4,7 +4,7 @@
 
 namespace desktop {
 
-//! \brief The tree of the folders, whose names can be edited, and onto which documents and local files can be dropped. Only asks, as DocumentListModel.
+//! \brief The folder tree with editable names, onto which documents and local files can be dropped. Like DocumentListModel, it only emits requests.
 class FolderTreeModel : public VellFolderModel
 {
     Q_OBJECT

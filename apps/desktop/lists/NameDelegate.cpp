@@ -10,13 +10,13 @@ void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
 {
     auto *const line = qobject_cast<QLineEdit *>(editor);
     if (!line || line->isModified())
-        return; // news about the document must not take away what is typed
+        return; // an update of the document must not replace the typed text
     QStyledItemDelegate::setEditorData(editor, index);
     const QString name = line->text();
     const int dot = name.lastIndexOf(QLatin1Char('.'));
     if (dot <= 0 || index.data(VellModelRole::IsFolder).toBool())
         return;
-    // The view selects everything after this.
+    // The view selects the whole text after this call.
     QMetaObject::invokeMethod(
         line, [line, dot] { line->setSelection(0, dot); }, Qt::QueuedConnection);
 }

@@ -5,7 +5,7 @@
 
 namespace desktop {
 
-//! \brief Edits a name in place, with its part before the suffix selected. May give all entries one size.
+//! \brief Edits a name in place; the part before the suffix is selected. Can set the same size for all entries.
 class NameDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class NameDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    //! Every entry is as large as \a size, also while it has not been fetched.
+    //! Sets \a size for all entries, also for those that have not been loaded.
     NameDelegate(const QSize &size, QObject *parent) : QStyledItemDelegate(parent), m_size(size) {}
 
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
@@ -23,7 +23,7 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
-    const QSize m_size; // invalid for that of the content
+    const QSize m_size; // if invalid, that of the content
 };
 
 } // namespace desktop

@@ -15,7 +15,7 @@ NoticePage::NoticePage(QAbstractItemModel *model, QWidget *parent)
 {
     setObjectName(QStringLiteral("notice"));
     setAcceptDrops(true);
-    setFocusPolicy(Qt::StrongFocus); // the keys of the list work here, too
+    setFocusPolicy(Qt::StrongFocus); // so that the keys of the list work
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     auto *const layout = new QVBoxLayout(this);

@@ -8,13 +8,13 @@ class QPushButton;
 
 namespace desktop {
 
-//! \brief What a list shows that has no rows: why, and what can be done about it.
+//! \brief The notice of a list without rows: the reason, and what the user can do.
 class NoticePage : public QWidget
 {
     Q_OBJECT
 
 public:
-    //! \param model gets what is dropped here, as onto an empty place of its view
+    //! \param model handles drops, as on an empty place of its view
     explicit NoticePage(QAbstractItemModel *model, QWidget *parent = nullptr);
 
     //! \param button the text of the button; empty for none

@@ -59,7 +59,7 @@ void PathBar::showFolder(const QString &id, const QString &rootTitle)
         showFolders({});
         return;
     }
-    // What is known at once; the folders above follow.
+    // Known folders are shown at once; the folders above follow.
     const std::optional<VellDocument> known = m_documents->store()->document(id);
     if (known && (m_folders.isEmpty() || m_folders.constLast()._id != id))
         showFolders(known->parentId.isEmpty() ? QList<VellDocument>{*known}
@@ -84,7 +84,7 @@ void PathBar::showFolders(const QList<VellDocument> &folders)
     while (QLayoutItem *const item = m_buttons->takeAt(0)) {
         if (item->widget()) {
             item->widget()->hide();
-            item->widget()->deleteLater(); // it may be the one that was pressed
+            item->widget()->deleteLater(); // it may be the pressed button
         }
         delete item;
     }
@@ -174,7 +174,7 @@ void PathBar::openNext(const QString &folderId, QStringList names)
                                 endEditing();
                                 Q_EMIT documentRequested(*found);
                             } else {
-                                refuse(tr("“%1” is no folder.").arg(name));
+                                refuse(tr("“%1” is not a folder.").arg(name));
                             }
                         },
                         [this](const VellError &error) {

@@ -14,7 +14,7 @@ class VellOperation;
 
 namespace desktop {
 
-//! \brief Shows the folders on the way to the one that is open, as buttons, and takes a path that is typed.
+//! \brief Shows the path of the open folder as buttons, and lets the user type a path.
 class PathBar : public QStackedWidget
 {
     Q_OBJECT
@@ -23,14 +23,14 @@ public:
     //! \param documents must outlive the bar
     explicit PathBar(VellDocuments *documents, QWidget *parent = nullptr);
 
-    //! Shows the way to the folder \a id; the folders above are asked for.
+    //! Shows the path of the folder \a id; the folders above it are requested.
     //! \param rootTitle the name of the top level
     void showFolder(const QString &id, const QString &rootTitle);
 
-    //! Shows a place that is no folder.
+    //! Shows a place that is not a folder.
     void showTitle(const QString &title);
 
-    //! The path of the folder that is shown: "/Drawings/Level 1"; "/" at the top level and for other places.
+    //! Returns the path of the folder, such as "/Drawings/Level 1"; "/" for the top level and other places.
     QString path() const;
 
     //! Lets the user type a path. Enter opens it, Escape returns.
@@ -39,10 +39,10 @@ public:
 Q_SIGNALS:
     void folderRequested(const QString &id);
 
-    //! What was typed leads to the file \a document.
+    //! The typed path is that of the file \a document.
     void documentRequested(const VellDocument &document);
 
-    //! The user has left the line.
+    //! The user has left the input line.
     void editingEnded();
 
 protected:
@@ -60,7 +60,7 @@ private:
     QHBoxLayout *m_buttons;
     QLineEdit *m_line;
     QString m_rootTitle;
-    QList<VellDocument> m_folders; // that are shown
+    QList<VellDocument> m_folders; // of the buttons
     QPointer<VellOperation> m_request;
 };
 

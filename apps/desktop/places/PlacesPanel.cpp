@@ -34,7 +34,7 @@ constexpr std::array<Place, 5> Places{{
     {Location::Kind::RecycleBin, QStyle::SP_TrashIcon},
 }};
 
-constexpr int MostRows = 12; // of the list without scrolling
+constexpr int MostRows = 12; // shown without scrolling
 
 } // namespace
 
@@ -66,7 +66,7 @@ void PlacesPanel::buildPlaces()
             Q_EMIT locationRequested(item->data(Qt::UserRole).value<Location>());
     };
     connect(m_places, &QListWidget::currentItemChanged, this, open);
-    // The place may be the current one although a folder below it is open.
+    // The place may be current although a folder below it is open.
     connect(m_places, &QListWidget::itemClicked, this, open);
     connect(m_places, &QWidget::customContextMenuRequested, this, &PlacesPanel::showPlaceMenu);
 }
@@ -138,13 +138,13 @@ void PlacesPanel::buildTree()
     });
 }
 
-//! -1 if \a location is not among the places.
+//! Returns -1 if \a location is not one of the places.
 int PlacesPanel::rowOf(const Location &location) const
 {
     for (int row = 0; row < m_places->count(); ++row) {
         const auto place = m_places->item(row)->data(Qt::UserRole).value<Location>();
-        const bool isBin =
-            place.kind == Location::Kind::RecycleBin && location.kind == place.kind; // or below it
+        const bool isBin = place.kind == Location::Kind::RecycleBin
+            && location.kind == place.kind; // or a folder in it
         if (place == location || isBin)
             return row;
     }
@@ -186,7 +186,7 @@ void PlacesPanel::showLocation(const Location &location)
                     });
 }
 
-//! Expands the folders of \a path, as far as they are known, and marks the folder \a id.
+//! Expands the known folders of \a path, and marks the folder \a id.
 void PlacesPanel::unfold(const QStringList &path, const QString &id)
 {
     for (const QString &above : path) {

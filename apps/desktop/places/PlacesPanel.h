@@ -15,7 +15,7 @@ namespace desktop {
 
 class SavedSearches;
 
-//! \brief The places, the saved searches and the tree of the folders.
+//! \brief The places, the saved searches and the folder tree.
 class PlacesPanel : public QWidget
 {
     Q_OBJECT
@@ -24,18 +24,18 @@ public:
     //! \param documents and \a searches must outlive the panel
     PlacesPanel(VellDocuments *documents, SavedSearches *searches, QWidget *parent = nullptr);
 
-    //! Marks \a location as the one that is open; the tree unfolds to its folder.
+    //! Marks \a location as open, and expands the tree to its folder.
     void showLocation(const Location &location);
 
     FolderTreeModel *folders() const { return m_folders; }
 
-    //! Lets the user change the name of the folder \a id in place, if it is in the tree.
+    //! Starts renaming the folder \a id in place, if it is in the tree.
     void editName(const QString &id);
 
 Q_SIGNALS:
     void locationRequested(const desktop::Location &location);
 
-    //! Of the folder \a id; empty for the top level.
+    //! Emitted for the folder \a id; empty for the top level.
     void contextMenuRequested(const QString &id, const QPoint &globalPosition);
 
 private:
@@ -53,9 +53,9 @@ private:
     QTreeView *m_tree;
     Location m_shown;
     QString m_shownFolderId;
-    QStringList m_pathLeft; // folders to be unfolded, as they arrive
+    QStringList m_pathLeft; // folders that must still be expanded
     QPointer<VellOperation> m_request;
-    bool m_isShowing = false; // the current folder is changed by the program
+    bool m_isShowing = false; // the program is changing the current folder
 };
 
 } // namespace desktop

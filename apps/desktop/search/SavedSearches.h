@@ -11,7 +11,7 @@ namespace desktop {
 
 class AppSettings;
 
-//! A search that the user has given a name.
+//! A search with a name.
 struct SavedSearch
 {
     QString name;
@@ -24,18 +24,18 @@ class SavedSearches : public QObject
     Q_OBJECT
 
 public:
-    //! \param settings and \a session must outlive this
+    //! \param settings and \a session must outlive this object
     SavedSearches(AppSettings *settings, const VellSession *session, QObject *parent = nullptr);
 
-    //! In the order in which they were saved.
+    //! Returns the searches in the order in which they were saved.
     QList<SavedSearch> list() const;
 
-    //! Adds \a search, in the place of the one with its name if there is one.
+    //! Adds \a search, or replaces the one with the same name.
     void save(const SavedSearch &search);
     void remove(const QString &name);
 
 Q_SIGNALS:
-    //! Also when another project is opened.
+    //! Also emitted when another project is opened.
     void changed();
 
 private:

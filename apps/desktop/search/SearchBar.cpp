@@ -20,7 +20,7 @@ namespace desktop {
 namespace {
 
 constexpr int TypingMs = 250;
-constexpr int ShortestText = 7; // characters of a box
+constexpr int ShortestText = 7; // in characters
 
 } // namespace
 
@@ -54,8 +54,8 @@ void SearchBar::buildFilters()
     layout->setContentsMargins(6, 4, 6, 4);
     m_kind = new QComboBox;
     m_kind->setObjectName(QStringLiteral("kind"));
-    m_kind->setAccessibleName(tr("Kind"));
-    m_kind->addItem(tr("All kinds"), int(Kind::Any));
+    m_kind->setAccessibleName(tr("Type"));
+    m_kind->addItem(tr("All types"), int(Kind::Any));
     m_kind->addItem(tr("Folders"), int(Kind::Folders));
     m_kind->addItem(tr("Pictures"), int(Kind::Pictures));
     m_kind->addItem(tr("Office documents"), int(Kind::Office));
@@ -64,7 +64,7 @@ void SearchBar::buildFilters()
     m_kind->addItem(tr("Archives"), int(Kind::Archives));
     m_period = new QComboBox;
     m_period->setObjectName(QStringLiteral("period"));
-    m_period->setAccessibleName(tr("Time of the change"));
+    m_period->setAccessibleName(tr("Time of the last change"));
     m_period->addItem(tr("Any time"), int(Period::Any));
     m_period->addItem(tr("Today"), int(Period::Today));
     m_period->addItem(tr("Last 7 days"), int(Period::Week));
@@ -73,10 +73,10 @@ void SearchBar::buildFilters()
     m_user = new QComboBox;
     m_user->setObjectName(QStringLiteral("user"));
     m_user->setAccessibleName(tr("Changed by"));
-    m_below = new QCheckBox(tr("Only &below this folder"));
+    m_below = new QCheckBox(tr("Only &in this folder"));
     m_below->setObjectName(QStringLiteral("below"));
     for (QComboBox *const box : {m_kind, m_period, m_user}) {
-        // May become narrow, or the list on the left would.
+        // May become narrow; otherwise the list on the left would.
         box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         box->setMinimumContentsLength(ShortestText);
         box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -155,7 +155,7 @@ void SearchBar::showTerms(const SearchTerms &terms)
     const QSignalBlocker noPeriod(m_period);
     const QSignalBlocker noUser(m_user);
     const QSignalBlocker noBelow(m_below);
-    if (m_line->text() != terms.text) // else the cursor would move while the user types
+    if (m_line->text() != terms.text) // otherwise the cursor would move while the user is typing
         m_line->setText(terms.text);
     m_typing.stop();
     m_kind->setCurrentIndex(m_kind->findData(int(terms.kind)));

@@ -12,7 +12,7 @@ class VellDocuments;
 
 namespace desktop {
 
-//! \brief The line in which the user searches, with a row of filters below the path bar.
+//! \brief The search line, and a row of filters below the path bar.
 //!
 //! Two widgets, so that the line is in the tool bar and the filters above the list.
 class SearchBar : public QWidget
@@ -23,24 +23,24 @@ public:
     //! \param documents must outlive the bar
     explicit SearchBar(VellDocuments *documents, QWidget *parent = nullptr);
 
-    //! The line, for the tool bar. It belongs to whoever it is given to.
+    //! Returns the line, for the tool bar, which takes ownership.
     QLineEdit *line() const { return m_line; }
 
-    //! The folder below which is searched if the user wants so; empty at the top level.
+    //! Sets the folder for a search in the open folder; empty for the top level.
     void setFolder(const QString &id);
 
     //! Shows \a terms without searching.
     void showTerms(const SearchTerms &terms);
 
-    //! Empties the line and the filters, without a search.
+    //! Clears the line and the filters without searching.
     void reset();
 
 Q_SIGNALS:
-    //! The user has changed something, and stopped for a moment.
+    //! The user has changed the search, and has paused for a moment.
     void searched(const desktop::SearchTerms &terms);
-    //! The user looks for nothing any more.
+    //! The user has ended the search.
     void left();
-    //! The user wants to find \a terms among the places.
+    //! The user wants to save \a terms.
     void saveRequested(const desktop::SearchTerms &terms);
 
 protected:

@@ -6,7 +6,7 @@ namespace desktop {
 
 namespace {
 
-//! The suffixes of a kind, separated by "|"; empty for a kind that they do not tell.
+//! Returns the suffixes of a type, separated by "|"; empty if the type does not depend on the suffix.
 QString suffixes(SearchTerms::Kind kind)
 {
     switch (kind) {

@@ -7,10 +7,10 @@
 
 namespace desktop {
 
-//! \brief What the user looks for.
+//! \brief The terms of a search.
 struct SearchTerms
 {
-    // Saved searches keep the numbers of both: new ones go to the end.
+    // Saved searches contain the numbers of both: add new values at the end.
     enum class Kind {
         Any,
         Folders,
@@ -29,17 +29,17 @@ struct SearchTerms
         Year, //!< the last 365 days
     };
 
-    QString text; //!< part of the name; `*` and `?` stand for any characters and one
+    QString text; //!< part of the name; `*` matches any characters, `?` one
     Kind kind = Kind::Any;
     Period period = Period::Any;
-    QString userId; //!< who has changed it last; empty for anybody
+    QString userId; //!< user of the last change; empty for all users
     QString
-        folderId; //!< the folder that is searched with everything below it; empty for the whole project
+        folderId; //!< the folder that is searched with its subfolders; empty for the whole project
 
-    //! Returns whether there is anything to look for.
+    //! Returns true if there is no term.
     bool isEmpty() const;
 
-    //! The same for the service. \param today the last day of the period
+    //! Returns the condition for the request. \param today the last day of the period
     VellDocumentConditon condition(const QDate &today) const;
 };
 

@@ -6,38 +6,38 @@
 
 namespace desktop {
 
-//! \brief What the program remembers beside the connections: looks, language, habits.
+//! \brief The settings except the connections: appearance, language, behaviour.
 //!
-//! Kept in a file of the user. Belongs to the user-interface thread.
+//! Stored in a file of the user. Belongs to the GUI thread.
 class AppSettings
 {
 public:
-    //! How the colours of the window are chosen.
+    //! The colour scheme.
     enum class ColorScheme {
         System,
         Light,
         Dark,
     };
 
-    //! \param path of the file; made with the first change
+    //! \param path the path of the file, which is created by the first change
     explicit AppSettings(const QString &path);
 
-    //! "en", "zh_CN", or empty for the language of the system.
+    //! Returns "en", "zh_CN", or an empty string for the language of the system.
     QString language() const;
     void setLanguage(const QString &language);
 
     ColorScheme colorScheme() const;
     void setColorScheme(ColorScheme scheme);
 
-    //! Whether a file that was opened and saved becomes a new version without a question.
+    //! Returns true if saved changes of opened files are stored as new versions without asking.
     bool isSavedWithoutAsking() const;
     void setSavedWithoutAsking(bool on);
 
-    //! Whether the page with the first steps has been closed.
+    //! Returns true if the page with the first steps has been closed.
     bool isFirstStepsDone() const;
     void setFirstStepsDone(bool on);
 
-    //! The state of a window, a header and so on.
+    //! Returns the state of a window, a header and so on.
     QByteArray state(const QString &key) const;
     void setState(const QString &key, const QByteArray &state);
 

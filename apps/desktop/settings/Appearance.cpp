@@ -44,7 +44,7 @@ QPalette paletteOf(bool isDark)
 {
     const QRgb button = isDark ? 0xff43474c : 0xfff0f1f3;
     const QRgb window = isDark ? 0xff35383c : 0xfff3f4f6;
-    QPalette palette(QColor::fromRgb(button), QColor::fromRgb(window)); // with fitting bevels
+    QPalette palette(QColor::fromRgb(button), QColor::fromRgb(window)); // with matching bevels
     for (const RoleColors &colors : Colors)
         palette.setColor(colors.role, QColor::fromRgb(isDark ? colors.dark : colors.light));
     const QColor disabled = QColor::fromRgb(isDark ? DisabledDark : DisabledLight);
@@ -60,7 +60,7 @@ void appearance::apply(AppSettings::ColorScheme scheme)
     static const QPalette systemPalette = QApplication::palette();
     static const QString systemStyle = QApplication::style()->objectName();
     const bool isSystem = scheme == AppSettings::ColorScheme::System;
-    // Only this style draws everything in the colours of the palette.
+    // Only this style uses the colours of the palette for everything.
     QApplication::setStyle(
         QStyleFactory::create(isSystem ? systemStyle : QStringLiteral("fusion")));
     const QPalette palette =

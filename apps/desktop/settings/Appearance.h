@@ -4,10 +4,10 @@
 
 namespace desktop {
 
-//! The colours of the whole program. Needs a QApplication.
+//! The colours of the program. Needs a QApplication.
 namespace appearance {
 
-//! Applies \a scheme to all windows, also to those that are open.
+//! Applies \a scheme to all windows.
 void apply(AppSettings::ColorScheme scheme);
 
 } // namespace appearance

@@ -8,7 +8,7 @@ namespace desktop {
 
 namespace {
 
-//! Texts of Qt's dialogs, whose own translations are not on every computer.
+//! Texts of Qt's dialogs, because Qt's translations are not installed on every computer.
 [[maybe_unused]] constexpr const char *QtTexts[] = {
     QT_TRANSLATE_NOOP("QPlatformTheme", "OK"),    QT_TRANSLATE_NOOP("QPlatformTheme", "Cancel"),
     QT_TRANSLATE_NOOP("QPlatformTheme", "Close"), QT_TRANSLATE_NOOP("QGnomeTheme", "&OK"),
@@ -37,7 +37,7 @@ void Language::install(const QString &code)
         const QLocale system = QLocale::system();
         QLocale::setDefault(system.language() == QLocale::English ? system
                                                                   : QLocale(QLocale::English));
-        // English is a translation, too: it has the plurals, and the sources of the library are Chinese.
+        // English is a translation, too: for plurals, and because the source texts of the library are Chinese.
         add(QStringLiteral("VellDocumentData_en"), own);
         add(QStringLiteral("vell-desktop_en"), own);
     }

@@ -9,15 +9,15 @@
 
 namespace desktop {
 
-//! \brief The texts of the program, the client layer, the library and Qt in one language.
+//! \brief The translations of the program, the client layer, the library and Qt.
 class Language
 {
 public:
-    //! Installs the texts of \a code ("en", "zh_CN"; empty for the language of the system) instead of those before. Widgets
-    //! get QEvent::LanguageChange.
+    //! Installs the translations for \a code ("en", "zh_CN"; empty for the language of the system), and removes earlier ones.
+    //! Widgets receive QEvent::LanguageChange.
     void install(const QString &code);
 
-    //! The language that the system asks for: "zh_CN" or "en".
+    //! Returns the language of the system: "zh_CN" or "en".
     static QString systemCode();
 
 private:

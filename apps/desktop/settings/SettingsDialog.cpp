@@ -11,7 +11,7 @@ namespace desktop {
 
 SettingsDialog::SettingsDialog(AppSettings *settings, QWidget *parent)
     : QDialog(parent), m_settings(settings), m_language(new QComboBox), m_scheme(new QComboBox),
-      m_saving(new QCheckBox(tr("Make a new &version of an opened file without asking")))
+      m_saving(new QCheckBox(tr("Store changed files as a new &version without asking")))
 {
     using Scheme = AppSettings::ColorScheme;
     setWindowTitle(tr("Settings"));

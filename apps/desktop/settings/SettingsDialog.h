@@ -9,7 +9,7 @@ namespace desktop {
 
 class AppSettings;
 
-//! \brief Language, colours and habits. What is accepted is in the settings; whoever shows the dialog applies it.
+//! \brief Language, colours and behaviour. Accepting stores the settings; the caller applies them.
 class SettingsDialog : public QDialog
 {
     Q_OBJECT

@@ -22,8 +22,8 @@ constexpr int UsualDays = 7;
 
 ShareDialog::ShareDialog(VellDocuments *documents, const QList<VellDocument> &shared,
                          QWidget *parent)
-    : QDialog(parent), m_documents(documents), m_ends(new QCheckBox(tr("&Ends on"))),
-      m_end(new QDateEdit), m_download(new QCheckBox(tr("People may &download, not only look"))),
+    : QDialog(parent), m_documents(documents), m_ends(new QCheckBox(tr("&Expires on"))),
+      m_end(new QDateEdit), m_download(new QCheckBox(tr("Allow &downloads, not only viewing"))),
       m_address(new QLineEdit), m_message(new QLabel)
 {
     setWindowTitle(tr("Share"));
@@ -39,7 +39,7 @@ ShareDialog::ShareDialog(VellDocuments *documents, const QList<VellDocument> &sh
     m_ends->setObjectName(QStringLiteral("ends"));
     m_ends->setChecked(true);
     m_end->setObjectName(QStringLiteral("end"));
-    m_end->setAccessibleName(tr("Last day of the share"));
+    m_end->setAccessibleName(tr("Last day on which the share is valid"));
     m_end->setCalendarPopup(true);
     m_end->setMinimumDate(QDate::currentDate());
     m_end->setDate(QDate::currentDate().addDays(UsualDays));
@@ -50,13 +50,13 @@ ShareDialog::ShareDialog(VellDocuments *documents, const QList<VellDocument> &sh
     form->addRow(m_download);
     m_address->setObjectName(QStringLiteral("shareAddress"));
     m_address->setReadOnly(true);
-    m_address->setPlaceholderText(tr("Not made yet"));
+    m_address->setPlaceholderText(tr("Not created yet"));
     form->addRow(tr("&Address"), m_address);
     m_message->setWordWrap(true);
     m_message->setTextFormat(Qt::PlainText);
     form->addRow(m_message);
     auto *const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
-    m_make = buttons->addButton(tr("&Make Address"), QDialogButtonBox::ActionRole);
+    m_make = buttons->addButton(tr("C&reate Address"), QDialogButtonBox::ActionRole);
     m_make->setObjectName(QStringLiteral("make"));
     m_make->setDefault(true);
     m_copy = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
@@ -80,12 +80,12 @@ void ShareDialog::make()
                 m_address->selectAll();
                 m_copy->setEnabled(true);
                 m_copy->setDefault(true);
-                m_message->setText(
-                    tr("The address is shown this one time. Who has it sees the documents."));
+                m_message->setText(tr(
+                    "The address is shown only once. Everybody who has it can see the documents."));
             },
             [this](const VellError &error) {
                 m_make->setEnabled(true);
-                m_message->setText(tr("The share could not be made.") + QLatin1Char(' ')
+                m_message->setText(tr("The share could not be created.") + QLatin1Char(' ')
                                    + error.text);
             });
 }
@@ -93,7 +93,7 @@ void ShareDialog::make()
 void ShareDialog::copy()
 {
     QGuiApplication::clipboard()->setText(m_address->text());
-    m_message->setText(tr("The address is in the clipboard."));
+    m_message->setText(tr("The address has been copied to the clipboard."));
 }
 
 } // namespace desktop

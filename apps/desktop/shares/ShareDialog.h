@@ -15,7 +15,7 @@ class VellDocuments;
 
 namespace desktop {
 
-//! \brief Makes an address for people without an account, and shows it once.
+//! \brief Creates an address for people without an account, and shows it once.
 class ShareDialog : public QDialog
 {
     Q_OBJECT

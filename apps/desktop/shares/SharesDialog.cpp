@@ -19,7 +19,8 @@ SharesDialog::SharesDialog(VellDocuments *documents, QWidget *parent)
     auto *const layout = new QVBoxLayout(this);
     m_list->setObjectName(QStringLiteral("shares"));
     m_list->setAccessibleName(tr("Shares"));
-    m_list->setHeaderLabels({tr("Documents"), tr("Made"), tr("By"), tr("Ends"), tr("Download")});
+    m_list->setHeaderLabels(
+        {tr("Documents"), tr("Created"), tr("By"), tr("Expires"), tr("Download")});
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
     m_list->setColumnWidth(0, 220);
@@ -45,16 +46,16 @@ SharesDialog::SharesDialog(VellDocuments *documents, QWidget *parent)
 
 void SharesDialog::reload()
 {
-    m_message->setText(tr("Fetching…"));
+    m_message->setText(tr("Loading…"));
     m_documents->shares()->then(
         this,
         [this](const QList<VellShare> &shares) {
             m_shares = shares;
             fill();
-            m_message->setText(shares.isEmpty() ? tr("Nothing is shared.") : QString());
+            m_message->setText(shares.isEmpty() ? tr("There are no shares.") : QString());
         },
         [this](const VellError &error) {
-            m_message->setText(tr("The shares could not be fetched.") + QLatin1Char(' ')
+            m_message->setText(tr("The shares could not be loaded.") + QLatin1Char(' ')
                                + error.text);
         });
 }

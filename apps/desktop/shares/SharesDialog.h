@@ -10,7 +10,7 @@ class QTreeWidget;
 
 namespace desktop {
 
-//! \brief The shares of the project, and revoking them.
+//! \brief Lists and revokes the shares of the project.
 class SharesDialog : public QDialog
 {
     Q_OBJECT

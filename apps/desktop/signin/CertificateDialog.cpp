@@ -39,9 +39,9 @@ CertificateDialog::CertificateDialog(const QString &host, const QList<QSslCertif
 {
     setWindowTitle(tr("Certificate of %1").arg(host));
     auto *const layout = new QVBoxLayout(this);
-    auto *const intro = new QLabel(tr("This computer does not know the authority that has signed "
-                                      "the certificate. Trust it only if "
-                                      "its administrator has given you the same fingerprint."));
+    auto *const intro = new QLabel(
+        tr("The authority that has signed the certificate is not known on this computer. Trust it "
+           "only if the administrator of the service has given you the same fingerprint."));
     intro->setWordWrap(true);
     layout->addWidget(intro);
     const auto addGroup = [&](const QString &title, const QSslCertificate &certificate) {

@@ -8,22 +8,22 @@ class QAbstractButton;
 
 namespace desktop {
 
-//! \brief Shows a server's certificates, and asks whether the authority that has signed them is to be trusted.
+//! \brief Shows the certificates of a server, and asks whether to trust the authority that has signed them.
 //!
-//! Accepted if the user trusts it. The user must tick that the fingerprint has been compared.
+//! Accepted if the user trusts it. The user must confirm that the fingerprint has been compared.
 class CertificateDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    //! \param chain not empty, the server's own first
+    //! \param chain must not be empty; the certificate of the server is the first one
     CertificateDialog(const QString &host, const QList<QSslCertificate> &chain,
                       QWidget *parent = nullptr);
 
-    //! The certificate that is trusted if the dialog is accepted: the last of the chain.
+    //! Returns the certificate that is trusted if the dialog is accepted: the last one of the chain.
     const QSslCertificate &authority() const { return m_authority; }
 
-    //! "AB:CD:…", SHA-256.
+    //! Returns the SHA-256 fingerprint: "AB:CD:…".
     static QString fingerprint(const QSslCertificate &certificate);
 
 private:

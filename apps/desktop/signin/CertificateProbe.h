@@ -9,7 +9,7 @@
 
 namespace desktop {
 
-//! \brief Fetches the certificates that a server shows, without trusting them and without sending anything else.
+//! \brief Fetches the certificates of a server, without trusting them and without sending anything else.
 class CertificateProbe : public QObject
 {
     Q_OBJECT
@@ -17,11 +17,11 @@ class CertificateProbe : public QObject
 public:
     explicit CertificateProbe(QObject *parent = nullptr);
 
-    //! Asks the server of \a address. fetched() follows once.
+    //! Connects to the server of \a address. fetched() follows once.
     void start(const QUrl &address);
 
 Q_SIGNALS:
-    //! \param chain the server's own certificate first; empty if it shows none
+    //! \param chain the certificate of the server is the first one; empty if there is none
     void fetched(const QList<QSslCertificate> &chain);
 
 private:

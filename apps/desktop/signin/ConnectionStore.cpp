@@ -130,7 +130,7 @@ QString ConnectionStore::save(SavedConnection connection)
     }
     if (!write(all, connection.id))
         return {};
-    // In the file until the vault has it, so that it is not lost.
+    // The file contains it until the vault has stored it, so that it is not lost.
     if (m_vault && !connection.token.isEmpty()) {
         m_vault->write(connection.id, token, [this, id = connection.id, token](bool isKept) {
             if (isKept)
@@ -140,7 +140,7 @@ QString ConnectionStore::save(SavedConnection connection)
     return connection.id;
 }
 
-//! Takes the \a token, which is in the vault now, out of the file.
+//! Removes the \a token, which is now in the vault, from the file.
 void ConnectionStore::leaveToken(const QString &id, const QString &token)
 {
     QList<SavedConnection> all = connections();
@@ -173,7 +173,7 @@ bool ConnectionStore::write(const QList<SavedConnection> &connections, const QSt
         array.append(toJson(connection));
     QDir().mkpath(QFileInfo(m_path).path());
     QSaveFile file(m_path);
-    // Private before the tokens are in it.
+    // Made private before the tokens are written.
     if (!file.open(QIODevice::WriteOnly)
         || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         return false;
@@ -183,7 +183,7 @@ bool ConnectionStore::write(const QList<SavedConnection> &connections, const QSt
     return file.commit();
 }
 
-QString ConnectionStore::keepAuthority(const QByteArray &pem, const QString &fingerprint) const
+QString ConnectionStore::saveAuthority(const QByteArray &pem, const QString &fingerprint) const
 {
     QString name = fingerprint;
     name.remove(QLatin1Char(':'));

@@ -13,14 +13,14 @@
 
 namespace desktop {
 
-//! \brief The saved connections, in a file that only the user can read.
+//! \brief The saved connections in a file that only the user can read.
 //!
-//! It holds the tokens, unless there is a vault that takes them.
-//! On Windows the folder of the user's settings keeps other users out.
+//! The file contains the tokens, unless there is a vault.
+//! On Windows other users have no access to the folder of the settings.
 class ConnectionStore
 {
 public:
-    //! \param path of the file; made by the first save()
+    //! \param path the path of the file, which is created by the first save()
     //! \param vault for the tokens; null for none
     explicit ConnectionStore(const QString &path, std::unique_ptr<TokenVault> vault = nullptr);
     ~ConnectionStore();
@@ -28,22 +28,23 @@ public:
 
     QList<SavedConnection> connections() const;
 
-    //! The one that was used last, if there is one.
+    //! Returns the connection that was used last, if there is one.
     std::optional<SavedConnection> last() const;
 
-    //! Calls \a use with \a connection and its token: at once, or when the vault has brought it.
+    //! Calls \a use with \a connection and its token: at once, or when the vault has returned it.
     void withToken(const SavedConnection &connection,
                    const std::function<void(const SavedConnection &)> &use);
 
-    //! Adds \a connection, or changes the one with its identifier or with its address, user and project, and makes it the last one.
+    //! Adds \a connection, or replaces the one with the same identifier or with the same address, user and project, and makes it
+    //! the last one.
     //! \return its identifier; empty if the file cannot be written or made private
     QString save(SavedConnection connection);
 
-    //! Forgets the connection \a id and its token. \return whether the file could be written
+    //! Removes the connection \a id and its token. \return true if the file could be written
     bool remove(const QString &id);
 
-    //! Copies the authority's certificate \a pem beside the file. \return the path; empty if it cannot be written
-    QString keepAuthority(const QByteArray &pem, const QString &fingerprint) const;
+    //! Writes the certificate \a pem of an authority next to the file. \return the path; empty if it cannot be written
+    QString saveAuthority(const QByteArray &pem, const QString &fingerprint) const;
 
 private:
     bool write(const QList<SavedConnection> &connections, const QString &lastId) const;
@@ -52,7 +53,7 @@ private:
 
     const QString m_path;
     const std::unique_ptr<TokenVault> m_vault;
-    QHash<QString, QString> m_vaultTokens; // that are known to be there, by connection
+    QHash<QString, QString> m_vaultTokens; // known tokens, by connection
 };
 
 } // namespace desktop

@@ -59,7 +59,7 @@ void Connector::startOwn()
     using Outcome = EmbeddedService::Outcome;
     switch (tryOwn()) {
     case Outcome::Started:
-        m_own.announce(); // for programs that use the same data meanwhile
+        m_own.announce(); // for other programs with the same data folder
         Q_FALLTHROUGH();
     case Outcome::Shared:
         m_connection.address = m_own.address();
@@ -70,21 +70,20 @@ void Connector::startOwn()
             m_retry.start();
             return;
         }
-        Q_EMIT failed(VellError::of(
-            VellError::Kind::Busy,
-            tr("Another program is working on the documents of this computer. Try again when it "
-               "has finished."),
-            m_ownDataDir));
+        Q_EMIT failed(VellError::of(VellError::Kind::Busy,
+                                    tr("Another program is using the documents of this computer. "
+                                       "Try again when it has finished."),
+                                    m_ownDataDir));
         return;
     case Outcome::Missing:
-        Q_EMIT failed(
-            VellError::of(VellError::Kind::BadAddress,
-                          tr("This program has no service of its own. Enter the address of one.")));
+        Q_EMIT failed(VellError::of(
+            VellError::Kind::BadAddress,
+            tr("This program was built without a service. Enter the address of a service.")));
         return;
     case Outcome::BadAddress:
     case Outcome::Failed:
         Q_EMIT failed(VellError::of(VellError::Kind::ServiceFailed,
-                                    tr("The service of this computer does not start."),
+                                    tr("The service of this computer could not be started."),
                                     m_own.error()));
         return;
     }
@@ -96,7 +95,7 @@ void Connector::chooseProjectOfUser()
     const auto isNamed = [this](const VellProject &p) { return p.id == m_connection.projectId; };
     const bool isKnown = std::any_of(projects.begin(), projects.end(), isNamed);
     if (projects.isEmpty() || isKnown) {
-        // A service without users makes a project with its first document.
+        // A service without users creates a project with its first document.
         chooseProject(m_connection.projectId.isEmpty() ? QStringLiteral("default")
                                                        : m_connection.projectId);
     } else if (m_connection.isOwn) {

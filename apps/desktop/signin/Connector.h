@@ -11,36 +11,37 @@
 
 namespace desktop {
 
-//! \brief Brings the session to a service and a project: the program's own service, or one with an address.
+//! \brief Connects the session to a service and a project: to the embedded service, or to an address.
 //!
-//! Each open() or openOwn() ends with exactly one of opened(), projectNeeded() and failed(). Belongs to the thread of the session.
+//! After each open() or openOwn() exactly one of opened(), projectNeeded() and failed() is emitted. Belongs to the thread of the
+//! session.
 class Connector : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param session must outlive this
-    //! \param ownDataDir the data folder of the program's own service
+    //! \param session must outlive this object
+    //! \param ownDataDir the data folder of the embedded service
     Connector(VellSession *session, const QString &ownDataDir, QObject *parent = nullptr);
 
-    //! Connects with \a connection. The project is the one that it names, or the only one of the user.
+    //! Connects with \a connection. Opens its project, or the only project of the user.
     void open(const SavedConnection &connection);
 
-    //! Starts the program's own service, or uses that of another program on the same data, and connects to it.
-    //! \param earlierAddress where it listened before, which is taken again if it is free: transfers that wait for it go on then
+    //! Starts the embedded service, or uses that of another program for the same data folder, and connects to it.
+    //! \param earlierAddress the previous address, which is used again if it is free, so that transfers that wait for it continue
     void openOwn(const QString &earlierAddress = {});
 
-    //! Opens the project \a id of the user after projectNeeded(). opened() follows.
+    //! Opens the project \a id after projectNeeded(). opened() follows.
     void chooseProject(const QString &id);
 
-    //! The connection that is open, or was tried last.
+    //! Returns the connection that is open, or was tried last.
     const SavedConnection &connection() const { return m_connection; }
 
     VellSession *session() const { return m_session; }
 
 Q_SIGNALS:
     void opened(const desktop::SavedConnection &connection);
-    //! Connected; the user has several projects, and none of them was named.
+    //! The session is connected, but the user has several projects, and the connection names none.
     void projectNeeded();
     void failed(const VellError &error);
 
@@ -53,8 +54,8 @@ private:
     const QString m_ownDataDir;
     EmbeddedService m_own;
     SavedConnection m_connection;
-    QString m_wantedListenAddress; // HOST:PORT of the own service
-    QElapsedTimer m_waiting; // for the data folder of the own service
+    QString m_wantedListenAddress; // HOST:PORT of the embedded service
+    QElapsedTimer m_waiting; // for the data folder of the embedded service
     QTimer m_retry;
 };
 

@@ -10,20 +10,18 @@ QString ErrorAdvice::of(const VellError &error)
     case Reason::NameNotFound:
         return tr("Check the address.");
     case Reason::ConnectionRefused:
-        return tr("Check the address, and that the service runs.");
+        return tr("Check the address, and that the service is running.");
     case Reason::CertificateUntrusted:
     case Reason::CertificateSelfSigned:
-        return tr("Its certificate is signed by an authority that this computer does not know. If "
-                  "it is your "
-                  "company's, trust it.");
+        return tr("Its certificate is signed by an unknown authority. If it is the authority of "
+                  "your organization, trust it.");
     case Reason::CertificateExpired:
-        return tr("Its certificate has expired or is not valid yet: its administrator has to renew "
-                  "it. Check the "
-                  "date of this computer, too.");
+        return tr("Its certificate has expired or is not valid yet: the administrator must renew "
+                  "it. Check the date of this computer, too.");
     case Reason::CertificateWrongHost:
-        return tr("Its certificate is made for another name. Use that name in the address.");
+        return tr("Its certificate is for another name. Use that name in the address.");
     case Reason::ClientCertificateNeeded:
-        return tr("It asks for a certificate of yours, which this program cannot give.");
+        return tr("It requires a client certificate, which this program does not support.");
     case Reason::NoTls:
         return tr("Check whether the address begins with http or https, and the port.");
     case Reason::ProxyNotFound:
@@ -35,7 +33,7 @@ QString ErrorAdvice::of(const VellError &error)
         break;
     }
     if (error.kind == VellError::Kind::NotSignedIn)
-        return tr("Enter the access token that the administrator has given to you.");
+        return tr("Enter the access token that you have received from the administrator.");
     return {};
 }
 

@@ -7,19 +7,19 @@
 
 namespace desktop {
 
-//! \brief What the user can do about an error, in words.
+//! \brief Advice for the user about an error.
 class ErrorAdvice
 {
     Q_DECLARE_TR_FUNCTIONS(desktop::ErrorAdvice)
 
 public:
-    //! A sentence that follows the text of \a error; empty if there is nothing to advise.
+    //! Returns a sentence that follows the text of \a error; empty if there is no advice.
     static QString of(const VellError &error);
 
-    //! The text of \a error with the words of the service and the advice, for a label.
+    //! Returns the text of \a error with the message of the service and the advice, for a label.
     static QString fullText(const VellError &error);
 
-    //! Returns whether trusting an authority of the user's own can make the connection possible.
+    //! Returns true if the connection may succeed after an additional authority is trusted.
     static bool isCuredByTrust(const VellError &error);
 };
 

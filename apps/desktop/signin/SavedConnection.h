@@ -7,22 +7,22 @@
 
 namespace desktop {
 
-//! \brief A service that the user connects to, with the project that is open there.
+//! \brief A connection to a service, with the open project.
 struct SavedConnection
 {
     QString id; //!< of this entry; empty until it is saved
     QString address;
     QString token;
     QString projectId;
-    QString projectName; //!< for the lists of connections
-    QString userName; //!< the same
+    QString projectName; //!< for lists of connections
+    QString userName; //!< for lists of connections
     QString
-        caCertificates; //!< the file of an authority that is trusted besides the system's; may be empty
+        caCertificates; //!< the file of an authority that is trusted in addition to those of the system; may be empty
     QString proxy; //!< see NetworkSettings
     bool isTokenInVault = false; //!< #token is empty until ConnectionStore::withToken() has read it
-    bool isOwn = false; //!< the program's own service; the address is another one each time
+    bool isOwn = false; //!< the embedded service, whose address may change
 
-    //! The host and the project, for lists.
+    //! Returns the host and the project, for lists.
     QString title() const;
 
     VellConnection connection() const;

@@ -27,8 +27,8 @@ SignInDialog::SignInDialog(Connector *connector, ConnectionStore *store, QWidget
     setMinimumWidth(480);
     buildForm();
     fillList();
-    connect(connector, &Connector::opened, this, &SignInDialog::takeOpened);
-    connect(connector, &Connector::projectNeeded, this, &SignInDialog::takeProject);
+    connect(connector, &Connector::opened, this, &SignInDialog::onOpened);
+    connect(connector, &Connector::projectNeeded, this, &SignInDialog::showProjects);
     connect(connector, &Connector::failed, this, &SignInDialog::showError);
 }
 
@@ -42,7 +42,7 @@ void SignInDialog::buildForm()
     m_list = new QComboBox;
     m_list->setObjectName(QStringLiteral("connections"));
     m_forget = new QPushButton(tr("&Forget"));
-    m_forget->setToolTip(tr("Removes this connection and its token from this computer"));
+    m_forget->setToolTip(tr("Removes the connection and its token from this computer"));
     m_forget->setAutoDefault(false);
     auto *const listRow = new QHBoxLayout;
     listRow->addWidget(m_list, 1);
@@ -110,13 +110,13 @@ void SignInDialog::addFile()
 {
     m_authority = new QLineEdit;
     m_authority->setObjectName(QStringLiteral("authority"));
-    m_authority->setPlaceholderText(tr("Only those that the system trusts"));
+    m_authority->setPlaceholderText(tr("Only the authorities of the system"));
     auto *const browse = new QPushButton(tr("&Browse…"));
     browse->setAutoDefault(false);
     auto *const row = new QHBoxLayout;
     row->addWidget(m_authority, 1);
     row->addWidget(browse);
-    addRow(tr("Own aut&hority"), row, m_authority);
+    addRow(tr("Additional aut&hority"), row, m_authority);
     connect(browse, &QPushButton::clicked, this, [this] {
         const QString path = QFileDialog::getOpenFileName(
             this, tr("Certificate of the Authority"), m_authority->text(),
@@ -188,7 +188,7 @@ void SignInDialog::forget()
 {
     const auto connection = m_list->currentData().value<SavedConnection>();
     if (!m_store->remove(connection.id)) {
-        m_message->setText(tr("The file of the connections cannot be written."));
+        m_message->setText(tr("The file with the connections cannot be written."));
         m_message->show();
         return;
     }
@@ -217,7 +217,7 @@ void SignInDialog::signIn()
     m_connector->open(entered());
 }
 
-void SignInDialog::takeProject()
+void SignInDialog::showProjects()
 {
     setBusy(false);
     m_isChoosingProject = true;
@@ -229,14 +229,14 @@ void SignInDialog::takeProject()
     m_project->setFocus();
 }
 
-void SignInDialog::takeOpened(const SavedConnection &connection)
+void SignInDialog::onOpened(const SavedConnection &connection)
 {
     setBusy(false);
     m_isChoosingProject = false;
     if (m_remember->isChecked() && m_store->save(connection).isEmpty()) {
         m_message->setText(
-            tr("You are connected, but the connection cannot be kept: the file of the connections "
-               "cannot be written. Clear the check box to go on without."));
+            tr("You are connected, but the connection cannot be saved: the file with the "
+               "connections cannot be written. Clear the check box to continue without saving."));
         m_message->show();
         return;
     }
@@ -264,16 +264,16 @@ void SignInDialog::lookAtCertificate()
         probe->deleteLater();
         m_certificate->setEnabled(true);
         if (chain.isEmpty()) {
-            m_message->setText(tr("The server does not show its certificate any more."));
+            m_message->setText(tr("The server no longer sends its certificate."));
             return;
         }
         auto *const dialog = new CertificateDialog(address.host(), chain, this);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         connect(dialog, &QDialog::accepted, this, [this, dialog] {
-            const QString path = m_store->keepAuthority(
+            const QString path = m_store->saveAuthority(
                 dialog->authority().toPem(), CertificateDialog::fingerprint(dialog->authority()));
             if (path.isEmpty()) {
-                m_message->setText(tr("The certificate cannot be kept on this computer."));
+                m_message->setText(tr("The certificate cannot be saved on this computer."));
                 return;
             }
             m_authority->setText(path);

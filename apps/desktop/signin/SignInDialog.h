@@ -16,9 +16,9 @@ namespace desktop {
 class ConnectionStore;
 class Connector;
 
-//! \brief Asks for a service, a token and a project, and connects. Accepted once the project is open.
+//! \brief Asks for a service, a token and a project, and connects. Accepted when the project is open.
 //!
-//! The saved connections are offered in a list. What is wrong is said inside the dialog, with what can be done about it.
+//! Saved connections are in a list. Errors are shown inside the dialog, with advice.
 class SignInDialog : public QDialog
 {
     Q_OBJECT
@@ -30,11 +30,11 @@ public:
     //! Fills in \a connection.
     void fill(const SavedConnection &connection);
 
-    //! Says why a connection that was tried before failed.
+    //! Shows the error of an earlier connection.
     void showError(const VellError &error);
 
-    //! Asks which of the user's projects is to be opened.
-    void takeProject();
+    //! Asks for the project to be opened.
+    void showProjects();
 
 private:
     void buildForm();
@@ -44,7 +44,7 @@ private:
     void choose(int row);
     void forget();
     void signIn();
-    void takeOpened(const SavedConnection &connection);
+    void onOpened(const SavedConnection &connection);
     void lookAtCertificate();
     void setBusy(bool isBusy);
     SavedConnection entered() const;

@@ -7,9 +7,9 @@
 
 namespace desktop {
 
-//! \brief Keeps tokens outside of files: in the keyring of the system.
+//! \brief Stores tokens in the keyring of the system.
 //!
-//! Each function returns at once. What it is given is called later from the event loop, unless the vault is deleted before.
+//! Each function returns at once. Its callback is called later from the event loop, unless the vault is deleted before.
 class TokenVault
 {
 public:
@@ -18,14 +18,14 @@ public:
     TokenVault(const TokenVault &) = delete;
     TokenVault &operator=(const TokenVault &) = delete;
 
-    //! The keyring of the system; null if the program was built without one.
+    //! Creates a vault that uses the keyring of the system; null if the program was built without it.
     static std::unique_ptr<TokenVault> ofSystem();
 
-    //! \param onEnd gets whether the token is kept
+    //! \param onEnd called with true if the token has been stored
     virtual void write(const QString &id, const QString &token,
                        const std::function<void(bool isKept)> &onEnd) = 0;
 
-    //! \param onEnd gets the token; an empty one if it is not there or may not be read
+    //! \param onEnd called with the token, or with an empty string if it does not exist or cannot be read
     virtual void read(const QString &id,
                       const std::function<void(const QString &token)> &onEnd) = 0;
 

@@ -4,9 +4,9 @@
 
 namespace desktop {
 
-BatchWatch::BatchWatch(VellTransferQueue *queue, std::function<bool(qint64)> isToldElsewhere,
+BatchWatch::BatchWatch(VellTransferQueue *queue, std::function<bool(qint64)> isReportedElsewhere,
                        QObject *parent)
-    : QObject(parent), m_queue(queue), m_isToldElsewhere(std::move(isToldElsewhere))
+    : QObject(parent), m_queue(queue), m_isReportedElsewhere(std::move(isReportedElsewhere))
 {
     connect(queue, &VellTransferQueue::added, this, &BatchWatch::add);
     connect(queue, &VellTransferQueue::changed, this, &BatchWatch::add); // started again
@@ -17,16 +17,16 @@ void BatchWatch::add(const QVector<qint64> &ids)
 {
     for (const qint64 id : ids) {
         const VellTransfer transfer = m_queue->transfer(id);
-        if (transfer.id != 0 && !transfer.isEnded() && !m_isToldElsewhere(id))
+        if (transfer.id != 0 && !transfer.isEnded() && !m_isReportedElsewhere(id))
             m_batches[transfer.batch].open.insert(id);
     }
 }
 
 void BatchWatch::end(const VellTransfer &transfer)
 {
-    if (m_isToldElsewhere(transfer.id))
+    if (m_isReportedElsewhere(transfer.id))
         return;
-    // One that fails at once has ended before it is announced.
+    // A transfer that fails at once ends before it is announced.
     Batch &batch = m_batches[transfer.batch];
     batch.open.remove(transfer.id);
     if (transfer.state == VellTransferState::Failed)

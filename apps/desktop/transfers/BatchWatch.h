@@ -10,20 +10,20 @@
 
 namespace desktop {
 
-//! \brief Tells when all transfers of a batch have ended.
+//! \brief Reports when all transfers of a batch have ended.
 class BatchWatch : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param queue must outlive this
-    //! \param isToldElsewhere returns whether somebody else tells the end of the transfer with the given identifier
-    BatchWatch(VellTransferQueue *queue, std::function<bool(qint64)> isToldElsewhere,
+    //! \param queue must outlive this object
+    //! \param isReportedElsewhere returns true if another object reports the end of the transfer with this identifier
+    BatchWatch(VellTransferQueue *queue, std::function<bool(qint64)> isReportedElsewhere,
                QObject *parent = nullptr);
 
 Q_SIGNALS:
-    //! \param text what became of the transfers, for the user
-    //! \param failedCount how many have failed
+    //! \param text the result of the transfers, for the user
+    //! \param failedCount the number of failed transfers
     void batchEnded(const QString &text, int failedCount);
 
 private:
@@ -41,7 +41,7 @@ private:
     static QString text(const Batch &batch);
 
     VellTransferQueue *const m_queue;
-    const std::function<bool(qint64)> m_isToldElsewhere;
+    const std::function<bool(qint64)> m_isReportedElsewhere;
     QHash<int, Batch> m_batches;
 };
 

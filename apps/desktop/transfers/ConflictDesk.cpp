@@ -33,7 +33,7 @@ ConflictDesk::ConflictDesk(VellTransferQueue *queue, VellSession *session, QWidg
 void ConflictDesk::take(const VellTransferQuestion &question)
 {
     if (isListed())
-        return; // it lists the question itself
+        return; // the dialog lists the question itself
     if (!question.canReplace || !isAlone(question.id)) {
         m_gather.start();
         return;
@@ -42,13 +42,13 @@ void ConflictDesk::take(const VellTransferQuestion &question)
     QMetaObject::invokeMethod(this, &ConflictDesk::promptNext, Qt::QueuedConnection);
 }
 
-//! A dialog that has been closed is there for a moment longer.
+//! A closed dialog exists for a moment longer.
 bool ConflictDesk::isListed() const
 {
     return m_dialog && m_dialog->isVisible();
 }
 
-//! Returns whether the transfer is the only one of its batch.
+//! Returns true if the transfer is the only one of its batch.
 bool ConflictDesk::isAlone(qint64 id) const
 {
     const int batch = m_queue->transfer(id).batch;

@@ -14,16 +14,16 @@ namespace desktop {
 
 class ConflictDialog;
 
-//! \brief Asks the user about names that are taken: the library's prompt for a single file, a list for batches.
+//! \brief Asks the user about names that are already taken: with the prompt of the library for a single file, and a list for batches.
 class ConflictDesk : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param queue, \a session and \a window must outlive this
+    //! \param queue, \a session and \a window must outlive this object
     ConflictDesk(VellTransferQueue *queue, VellSession *session, QWidget *window);
 
-    //! Shows the list of all open questions. Does nothing if there are none.
+    //! Shows the list of all open questions. Has no effect if there are none.
     void showList();
 
 private:
@@ -36,9 +36,9 @@ private:
     VellTransferQueue *const m_queue;
     VellSession *const m_session;
     QWidget *const m_window;
-    QList<qint64> m_single; // to be prompted for
+    QList<qint64> m_single; // for the prompt
     QPointer<ConflictDialog> m_dialog;
-    QTimer m_gather; // questions that come together are shown together
+    QTimer m_gather; // collects questions that are asked at the same time
     bool m_isPrompting = false;
 };
 

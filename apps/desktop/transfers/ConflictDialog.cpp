@@ -40,19 +40,18 @@ QString describe(qint64 bytes, const QDateTime &changedAt)
 
 ConflictDialog::ConflictDialog(VellTransferQueue *queue, VellSession *session, QWidget *parent)
     : QDialog(parent), m_queue(queue), m_session(session), m_list(new QTreeWidget),
-      m_later(new QCheckBox(tr("Do the same for &later ones of these transfers")))
+      m_later(new QCheckBox(tr("Also for &later conflicts of these transfers")))
 {
-    setWindowTitle(tr("Names That Are Taken"));
+    setWindowTitle(tr("Names Already Taken"));
     resize(920, 380);
     auto *const layout = new QVBoxLayout(this);
-    auto *const intro =
-        new QLabel(tr("There are entries of these names at the target already. Other "
-                      "transfers go on meanwhile."));
+    auto *const intro = new QLabel(
+        tr("The target already has entries with these names. Other transfers continue meanwhile."));
     intro->setWordWrap(true);
     layout->addWidget(intro);
     m_list->setObjectName(QStringLiteral("conflicts"));
-    m_list->setAccessibleName(tr("Names that are taken"));
-    m_list->setHeaderLabels({tr("Name"), tr("New"), tr("Already there"), tr("Do this")});
+    m_list->setAccessibleName(tr("Names already taken"));
+    m_list->setHeaderLabels({tr("Name"), tr("New"), tr("Existing"), tr("Action")});
     m_list->setRootIsDecorated(false);
     layout->addWidget(m_list, 1);
     auto *const row = new QHBoxLayout;
@@ -77,7 +76,7 @@ ConflictDialog::ConflictDialog(VellTransferQueue *queue, VellSession *session, Q
     auto *const buttons =
         new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Cancel)->setText(tr("Decide &Later"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &ConflictDialog::giveAnswers);
+    connect(buttons, &QDialogButtonBox::accepted, this, &ConflictDialog::sendAnswers);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
     const QVector<qint64> ids = queue->ids();
@@ -111,7 +110,7 @@ void ConflictDialog::add(qint64 id)
     item->setText(SourceColumn, isUpload ? here : there);
     item->setText(TargetColumn, isUpload ? there : here);
     auto *const decision = new QComboBox;
-    decision->setAccessibleName(tr("What to do about %1").arg(transfer.name));
+    decision->setAccessibleName(tr("Action for %1").arg(transfer.name));
     if (question.canReplace) {
         decision->addItem(isUpload ? tr("New version") : tr("Replace"),
                           int(VellConflictPolicy::Replace));
@@ -120,7 +119,7 @@ void ConflictDialog::add(qint64 id)
     decision->addItem(tr("Keep both: %1").arg(question.freeName),
                       int(VellConflictPolicy::KeepBoth));
     decision->addItem(tr("Skip"), int(VellConflictPolicy::Skip));
-    // What loses nothing.
+    // The decision that loses nothing.
     decision->setCurrentIndex(decision->findData(int(VellConflictPolicy::KeepBoth)));
     m_list->setItemWidget(item, DecisionColumn, decision);
     m_items.insert(id, item);
@@ -143,12 +142,12 @@ void ConflictDialog::decideAll(VellConflictPolicy decision)
     for (QTreeWidgetItem *const item : qAsConst(m_items)) {
         auto *const box = static_cast<QComboBox *>(m_list->itemWidget(item, DecisionColumn));
         const int row = box->findData(int(decision));
-        if (row >= 0) // what cannot be replaced keeps its decision
+        if (row >= 0) // rows that cannot be replaced keep their decision
             box->setCurrentIndex(row);
     }
 }
 
-void ConflictDialog::giveAnswers()
+void ConflictDialog::sendAnswers()
 {
     QHash<qint64, VellConflictPolicy> answers;
     for (auto item = m_items.cbegin(); item != m_items.cend(); ++item) {
@@ -158,7 +157,7 @@ void ConflictDialog::giveAnswers()
     }
     disconnect(m_queue, nullptr, this, nullptr);
     accept();
-    // First the exceptions: an answer for all is for every open question of the batch.
+    // Exceptions first: an answer for all applies to all open questions of the batch.
     const bool isForLater = m_later->isChecked();
     for (auto answer = answers.cbegin(); answer != answers.cend(); ++answer) {
         if (!isForLater || answer.value() != m_forAll)

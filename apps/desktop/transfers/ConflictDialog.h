@@ -12,10 +12,10 @@ class VellSession;
 
 namespace desktop {
 
-//! \brief Lists the transfers whose names are taken, and asks what to do about each or about all.
+//! \brief Lists the transfers whose names are already taken, and asks for a decision for each or for all.
 //!
-//! Follows the queue while it is open: questions come and go. Answers are given when the dialog is accepted; one that is closed leaves
-//! the questions open.
+//! Questions are added and removed while it is open. The answers are sent to the queue when the dialog is accepted; if it is
+//! closed, the questions remain open.
 class ConflictDialog : public QDialog
 {
     Q_OBJECT
@@ -28,13 +28,13 @@ private:
     void add(qint64 id);
     void drop(const QVector<qint64> &ids);
     void decideAll(VellConflictPolicy decision);
-    void giveAnswers();
+    void sendAnswers();
 
     VellTransferQueue *const m_queue;
     VellSession *const m_session;
     QTreeWidget *m_list;
     QCheckBox *m_later;
-    VellConflictPolicy m_forAll = VellConflictPolicy::Ask; // what was pressed last
+    VellConflictPolicy m_forAll = VellConflictPolicy::Ask; // the last pressed button
     QHash<qint64, QTreeWidgetItem *> m_items;
 };
 

@@ -12,7 +12,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int PatienceMs = 500;
+constexpr int DialogDelayMs = 500;
 
 class FetchText
 {
@@ -21,12 +21,12 @@ class FetchText
 public:
     static QString fetching(int count)
     {
-        return tr("Fetching %n entries for the other program…", nullptr, count);
+        return tr("Downloading %n entries for the other program…", nullptr, count);
     }
     static QString cancel() { return tr("Cancel"); }
 };
 
-//! Waits for the end of all transfers of a batch, those that folders bring included.
+//! Waits for the end of all transfers of a batch, including the entries of folders.
 class BatchEnd
 {
 public:
@@ -55,7 +55,7 @@ public:
             m_queue->cancel(id);
     }
 
-    //! \return whether all are done
+    //! \return true if all have succeeded
     bool wait()
     {
         if (!m_open.isEmpty())
@@ -95,7 +95,7 @@ QStringList DragFetch::fetch(const QList<VellDocument> &documents, QWidget *wind
     QProgressDialog dialog(FetchText::fetching(documents.size()), FetchText::cancel(), 0, 0,
                            window);
     dialog.setWindowModality(Qt::WindowModal);
-    dialog.setMinimumDuration(PatienceMs);
+    dialog.setMinimumDuration(DialogDelayMs);
     dialog.setValue(0);
     QObject::connect(&dialog, &QProgressDialog::canceled, &dialog, [&end] { end.cancel(); });
     const QPointer<VellTransferQueue> queue(m_queue);

@@ -11,17 +11,17 @@ class VellTransferQueue;
 
 namespace desktop {
 
-//! \brief Fetches documents that are dragged into other programs, when these ask for the files.
+//! \brief Downloads documents that are dragged into other programs, when these programs request the files.
 //!
-//! What was fetched stays until the program ends, because file managers copy it after the drop.
+//! The files are kept until the program ends, because file managers copy them after the drop.
 class DragFetch
 {
 public:
-    //! \param queue must outlive this
+    //! \param queue must outlive this object
     explicit DragFetch(VellTransferQueue *queue) : m_queue(queue) {}
 
-    //! Waits, with a dialog of \a window in which it can be cancelled.
-    //! \return the paths of the files and folders; nothing if one could not be fetched: the list of transfers says why
+    //! Waits for the downloads, with a dialog of \a window in which they can be cancelled.
+    //! \return the paths of the files and folders; an empty list if a download has failed: the list of transfers has the reason
     QStringList fetch(const QList<VellDocument> &documents, QWidget *window);
 
 private:

@@ -116,7 +116,7 @@ QString TransferModel::stateText(const VellTransfer &transfer)
     case VellTransferState::Saving:
         return tr("Saving");
     case VellTransferState::Asking:
-        return tr("Needs your answer");
+        return tr("Waiting for your answer");
     case VellTransferState::Paused:
         return tr("Paused");
     case VellTransferState::Done:
@@ -188,7 +188,7 @@ QVariant TransferModel::headerData(int section, Qt::Orientation orientation, int
     case SizeColumn:
         return tr("Size");
     case TargetColumn:
-        return tr("On this computer");
+        return tr("Local path");
     default:
         return {};
     }

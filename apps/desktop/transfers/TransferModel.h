@@ -25,7 +25,7 @@ public:
     enum Role {
         IdRole = Qt::UserRole, //!< qint64
         StateRole, //!< VellTransferState as an int
-        PercentRole, //!< 0 to 100; invalid while it is not known
+        PercentRole, //!< 0 to 100; invalid if it is not known
     };
 
     //! \param queue must outlive the model
@@ -37,7 +37,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
 
-    //! What the user reads for the state of \a transfer, with the reason of a failure.
+    //! Returns the text for the state of \a transfer, with the reason of a failure.
     static QString stateText(const VellTransfer &transfer);
 
 private:

@@ -90,7 +90,7 @@ void TransferPanel::buildBar(QToolBar *bar)
     m_resume = add(tr("&Resume"), QStringLiteral("resume"), Qt::CTRL + Qt::Key_G);
     m_retry = add(tr("&Try Again"), QStringLiteral("retry"), Qt::CTRL + Qt::Key_T);
     m_cancel = add(tr("&Cancel"), QStringLiteral("cancel"), Qt::Key_Delete);
-    m_clear = add(tr("C&lear Ended"), QStringLiteral("clear"), Qt::CTRL + Qt::Key_Delete);
+    m_clear = add(tr("C&lear Finished"), QStringLiteral("clear"), Qt::CTRL + Qt::Key_Delete);
     connect(m_answer, &QAction::triggered, this, &TransferPanel::answerRequested);
     connect(m_pause, &QAction::triggered, this,
             [this] { forSelected(&VellTransferQueue::pause, &VellTransferQueue::pauseAll); });
@@ -162,9 +162,9 @@ void TransferPanel::updateState()
     m_resume->setToolTip(isOne ? tr("Resume the selected transfers") : tr("Resume all"));
     m_cancel->setToolTip(isOne ? tr("Cancel the selected transfers") : tr("Cancel all"));
     m_retry->setToolTip(isOne ? tr("Try the selected transfers again")
-                              : tr("Try all failed again"));
+                              : tr("Try all failed transfers again"));
     const QString text = summary();
-    m_summary->setText(text.isEmpty() ? tr("No transfers are under way.") : text);
+    m_summary->setText(text.isEmpty() ? tr("There are no transfers.") : text);
     m_progress->setVisible(!text.isEmpty());
     m_progress->setValue(percent());
     Q_EMIT summaryChanged();

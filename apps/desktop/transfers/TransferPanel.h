@@ -13,9 +13,9 @@ namespace desktop {
 class ElidedLabel;
 class TransferModel;
 
-//! \brief The transfers, what is known of all together, and the commands for one, some and all.
+//! \brief The transfers, their totals and commands.
 //!
-//! A command is for the selected transfers, or for all if none is selected.
+//! A command applies to the selected transfers, or to all if none is selected.
 class TransferPanel : public QWidget
 {
     Q_OBJECT
@@ -24,10 +24,10 @@ public:
     //! \param queue must outlive the panel
     explicit TransferPanel(VellTransferQueue *queue, QWidget *parent = nullptr);
 
-    //! One line about all transfers; empty if there are none that have not ended.
+    //! Returns one line about all transfers; empty if all have ended.
     QString summary() const;
 
-    //! The progress of all transfers that have not failed, 0 to 100.
+    //! Returns the progress of all transfers that have not failed, 0 to 100.
     int percent() const;
 
 Q_SIGNALS:

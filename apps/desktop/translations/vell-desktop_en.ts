@@ -35,10 +35,10 @@
 <context>
     <name>desktop::Commands</name>
     <message numerus="yes">
-        <source>Delete %n entries of the recycle bin, with everything in them, for good?</source>
+        <source>Permanently delete %n entries of the recycle bin with all their contents?</source>
         <translation>
-            <numerusform>Delete %n entry of the recycle bin, with everything in it, for good?</numerusform>
-            <numerusform>Delete %n entries of the recycle bin, with everything in them, for good?</numerusform>
+            <numerusform>Permanently delete %n entry of the recycle bin with all its contents?</numerusform>
+            <numerusform>Permanently delete %n entries of the recycle bin with all their contents?</numerusform>
         </translation>
     </message>
 </context>
@@ -66,10 +66,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n entries are back where they were.</source>
+        <source>%n entries have been moved back.</source>
         <translation>
-            <numerusform>%n entry is back where it was.</numerusform>
-            <numerusform>%n entries are back where they were.</numerusform>
+            <numerusform>%n entry has been moved back.</numerusform>
+            <numerusform>%n entries have been moved back.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -80,10 +80,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n entries are in the recycle bin.</source>
+        <source>%n entries have been moved into the recycle bin.</source>
         <translation>
-            <numerusform>%n entry is in the recycle bin.</numerusform>
-            <numerusform>%n entries are in the recycle bin.</numerusform>
+            <numerusform>%n entry has been moved into the recycle bin.</numerusform>
+            <numerusform>%n entries have been moved into the recycle bin.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -94,20 +94,20 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n of them are beside another entry of the same name.</source>
+        <source>%n of them are in a folder with another entry of the same name.</source>
         <translation>
-            <numerusform>%n of them is beside another entry of the same name.</numerusform>
-            <numerusform>%n of them are beside another entry of the same name.</numerusform>
+            <numerusform>%n of them is in a folder with another entry of the same name.</numerusform>
+            <numerusform>%n of them are in a folder with another entry of the same name.</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>desktop::DragFetch</name>
     <message numerus="yes">
-        <source>Fetching %n entries for the other program…</source>
+        <source>Downloading %n entries for the other program…</source>
         <translation>
-            <numerusform>Fetching %n entry for the other program…</numerusform>
-            <numerusform>Fetching %n entries for the other program…</numerusform>
+            <numerusform>Downloading %n entry for the other program…</numerusform>
+            <numerusform>Downloading %n entries for the other program…</numerusform>
         </translation>
     </message>
 </context>

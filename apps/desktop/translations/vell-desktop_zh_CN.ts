@@ -4,23 +4,23 @@
 <context>
     <name>FailureText</name>
     <message>
-        <source>%1 asks for a client certificate</source>
+        <source>%1 requires a client certificate</source>
         <translation>%1 要求客户端证书</translation>
     </message>
     <message>
-        <source>The connection was closed in the middle of the answer</source>
+        <source>The connection was closed before the end of the response</source>
         <translation>连接在应答中途被关闭</translation>
     </message>
     <message>
-        <source>The connection was closed before the answer came</source>
+        <source>The connection was closed before the response arrived</source>
         <translation>连接在收到应答前已关闭</translation>
     </message>
     <message>
-        <source>The host name %1 is unknown</source>
+        <source>The host %1 was not found</source>
         <translation>找不到主机名 %1</translation>
     </message>
     <message>
-        <source>%1 refused the connection: no program listens there</source>
+        <source>%1 refused the connection: no program is listening there</source>
         <translation>%1 拒绝连接：那里没有程序在监听</translation>
     </message>
     <message>
@@ -28,7 +28,7 @@
         <translation>无法到达 %1：%2</translation>
     </message>
     <message>
-        <source>%1 does not answer as HTTP</source>
+        <source>%1 does not respond with HTTP</source>
         <translation>%1 的应答不是 HTTP</translation>
     </message>
     <message>
@@ -44,11 +44,11 @@
         <translation>%1 的证书已过期或尚未生效</translation>
     </message>
     <message>
-        <source>%1 shows a certificate that it has signed itself</source>
+        <source>%1 has a self-signed certificate</source>
         <translation>%1 出示的是自签名证书</translation>
     </message>
     <message>
-        <source>The certificate of the server is not made for %1</source>
+        <source>The certificate of the server is not valid for %1</source>
         <translation>服务器的证书不是为 %1 签发的</translation>
     </message>
     <message>
@@ -56,19 +56,19 @@
         <translation>%1 的证书由本机不信任的机构签发</translation>
     </message>
     <message>
-        <source>%1 cannot speak TLS with this program</source>
+        <source>A TLS connection to %1 could not be established</source>
         <translation>%1 无法与本程序建立 TLS 连接</translation>
     </message>
     <message>
-        <source>The proxy does not let the request pass (status %1)</source>
-        <translation>代理不放行该请求（状态 %1）</translation>
+        <source>The proxy refused the request (status %1)</source>
+        <translation>代理拒绝了该请求（状态 %1）</translation>
     </message>
     <message>
-        <source>The host name of the proxy is unknown</source>
+        <source>The host of the proxy was not found</source>
         <translation>找不到代理的主机名</translation>
     </message>
     <message>
-        <source>The proxy wants a user name and a password, or rejects those given</source>
+        <source>The proxy requires a user name and a password, or does not accept them</source>
         <translation>代理要求用户名和密码，或拒绝了所给的用户名和密码</translation>
     </message>
     <message>
@@ -76,15 +76,15 @@
         <translation>无法连接代理</translation>
     </message>
     <message>
-        <source>The proxy does not let the request pass</source>
-        <translation>代理不放行该请求</translation>
+        <source>The proxy refused the request</source>
+        <translation>代理拒绝了该请求</translation>
     </message>
     <message>
-        <source>The service answered %1</source>
+        <source>The service responded with %1</source>
         <translation>服务应答 %1</translation>
     </message>
     <message>
-        <source>The server in front of the service refuses bodies of this size (%1); nginx has the limit in client_max_body_size</source>
+        <source>The server in front of the service does not accept bodies of this size (%1); in nginx the limit is client_max_body_size</source>
         <translation>服务前面的服务器拒绝这么大的请求（%1）；nginx 的上限由 client_max_body_size 设定</translation>
     </message>
     <message>
@@ -92,11 +92,11 @@
         <translation>服务前面的服务器无法连接到服务（%1）</translation>
     </message>
     <message>
-        <source>The server asks for a client certificate (%1)</source>
+        <source>The server requires a client certificate (%1)</source>
         <translation>服务器要求客户端证书（%1）</translation>
     </message>
     <message>
-        <source>The server wants https at this port (%1)</source>
+        <source>The server requires https at this port (%1)</source>
         <translation>服务器在此端口要求使用 https（%1）</translation>
     </message>
     <message>
@@ -108,19 +108,19 @@
         <translation>请求已取消</translation>
     </message>
     <message>
-        <source>The address is not one of http or https that can be asked</source>
+        <source>The address is not a valid address with http or https</source>
         <translation>该地址不是可以请求的 http 或 https 地址</translation>
     </message>
     <message>
-        <source>The file could not be read to its end</source>
+        <source>The file could not be read completely</source>
         <translation>文件无法读到末尾</translation>
     </message>
     <message>
-        <source>The answer is too large to be kept in memory</source>
+        <source>The response is too large for the memory</source>
         <translation>应答太大，内存放不下</translation>
     </message>
     <message>
-        <source>The service redirected too often</source>
+        <source>The service redirected too many times</source>
         <translation>服务重定向次数过多</translation>
     </message>
 </context>
@@ -161,11 +161,11 @@
         <translation>服务重定向到未加密的地址</translation>
     </message>
     <message>
-        <source>The service redirected to another server, which must not get the access token</source>
+        <source>The service redirected to another server, which must not receive the access token</source>
         <translation>服务重定向到另一台服务器，访问令牌不能发给它</translation>
     </message>
     <message>
-        <source>The service redirected a change, which would not be made there</source>
+        <source>The service redirected a change, which cannot be repeated at another address</source>
         <translation>服务把修改请求重定向到别处，修改不会在那里执行</translation>
     </message>
 </context>
@@ -180,7 +180,7 @@
         <translation>现在无法连接服务。</translation>
     </message>
     <message>
-        <source>This is possible in a folder only.</source>
+        <source>This is only possible in a folder.</source>
         <translation>只能在文件夹中进行此操作。</translation>
     </message>
     <message>
@@ -188,7 +188,7 @@
         <translation>您无权向此文件夹添加内容。</translation>
     </message>
     <message>
-        <source>This is possible in the recycle bin only.</source>
+        <source>This is only possible in the recycle bin.</source>
         <translation>只能在回收站中进行此操作。</translation>
     </message>
     <message>
@@ -200,7 +200,7 @@
         <translation>没有选中任何项。</translation>
     </message>
     <message>
-        <source>Some of the selected entries have not been fetched yet. Select fewer.</source>
+        <source>Some of the selected entries have not been loaded yet. Select fewer entries.</source>
         <translation>部分选中的项尚未取回，请少选一些。</translation>
     </message>
     <message>
@@ -232,7 +232,7 @@
         <translation>您无权共享此项目的文档。</translation>
     </message>
     <message>
-        <source>The clipboard has neither documents that were cut nor files.</source>
+        <source>The clipboard contains neither cut documents nor files.</source>
         <translation>剪贴板中既没有剪切的文档，也没有文件。</translation>
     </message>
     <message>
@@ -251,7 +251,7 @@
         <translation>新建文件夹(&amp;N)</translation>
     </message>
     <message>
-        <source>Makes a folder here</source>
+        <source>Creates a folder here</source>
         <translation>在此处新建文件夹</translation>
     </message>
     <message>
@@ -267,7 +267,7 @@
         <translation>上传文件夹(&amp;O)…</translation>
     </message>
     <message>
-        <source>Uploads a folder of this computer with everything in it</source>
+        <source>Uploads a folder of this computer with all its contents</source>
         <translation>上传本机的文件夹及其全部内容</translation>
     </message>
     <message>
@@ -275,7 +275,7 @@
         <translation>打开(&amp;O)</translation>
     </message>
     <message>
-        <source>Opens the folder, or the file with its program</source>
+        <source>Opens the folder, or the file in its default program</source>
         <translation>打开文件夹，或用相应程序打开文件</translation>
     </message>
     <message>
@@ -283,7 +283,7 @@
         <translation>下载(&amp;D)…</translation>
     </message>
     <message>
-        <source>Fetches what is selected into a local folder</source>
+        <source>Downloads the selected entries into a local folder</source>
         <translation>将选中的项下载到本机文件夹</translation>
     </message>
     <message>
@@ -291,7 +291,7 @@
         <translation>重命名(&amp;R)</translation>
     </message>
     <message>
-        <source>Changes the name</source>
+        <source>Renames the selected entry</source>
         <translation>修改名称</translation>
     </message>
     <message>
@@ -299,7 +299,7 @@
         <translation>剪切(&amp;T)</translation>
     </message>
     <message>
-        <source>Marks what is selected for moving it with Paste</source>
+        <source>Cuts the selected entries, to move them with Paste</source>
         <translation>标记选中的项，粘贴时移动</translation>
     </message>
     <message>
@@ -307,7 +307,7 @@
         <translation>粘贴(&amp;P)</translation>
     </message>
     <message>
-        <source>Moves what was cut here, or uploads files of the clipboard</source>
+        <source>Moves the cut entries here, or uploads the files on the clipboard</source>
         <translation>将剪切的项移到此处，或上传剪贴板中的文件</translation>
     </message>
     <message>
@@ -315,7 +315,7 @@
         <translation>删除(&amp;L)</translation>
     </message>
     <message>
-        <source>Puts what is selected into the recycle bin</source>
+        <source>Moves the selected entries into the recycle bin</source>
         <translation>将选中的项放入回收站</translation>
     </message>
     <message>
@@ -323,7 +323,7 @@
         <translation>还原(&amp;S)</translation>
     </message>
     <message>
-        <source>Puts what is selected back where it was</source>
+        <source>Restores the selected entries to their folders</source>
         <translation>将选中的项放回原处</translation>
     </message>
     <message>
@@ -331,7 +331,7 @@
         <translation>清空回收站(&amp;E)…</translation>
     </message>
     <message>
-        <source>Deletes everything in the recycle bin for good</source>
+        <source>Permanently deletes everything in the recycle bin</source>
         <translation>永久删除回收站中的全部内容</translation>
     </message>
     <message>
@@ -339,7 +339,7 @@
         <translation>撤销(&amp;U)</translation>
     </message>
     <message>
-        <source>Takes the latest change back</source>
+        <source>Undoes the last change</source>
         <translation>撤销最近的修改</translation>
     </message>
     <message>
@@ -355,7 +355,7 @@
         <translation>收藏(&amp;F)</translation>
     </message>
     <message>
-        <source>Adds to the favourites, or takes away from them</source>
+        <source>Adds the document to the favourites, or removes it</source>
         <translation>添加到收藏，或从收藏中移除</translation>
     </message>
     <message>
@@ -363,7 +363,7 @@
         <translation>常用(&amp;Q)</translation>
     </message>
     <message>
-        <source>Adds to the frequently used, or takes away from them</source>
+        <source>Adds the document to the frequently used documents, or removes it</source>
         <translation>添加到常用，或从常用中移除</translation>
     </message>
     <message>
@@ -379,7 +379,7 @@
         <translation>共享(&amp;H)…</translation>
     </message>
     <message>
-        <source>Makes an address for people without an account</source>
+        <source>Creates an address for people without an account</source>
         <translation>为没有账户的人生成访问地址</translation>
     </message>
     <message>
@@ -387,7 +387,7 @@
         <translation>项目的共享(&amp;J)…</translation>
     </message>
     <message>
-        <source>Lists the shares, and revokes them</source>
+        <source>Lists and revokes shares</source>
         <translation>列出并撤销共享</translation>
     </message>
     <message>
@@ -395,7 +395,7 @@
         <translation>后退(&amp;B)</translation>
     </message>
     <message>
-        <source>Returns to the place before</source>
+        <source>Goes back to the previous place</source>
         <translation>返回上一个位置</translation>
     </message>
     <message>
@@ -403,7 +403,7 @@
         <translation>前进(&amp;F)</translation>
     </message>
     <message>
-        <source>Goes on to the next place</source>
+        <source>Goes forward to the next place</source>
         <translation>前往下一个位置</translation>
     </message>
     <message>
@@ -419,8 +419,8 @@
         <translation>刷新(&amp;R)</translation>
     </message>
     <message>
-        <source>Asks the service again</source>
-        <translation>重新询问服务</translation>
+        <source>Loads the list again</source>
+        <translation>重新载入列表</translation>
     </message>
     <message>
         <source>Enter &amp;Path</source>
@@ -435,7 +435,7 @@
         <translation>搜索(&amp;S)</translation>
     </message>
     <message>
-        <source>Searches documents</source>
+        <source>Searches for documents</source>
         <translation>搜索文档</translation>
     </message>
     <message>
@@ -467,7 +467,7 @@
         <translation>设置(&amp;S)…</translation>
     </message>
     <message>
-        <source>Language, colours and habits</source>
+        <source>Language, colours and behaviour</source>
         <translation>语言、颜色和习惯</translation>
     </message>
     <message>
@@ -475,7 +475,7 @@
         <translation>入门(&amp;F)</translation>
     </message>
     <message>
-        <source>Shows the three things to do first</source>
+        <source>Shows the first three steps</source>
         <translation>显示首先要做的三件事</translation>
     </message>
     <message>
@@ -483,7 +483,7 @@
         <translation>退出(&amp;Q)</translation>
     </message>
     <message>
-        <source>Ends the program; transfers go on next time</source>
+        <source>Quits the program; transfers continue the next time</source>
         <translation>结束程序；传输下次继续</translation>
     </message>
 </context>
@@ -521,7 +521,7 @@
         <translation>%1 的证书</translation>
     </message>
     <message>
-        <source>This computer does not know the authority that has signed the certificate. Trust it only if its administrator has given you the same fingerprint.</source>
+        <source>The authority that has signed the certificate is not known on this computer. Trust it only if the administrator of the service has given you the same fingerprint.</source>
         <translation>本机不认识签发此证书的机构。只有在管理员给您的指纹与此相同时才可信任它。</translation>
     </message>
     <message>
@@ -572,7 +572,7 @@
         <translation>上传文件夹</translation>
     </message>
     <message>
-        <source>Download Into</source>
+        <source>Download To</source>
         <translation>下载到</translation>
     </message>
     <message>
@@ -580,36 +580,36 @@
         <translation>清空回收站</translation>
     </message>
     <message numerus="yes">
-        <source>Delete %n entries of the recycle bin, with everything in them, for good?</source>
+        <source>Permanently delete %n entries of the recycle bin with all their contents?</source>
         <translation>
             <numerusform>要永久删除回收站中的 %n 项及其全部内容吗？</numerusform>
         </translation>
     </message>
     <message>
-        <source>&amp;Delete for Good</source>
+        <source>&amp;Delete Permanently</source>
         <translation>永久删除(&amp;D)</translation>
     </message>
     <message>
-        <source>The recycle bin could not be counted.</source>
-        <translation>无法统计回收站的内容。</translation>
+        <source>The number of entries in the recycle bin could not be requested.</source>
+        <translation>无法查询回收站的条目数。</translation>
     </message>
 </context>
 <context>
     <name>desktop::ConflictDialog</name>
     <message>
-        <source>Do the same for &amp;later ones of these transfers</source>
+        <source>Also for &amp;later conflicts of these transfers</source>
         <translation>对这些传输中之后的冲突同样处理(&amp;L)</translation>
     </message>
     <message>
-        <source>Names That Are Taken</source>
+        <source>Names Already Taken</source>
         <translation>名称已被占用</translation>
     </message>
     <message>
-        <source>There are entries of these names at the target already. Other transfers go on meanwhile.</source>
+        <source>The target already has entries with these names. Other transfers continue meanwhile.</source>
         <translation>目标处已有这些名称的项。其他传输会继续进行。</translation>
     </message>
     <message>
-        <source>Names that are taken</source>
+        <source>Names already taken</source>
         <translation>已被占用的名称</translation>
     </message>
     <message>
@@ -621,11 +621,11 @@
         <translation>新的</translation>
     </message>
     <message>
-        <source>Already there</source>
+        <source>Existing</source>
         <translation>已有的</translation>
     </message>
     <message>
-        <source>Do this</source>
+        <source>Action</source>
         <translation>处理方式</translation>
     </message>
     <message>
@@ -653,7 +653,7 @@
         <translation>以后决定(&amp;L)</translation>
     </message>
     <message>
-        <source>What to do about %1</source>
+        <source>Action for %1</source>
         <translation>如何处理 %1</translation>
     </message>
     <message>
@@ -680,22 +680,22 @@
 <context>
     <name>desktop::Connector</name>
     <message>
-        <source>Another program is working on the documents of this computer. Try again when it has finished.</source>
+        <source>Another program is using the documents of this computer. Try again when it has finished.</source>
         <translation>另一个程序正在使用本机的文档。请在它结束后重试。</translation>
     </message>
     <message>
-        <source>This program has no service of its own. Enter the address of one.</source>
+        <source>This program was built without a service. Enter the address of a service.</source>
         <translation>此程序没有自带服务。请输入服务的地址。</translation>
     </message>
     <message>
-        <source>The service of this computer does not start.</source>
+        <source>The service of this computer could not be started.</source>
         <translation>本机的服务无法启动。</translation>
     </message>
 </context>
 <context>
     <name>desktop::DocumentChanges</name>
     <message>
-        <source>The folder could not be made.</source>
+        <source>The folder could not be created.</source>
         <translation>无法新建文件夹。</translation>
     </message>
     <message>
@@ -703,7 +703,7 @@
         <translation>新建文件夹</translation>
     </message>
     <message>
-        <source>“%1” has been made.</source>
+        <source>“%1” has been created.</source>
         <translation>已新建“%1”。</translation>
     </message>
     <message>
@@ -711,7 +711,7 @@
         <translation>重命名“%1”</translation>
     </message>
     <message>
-        <source>“%1” has its name back.</source>
+        <source>“%1” has its old name again.</source>
         <translation>“%1”已恢复原名。</translation>
     </message>
     <message>
@@ -749,7 +749,7 @@
         <translation>无法移动%1。</translation>
     </message>
     <message numerus="yes">
-        <source>%n entries are back where they were.</source>
+        <source>%n entries have been moved back.</source>
         <translation>
             <numerusform>%n 项已回到原处。</numerusform>
         </translation>
@@ -765,7 +765,7 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n entries are in the recycle bin.</source>
+        <source>%n entries have been moved into the recycle bin.</source>
         <translation>
             <numerusform>%n 项已放入回收站。</numerusform>
         </translation>
@@ -781,7 +781,7 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n of them are beside another entry of the same name.</source>
+        <source>%n of them are in a folder with another entry of the same name.</source>
         <translation>
             <numerusform>其中 %n 项与同名的项并存。</numerusform>
         </translation>
@@ -803,7 +803,7 @@
         <translation>“%1”已收藏。</translation>
     </message>
     <message>
-        <source>“%1” is no favourite any more.</source>
+        <source>“%1” is no longer a favourite.</source>
         <translation>“%1”已取消收藏。</translation>
     </message>
     <message>
@@ -811,19 +811,19 @@
         <translation>无法标记“%1”。</translation>
     </message>
     <message>
-        <source>“%1” is among the frequently used.</source>
+        <source>“%1” is marked as frequently used.</source>
         <translation>“%1”已添加到常用。</translation>
     </message>
     <message>
-        <source>“%1” is not among the frequently used any more.</source>
+        <source>“%1” is no longer marked as frequently used.</source>
         <translation>“%1”已从常用中移除。</translation>
     </message>
     <message>
-        <source>The remark of “%1” is kept.</source>
+        <source>The remark of “%1” has been saved.</source>
         <translation>“%1”的备注已保存。</translation>
     </message>
     <message>
-        <source>The remark of “%1” could not be kept.</source>
+        <source>The remark of “%1” could not be saved.</source>
         <translation>无法保存“%1”的备注。</translation>
     </message>
 </context>
@@ -842,7 +842,7 @@
         <translation>重试(&amp;T)</translation>
     </message>
     <message>
-        <source>The list could not be fetched</source>
+        <source>The list could not be loaded</source>
         <translation>无法取得列表</translation>
     </message>
     <message>
@@ -858,7 +858,7 @@
         <translation>此文件夹为空</translation>
     </message>
     <message>
-        <source>Drop files here, or upload them.</source>
+        <source>Drop files here or upload them.</source>
         <translation>将文件拖放到此处，或上传文件。</translation>
     </message>
     <message>
@@ -874,7 +874,7 @@
         <translation>没有标记为常用的项</translation>
     </message>
     <message>
-        <source>Mark a document in its context menu.</source>
+        <source>Mark a document by its context menu.</source>
         <translation>可在文档的右键菜单中标记。</translation>
     </message>
     <message>
@@ -890,7 +890,7 @@
         <translation>回收站为空</translation>
     </message>
     <message>
-        <source>What you delete can be restored from here.</source>
+        <source>Deleted documents can be restored from here.</source>
         <translation>可以从这里还原您删除的内容。</translation>
     </message>
     <message>
@@ -898,7 +898,7 @@
         <translation>没有找到</translation>
     </message>
     <message>
-        <source>Try fewer letters, or another place or time.</source>
+        <source>Try fewer letters, or another folder or time.</source>
         <translation>请减少文字，或更换位置或时间。</translation>
     </message>
     <message>
@@ -913,7 +913,7 @@
 <context>
     <name>desktop::DragFetch</name>
     <message numerus="yes">
-        <source>Fetching %n entries for the other program…</source>
+        <source>Downloading %n entries for the other program…</source>
         <translation>
             <numerusform>正在为另一个程序获取 %n 个条目…</numerusform>
         </translation>
@@ -926,7 +926,7 @@
 <context>
     <name>desktop::EditDesk</name>
     <message>
-        <source>“%1” is stored.</source>
+        <source>“%1” has been stored.</source>
         <translation>“%1”已保存。</translation>
     </message>
     <message>
@@ -947,7 +947,7 @@
 <context>
     <name>desktop::EditedFiles</name>
     <message>
-        <source>The list of opened files cannot be written. Changes of opened files are found only while the program runs.</source>
+        <source>The list of opened files cannot be written. Changes of opened files are only detected while the program is running.</source>
         <translation>无法写入已打开文件的列表。只有在程序运行期间才能发现对已打开文件的修改。</translation>
     </message>
     <message>
@@ -955,7 +955,7 @@
         <translation>无法打开“%1”。</translation>
     </message>
     <message>
-        <source>This computer has no program for “%1”.</source>
+        <source>There is no program for “%1” on this computer.</source>
         <translation>本机没有可打开“%1”的程序。</translation>
     </message>
     <message>
@@ -970,24 +970,24 @@
         <translation>请检查地址。</translation>
     </message>
     <message>
-        <source>Check the address, and that the service runs.</source>
+        <source>Check the address, and that the service is running.</source>
         <translation>请检查地址以及服务是否正在运行。</translation>
     </message>
     <message>
-        <source>Its certificate is signed by an authority that this computer does not know. If it is your company&apos;s, trust it.</source>
+        <source>Its certificate is signed by an unknown authority. If it is the authority of your organization, trust it.</source>
         <translation>它的证书由本机不认识的机构签发。如果那是贵公司的机构，请信任它。</translation>
     </message>
     <message>
-        <source>Its certificate has expired or is not valid yet: its administrator has to renew it. Check the date of this computer, too.</source>
+        <source>Its certificate has expired or is not valid yet: the administrator must renew it. Check the date of this computer, too.</source>
         <translation>它的证书已过期或尚未生效，需要管理员更新。也请检查本机的日期。</translation>
     </message>
     <message>
-        <source>Its certificate is made for another name. Use that name in the address.</source>
+        <source>Its certificate is for another name. Use that name in the address.</source>
         <translation>它的证书是为另一个名称签发的。请在地址中使用那个名称。</translation>
     </message>
     <message>
-        <source>It asks for a certificate of yours, which this program cannot give.</source>
-        <translation>它要求您提供证书，而此程序无法提供。</translation>
+        <source>It requires a client certificate, which this program does not support.</source>
+        <translation>它要求客户端证书，而此程序不支持。</translation>
     </message>
     <message>
         <source>Check whether the address begins with http or https, and the port.</source>
@@ -998,7 +998,7 @@
         <translation>请检查代理。填写“none”表示直接连接。</translation>
     </message>
     <message>
-        <source>Enter the access token that the administrator has given to you.</source>
+        <source>Enter the access token that you have received from the administrator.</source>
         <translation>请输入管理员给您的访问令牌。</translation>
     </message>
 </context>
@@ -1013,16 +1013,16 @@
         <translation>关闭(&amp;C)</translation>
     </message>
     <message>
-        <source>Connect to the service of your project, or stay with the documents of this computer.</source>
+        <source>Connect to the service of your project, or use the documents of this computer.</source>
         <translation>连接到您项目的服务，或继续使用本机的文档。</translation>
     </message>
     <message>
-        <source>Upload files and folders, or drop them into the list.</source>
+        <source>Upload files and folders, or drop them onto the list.</source>
         <translation>上传文件和文件夹，或将它们拖放到列表中。</translation>
     </message>
     <message>
-        <source>Open a document with a double click. When you save it in its program, it becomes a new version here.</source>
-        <translation>双击打开文档。在相应程序中保存后，这里会生成新版本。</translation>
+        <source>Open a document with a double click. When you save it in its program, you can store it as a new version.</source>
+        <translation>双击打开文档。在相应程序中保存后，可以将其存为新版本。</translation>
     </message>
 </context>
 <context>
@@ -1048,7 +1048,7 @@
         <translation>无</translation>
     </message>
     <message>
-        <source>Kind</source>
+        <source>Type</source>
         <translation>种类</translation>
     </message>
     <message>
@@ -1064,7 +1064,7 @@
         <translation>修改时间</translation>
     </message>
     <message>
-        <source>Made</source>
+        <source>Created</source>
         <translation>创建时间</translation>
     </message>
     <message>
@@ -1084,7 +1084,7 @@
         <translation>备注(&amp;E)</translation>
     </message>
     <message>
-        <source>&amp;Keep Remark</source>
+        <source>Save Remar&amp;k</source>
         <translation>保存备注(&amp;K)</translation>
     </message>
     <message>
@@ -1092,7 +1092,7 @@
         <translation>版本(&amp;V)…</translation>
     </message>
     <message>
-        <source>Select a document to see what is known about it.</source>
+        <source>Select a document to see its details.</source>
         <translation>选择一个文档以查看其信息。</translation>
     </message>
     <message numerus="yes">
@@ -1142,11 +1142,11 @@
 <context>
     <name>desktop::MainWindow</name>
     <message>
-        <source>The folders could not be fetched.</source>
+        <source>The folders could not be loaded.</source>
         <translation>无法取得文件夹。</translation>
     </message>
     <message>
-        <source>Transfers are not kept when the program ends.</source>
+        <source>Transfers will be lost when the program ends.</source>
         <translation>程序结束后不会保留传输。</translation>
     </message>
     <message>
@@ -1162,7 +1162,7 @@
         <translation>撤销</translation>
     </message>
     <message>
-        <source>Fetching…</source>
+        <source>Loading…</source>
         <translation>正在取得…</translation>
     </message>
     <message numerus="yes">
@@ -1186,7 +1186,7 @@
         <translation>%1 % – 文档</translation>
     </message>
     <message>
-        <source>The service cannot be reached. What you see may be out of date; transfers go on when it is back.</source>
+        <source>The service cannot be reached. The lists may be out of date; transfers continue when it can be reached again.</source>
         <translation>无法连接服务。您看到的内容可能已过时；连接恢复后传输会继续。</translation>
     </message>
     <message>
@@ -1214,8 +1214,8 @@
         <translation>保存搜索</translation>
     </message>
     <message>
-        <source>Name among the places:</source>
-        <translation>在位置列表中的名称：</translation>
+        <source>Name of the search:</source>
+        <translation>搜索名称：</translation>
     </message>
     <message>
         <source>&amp;Rename</source>
@@ -1275,7 +1275,7 @@
         <translation>信息</translation>
     </message>
     <message>
-        <source>%1. The list of transfers says why.</source>
+        <source>%1. See the list of transfers for the reasons.</source>
         <translation>%1。原因见传输列表。</translation>
     </message>
     <message>
@@ -1298,7 +1298,7 @@
         <translation>没有“%1”。</translation>
     </message>
     <message>
-        <source>“%1” is no folder.</source>
+        <source>“%1” is not a folder.</source>
         <translation>“%1”不是文件夹。</translation>
     </message>
 </context>
@@ -1349,11 +1349,11 @@
         <translation>搜索</translation>
     </message>
     <message>
-        <source>Kind</source>
+        <source>Type</source>
         <translation>种类</translation>
     </message>
     <message>
-        <source>All kinds</source>
+        <source>All types</source>
         <translation>所有种类</translation>
     </message>
     <message>
@@ -1381,7 +1381,7 @@
         <translation>压缩包</translation>
     </message>
     <message>
-        <source>Time of the change</source>
+        <source>Time of the last change</source>
         <translation>修改时间</translation>
     </message>
     <message>
@@ -1409,8 +1409,8 @@
         <translation>修改者</translation>
     </message>
     <message>
-        <source>Only &amp;below this folder</source>
-        <translation>仅此文件夹之下(&amp;B)</translation>
+        <source>Only &amp;in this folder</source>
+        <translation>仅此文件夹(&amp;I)</translation>
     </message>
     <message>
         <source>Anybody</source>
@@ -1428,7 +1428,7 @@
 <context>
     <name>desktop::SettingsDialog</name>
     <message>
-        <source>Make a new &amp;version of an opened file without asking</source>
+        <source>Store changed files as a new &amp;version without asking</source>
         <translation>不询问即为打开的文件生成新版本(&amp;V)</translation>
     </message>
     <message>
@@ -1463,11 +1463,11 @@
 <context>
     <name>desktop::ShareDialog</name>
     <message>
-        <source>&amp;Ends on</source>
+        <source>&amp;Expires on</source>
         <translation>截止于(&amp;E)</translation>
     </message>
     <message>
-        <source>People may &amp;download, not only look</source>
+        <source>Allow &amp;downloads, not only viewing</source>
         <translation>允许下载，而不仅是查看(&amp;D)</translation>
     </message>
     <message>
@@ -1489,11 +1489,11 @@
         <translation>共享内容</translation>
     </message>
     <message>
-        <source>Last day of the share</source>
+        <source>Last day on which the share is valid</source>
         <translation>共享的最后一天</translation>
     </message>
     <message>
-        <source>Not made yet</source>
+        <source>Not created yet</source>
         <translation>尚未生成</translation>
     </message>
     <message>
@@ -1501,7 +1501,7 @@
         <translation>地址(&amp;A)</translation>
     </message>
     <message>
-        <source>&amp;Make Address</source>
+        <source>C&amp;reate Address</source>
         <translation>生成地址(&amp;M)</translation>
     </message>
     <message>
@@ -1509,15 +1509,15 @@
         <translation>复制(&amp;C)</translation>
     </message>
     <message>
-        <source>The address is shown this one time. Who has it sees the documents.</source>
+        <source>The address is shown only once. Everybody who has it can see the documents.</source>
         <translation>地址只显示这一次。持有地址的人可以看到这些文档。</translation>
     </message>
     <message>
-        <source>The share could not be made.</source>
+        <source>The share could not be created.</source>
         <translation>无法生成共享。</translation>
     </message>
     <message>
-        <source>The address is in the clipboard.</source>
+        <source>The address has been copied to the clipboard.</source>
         <translation>地址已复制到剪贴板。</translation>
     </message>
 </context>
@@ -1536,7 +1536,7 @@
         <translation>文档</translation>
     </message>
     <message>
-        <source>Made</source>
+        <source>Created</source>
         <translation>创建时间</translation>
     </message>
     <message>
@@ -1544,7 +1544,7 @@
         <translation>操作者</translation>
     </message>
     <message>
-        <source>Ends</source>
+        <source>Expires</source>
         <translation>截止</translation>
     </message>
     <message>
@@ -1556,15 +1556,15 @@
         <translation>撤销共享(&amp;R)</translation>
     </message>
     <message>
-        <source>Fetching…</source>
+        <source>Loading…</source>
         <translation>正在取得…</translation>
     </message>
     <message>
-        <source>Nothing is shared.</source>
+        <source>There are no shares.</source>
         <translation>没有共享任何内容。</translation>
     </message>
     <message>
-        <source>The shares could not be fetched.</source>
+        <source>The shares could not be loaded.</source>
         <translation>无法取得共享列表。</translation>
     </message>
     <message>
@@ -1595,7 +1595,7 @@
         <translation>忘记(&amp;F)</translation>
     </message>
     <message>
-        <source>Removes this connection and its token from this computer</source>
+        <source>Removes the connection and its token from this computer</source>
         <translation>从本机删除此连接及其令牌</translation>
     </message>
     <message>
@@ -1639,7 +1639,7 @@
         <translation>连接(&amp;N)</translation>
     </message>
     <message>
-        <source>Only those that the system trusts</source>
+        <source>Only the authorities of the system</source>
         <translation>仅系统信任的机构</translation>
     </message>
     <message>
@@ -1647,8 +1647,8 @@
         <translation>浏览(&amp;B)…</translation>
     </message>
     <message>
-        <source>Own aut&amp;hority</source>
-        <translation>自有证书机构(&amp;H)</translation>
+        <source>Additional aut&amp;hority</source>
+        <translation>其他证书机构(&amp;H)</translation>
     </message>
     <message>
         <source>Certificate of the Authority</source>
@@ -1663,19 +1663,19 @@
         <translation>新连接</translation>
     </message>
     <message>
-        <source>The file of the connections cannot be written.</source>
+        <source>The file with the connections cannot be written.</source>
         <translation>无法写入连接文件。</translation>
     </message>
     <message>
-        <source>You are connected, but the connection cannot be kept: the file of the connections cannot be written. Clear the check box to go on without.</source>
+        <source>You are connected, but the connection cannot be saved: the file with the connections cannot be written. Clear the check box to continue without saving.</source>
         <translation>已连接，但无法保存此连接：无法写入连接文件。取消勾选即可继续而不保存。</translation>
     </message>
     <message>
-        <source>The server does not show its certificate any more.</source>
+        <source>The server no longer sends its certificate.</source>
         <translation>服务器不再出示证书。</translation>
     </message>
     <message>
-        <source>The certificate cannot be kept on this computer.</source>
+        <source>The certificate cannot be saved on this computer.</source>
         <translation>无法在本机保存证书。</translation>
     </message>
     <message>
@@ -1690,11 +1690,11 @@
 <context>
     <name>desktop::StartOptions</name>
     <message>
-        <source>Documents of a project, on this computer and on services.</source>
+        <source>The documents of a project, on this computer or on a service.</source>
         <translation>项目文档，位于本机和各服务上。</translation>
     </message>
     <message>
-        <source>The address of the service. The token comes from the variable VELLDOC_TOKEN.</source>
+        <source>The address of the service. The token is taken from the variable VELLDOC_TOKEN.</source>
         <translation>服务的地址。令牌取自变量 VELLDOC_TOKEN。</translation>
     </message>
     <message>
@@ -1702,11 +1702,11 @@
         <translation>要打开的项目。</translation>
     </message>
     <message>
-        <source>Keep everything of the program in this folder.</source>
+        <source>Store all data of the program in this folder.</source>
         <translation>将程序的所有文件保存在此文件夹中。</translation>
     </message>
     <message>
-        <source>Ask for an address instead of starting a service.</source>
+        <source>Ask for an address instead of starting a service on this computer.</source>
         <translation>询问地址，而不启动服务。</translation>
     </message>
 </context>
@@ -1737,7 +1737,7 @@
         <translation>保存中</translation>
     </message>
     <message>
-        <source>Needs your answer</source>
+        <source>Waiting for your answer</source>
         <translation>需要您决定</translation>
     </message>
     <message>
@@ -1781,7 +1781,7 @@
         <translation>大小</translation>
     </message>
     <message>
-        <source>On this computer</source>
+        <source>Local path</source>
         <translation>本机位置</translation>
     </message>
 </context>
@@ -1834,7 +1834,7 @@
         <translation>取消(&amp;C)</translation>
     </message>
     <message>
-        <source>C&amp;lear Ended</source>
+        <source>C&amp;lear Finished</source>
         <translation>清除已结束的(&amp;L)</translation>
     </message>
     <message numerus="yes">
@@ -1886,12 +1886,12 @@
         <translation>重试选中的传输</translation>
     </message>
     <message>
-        <source>Try all failed again</source>
+        <source>Try all failed transfers again</source>
         <translation>重试所有失败的传输</translation>
     </message>
     <message>
-        <source>No transfers are under way.</source>
-        <translation>没有正在进行的传输。</translation>
+        <source>There are no transfers.</source>
+        <translation>没有传输。</translation>
     </message>
 </context>
 <context>
@@ -1909,19 +1909,19 @@
         <translation>大小</translation>
     </message>
     <message>
-        <source>Changed by Two</source>
-        <translation>两人都做了修改</translation>
+        <source>Conflicting Changes</source>
+        <translation>修改冲突</translation>
     </message>
     <message>
-        <source>“%1” has been changed by somebody else while you were working on it. Nothing has been replaced.</source>
+        <source>Another user has changed “%1” while you were working on it. Nothing has been replaced.</source>
         <translation>在您编辑“%1”期间，其他人修改了它。没有替换任何内容。</translation>
     </message>
     <message>
-        <source>“%1” has been deleted by somebody else while you were working on it.</source>
+        <source>Another user has deleted “%1” while you were working on it.</source>
         <translation>在您编辑“%1”期间，其他人删除了它。</translation>
     </message>
     <message>
-        <source>Yours, on this computer</source>
+        <source>Your version on this computer</source>
         <translation>您的，位于本机</translation>
     </message>
     <message>
@@ -1929,19 +1929,19 @@
         <translation>您</translation>
     </message>
     <message>
-        <source>On the service</source>
+        <source>Version on the service</source>
         <translation>位于服务</translation>
     </message>
     <message>
-        <source>&amp;Keep both: store mine as another document</source>
+        <source>&amp;Keep both: store my version as another document</source>
         <translation>两者都保留：将我的存为另一个文档(&amp;K)</translation>
     </message>
     <message>
-        <source>Store mine as the &amp;newest version; the other stays below it</source>
+        <source>Store my version as the &amp;newest one; the other one stays in the history</source>
         <translation>将我的存为最新版本，另一个保留为旧版本(&amp;N)</translation>
     </message>
     <message>
-        <source>&amp;Discard mine, and fetch the other</source>
+        <source>&amp;Discard my version and download the other one</source>
         <translation>放弃我的，取得另一个(&amp;D)</translation>
     </message>
     <message>
@@ -1980,7 +1980,7 @@
         <translation>备注</translation>
     </message>
     <message>
-        <source>&amp;Fetch…</source>
+        <source>&amp;Download…</source>
         <translation>取得(&amp;F)…</translation>
     </message>
     <message>
@@ -1992,11 +1992,11 @@
         <translation>备注(&amp;R)…</translation>
     </message>
     <message>
-        <source>Fetching…</source>
+        <source>Loading…</source>
         <translation>正在取得…</translation>
     </message>
     <message>
-        <source>The versions could not be fetched.</source>
+        <source>The versions could not be loaded.</source>
         <translation>无法取得版本列表。</translation>
     </message>
     <message>
@@ -2008,15 +2008,15 @@
         <translation>您无权修改“%1”。</translation>
     </message>
     <message>
-        <source>Fetch Version</source>
+        <source>Download Version</source>
         <translation>取得版本</translation>
     </message>
     <message>
-        <source>It is in %1.</source>
+        <source>It has been saved as %1.</source>
         <translation>已保存到 %1。</translation>
     </message>
     <message>
-        <source>The version could not be fetched.</source>
+        <source>The version could not be downloaded.</source>
         <translation>无法取得该版本。</translation>
     </message>
     <message>
@@ -2028,7 +2028,7 @@
         <translation>此版本的备注：</translation>
     </message>
     <message>
-        <source>The remark could not be kept.</source>
+        <source>The remark could not be saved.</source>
         <translation>无法保存备注。</translation>
     </message>
 </context>

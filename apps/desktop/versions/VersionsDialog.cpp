@@ -44,7 +44,7 @@ VersionsDialog::VersionsDialog(VellDocuments *documents, VellTransferQueue *queu
         connect(button, &QPushButton::clicked, this, slot);
         return button;
     };
-    m_fetch = add(tr("&Fetch…"), QStringLiteral("fetch"), &VersionsDialog::chooseTarget);
+    m_fetch = add(tr("&Download…"), QStringLiteral("fetch"), &VersionsDialog::chooseTarget);
     m_current =
         add(tr("&Make Current Again"), QStringLiteral("makeCurrent"), &VersionsDialog::makeCurrent);
     m_remark = add(tr("&Remark…"), QStringLiteral("remark"), &VersionsDialog::editRemark);
@@ -53,14 +53,14 @@ VersionsDialog::VersionsDialog(VellDocuments *documents, VellTransferQueue *queu
     layout->addWidget(buttons);
     connect(m_list, &QTreeWidget::currentItemChanged, this, &VersionsDialog::updateButtons);
     connect(documents->session(), &VellSession::userNamesChanged, this, &VersionsDialog::fill);
-    connect(queue, &VellTransferQueue::ended, this, &VersionsDialog::takeFetched);
+    connect(queue, &VellTransferQueue::ended, this, &VersionsDialog::onTransferEnded);
     updateButtons();
     reload();
 }
 
 void VersionsDialog::reload()
 {
-    m_message->setText(tr("Fetching…"));
+    m_message->setText(tr("Loading…"));
     m_documents->history(m_document._id)
         ->then(
             this,
@@ -70,7 +70,7 @@ void VersionsDialog::reload()
                 fill();
             },
             [this](const VellError &error) {
-                say(tr("The versions could not be fetched."), error);
+                say(tr("The versions could not be loaded."), error);
             });
 }
 
@@ -118,9 +118,9 @@ void VersionsDialog::say(const QString &text, const VellError &error)
 
 void VersionsDialog::chooseTarget()
 {
-    auto *const dialog = new QFileDialog(this, tr("Fetch Version"));
+    auto *const dialog = new QFileDialog(this, tr("Download Version"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave); // asks before a file is replaced
+    dialog->setAcceptMode(QFileDialog::AcceptSave); // the dialog asks before it replaces a file
     dialog->selectFile(m_document.name);
     connect(dialog, &QFileDialog::fileSelected, this,
             [this, chosen = version()](const QString &path) { fetch(chosen, path); });
@@ -129,19 +129,19 @@ void VersionsDialog::chooseTarget()
 
 void VersionsDialog::fetch(const VellDocument &version, const QString &path)
 {
-    m_message->setText(tr("Fetching…"));
+    m_message->setText(tr("Loading…"));
     m_fetching =
         m_queue->downloadVersion(version, path, m_queue->addBatch(VellConflictPolicy::Replace));
 }
 
-void VersionsDialog::takeFetched(const VellTransfer &transfer)
+void VersionsDialog::onTransferEnded(const VellTransfer &transfer)
 {
     if (transfer.id != m_fetching)
         return;
     if (transfer.state == VellTransferState::Done)
-        m_message->setText(tr("It is in %1.").arg(transfer.localPath));
+        m_message->setText(tr("It has been saved as %1.").arg(transfer.localPath));
     else
-        say(tr("The version could not be fetched."), transfer.error);
+        say(tr("The version could not be downloaded."), transfer.error);
 }
 
 void VersionsDialog::makeCurrent()
@@ -171,7 +171,7 @@ void VersionsDialog::editRemark()
             ->then(
                 this, [this](bool) { reload(); },
                 [this](const VellError &error) {
-                    say(tr("The remark could not be kept."), error);
+                    say(tr("The remark could not be saved."), error);
                 });
     });
     dialog->open();

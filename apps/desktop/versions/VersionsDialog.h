@@ -15,7 +15,7 @@ struct VellTransfer;
 
 namespace desktop {
 
-//! \brief The versions of a file: fetching one, making one current again, its remark.
+//! \brief The versions of a file: downloads one, makes one current again, edits its remark.
 class VersionsDialog : public QDialog
 {
     Q_OBJECT
@@ -30,18 +30,18 @@ private:
     void fill();
     void chooseTarget();
     void fetch(const VellDocument &version, const QString &path);
-    void takeFetched(const VellTransfer &transfer);
+    void onTransferEnded(const VellTransfer &transfer);
     void makeCurrent();
     void editRemark();
     void updateButtons();
     void say(const QString &text, const VellError &error);
-    //! The version of the current row; one without `_id` if there is none.
+    //! Returns the version of the current row; without `_id` if there is none.
     VellDocument version() const;
 
     VellDocuments *const m_documents;
     VellTransferQueue *const m_queue;
     VellDocument m_document;
-    qint64 m_fetching = 0; // the transfer of the version that was asked for last
+    qint64 m_fetching = 0; // the transfer of the version that was requested last
     QList<VellDocument> m_versions; // newest first
     QTreeWidget *m_list;
     QLabel *m_message;

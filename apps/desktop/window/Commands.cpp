@@ -123,7 +123,7 @@ void Commands::chooseFolder()
 void Commands::download()
 {
     auto *const dialog =
-        new QFileDialog(m_window, tr("Download Into"),
+        new QFileDialog(m_window, tr("Download To"),
                         QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setObjectName(QStringLiteral("downloadInto"));
@@ -159,7 +159,7 @@ void Commands::paste()
         return;
     }
     move(ids, m_folderId);
-    clipboard->clear(); // what was cut can be pasted once
+    clipboard->clear(); // cut documents can be pasted only once
 }
 
 void Commands::confirmEmptying()
@@ -170,12 +170,12 @@ void Commands::confirmEmptying()
         [this](int count) {
             auto *const box = new QMessageBox(
                 QMessageBox::Warning, tr("Empty Recycle Bin"),
-                tr("Delete %n entries of the recycle bin, with everything in them, for good?",
+                tr("Permanently delete %n entries of the recycle bin with all their contents?",
                    nullptr, count),
                 QMessageBox::Cancel, m_window);
             box->setAttribute(Qt::WA_DeleteOnClose);
             QPushButton *const confirm =
-                box->addButton(tr("&Delete for Good"), QMessageBox::DestructiveRole);
+                box->addButton(tr("&Delete Permanently"), QMessageBox::DestructiveRole);
             confirm->setObjectName(QStringLiteral("confirm"));
             box->setDefaultButton(QMessageBox::Cancel);
             connect(confirm, &QPushButton::clicked, this,
@@ -184,7 +184,9 @@ void Commands::confirmEmptying()
         },
         [this](const VellError &error) {
             Q_EMIT m_workspace->changes.failed(
-                tr("The recycle bin could not be counted.") + QLatin1Char(' ') + error.text, error);
+                tr("The number of entries in the recycle bin could not be requested.")
+                    + QLatin1Char(' ') + error.text,
+                error);
         });
 }
 

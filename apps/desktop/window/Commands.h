@@ -13,19 +13,19 @@ class DocumentPane;
 class Workspace;
 struct Location;
 
-//! \brief What the actions on documents do, with the questions that they ask.
+//! \brief Executes the actions on documents, with their dialogs.
 class Commands : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param workspace, \a pane and \a window must outlive this
+    //! \param workspace, \a pane and \a window must outlive this object
     Commands(Workspace *workspace, DocumentPane *pane, QWidget *window);
 
-    //! The place that new entries go to.
+    //! Sets the place for new entries.
     void setLocation(const Location &location);
 
-    //! Does \a action. \return false if it is none of those on documents
+    //! Executes \a action. \return false if it is not an action on documents
     bool run(ActionId action);
 
     void move(const QStringList &ids, const QString &folderId);

@@ -35,16 +35,14 @@ FirstSteps::FirstSteps(Actions *actions, QWidget *parent) : QFrame(parent)
         connect(button, &QPushButton::clicked, action, &QAction::trigger);
         layout->addWidget(button, row, 2);
     };
-    addStep(
-        1,
-        tr("Connect to the service of your project, or stay with the documents of this computer."));
+    addStep(1,
+            tr("Connect to the service of your project, or use the documents of this computer."));
     addButton(1, actions->at(ActionId::Connect));
-    addStep(2, tr("Upload files and folders, or drop them into the list."));
+    addStep(2, tr("Upload files and folders, or drop them onto the list."));
     addButton(2, actions->at(ActionId::UploadFiles));
-    addStep(
-        3,
-        tr("Open a document with a double click. When you save it in its program, it becomes a new "
-           "version here."));
+    addStep(3,
+            tr("Open a document with a double click. When you save it in its program, you can "
+               "store it as a new version."));
 }
 
 } // namespace desktop

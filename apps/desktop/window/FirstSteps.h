@@ -6,13 +6,13 @@ namespace desktop {
 
 class Actions;
 
-//! \brief The three things to do first, for people who start the program for the first time.
+//! \brief The first three steps, for new users.
 class FirstSteps : public QFrame
 {
     Q_OBJECT
 
 public:
-    //! \param actions must outlive this
+    //! \param actions must outlive this object
     explicit FirstSteps(Actions *actions, QWidget *parent = nullptr);
 
 Q_SIGNALS:

@@ -22,8 +22,8 @@ struct Location
     };
 
     Kind kind = Kind::Folder;
-    QString folderId; //!< of Folder and RecycleBin; empty for the top level
-    SearchTerms search; //!< of Search
+    QString folderId; //!< Folder and RecycleBin; empty for the top level
+    SearchTerms search; //!< Search
 
     static Location folder(const QString &id) { return {Kind::Folder, id, {}}; }
     static Location place(Kind kind) { return {kind, {}, {}}; }
@@ -31,7 +31,7 @@ struct Location
 
     VellDocumentSource source() const;
 
-    //! What a place other than a folder is called; empty for folders.
+    //! Returns the name of a place; empty for folders.
     QString title() const;
 };
 

@@ -140,8 +140,8 @@ void MainWindow::connectPane()
     connect(folders, &FolderTreeModel::uploadRequested, m_commands, &Commands::upload);
     connect(folders, &VellFolderModel::loadFailed, this,
             [this](const QString &, const VellError &error) {
-                if (error.kind != VellError::Kind::Offline) // the bar says that
-                    say(tr("The folders could not be fetched.") + QLatin1Char(' ') + error.text);
+                if (error.kind != VellError::Kind::Offline) // shown by the bar
+                    say(tr("The folders could not be loaded.") + QLatin1Char(' ') + error.text);
             });
     const auto openPlace = [this](const Location &location) { navigate(location); };
     connect(m_places, &PlacesPanel::locationRequested, this, openPlace);
@@ -179,7 +179,7 @@ void MainWindow::connectChanges()
             m_pane->reload();
     });
     connect(m_workspace, &Workspace::transfersNotKept, this, [this](const VellError &error) {
-        say(tr("Transfers are not kept when the program ends.") + QLatin1Char(' ') + error.text);
+        say(tr("Transfers will be lost when the program ends.") + QLatin1Char(' ') + error.text);
     });
 }
 
@@ -323,7 +323,7 @@ void MainWindow::updateStatus()
 {
     const QList<VellDocument> selection = m_pane->selection();
     QString text = m_pane->model()->isLoading() && m_pane->model()->rowCount() == 0
-        ? tr("Fetching…")
+        ? tr("Loading…")
         : tr("%n entries", nullptr, m_pane->model()->rowCount());
     if (!selection.isEmpty()) {
         qint64 bytes = 0;
@@ -337,7 +337,7 @@ void MainWindow::updateStatus()
     const QString transfers = m_panels->transferSummary();
     m_transferState->setText(transfers);
     m_taskbar->show(transfers.isEmpty() ? -1 : m_panels->transferPercent());
-    // Also for task bars that show titles only.
+    // For task bars that only show titles.
     setWindowTitle(transfers.isEmpty() ? tr("Documents")
                                        : tr("%1 % – Documents").arg(m_panels->transferPercent()));
 }
@@ -346,9 +346,8 @@ void MainWindow::updateOffline(VellSession::State state)
 {
     if (state == VellSession::State::Offline) {
         m_offline->say(MessageBar::Kind::Warning,
-                       tr("The service cannot be reached. What you see may be out of date; "
-                          "transfers go on when "
-                          "it is back."),
+                       tr("The service cannot be reached. The lists may be out of date; transfers "
+                          "continue when it can be reached again."),
                        tr("&Try Now"));
     } else {
         m_offline->hide();
@@ -441,7 +440,7 @@ void MainWindow::saveSearch(const SearchTerms &terms)
     auto *const dialog = new QInputDialog(this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Save Search"));
-    dialog->setLabelText(tr("Name among the places:"));
+    dialog->setLabelText(tr("Name of the search:"));
     dialog->setTextValue(terms.text);
     connect(dialog, &QInputDialog::textValueSelected, this, [this, terms](const QString &name) {
         if (!name.trimmed().isEmpty())

@@ -30,7 +30,7 @@ class TaskbarProgress;
 class Workspace;
 enum class ActionId;
 
-//! \brief The window: places and folders on the left, entries in the middle, path and search above.
+//! \brief The main window: places and folders on the left, entries in the middle, path and search above.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -40,15 +40,15 @@ public:
     explicit MainWindow(Workspace *workspace, QWidget *parent = nullptr);
     ~MainWindow() override;
 
-    //! Shows \a location, and remembers the one before for going back.
-    //! \param selectedId the entry that is selected there
+    //! Shows \a location, and adds it to the history.
+    //! \param selectedId the entry to be selected
     void navigate(const Location &location, const QString &selectedId = {});
     const Location &location() const { return m_location; }
 
     DocumentPane *pane() const { return m_pane; }
     Actions *actionTable() const { return m_actions; }
 
-    //! Says something above the list, until the user closes it or something else is said.
+    //! Shows a message above the list, until the user closes it or another one is shown.
     void say(const QString &text);
 
 Q_SIGNALS:

@@ -34,7 +34,7 @@ public:
 
 void fill(QMenu *menu, const Actions &actions, const Groups &groups)
 {
-    menu->setToolTipsVisible(true); // they say why an action is not possible
+    menu->setToolTipsVisible(true); // with the reason if an action is not possible
     for (const std::vector<Id> &group : groups) {
         if (!menu->isEmpty())
             menu->addSeparator();

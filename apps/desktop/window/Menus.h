@@ -12,17 +12,17 @@ namespace desktop {
 class Actions;
 struct Location;
 
-//! Where the actions are: in the menus and the tool bars.
+//! The menus and the tool bars with the actions.
 namespace menus {
 
 //! \param information and \a transfers show the panels
 void addMenuBar(QMainWindow *window, const Actions &actions, QAction *information,
                 QAction *transfers);
 
-//! \param path and \a search are given to the first tool bar
+//! \param path and \a search are added to the first tool bar
 void addToolBars(QMainWindow *window, const Actions &actions, QWidget *path, QWidget *search);
 
-//! The actions for what is selected in \a location, or for the place itself.
+//! Returns the actions for the selection in \a location, or for the place itself.
 void fillContextMenu(QMenu *menu, const Actions &actions, const Location &location,
                      bool hasSelection);
 

@@ -8,7 +8,7 @@ class QPushButton;
 
 namespace desktop {
 
-//! \brief A bar with a sentence and one button, above what it is about. Hidden until it has something to say.
+//! \brief A bar with a message and one button. Hidden if there is no message.
 class MessageBar : public QFrame
 {
     Q_OBJECT
@@ -19,10 +19,10 @@ public:
         Warning,
     };
 
-    //! \param name of the object, for tests and screen readers' tools
+    //! \param name the object name, for tests and assistive tools
     explicit MessageBar(const QString &name, QWidget *parent = nullptr);
 
-    //! Shows \a text. What was shown before is replaced.
+    //! Shows \a text instead of an earlier message.
     //! \param button the text of the button; empty for none
     void say(Kind kind, const QString &text, const QString &button = {});
 

@@ -16,7 +16,7 @@ void NavigationHistory::visit(const Location &location)
             return;
         const bool isSameSearch =
             current.kind == Location::Kind::Search && location.kind == Location::Kind::Search;
-        if (isSameSearch) { // one more letter
+        if (isSameSearch) { // the user is typing
             current = location;
             return;
         }

@@ -6,17 +6,17 @@
 
 namespace desktop {
 
-//! \brief The places that were shown, for going back and forward.
+//! \brief The history of places, for going back and forward.
 class NavigationHistory
 {
 public:
-    //! \a location is shown now. What was ahead is forgotten. Searches that follow one another are one step.
+    //! Adds \a location after the present one, and removes later ones. Consecutive searches are one step.
     void visit(const Location &location);
 
     bool canGoBack() const { return m_current > 0; }
     bool canGoForward() const { return m_current + 1 < m_places.size(); }
 
-    //! \return where it is then
+    //! \return the new present location
     Location goBack();
     Location goForward();
 

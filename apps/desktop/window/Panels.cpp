@@ -56,7 +56,7 @@ Panels::Panels(Workspace *workspace, MessageBar *editBar, QMainWindow *window)
     auto *const batches = new BatchWatch(
         &workspace->queue, [workspace](qint64 id) { return workspace->edited.isOwnTransfer(id); },
         this);
-    connect(batches, &BatchWatch::batchEnded, this, &Panels::tellEnd);
+    connect(batches, &BatchWatch::batchEnded, this, &Panels::reportEnd);
     auto *const edits = new EditDesk(&workspace->edited, &workspace->settings, &workspace->session,
                                      editBar, window);
     connect(edits, &EditDesk::done, this, &Panels::done);
@@ -123,10 +123,10 @@ void Panels::showShares()
     openDialog(new SharesDialog(&m_workspace->documents, m_window));
 }
 
-void Panels::tellEnd(const QString &text, int failedCount)
+void Panels::reportEnd(const QString &text, int failedCount)
 {
     if (failedCount > 0)
-        Q_EMIT failed(tr("%1. The list of transfers says why.").arg(text));
+        Q_EMIT failed(tr("%1. See the list of transfers for the reasons.").arg(text));
     else
         Q_EMIT done(text);
     if (m_window->isActiveWindow())
@@ -134,7 +134,7 @@ void Panels::tellEnd(const QString &text, int failedCount)
     QApplication::alert(m_window);
     if (!m_tray)
         return;
-    m_tray->show(); // without it no message is shown
+    m_tray->show(); // required for messages
     m_tray->showMessage(tr("Transfers have ended"), text,
                         failedCount > 0 ? QSystemTrayIcon::Warning : QSystemTrayIcon::Information);
 }

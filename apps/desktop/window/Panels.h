@@ -19,26 +19,26 @@ class MessageBar;
 class TransferPanel;
 class Workspace;
 
-//! \brief What is around the list: the transfers, the information, and the questions that they have.
+//! \brief The panels around the list: transfers and information, with their dialogs.
 class Panels : public QObject
 {
     Q_OBJECT
 
 public:
-    //! \param workspace and \a window must outlive this
+    //! \param workspace and \a window must outlive this object
     //! \param editBar for the question about changed files
     Panels(Workspace *workspace, MessageBar *editBar, QMainWindow *window);
 
-    //! Shows what is selected.
+    //! Shows the selection.
     void showDocuments(const QList<VellDocument> &documents);
 
-    //! The actions that show and hide the panels, for the menu.
+    //! Returns the actions that show and hide the panels, for the menu.
     QAction *informationAction() const;
     QAction *transfersAction() const;
 
-    //! One line about the transfers; empty if none is under way.
+    //! Returns one line about the transfers; empty if none is running.
     QString transferSummary() const;
-    //! 0 to 100.
+    //! Returns the progress, 0 to 100.
     int transferPercent() const;
 
     void showTransfers();
@@ -48,14 +48,14 @@ public:
 
 Q_SIGNALS:
     void transfersChanged();
-    //! \param text a sentence about something that has been done
+    //! \param text a sentence about a success
     void done(const QString &text);
-    //! \param text a sentence about something that has failed
+    //! \param text a sentence about a failure
     void failed(const QString &text);
 
 private:
     QDockWidget *addDock(QWidget *panel, const QString &title, const QString &name, int area);
-    void tellEnd(const QString &text, int failedCount);
+    void reportEnd(const QString &text, int failedCount);
 
     Workspace *const m_workspace;
     QMainWindow *const m_window;
@@ -64,7 +64,7 @@ private:
     ConflictDesk *m_conflicts;
     QDockWidget *m_transferDock;
     QDockWidget *m_informationDock;
-    QSystemTrayIcon *m_tray = nullptr; // where the system has a place for it
+    QSystemTrayIcon *m_tray = nullptr; // null if the system has no tray
 };
 
 } // namespace desktop

@@ -7,7 +7,7 @@ class VellSession;
 
 namespace desktop {
 
-//! \brief What the user may do, as far as the client knows it. The service decides.
+//! \brief The rights of the user, as known to the client. The service decides.
 namespace rights {
 
 //! \name The names of the rights in VellDocument::auths
@@ -18,15 +18,15 @@ QString remove();
 QString upload();
 //! \}
 
-//! Returns whether the user has the \a right; true if the record does not say.
+//! Returns true if the user has the \a right, or the record does not contain it.
 bool may(const VellDocument &document, const QString &right);
 
 bool isFolder(const VellDocument &document);
 
-//! The user's role in the open project; empty if the service does not tell, and on a service without users.
+//! Returns the role of the user in the open project; empty if the service does not report it or has no users.
 QString role(const VellSession &session);
 
-//! Returns whether the user may delete for good what is in the recycle bin.
+//! Returns true if the user may empty the recycle bin.
 bool mayPurge(const VellSession &session);
 bool mayShare(const VellSession &session);
 

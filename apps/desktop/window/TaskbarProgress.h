@@ -6,7 +6,7 @@ class QWidget;
 
 namespace desktop {
 
-//! \brief The progress of the transfers in the icon of the task bar.
+//! \brief Shows the progress of the transfers in the icon of the task bar.
 class TaskbarProgress
 {
 public:
@@ -15,7 +15,7 @@ public:
     TaskbarProgress(const TaskbarProgress &) = delete;
     TaskbarProgress &operator=(const TaskbarProgress &) = delete;
 
-    //! That of the system; one that does nothing where there is none.
+    //! Creates the implementation for this system; it has no effect if the task bar cannot show progress.
     //! \param window must outlive it
     static std::unique_ptr<TaskbarProgress> ofSystem(QWidget *window);
 

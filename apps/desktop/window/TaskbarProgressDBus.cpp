@@ -9,7 +9,7 @@ namespace desktop {
 
 namespace {
 
-//! By the signal that docks and task bars of Linux listen to.
+//! Uses the D-Bus signal for docks and task bars on Linux.
 class LauncherEntry : public TaskbarProgress
 {
 public:

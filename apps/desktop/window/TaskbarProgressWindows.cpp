@@ -15,7 +15,7 @@ class TaskbarButton : public TaskbarProgress
 public:
     explicit TaskbarButton(QWidget *window) : m_window(window)
     {
-        // Qt has initialised COM on this thread.
+        // Qt has initialized COM on this thread.
         void *list = nullptr;
         const HRESULT result = CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER,
                                                 IID_ITaskbarList3, &list);

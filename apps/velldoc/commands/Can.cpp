@@ -15,14 +15,13 @@ struct Right
 };
 
 constexpr Right Rights[] = {
-    {"download", VellRight::Download, QT_TRANSLATE_NOOP("velldoc", "fetch the content")},
-    {"upload", VellRight::Upload, QT_TRANSLATE_NOOP("velldoc", "store something in it")},
+    {"download", VellRight::Download, QT_TRANSLATE_NOOP("velldoc", "download it")},
+    {"upload", VellRight::Upload, QT_TRANSLATE_NOOP("velldoc", "upload")},
     {"edit", VellRight::Edit, QT_TRANSLATE_NOOP("velldoc", "change it")},
     {"delete", VellRight::Delete, QT_TRANSLATE_NOOP("velldoc", "delete it")},
-    {"edit-self", VellRight::EditOwn,
-     QT_TRANSLATE_NOOP("velldoc", "change what you made yourself")},
+    {"edit-self", VellRight::EditOwn, QT_TRANSLATE_NOOP("velldoc", "change what you have created")},
     {"delete-self", VellRight::DeleteOwn,
-     QT_TRANSLATE_NOOP("velldoc", "delete what you made yourself")},
+     QT_TRANSLATE_NOOP("velldoc", "delete what you have created")},
 };
 
 bool ask(Context &context, const Right &right, const VellDocument &document)
@@ -31,7 +30,7 @@ bool ask(Context &context, const Right &right, const VellDocument &document)
     return session.await(session.documents().may(right.right, document._id, document.category));
 }
 
-//! For scripts: the exit code is the answer.
+//! For scripts: sets the exit code.
 void answer(Context &context, const VellDocument &document, const QString &name)
 {
     for (const Right &right : Rights) {
@@ -77,11 +76,10 @@ const Command &canCommand()
     static const Command command{
         "can",
         "PATH [RIGHT]",
-        QT_TRANSLATE_NOOP("velldoc", "ask what you may do"),
+        QT_TRANSLATE_NOOP("velldoc", "show your rights"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Asks the service what you may do with PATH; / is the project as a "
-                          "whole. With the name of one right the "
-                          "exit code answers: 0 for yes, 4 for no."),
+                          "Shows your rights on PATH; / is the whole project. With the name of a "
+                          "right, the exit code is 0 if you have it, otherwise 4."),
         {},
         {{"velldoc can /Drawings upload && velldoc put plan.dwg /Drawings",
           QT_TRANSLATE_NOOP("velldoc", "store a file only where that is allowed")}},

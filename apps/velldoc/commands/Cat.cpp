@@ -46,9 +46,10 @@ const Command &catCommand()
             "velldoc",
             "Writes the contents of the files PATH to the standard output, one after the other."),
         {{"version", "N", QT_TRANSLATE_NOOP("velldoc", "Version N of the file; 1 is the oldest.")},
-         {"f,force", nullptr, QT_TRANSLATE_NOOP("velldoc", "Also to a terminal what is no text.")}},
+         {"f,force", nullptr,
+          QT_TRANSLATE_NOOP("velldoc", "Write contents that are not text to a terminal, too.")}},
         {{"velldoc cat /logs/today.txt | grep error",
-          QT_TRANSLATE_NOOP("velldoc", "look for something in a file")}},
+          QT_TRANSLATE_NOOP("velldoc", "search for a text in a file")}},
         run,
     };
     return command;

@@ -13,7 +13,7 @@ namespace {
 
 using Reason = VellSyncStep::Reason;
 
-//! How the two entries of \a step differ; an empty text if they do not.
+//! Returns how the two entries of \a step differ; an empty string if they are equal.
 QString differenceOf(const VellSyncStep &step)
 {
     switch (step.reason) {
@@ -25,7 +25,7 @@ QString differenceOf(const VellSyncStep &step)
         return QStringLiteral("size");
     case Reason::OtherContent:
         return QStringLiteral("content");
-    default: // of times nothing follows
+    default: // times are not compared
         return {};
     }
 }
@@ -72,7 +72,7 @@ void run(Context &context)
                       Text::tr("%n file(s) could not be compared.", nullptr, failed.size()));
     if (!differences.isEmpty())
         throw Failure(ExitDifferent,
-                      Text::tr("The folders differ in %n place(s).", nullptr, differences.size()));
+                      Text::tr("The folders have %n difference(s).", nullptr, differences.size()));
     context.out.note(
         Text::tr("The folders are equal: %n file(s) and folder(s).", nullptr, plan.steps.size()));
 }
@@ -84,13 +84,12 @@ const Command &checkCommand()
     static const Command command{
         "check",
         "LOCAL PATH",
-        QT_TRANSLATE_NOOP("velldoc", "compare a local folder with one of the project"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Compares the contents of all files in the local folder LOCAL and the "
-                          "folder PATH, and lists "
-                          "what is on one side only or differs. Nothing is transferred. The exit "
-                          "code is 0 when they are equal, "
-                          "6 when they differ."),
+        QT_TRANSLATE_NOOP("velldoc", "compare a local folder with a folder of the project"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Compares the contents of all files in the local folder LOCAL and the folder PATH, and "
+            "lists entries that are only on one side or differ. Nothing is transferred. The exit "
+            "code is 0 if the folders are equal, 6 if they differ."),
         QVector<CommandOption>{
             {"size-only", nullptr,
              QT_TRANSLATE_NOOP("velldoc", "Compare sizes only, without reading the files.")}}
@@ -98,10 +97,10 @@ const Command &checkCommand()
             + QVector<CommandOption>{{"links", "WHAT",
                                       QT_TRANSLATE_NOOP(
                                           "velldoc",
-                                          "Links in folders: refuse (they are named) or skip."),
+                                          "Links in folders: refuse (report them) or skip."),
                                       "refuse skip"}},
         {{"velldoc check site /Site && rm -r site",
-          QT_TRANSLATE_NOOP("velldoc", "remove a folder only once all of it is stored")}},
+          QT_TRANSLATE_NOOP("velldoc", "remove a folder only after all of it has been stored")}},
         run,
     };
     return command;

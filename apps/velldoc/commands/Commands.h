@@ -8,10 +8,10 @@ class QString;
 
 namespace velldoc {
 
-//! All commands, in the order of the help.
+//! Returns all commands, in the order of the help.
 const QList<const Command *> &allCommands();
 
-//! Hidden ones, too. Null when there is none of that name.
+//! Returns the command with that name, also a hidden one; null if there is none.
 const Command *findCommand(const QString &name);
 
 //! \name One function for each file of this folder

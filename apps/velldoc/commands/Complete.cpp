@@ -14,17 +14,17 @@ namespace velldoc {
 
 namespace {
 
-//! A word that can stand at the end, with half a sentence about it.
+//! A possible last word, with a description.
 struct Offer
 {
     QString word;
     QString help;
 };
 
-//! Tells the shell to offer local files, too. No word begins with a tab.
+//! Lets the shell complete local files, too. No word begins with a tab.
 const QString localFiles = QStringLiteral("\tfiles");
 
-//! \brief What velldoc makes of a line whose last word is still being typed.
+//! \brief A command line whose last word is being typed.
 class Line
 {
 public:
@@ -57,11 +57,11 @@ public:
     }
 
     const QString &last() const { return m_last; }
-    //! The options that say which service is meant.
+    //! Returns the options that select the service.
     const QStringList &settings() const { return m_settings; }
     bool isOption() const { return !m_isOver && m_last.startsWith(QLatin1Char('-')); }
 
-    //! The option whose value the last word is; null if it is none.
+    //! Returns the option whose value is the last word; null if there is none.
     const CommandOption *valueOf() const
     {
         QString name = m_openOption;
@@ -127,7 +127,7 @@ QList<Offer> wordOffers(const QVector<const char *> &words)
     return offers;
 }
 
-//! The entries of the folder that \a start names so far; folders end with "/".
+//! Returns the entries of the folder in the path \a start; folders end with "/".
 QList<Offer> remoteOffers(Context &context, const QString &start)
 {
     QString folderText = start.left(start.lastIndexOf(QLatin1Char('/')) + 1);
@@ -135,7 +135,7 @@ QList<Offer> remoteOffers(Context &context, const QString &start)
         folderText = QStringLiteral("/");
     VellDocumentConditon condition;
     condition.parentId = context.tree().findFolder(RemotePath::parse(folderText))._id;
-    condition.selectTree = true; // less than all fields
+    condition.selectTree = true; // fewer fields
     const QString begin = start.mid(folderText.size());
     if (!begin.isEmpty() && start != QLatin1String("/"))
         condition.searchName = QLatin1Char('^') + QRegularExpression::escape(begin);
@@ -162,7 +162,7 @@ QList<Offer> argumentOffers(Context &context, const Line &line)
     position -= hasAction ? 1 : 0;
     QList<Offer> offers;
     for (int i = 0; i < words.size(); ++i) {
-        // What is repeated can go on, or be followed by the next one.
+        // After a repeatable argument there may be another one, or the next argument.
         const bool isHere = i == position || (i < position && words.at(i).isRepeated)
             || (i > 0 && i == words.size() - 1 && words.at(i - 1).isRepeated && position >= i);
         if (!isHere)
@@ -181,11 +181,11 @@ QList<Offer> argumentOffers(Context &context, const Line &line)
     return offers;
 }
 
-//! What can stand at the end of \a line.
+//! Returns the possible last words of \a line.
 QList<Offer> offersFor(Context &context, const Line &line)
 {
     if (const CommandOption *const option = line.valueOf()) {
-        QString before; // "--kind=" belongs to the word
+        QString before; // "--kind=" is a part of the word
         if (line.last().startsWith(QLatin1String("--")))
             before = line.last().section(QLatin1Char('='), 0, 0) + QLatin1Char('=');
         if (option->words) {
@@ -224,7 +224,7 @@ void run(Context &context)
             terminal::write(stdout, offer.word + help + QLatin1Char('\n'));
         }
     } catch (const Failure &) {
-        // A shell that completes has no place for messages.
+        // Messages would disturb the command line.
     }
 }
 
@@ -235,9 +235,9 @@ const Command &completeCommand()
     static const Command command{
         "__complete",
         "WORD...",
-        QT_TRANSLATE_NOOP("velldoc", "what can stand next, for shells"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Prints what the last WORD of a command line can become, one a line."),
+        QT_TRANSLATE_NOOP("velldoc", "print completions, for shells"),
+        QT_TRANSLATE_NOOP(
+            "velldoc", "Prints the completions of the last WORD of a command line, one per line."),
         {},
         {},
         run,

@@ -16,7 +16,7 @@ void run(Context &context)
     const QString shell = context.arguments(1, 1).constFirst();
     QFile script(QLatin1String(":/velldoc/completion/") + shell);
     if (!script.open(QIODevice::ReadOnly))
-        throw Failure(ExitUsage, Text::tr("\"%1\" is none of bash, zsh and fish.").arg(shell));
+        throw Failure(ExitUsage, Text::tr("\"%1\" is not one of bash, zsh and fish.").arg(shell));
     terminal::write(stdout, QString::fromUtf8(script.readAll()));
 }
 
@@ -27,11 +27,10 @@ const Command &completionCommand()
     static const Command command{
         "completion",
         "SHELL",
-        QT_TRANSLATE_NOOP("velldoc", "print what makes a shell complete command lines"),
-        QT_TRANSLATE_NOOP(
-            "velldoc",
-            "Prints the definitions with which SHELL (bash, zsh or fish) completes commands, "
-            "options, their values, paths of the project and local files."),
+        QT_TRANSLATE_NOOP("velldoc", "print the completion script of a shell"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Prints the completion script for SHELL (bash, zsh or fish): for "
+                          "commands, options, their values, paths of the project and local files."),
         {},
         {{"source <(velldoc completion bash)", QT_TRANSLATE_NOOP("velldoc", "in ~/.bashrc")},
          {"velldoc completion zsh > \"${fpath[1]}/_velldoc\"",

@@ -20,10 +20,10 @@ const Settings::Value &valueOf(const QString &key)
             return value;
     }
     throw Failure(ExitUsage,
-                  Text::tr("\"%1\" is none of %2.").arg(key, keys.join(QStringLiteral(", "))));
+                  Text::tr("\"%1\" is not one of %2.").arg(key, keys.join(QStringLiteral(", "))));
 }
 
-//! A token is shown to nobody who looks over a shoulder.
+//! Returns the token in a form that does not reveal it on the screen.
 QString shownValue(const Settings &settings, const Settings::Value &value)
 {
     const QString text = settings.*value.member;
@@ -43,8 +43,8 @@ void list(Context &context)
         context.out.print(key + QLatin1Char('=') + text);
     }
     context.out.setResult({{QStringLiteral("settings"), array}});
-    context.out.note(
-        Text::tr("From the command line, the environment and %1.").arg(Settings::configPath()));
+    context.out.note(Text::tr("Taken from the command line, the environment and %1.")
+                         .arg(Settings::configPath()));
 }
 
 void listProfiles(Context &context)
@@ -96,14 +96,14 @@ const Command &configCommand()
     static const Command command{
         "config",
         "[list | get NAME | set NAME VALUE | unset NAME | profiles]",
-        QT_TRANSLATE_NOOP("velldoc", "show and change what is remembered"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Shows the values that commands work with, changes one in the "
-                          "configuration file, or lists the "
-                          "logins. With --profile NAME it is about that login."),
+        QT_TRANSLATE_NOOP("velldoc", "show or change the settings"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Shows the settings of the commands, changes one in the configuration file, or lists "
+            "the logins. With --profile NAME it applies to that login."),
         {},
         {{"velldoc config set project tower",
-          QT_TRANSLATE_NOOP("velldoc", "another project from now on")}},
+          QT_TRANSLATE_NOOP("velldoc", "use another project from now on")}},
         run,
         {"list", "get", "set", "unset", "profiles"},
         {"url", "project", "token", "cacert", "cert", "key", "proxy", "data"},

@@ -13,13 +13,13 @@ namespace velldoc {
 
 namespace {
 
-//! \brief Copies documents, folders with all that is in them.
+//! \brief Copies documents, and folders with all their contents.
 class Copier
 {
 public:
     explicit Copier(Context &context) : m_context(context) {}
 
-    //! \a document becomes \a name in the folder \a folderId at \a folder.
+    //! Copies \a document as \a name into the folder \a folderId at \a folder.
     void copy(const VellDocument &document, const QString &folderId, const RemotePath &folder,
               const QString &name)
     {
@@ -36,7 +36,7 @@ public:
             m_context.out.setResult({{QStringLiteral("documents"), m_made}});
             return;
         }
-        // Before the copy is there, which may be in it.
+        // Listed before the copy is created, because the copy may be in this folder.
         const QList<VellDocument> entries = m_context.tree().entries(document._id);
         const VellDocument made = m_context.tree().makeFolder(folderId, name, isSkipped);
         m_own.insert(made._id);
@@ -50,7 +50,7 @@ public:
 
 private:
     Context &m_context;
-    QSet<QString> m_own; // folders that have been made
+    QSet<QString> m_own; // created folders
     QJsonArray m_made;
     int m_count = 0;
 };
@@ -65,17 +65,17 @@ void run(Context &context)
             throw Failure(ExitUsage, Text::tr("The top level itself cannot be copied."));
         if (isFolder(source.document) && !context.isSet("recursive"))
             throw Failure(ExitFailed,
-                          Text::tr("%1 is a folder: pass -r to copy everything in it.")
+                          Text::tr("%1 is a folder: pass -r to copy it with all its contents.")
                               .arg(source.path.text()));
     }
     const std::optional<VellDocument> there = context.tree().tryFind(target);
     const bool isInto = there && isFolder(*there);
     if (there && !isInto)
         throw Failure(ExitFailed,
-                      Text::tr("%1 is there already: choose another name.").arg(target.text()));
+                      Text::tr("%1 already exists: choose another name.").arg(target.text()));
     if (!isInto && (sources.size() > 1 || target.endsWithSlash()))
         throw Failure(ExitNotFound,
-                      Text::tr("There is no folder %1: make it with \"velldoc mkdir -p\".")
+                      Text::tr("There is no folder %1: create it with \"velldoc mkdir -p\".")
                           .arg(target.text()));
     const RemotePath folderPath = isInto ? target : target.parent();
     const VellDocument folder = context.tree().findFolder(folderPath);
@@ -97,16 +97,15 @@ const Command &cpCommand()
         "cp",
         "SOURCE... TARGET",
         QT_TRANSLATE_NOOP("velldoc", "copy documents and folders"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Copies each SOURCE into the folder TARGET, or a single one to the place "
-                          "and name TARGET. "
-                          "The service does it: nothing is transferred. Copies begin with a "
-                          "history of their own."),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Copies each SOURCE into the folder TARGET, or a single SOURCE to the path TARGET. The "
+            "service makes the copies: nothing is transferred. The history is not copied."),
         {{"r,recursive", nullptr,
-          QT_TRANSLATE_NOOP("velldoc", "Folders as well, with everything below.")},
+          QT_TRANSLATE_NOOP("velldoc", "Include folders with all their contents.")},
          dryRunOption()},
         {{"velldoc cp /templates/contract.docx /Contracts/tower.docx",
-          QT_TRANSLATE_NOOP("velldoc", "a new document from a template")}},
+          QT_TRANSLATE_NOOP("velldoc", "create a document from a template")}},
         run,
     };
     return command;

@@ -18,7 +18,7 @@ struct Use
     int files = 0;
 };
 
-//! \brief What the folders below one hold, summed up.
+//! \brief The total sizes of a folder and its subfolders.
 class Uses
 {
 public:
@@ -55,7 +55,7 @@ private:
     QHash<QString, QList<VellDocument>> m_below;
 };
 
-//! \brief The lines of the answer.
+//! \brief The lines of the output.
 class Lines
 {
 public:
@@ -111,13 +111,13 @@ const Command &duCommand()
     static const Command command{
         "du",
         "[PATH...]",
-        QT_TRANSLATE_NOOP("velldoc", "say how much folders hold"),
+        QT_TRANSLATE_NOOP("velldoc", "print the sizes of folders"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Adds up the sizes of the current versions below each folder PATH, of "
-                          "the whole project without one."),
+                          "Prints the total size of the current versions in each folder PATH, or "
+                          "in the whole project."),
         {{"depth", "N",
-          QT_TRANSLATE_NOOP("velldoc", "The folders below as well, so many levels down.")}},
-        {{"velldoc du --depth 1", QT_TRANSLATE_NOOP("velldoc", "which folder is the largest")}},
+          QT_TRANSLATE_NOOP("velldoc", "Include subfolders, down to this number of levels.")}},
+        {{"velldoc du --depth 1", QT_TRANSLATE_NOOP("velldoc", "find the largest folder")}},
         run,
     };
     return command;

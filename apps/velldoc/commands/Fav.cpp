@@ -20,7 +20,7 @@ QList<VellDocument> list(Context &context)
     return session.await(session.documents().favorites(condition, sort));
 }
 
-//! Tells of one document whether it is a favourite.
+//! Prints whether a document is a favourite.
 void check(Context &context, const QString &path)
 {
     const VellDocument document = context.tree().find(RemotePath::parse(path));
@@ -48,10 +48,11 @@ const Command &favCommand()
         "[list | add PATH... | remove PATH... | check PATH]",
         QT_TRANSLATE_NOOP("velldoc", "your favourites"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Lists your favourites, marks documents as such, unmarks them, or tells "
-                          "whether one is."),
+                          "Lists your favourites, adds or removes documents, or checks whether a "
+                          "document is a favourite."),
         {{"l,long", nullptr,
-          QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")}},
+          QT_TRANSLATE_NOOP("velldoc",
+                            "Print a table with size, time and user of the last change.")}},
         {{"velldoc fav add /Drawings/plan.dwg", QT_TRANSLATE_NOOP("velldoc", "a new favourite")}},
         run,
         {"list", "add", "remove", "check"},

@@ -40,7 +40,7 @@ void readSpan(const Context &context, VellDocumentConditon &condition)
         context.isSet("to") ? readTime(context, "to") : QDateTime::currentDateTime();
 }
 
-//! Which sizes are wanted: "+10M" at least, "-10K" at most, "5M" to the byte.
+//! Parses a condition for sizes: "+10M" at least, "-10K" at most, "5M" exactly.
 struct SizeSpan
 {
     qint64 least = 0;
@@ -98,7 +98,7 @@ bool hasKind(const VellDocument &document, const QString &kind)
 void run(Context &context)
 {
     QStringList arguments = context.arguments(0, 2);
-    // No name has a slash: "find --kind image /site" means the folder.
+    // Names have no slash: "find --kind image /site" searches the folder.
     if (arguments.size() == 1 && !context.isSet("regex")
         && (arguments.constFirst().contains(QLatin1Char('/'))
             || arguments.constFirst().startsWith(QLatin1String("id:"))))
@@ -133,34 +133,37 @@ const Command &searchCommand()
         "find",
         "[PATTERN [PATH]]",
         QT_TRANSLATE_NOOP("velldoc", "search by name, time, user and kind"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Lists everything below PATH whose name fits PATTERN, what changed last "
-                          "first. In a pattern * "
-                          "stands for any text and ? for one character, [abc] for one of these; "
-                          "capitals and small letters "
-                          "are the same. A single argument with a slash is PATH."),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Lists all documents below PATH whose name matches PATTERN, the last changed first. In "
+            "a pattern * matches any text, ? one character and [abc] one of these characters; case "
+            "is ignored. A single argument with a slash is PATH."),
         {
             {"regex", nullptr,
-             QT_TRANSLATE_NOOP("velldoc",
-                               "PATTERN is a regular expression for a part of the name.")},
-            {"from", "TIME",
-             QT_TRANSLATE_NOOP("velldoc", "Changed since: 2026-05-31, or 12h, 3d, 2w ago.")},
-            {"to", "TIME", QT_TRANSLATE_NOOP("velldoc", "Changed until the end of that day.")},
-            {"by", "USER",
              QT_TRANSLATE_NOOP(
                  "velldoc",
-                 "Changed last by the user with this identifier, or by you under your name; "
-                 "may be repeated.")},
+                 "Use PATTERN as a regular expression that matches a part of the name.")},
+            {"from", "TIME",
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "Find documents changed since 2026-05-31, or in the last 12h, 3d or 2w.")},
+            {"to", "TIME",
+             QT_TRANSLATE_NOOP("velldoc", "Find documents changed until the end of this day.")},
+            {"by", "USER",
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Find documents that were last changed by the user with this "
+                               "identifier, or by you if it is your name; may be repeated.")},
             {"type", "TYPE", QT_TRANSLATE_NOOP("velldoc", "file or dir."), "file dir"},
             {"kind", "KIND", QT_TRANSLATE_NOOP("velldoc", "image, office, dwg, video or other."),
              "image office dwg video other"},
             {"size", "SIZE",
              QT_TRANSLATE_NOOP("velldoc",
-                               "Files of at least (+10M), at most (-10K) or exactly this size; may "
-                               "be repeated.")},
-            {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The service's category word.")},
+                               "Find files of at least (+10M), at most (-10K) or exactly this "
+                               "size; may be repeated.")},
+            {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The category.")},
             {"l,long", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Print a table with size, time and user of the last change.")},
         },
         {
             {"velldoc find '*.dwg' /Drawings",

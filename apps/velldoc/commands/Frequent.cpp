@@ -29,10 +29,11 @@ const Command &frequentCommand()
         "[list | add PATH... | remove PATH...]",
         QT_TRANSLATE_NOOP("velldoc", "the documents that you use often"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Lists the documents that you have marked as frequently used, marks "
-                          "them, or unmarks them."),
+                          "Lists the documents that you have marked as frequently used, or adds or "
+                          "removes these marks."),
         {{"l,long", nullptr,
-          QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")}},
+          QT_TRANSLATE_NOOP("velldoc",
+                            "Print a table with size, time and user of the last change.")}},
         {{"velldoc frequent add /Drawings/plan.dwg",
           QT_TRANSLATE_NOOP("velldoc", "a document for the list")}},
         run,

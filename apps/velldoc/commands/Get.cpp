@@ -31,7 +31,7 @@ void toStandardOutput(Context &context, const DownloadTask &task)
     streamContent(context, task, output);
 }
 
-//! \brief What became of the files of one command.
+//! \brief The results for the files of one command.
 struct Report
 {
     QJsonArray fetched;
@@ -57,15 +57,16 @@ struct Report
     }
 };
 
-//! \a failure with what was done and how to go on.
+//! Returns \a failure with the number of downloaded files and how to continue.
 Failure unfinished(const Failure &failure, int doneCount, int count)
 {
     if (count == 1 && !isInterruption(failure.code()))
         return failure;
     QStringList sentences{failure.sentence()};
     if (count > 1)
-        sentences.append(Text::tr("%1 of %n file(s) are fetched.", nullptr, count).arg(doneCount));
-    sentences.append(Text::tr("The same command goes on from here."));
+        sentences.append(
+            Text::tr("%1 of %n file(s) have been downloaded.", nullptr, count).arg(doneCount));
+    sentences.append(Text::tr("The same command continues from here."));
     return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
 }
 
@@ -77,15 +78,15 @@ void throwFirstFailure(Context &context, const DownloadPlan &plan, const Report 
         throw Failure(*report.firstFailure);
     for (const QJsonValue &value : report.failed) {
         const QJsonObject entry = value.toObject();
-        context.out.error(Text::tr("%1 was not fetched: %2")
+        context.out.error(Text::tr("%1 was not downloaded: %2")
                               .arg(entry.value(QLatin1String("local")).toString(),
                                    entry.value(QLatin1String("message")).toString()));
     }
     throw Failure(report.firstFailure->code(),
-                  Text::tr("%n file(s) could not be fetched.", nullptr, report.failed.size()));
+                  Text::tr("%n file(s) could not be downloaded.", nullptr, report.failed.size()));
 }
 
-//! Into devices and pipes, one after the other.
+//! Writes to devices and pipes, one after the other.
 void streamAll(Context &context, const DownloadPlan &plan, Report &report)
 {
     for (const DownloadTask &task : plan.tasks()) {
@@ -104,7 +105,7 @@ void streamAll(Context &context, const DownloadPlan &plan, Report &report)
     }
 }
 
-//! Into files.
+//! Writes files.
 void fetchAll(Context &context, const DownloadPlan &plan, Report &report)
 {
     Transfers transfers(context, plan.totalBytes());
@@ -129,13 +130,13 @@ void fetchAll(Context &context, const DownloadPlan &plan, Report &report)
     transfers.run(plan.tasks().isEmpty() ? QString() : plan.tasks().constFirst().document.name);
 }
 
-//! Adds what the command line names to \a plan. \return whether the content has been written to the standard output instead
+//! Adds the documents of the command line to \a plan. \return true if the content has been written to the standard output instead
 bool addSources(Context &context, const QList<NamedDocument> &sources, const QString &target,
                 bool isOwn, DownloadPlan &plan)
 {
     const int version = context.versionNumber();
     if ((version > 0 || target == QLatin1String("-")) && sources.size() > 1)
-        throw Failure(ExitUsage, Text::tr("Name one file only."));
+        throw Failure(ExitUsage, Text::tr("Name only one file."));
     for (const NamedDocument &source : sources) {
         DownloadTask task;
         task.document = source.document;
@@ -155,7 +156,7 @@ bool addSources(Context &context, const QList<NamedDocument> &sources, const QSt
     return false;
 }
 
-//! What would be fetched.
+//! Prints the downloads of a dry run.
 void showPlan(Context &context, const DownloadPlan &plan)
 {
     QJsonArray planned;
@@ -165,11 +166,11 @@ void showPlan(Context &context, const DownloadPlan &plan)
                                    {QStringLiteral("document"), documentJson(task.document)}});
     }
     context.out.setResult({{QStringLiteral("planned"), planned}});
-    context.out.note(Text::tr("%n file(s) would be fetched, %1.", nullptr, plan.tasks().size())
+    context.out.note(Text::tr("%n file(s) would be downloaded, %1.", nullptr, plan.tasks().size())
                          .arg(sizeText(plan.totalBytes())));
 }
 
-//! Fetches what \a plan holds. \throws Failure
+//! Executes \a plan. \throws Failure
 void fetch(Context &context, const DownloadPlan &plan)
 {
     Report report;
@@ -189,11 +190,10 @@ void fetch(Context &context, const DownloadPlan &plan)
         throw unfinished(failure, report.fetched.size(), plan.tasks().size());
     }
     if (!report.firstFailure || plan.tasks().size() > 1)
-        context.out.note(Text::tr("%n file(s) fetched, %1.", nullptr, report.fetched.size())
+        context.out.note(Text::tr("%n file(s) downloaded, %1.", nullptr, report.fetched.size())
                              .arg(sizeText(report.bytes)));
     if (!plan.unchanged().isEmpty())
-        context.out.note(
-            Text::tr("%n file(s) were there already.", nullptr, plan.unchanged().size()));
+        context.out.note(Text::tr("%n file(s) already existed.", nullptr, plan.unchanged().size()));
     if (!plan.skipped().isEmpty())
         context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
     throwFirstFailure(context, plan, report);
@@ -227,22 +227,19 @@ const Command &getCommand()
     static const Command command{
         "get",
         "[-r] REMOTE... [LOCAL]",
-        QT_TRANSLATE_NOOP("velldoc", "fetch files and folders"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Fetches each file REMOTE into the local folder LOCAL (here, without "
-                          "one), or a single one under "
-                          "the name LOCAL; - is the standard output. A file appears under its name "
-                          "only when it is complete. A local file that has the content already is "
-                          "left as it is, and the "
-                          "same command typed again goes on where an earlier run has stopped, also "
-                          "within a large file."),
+        QT_TRANSLATE_NOOP("velldoc", "download files and folders"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Downloads each file REMOTE into the local folder LOCAL, by default the current one, "
+            "or a single file to the path LOCAL; - is the standard output. A file gets its name "
+            "only when it is complete. A local file that already has the content is skipped. If "
+            "the same command is run again, it continues where the previous run stopped, even "
+            "within a large file."),
         withTransferOptions({
             {"r,recursive", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "Folders as well, with everything below.")},
-            {"f,force", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "Replace local files that are there.")},
-            {"n,no-clobber", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "Skip local files that are there.")},
+             QT_TRANSLATE_NOOP("velldoc", "Include folders with all their contents.")},
+            {"f,force", nullptr, QT_TRANSLATE_NOOP("velldoc", "Replace existing local files.")},
+            {"n,no-clobber", nullptr, QT_TRANSLATE_NOOP("velldoc", "Skip existing local files.")},
             {"version", "N",
              QT_TRANSLATE_NOOP("velldoc", "Version N of the file; 1 is the oldest.")},
         }),
@@ -250,7 +247,7 @@ const Command &getCommand()
             {"velldoc get /Drawings/plan.dwg",
              QT_TRANSLATE_NOOP("velldoc", "into the current folder")},
             {"velldoc get -r /Drawings backup",
-             QT_TRANSLATE_NOOP("velldoc", "a folder with everything below")},
+             QT_TRANSLATE_NOOP("velldoc", "a folder with all its contents")},
             {"velldoc get --version 2 /Drawings/plan.dwg old.dwg",
              QT_TRANSLATE_NOOP("velldoc", "an older version")},
         },

@@ -28,10 +28,10 @@ const Command &helpCommand()
     static const Command command{
         "help",
         "[COMMAND]",
-        QT_TRANSLATE_NOOP("velldoc", "explain the program or a command"),
+        QT_TRANSLATE_NOOP("velldoc", "show the help of velldoc or of a command"),
         QT_TRANSLATE_NOOP(
             "velldoc",
-            "Explains a command with its options and examples; without a name, lists them all."),
+            "Shows the help of a command with its options and examples, or lists all commands."),
         {},
         {{"velldoc help put", QT_TRANSLATE_NOOP("velldoc", "everything about uploads")}},
         run,

@@ -11,13 +11,13 @@ namespace velldoc {
 
 namespace {
 
-//! Histories tell sizes up to 2 GiB only; that of the newest version is known from the document.
+//! Histories contain only sizes up to 2 GiB; the document has that of the newest version.
 QString sizeCellOf(const VellDocument &version)
 {
-    return version.fileSize > 0 ? sizeText(version.fileSize) : Text::tr("0 B or over 2 GiB");
+    return version.fileSize > 0 ? sizeText(version.fileSize) : Text::tr("0 B or more than 2 GiB");
 }
 
-//! The content of an earlier version becomes that of a new one.
+//! Makes a new version with the content of an earlier one.
 void makeCurrent(Context &context, const VellDocument &document, const RemotePath &path)
 {
     const VellDocument version =
@@ -36,7 +36,7 @@ void run(Context &context)
     const VellDocument document = context.tree().find(path);
     if (document.type != QLatin1String("file"))
         throw Failure(ExitFailed,
-                      Text::tr("%1 is a folder, which has no versions.").arg(path.text()));
+                      Text::tr("%1 is a folder; folders have no versions.").arg(path.text()));
     if (context.isSet("make-current")) {
         makeCurrent(context, document, path);
         return;
@@ -73,13 +73,13 @@ const Command &historyCommand()
         QT_TRANSLATE_NOOP("velldoc", "list the versions of a file"),
         QT_TRANSLATE_NOOP("velldoc",
                           "Lists the versions of the file PATH, newest first. \"velldoc get "
-                          "--version N\" fetches one."),
+                          "--version N\" downloads one."),
         {{"make-current", "N",
           QT_TRANSLATE_NOOP("velldoc",
-                            "The content of version N becomes that of a new, current version.")},
+                            "Make a new, current version with the content of version N.")},
          dryRunOption()},
         {{"velldoc history /Drawings/plan.dwg",
-          QT_TRANSLATE_NOOP("velldoc", "who stored what, and when")},
+          QT_TRANSLATE_NOOP("velldoc", "the authors and times of all versions")},
          {"velldoc history --make-current 2 /Drawings/plan.dwg",
           QT_TRANSLATE_NOOP("velldoc", "go back to an earlier version")}},
         run,

@@ -34,7 +34,7 @@ Pairs describe(const VellDocument &document, const QString &path, Session &sessi
     Pairs pairs{
         {Text::tr("Path"), path},
         {Text::tr("Identifier"), QStringLiteral("id:") + document._id},
-        {Text::tr("Kind"), kindText(document)},
+        {Text::tr("Type"), kindText(document)},
     };
     if (isFile) {
         pairs.append({Text::tr("Size"),
@@ -73,7 +73,8 @@ void run(Context &context)
     for (const NamedDocument &entry : named) {
         const VellDocument &found = entry.document;
         if (found._id.isEmpty())
-            throw Failure(ExitUsage, Text::tr("The top level is no document: name one in it."));
+            throw Failure(ExitUsage,
+                          Text::tr("The top level is not a document: name an entry in it."));
         Session &session = context.session();
         const VellDocument document = session.await(session.documents().document(found._id));
         const QString path = context.tree().pathOf(document);
@@ -99,10 +100,9 @@ const Command &infoCommand()
     static const Command command{
         "info",
         "PATH...",
-        QT_TRANSLATE_NOOP("velldoc", "tell everything about a document"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Tells what the service knows about each document or folder PATH."),
-        {{"checksum", nullptr, QT_TRANSLATE_NOOP("velldoc", "The MD5 of the content as well.")}},
+        QT_TRANSLATE_NOOP("velldoc", "print all fields of a document"),
+        QT_TRANSLATE_NOOP("velldoc", "Prints the fields of each document or folder PATH."),
+        {{"checksum", nullptr, QT_TRANSLATE_NOOP("velldoc", "Print the MD5 of the content, too.")}},
         {{"velldoc info --json /Drawings/plan.dwg",
           QT_TRANSLATE_NOOP("velldoc", "for a script: identifier, size, dates, rights")}},
         run,

@@ -13,7 +13,7 @@ namespace {
 void show(Context &context, const VellDocument &document)
 {
     Table table;
-    table.addColumn(Text::tr("Kind"));
+    table.addColumn(Text::tr("Type"));
     table.addColumn(Text::tr("Entity"), Qt::AlignLeft, Table::Fit::Shrinks);
     for (auto it = document.entity.begin(); it != document.entity.end(); ++it) {
         for (const QString &id : it.value())
@@ -21,7 +21,7 @@ void show(Context &context, const VellDocument &document)
     }
     context.out.setResult({{QStringLiteral("document"), documentJson(document)}});
     if (document.entity.isEmpty())
-        context.out.note(Text::tr("%1 is linked to nothing.").arg(document.name));
+        context.out.note(Text::tr("%1 has no links.").arg(document.name));
     else
         context.out.print(table);
 }
@@ -31,7 +31,7 @@ void change(Context &context, VellDocument &document, const QString &action, con
 {
     const bool isAdding = action == QLatin1String("add");
     if (!isAdding && action != QLatin1String("remove"))
-        throw Failure(ExitUsage, Text::tr("\"%1\" is none of add and remove.").arg(action));
+        throw Failure(ExitUsage, Text::tr("\"%1\" is neither add nor remove.").arg(action));
     QStringList &linked = document.entity[kind];
     for (const QString &id : ids) {
         if (!isAdding && !linked.contains(id))
@@ -46,7 +46,7 @@ void change(Context &context, VellDocument &document, const QString &action, con
     document = context.session().await(context.session().documents().setLinks(document));
 }
 
-//! The other way round: the documents that are linked to one entity.
+//! Lists the documents that are linked to an entity.
 void showLinkedTo(Context &context, const QString &entity)
 {
     const QList<VellDocumentLite> found =
@@ -101,12 +101,12 @@ const Command &linksCommand()
     static const Command command{
         "links",
         "PATH [add KIND ID... | remove KIND ID...] | --to ID",
-        QT_TRANSLATE_NOOP("velldoc", "what a document is linked to"),
+        QT_TRANSLATE_NOOP("velldoc", "list or change the links of a document"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Shows the entities that the document PATH is linked to, adds or removes "
-                          "links, or lists the documents "
-                          "that are linked to an entity."),
-        {{"to", "ID", QT_TRANSLATE_NOOP("velldoc", "The documents linked to this entity.")}},
+                          "Lists the links of the document PATH to entities, adds or removes "
+                          "links, or lists the documents that are linked to an entity."),
+        {{"to", "ID",
+          QT_TRANSLATE_NOOP("velldoc", "List the documents that are linked to this entity.")}},
         {{"velldoc links /Drawings/plan.dwg add room 4711",
           QT_TRANSLATE_NOOP("velldoc", "link a drawing to a room")}},
         run,

@@ -10,12 +10,12 @@ namespace velldoc {
 
 namespace {
 
-//! Never from the command line alone: other users of the machine can read that.
+//! Not only from the command line: other users of the computer can read that.
 QString readToken()
 {
     QString token;
     const QString prompt =
-        Text::tr("Access token (it is not shown; empty for a service without users): ");
+        Text::tr("Access token (not shown while you type; empty for a service without users): ");
     const bool isRead = terminal::isTerminal(stdin) ? terminal::readHiddenLine(prompt, &token)
                                                     : terminal::readLine(&token);
     Interrupt::check();
@@ -28,10 +28,11 @@ void run(Context &context)
     settings.url = context.arguments(0, 1).value(0, settings.url);
     if (settings.url.isEmpty())
         throw Failure(ExitUsage,
-                      Text::tr("Say where: velldoc login https://documents.example.com/."));
+                      Text::tr("The address of the service is missing: velldoc login "
+                               "https://documents.example.com/."));
     if (!context.isSet("token") && qEnvironmentVariableIsEmpty("VELLDOC_TOKEN"))
         settings.token = readToken();
-    // What does not work is not kept: neither is a project that is not there.
+    // Only valid settings are stored, with an existing project.
     Session session(settings);
     session.open();
     session.await(session.documents().count({}));
@@ -41,9 +42,9 @@ void run(Context &context)
                            {QStringLiteral("project"), settings.project},
                            {QStringLiteral("user"), session.userId()},
                            {QStringLiteral("userName"), user}});
-    context.out.note(Text::tr("velldoc now works at %1 in the project \"%2\" as %3.")
+    context.out.note(Text::tr("velldoc now uses %1, project \"%2\", as %3.")
                          .arg(session.baseApi(), settings.project,
-                              user.isEmpty() ? Text::tr("somebody") : user));
+                              user.isEmpty() ? Text::tr("an unknown user") : user));
 }
 
 } // namespace
@@ -53,18 +54,16 @@ const Command &loginCommand()
     static const Command command{
         "login",
         "[URL]",
-        QT_TRANSLATE_NOOP("velldoc", "remember a service, a project and an access token"),
+        QT_TRANSLATE_NOOP("velldoc", "store a service, a project and an access token"),
         QT_TRANSLATE_NOOP(
             "velldoc",
-            "Tries the service URL with the project of --project and an access token, which is "
-            "read from the terminal "
-            "or the standard input, and remembers them in a file that only you can read. With "
-            "--profile NAME "
-            "it is one of several logins: commands with --profile NAME, or with VELLDOC_PROFILE in "
-            "the environment, work there."),
+            "Connects to the service URL with the project of --project and an access token, which "
+            "is read from the terminal or the standard input, and stores them in a file that only "
+            "you can read. With --profile NAME you can have several logins: commands with "
+            "--profile NAME, or with VELLDOC_PROFILE in the environment, use this one."),
         {},
         {{"velldoc login --project tower https://documents.example.com/",
-          QT_TRANSLATE_NOOP("velldoc", "all later commands work there")}},
+          QT_TRANSLATE_NOOP("velldoc", "all later commands use it")}},
         run,
     };
     return command;

@@ -11,8 +11,8 @@ void run(Context &context)
     context.arguments(0, 0);
     const bool wasStored = Settings::forget(context.settings.profile);
     context.out.setResult({{QStringLiteral("forgotten"), wasStored}});
-    context.out.note(wasStored ? Text::tr("The service and the access token are forgotten.")
-                               : Text::tr("There was nothing to forget."));
+    context.out.note(wasStored ? Text::tr("The stored service and access token have been removed.")
+                               : Text::tr("There was no stored login."));
 }
 
 } // namespace
@@ -22,10 +22,10 @@ const Command &logoutCommand()
     static const Command command{
         "logout",
         "",
-        QT_TRANSLATE_NOOP("velldoc", "forget what login has remembered"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Removes the service, the project and the access token that \"velldoc "
-                          "login\" has remembered."),
+        QT_TRANSLATE_NOOP("velldoc", "remove a stored login"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Removes the stored service, project and access token of \"velldoc login\"."),
         {},
         {},
         run,

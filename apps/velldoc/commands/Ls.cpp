@@ -17,8 +17,7 @@ struct SortWord
 {
     const char *word;
     const char *field;
-    bool
-        isAscending; //!< without --reverse: names from a, times and sizes from the newest and the largest
+    bool isAscending; //!< without --reverse: names ascending, times and sizes descending
 };
 
 constexpr SortWord SortWords[] = {
@@ -32,7 +31,7 @@ VellDocumentSort readSort(const Context &context)
     VellDocumentSort sort;
     if (!context.isSet("sort")) {
         if (context.isSet("reverse"))
-            throw Failure(ExitUsage, Text::tr("--reverse goes with --sort."));
+            throw Failure(ExitUsage, Text::tr("--reverse needs --sort."));
         return sort;
     }
     const QString wanted = context.value("sort");
@@ -65,7 +64,7 @@ class Lister
 public:
     Lister(Context &context, const Page &page) : m_context(context), m_page(page) {}
 
-    //! Those that are files, in one list, by their paths when there are several.
+    //! Prints the files in one list, with their paths if there are several.
     void listFiles(const QList<NamedDocument> &named)
     {
         QList<VellDocument> files;
@@ -108,7 +107,7 @@ public:
 private:
     bool isPaged() const { return m_page.limit > 0; }
 
-    //! Bare names need neither the widths of columns nor a count.
+    //! Prints names only, for which neither the widths of columns nor a count are needed.
     bool isStreamed() const
     {
         return !isPaged() && m_page.skip == 0 && !m_context.out.isJson() && !m_context.isSet("l");
@@ -118,7 +117,7 @@ private:
     {
         VellDocumentConditon condition;
         condition.parentId = id;
-        constexpr int MostEntries = 100000; // of one list
+        constexpr int MostEntries = 100000; // limit of one list
         if (skip > 0 && limit == 0)
             limit = MostEntries;
         Session &session = m_context.session();
@@ -132,8 +131,8 @@ private:
         return entries;
     }
 
-    //! Shows the first names of a large folder while the service puts the whole list together. That list is
-    //! asked for at once and not page by page, between which entries could move.
+    //! Prints the first names of a large folder while the service prepares the whole list. That list is
+    //! requested with one request, because entries could move between pages.
     QList<VellDocument> streamNames(const RemotePath &path, const QString &id)
     {
         const QList<VellDocument> first = entriesOf(id, 0, FirstNames);
@@ -187,7 +186,7 @@ private:
         }
     }
 
-    //! \param isItself \a entries holds the file at \a path
+    //! \param isItself true if \a entries contains the file at \a path itself
     void addToResult(const RemotePath &path, const QList<VellDocument> &entries, int total,
                      bool isItself = false)
     {
@@ -235,22 +234,23 @@ const Command &lsCommand()
         QT_TRANSLATE_NOOP("velldoc", "list folders"),
         QT_TRANSLATE_NOOP(
             "velldoc",
-            "Lists the entries of each folder PATH, of the top level without one: "
-            "folders first, then by the order that \"velldoc order\" has given, then what changed "
-            "last. "
-            "In the names of PATH * and ? stand for any text and for one character, [abc] for one "
-            "of these; "
-            "put quotes around them. A name that holds such a sign itself counts first."),
+            "Lists the entries of each folder PATH, or of the top level: folders first, then in "
+            "the order set by \"velldoc order\", then the last changed first. In PATH * matches "
+            "any text, ? one character and [abc] one of these characters; use quotes. A name that "
+            "contains these characters itself takes precedence."),
         {
             {"l,long", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
-            {"R,recursive", nullptr, QT_TRANSLATE_NOOP("velldoc", "The folders below as well.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Print a table with size, time and user of the last change.")},
+            {"R,recursive", nullptr, QT_TRANSLATE_NOOP("velldoc", "Include subfolders.")},
             {"s,sort", "FIELD",
-             QT_TRANSLATE_NOOP("velldoc", "By name, size, created, updated or order."),
+             QT_TRANSLATE_NOOP("velldoc", "Sort by name, size, created, updated or order."),
              "name size created updated order"},
-            {"r,reverse", nullptr, QT_TRANSLATE_NOOP("velldoc", "The other way round.")},
-            {"limit", "N", QT_TRANSLATE_NOOP("velldoc", "At most so many of each folder.")},
-            {"skip", "N", QT_TRANSLATE_NOOP("velldoc", "Leave out so many first.")},
+            {"r,reverse", nullptr, QT_TRANSLATE_NOOP("velldoc", "Sort in reverse order.")},
+            {"limit", "N",
+             QT_TRANSLATE_NOOP("velldoc", "List at most this number of entries of each folder.")},
+            {"skip", "N",
+             QT_TRANSLATE_NOOP("velldoc", "Skip this number of entries of each folder.")},
         },
         {
             {"velldoc ls -l /Drawings",

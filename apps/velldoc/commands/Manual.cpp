@@ -14,7 +14,7 @@ namespace velldoc {
 
 namespace {
 
-//! As roff reads it as plain text.
+//! Returns \a text escaped for roff.
 QString escaped(QString text)
 {
     text.replace(QLatin1Char('\\'), QLatin1String("\\e"))
@@ -71,8 +71,8 @@ const Command &manualCommand()
         "__manual",
         "FILE",
         QT_TRANSLATE_NOOP("velldoc", "the manual page"),
-        QT_TRANSLATE_NOOP(
-            "velldoc", "Prints the page FILE with the options and the commands in their places."),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Prints the page FILE with the options and the commands inserted."),
         {},
         {},
         run,

@@ -11,7 +11,8 @@ namespace {
 VellDocument make(Context &context, const RemotePath &path)
 {
     if (path.names().isEmpty())
-        throw Failure(ExitUsage, Text::tr("%1 has no name for a folder.").arg(path.text()));
+        throw Failure(ExitUsage,
+                      Text::tr("%1 is the top level: add the name of a folder.").arg(path.text()));
     const bool makesParents = context.isSet("p");
     if (context.isDryRun()) {
         context.leaves(path.text());
@@ -23,10 +24,9 @@ VellDocument make(Context &context, const RemotePath &path)
     if (makesParents)
         return context.tree().makePath(path);
     if (context.tree().tryFind(path)) {
-        throw Failure(
-            ExitFailed,
-            Text::tr("%1 is there already: choose another name, or pass -p if that will do.")
-                .arg(path.text()));
+        throw Failure(ExitFailed,
+                      Text::tr("%1 already exists: choose another name, or pass -p to accept it.")
+                          .arg(path.text()));
     }
     const VellDocument parent = context.tree().findFolder(path.parent());
     return context.tree().makeFolder(parent._id, path.name());
@@ -50,14 +50,14 @@ const Command &mkdirCommand()
     static const Command command{
         "mkdir",
         "[-p] PATH...",
-        QT_TRANSLATE_NOOP("velldoc", "make folders"),
-        QT_TRANSLATE_NOOP("velldoc", "Makes each folder PATH in a folder that is there."),
+        QT_TRANSLATE_NOOP("velldoc", "create folders"),
+        QT_TRANSLATE_NOOP("velldoc", "Creates each folder PATH in an existing folder."),
         {{"p,parents", nullptr,
           QT_TRANSLATE_NOOP("velldoc",
-                            "Make what is missing above it too; a folder that is there will do.")},
+                            "Create missing parent folders, too; accept existing folders.")},
          dryRunOption()},
         {{"velldoc mkdir -p '/Drawings/Level 1'",
-          QT_TRANSLATE_NOOP("velldoc", "make both folders, as far as they are missing")}},
+          QT_TRANSLATE_NOOP("velldoc", "create both folders if they do not exist")}},
         run,
     };
     return command;

@@ -34,7 +34,8 @@ void moveInto(Context &context, const QList<NamedDocument> &sources, const VellD
         if (document.parentId != folder._id)
             requireFreeName(context, folder._id, path.text(), document.name);
         if (names.contains(document.name))
-            throw Failure(ExitUsage, Text::tr("Two of them are called \"%1\".").arg(document.name));
+            throw Failure(ExitUsage,
+                          Text::tr("Two of them have the name \"%1\".").arg(document.name));
         names.insert(document.name);
         context.leaves(source.path.text());
         documents.append(document);
@@ -45,21 +46,22 @@ void moveInto(Context &context, const QList<NamedDocument> &sources, const VellD
     context.out.setResult({{QStringLiteral("documents"), moved}});
 }
 
-//! Gives \a document, which could not be moved because of \a reason, its old name back.
+//! Restores the old name of \a document, which could not be moved because of \a reason.
 void takeBack(Context &context, const VellDocument &document, const QString &oldName,
               const Failure &reason)
 {
     try {
         renameDocument(context, document, oldName);
     } catch (const Failure &) {
-        const QString state = Text::tr("It stands where it was, but is called \"%1\" now.");
+        const QString state =
+            Text::tr("It is still in the same folder, but its name is \"%1\" now.");
         throw Failure(reason.code(),
                       reason.sentence() + QLatin1Char(' ') + state.arg(document.name),
                       reason.httpStatus());
     }
 }
 
-//! Into another folder, under another name, or both.
+//! Moves a document into another folder, renames it, or both.
 void moveTo(Context &context, const NamedDocument &source, const RemotePath &target)
 {
     VellDocument document = source.document;
@@ -68,7 +70,7 @@ void moveTo(Context &context, const NamedDocument &source, const RemotePath &tar
         requireFreeName(context, folder._id, target.parent().text(), target.name());
     if (context.leaves(source.path.text()))
         return;
-    // The name first: of two changes the one that is more likely to be refused.
+    // Renaming first, because this is more likely to be refused.
     const QString oldName = document.name;
     document = renameDocument(context, document, target.name());
     try {
@@ -98,10 +100,10 @@ void run(Context &context)
     }
     if (there)
         throw Failure(ExitFailed,
-                      Text::tr("%1 is there already: choose another name.").arg(target.text()));
+                      Text::tr("%1 already exists: choose another name.").arg(target.text()));
     if (sources.size() > 1 || target.endsWithSlash()) {
         throw Failure(ExitNotFound,
-                      Text::tr("There is no folder %1: make it with \"velldoc mkdir -p\".")
+                      Text::tr("There is no folder %1: create it with \"velldoc mkdir -p\".")
                           .arg(target.text()));
     }
     moveTo(context, sources.constFirst(), target);
@@ -115,15 +117,15 @@ const Command &mvCommand()
         "mv",
         "SOURCE... TARGET",
         QT_TRANSLATE_NOOP("velldoc", "move documents and folders"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Moves each SOURCE into the folder TARGET, or a single one to the place "
-                          "and name TARGET."),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Moves each SOURCE into the folder TARGET, or a single SOURCE to the path TARGET."),
         {dryRunOption()},
         {
             {"velldoc mv /in/a.dwg /in/b.dwg /Drawings",
              QT_TRANSLATE_NOOP("velldoc", "two documents into a folder")},
             {"velldoc mv /in/a.dwg /Drawings/plan.dwg",
-             QT_TRANSLATE_NOOP("velldoc", "to another folder under another name")},
+             QT_TRANSLATE_NOOP("velldoc", "to another folder with another name")},
         },
         run,
     };

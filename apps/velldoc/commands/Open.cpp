@@ -16,7 +16,7 @@ namespace velldoc {
 
 namespace {
 
-//! A folder for the opened document alone, which nobody else can read.
+//! Creates a folder for the opened document, which only the user can read.
 QString folderFor(const VellDocument &document)
 {
     const QString top = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)
@@ -52,7 +52,7 @@ void run(Context &context)
         if (!system_files::openWithDesktop(path))
             throw Failure(
                 ExitFailed,
-                Text::tr("Nothing on this machine opens files: the document is in %1.").arg(path));
+                Text::tr("No program to open files was found: the document is in %1.").arg(path));
         opened.append(path);
         context.out.setResult({{QStringLiteral("opened"), QJsonArray::fromStringList(opened)}});
     }
@@ -65,14 +65,13 @@ const Command &openCommand()
     static const Command command{
         "open",
         "PATH...",
-        QT_TRANSLATE_NOOP("velldoc", "look at files in the programs of the desktop"),
-        QT_TRANSLATE_NOOP(
-            "velldoc",
-            "Fetches the files PATH and shows each in the program that the desktop has for its "
-            "kind. What is "
-            "changed there stays on this machine: \"velldoc put --update\" stores it."),
+        QT_TRANSLATE_NOOP("velldoc", "open files in the programs of the desktop"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Downloads the files PATH and opens each in the default program of the "
+                          "desktop for its type. Changes made there stay on this computer: "
+                          "\"velldoc put --update\" stores them."),
         {},
-        {{"velldoc open /Drawings/plan.pdf", QT_TRANSLATE_NOOP("velldoc", "look at a plan")}},
+        {{"velldoc open /Drawings/plan.pdf", QT_TRANSLATE_NOOP("velldoc", "open a plan")}},
         run,
     };
     return command;

@@ -21,7 +21,7 @@ QList<VellDocument> sortedByName(Context &context, const QString &path)
     return entries;
 }
 
-//! The named ones in their order, then what else is in their folder, as it stands.
+//! Returns the named entries in their order, then the other entries of their folder in their present order.
 QList<VellDocument> startingWith(Context &context, const QStringList &paths)
 {
     QList<VellDocument> ordered;
@@ -29,9 +29,9 @@ QList<VellDocument> startingWith(Context &context, const QStringList &paths)
     for (const QString &text : paths) {
         const VellDocument document = context.tree().find(RemotePath::parse(text));
         if (document._id.isEmpty())
-            throw Failure(ExitUsage, Text::tr("The top level has no place in an order."));
+            throw Failure(ExitUsage, Text::tr("The top level has no position."));
         if (!ordered.isEmpty() && document.parentId != ordered.constFirst().parentId)
-            throw Failure(ExitUsage, Text::tr("An order concerns the entries of one folder."));
+            throw Failure(ExitUsage, Text::tr("All entries must be in the same folder."));
         if (!ids.contains(document._id))
             ordered.append(document);
         ids.insert(document._id);
@@ -68,13 +68,14 @@ const Command &orderCommand()
     static const Command command{
         "order",
         "PATH... | --by-name FOLDER",
-        QT_TRANSLATE_NOOP("velldoc", "put the entries of a folder in order"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Puts the entries PATH of one folder first, in this order; the others "
-                          "follow as they stand. Lists show "
-                          "folders before files all the same."),
+        QT_TRANSLATE_NOOP("velldoc", "set the order of the entries of a folder"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Moves the entries PATH of a folder to its start, in this order; the others follow in "
+            "their present order. Lists still show folders before files."),
         {{"by-name", nullptr,
-          QT_TRANSLATE_NOOP("velldoc", "Order a whole folder by name, numbers by their value.")}},
+          QT_TRANSLATE_NOOP("velldoc",
+                            "Sort a whole folder by name, with numbers by their value.")}},
         {
             {"velldoc order /D/cover.pdf /D/plan.dwg",
              QT_TRANSLATE_NOOP("velldoc", "these two first")},

@@ -26,7 +26,7 @@ void run(Context &context)
     }
     context.out.setResult({{QStringLiteral("projects"), array}});
     if (projects.isEmpty())
-        context.out.note(Text::tr("You are in no project."));
+        context.out.note(Text::tr("You do not have any projects."));
     else
         context.out.print(table);
 }
@@ -41,8 +41,7 @@ const Command &projectsCommand()
         QT_TRANSLATE_NOOP("velldoc", "list your projects"),
         QT_TRANSLATE_NOOP("velldoc",
                           "Lists the projects that you may open, each with your role. \"velldoc "
-                          "config set project ID\" "
-                          "makes one the usual one."),
+                          "config set project ID\" sets the default project."),
         {},
         {{"velldoc projects --json", QT_TRANSLATE_NOOP("velldoc", "for a script")}},
         run,

@@ -24,12 +24,12 @@ struct Target
 {
     VellDocument folder;
     RemotePath path;
-    QString name; //!< empty: each source keeps its own
-    bool isNew = false; //!< nothing is there yet
+    QString name; //!< if it is empty, each source keeps its name
+    bool isNew = false; //!< the target does not exist yet
 };
 
-//! As cp does: into a folder that is there, else a single source takes the last name.
-//! \param ownTargets null for sources that make no folder
+//! As cp does: into an existing folder; otherwise a single source gets the last name of the path.
+//! \param ownTargets null for sources that do not create a folder
 Target findTarget(Context &context, const QString &text, int sourceCount,
                   const OwnTargets *ownTargets)
 {
@@ -44,12 +44,12 @@ Target findTarget(Context &context, const QString &text, int sourceCount,
         throw notAFolder(path);
     throw Failure(
         ExitNotFound,
-        Text::tr("There is no folder %1: make it with \"velldoc mkdir -p\".").arg(path.text()));
+        Text::tr("There is no folder %1: create it with \"velldoc mkdir -p\".").arg(path.text()));
 }
 
 QString nameOf(const QFileInfo &local)
 {
-    // "." and "folder/.." have no name of their own; "folder/" has one.
+    // "." and "folder/.." have no name; "folder/" has one.
     const QString path = QDir::cleanPath(local.absoluteFilePath());
     return QFileInfo(path).fileName();
 }
@@ -84,7 +84,7 @@ void report(Context &context, const UploadPlan &plan, const Transfers &transfers
             QJsonObject{{QStringLiteral("local"), path}, {QStringLiteral("message"), message}});
     };
     for (const auto &entry : plan.unreadable()) {
-        context.out.error(Text::tr("%1 was left out: %2.").arg(entry.first, entry.second));
+        context.out.error(Text::tr("%1 was skipped: %2.").arg(entry.first, entry.second));
         addFailed(entry.first, entry.second);
     }
     for (const auto &entry : transfers.failed()) {
@@ -101,22 +101,22 @@ void report(Context &context, const UploadPlan &plan, const Transfers &transfers
     context.out.note(Text::tr("%n file(s) stored, %1.", nullptr, transfers.done().size())
                          .arg(sizeText(transfers.doneBytes())));
     if (!plan.unchanged().isEmpty())
-        context.out.note(
-            Text::tr("%n file(s) were there already.", nullptr, plan.unchanged().size()));
+        context.out.note(Text::tr("%n file(s) already existed.", nullptr, plan.unchanged().size()));
     if (!plan.skipped().isEmpty())
         context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
 }
 
-//! \a failure with what was done, and how to go on where that is of use.
+//! Returns \a failure with the number of stored files and, if it helps, how to continue.
 Failure unfinished(const Failure &failure, const UploadPlan &plan, const Transfers &transfers)
 {
     QStringList sentences{failure.sentence()};
     if (plan.tasks().size() > 1) {
-        sentences.append(Text::tr("%1 of %n file(s) are stored.", nullptr, plan.tasks().size())
-                             .arg(transfers.done().size()));
+        sentences.append(
+            Text::tr("%1 of %n file(s) have been stored.", nullptr, plan.tasks().size())
+                .arg(transfers.done().size()));
     }
     if (failure.code() != ExitNotAllowed)
-        sentences.append(Text::tr("The same command goes on from here."));
+        sentences.append(Text::tr("The same command continues from here."));
     return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
 }
 
@@ -130,7 +130,7 @@ void throwFirstFailure(const UploadPlan &plan, const Transfers &transfers)
     throw Failure(code, Text::tr("%n file(s) could not be stored.", nullptr, count));
 }
 
-//! Everything that is asked for, and its conflicts settled.
+//! Returns the plan for the command line, with decided conflicts.
 void fill(UploadPlan &plan, const QStringList &sources, const Target &target)
 {
     try {
@@ -143,12 +143,12 @@ void fill(UploadPlan &plan, const QStringList &sources, const Target &target)
     } catch (const Failure &failure) {
         if (!isInterruption(failure.code()))
             throw;
-        const QString advice = Text::tr("No file was sent; the same command begins anew.");
+        const QString advice = Text::tr("No file was sent; the same command starts again.");
         throw Failure(failure.code(), failure.sentence() + QLatin1Char(' ') + advice);
     }
 }
 
-//! What would be stored where.
+//! Prints the uploads of a dry run.
 void showPlan(Context &context, const UploadPlan &plan)
 {
     QJsonArray planned;
@@ -161,12 +161,12 @@ void showPlan(Context &context, const UploadPlan &plan)
     }
     context.out.setResult({{QStringLiteral("planned"), planned}});
     for (const auto &entry : plan.unreadable())
-        context.out.error(Text::tr("%1 was left out: %2.").arg(entry.first, entry.second));
+        context.out.error(Text::tr("%1 was skipped: %2.").arg(entry.first, entry.second));
     context.out.note(Text::tr("%n file(s) would be stored, %1.", nullptr, plan.tasks().size())
                          .arg(sizeText(plan.totalBytes())));
 }
 
-//! Sends what \a plan holds.
+//! Executes \a plan.
 void send(Context &context, const UploadPlan &plan)
 {
     Transfers transfers(context, plan.totalBytes());
@@ -188,13 +188,13 @@ void send(Context &context, const UploadPlan &plan)
     throwFirstFailure(plan, transfers);
 }
 
-//! Stores what comes from the standard input.
+//! Stores the standard input.
 void putStandardInput(Context &context, UploadPlan &plan, const QString &targetText)
 {
     const Target target = findTarget(context, targetText, 1, nullptr);
     if (target.name.isEmpty())
         throw Failure(ExitUsage,
-                      Text::tr("What comes from the standard input needs a name: %1/NAME.")
+                      Text::tr("The standard input needs a name: %1/NAME.")
                           .arg(target.path.isTop() ? QString() : target.path.text()));
     QTemporaryFile file;
     QFile input;
@@ -259,28 +259,25 @@ const Command &putCommand()
         "put",
         "LOCAL... REMOTE",
         QT_TRANSLATE_NOOP("velldoc", "store files and folders"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Stores each local file or folder in the folder REMOTE, or a single one "
-                          "under the name REMOTE; - is the standard input. "
-                          "Large files go up in pieces: when the connection is lost, velldoc tries "
-                          "again. A file whose content is there already is left as it is, so the "
-                          "same command typed "
-                          "again goes on where an earlier run has stopped."),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Stores each local file or folder in the folder REMOTE, or a single one at the path "
+            "REMOTE; - is the standard input. Large files are sent in chunks: if the connection is "
+            "lost, velldoc tries again. A file whose content is already stored there is skipped, "
+            "so that the same command, if run again, continues where the previous run stopped."),
         withTransferOptions({
             {"u,update", nullptr,
-             QT_TRANSLATE_NOOP(
-                 "velldoc",
-                 "A file that is there gets a new version; the same as --on-conflict replace.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Store a new version if the file already exists; the same as "
+                               "--on-conflict replace.")},
             {"on-conflict", "WHAT",
-             QT_TRANSLATE_NOOP(
-                 "velldoc",
-                 "When a name is taken: ask (on a terminal), replace, rename, skip or cancel."),
+             QT_TRANSLATE_NOOP("velldoc",
+                               "If a name is already taken: ask (on a terminal), replace, rename, "
+                               "skip or cancel."),
              "ask replace rename skip cancel"},
             {"links", "WHAT",
              QT_TRANSLATE_NOOP(
-                 "velldoc",
-                 "Links in folders: refuse (those to folders are named as left out), skip "
-                 "or follow."),
+                 "velldoc", "Links in folders: refuse (report links to folders), skip or follow."),
              "refuse skip follow"},
         }),
         {

@@ -31,10 +31,10 @@ const Command &pwdCommand()
         "pwd",
         "PATH",
         QT_TRANSLATE_NOOP("velldoc", "show the password of a document"),
-        QT_TRANSLATE_NOOP("velldoc", "Prints the password that opens the document PATH."),
+        QT_TRANSLATE_NOOP("velldoc", "Prints the access password of the document PATH."),
         {},
         {{"velldoc pwd /Contracts/offer.pdf",
-          QT_TRANSLATE_NOOP("velldoc", "the password to open the offer with")}},
+          QT_TRANSLATE_NOOP("velldoc", "the password of the offer")}},
         run,
     };
     return command;

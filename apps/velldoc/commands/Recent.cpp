@@ -18,7 +18,7 @@ QList<VellDocument> listUsed(Context &context)
     return context.tree().list(condition);
 }
 
-//! The files that the user has stored last.
+//! Lists the files that the user has stored last.
 void listStored(Context &context)
 {
     context.arguments(0, 0);
@@ -26,7 +26,7 @@ void listStored(Context &context)
     if (session.userId().isEmpty())
         throw Failure(
             ExitFailed,
-            Text::tr("The service does not say who you are, so it cannot say what you stored."));
+            Text::tr("The service does not report who you are, so it cannot list your files."));
     const QList<VellDocument> documents =
         session.await(session.documents().recent(context.value("category")));
     showDocuments(context, documents, QStringLiteral("documents"), FolderPaths(session));
@@ -49,15 +49,15 @@ const Command &recentCommand()
     static const Command command{
         "recent",
         "[list | add PATH... | remove PATH...]",
-        QT_TRANSLATE_NOOP("velldoc", "what you stored or used last"),
+        QT_TRANSLATE_NOOP("velldoc", "list the files that you stored or used last"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Lists the 50 files that you stored last. \"list\" shows those that are "
-                          "marked as recently used; \"add\" and "
-                          "\"remove\" change these marks."),
+                          "Lists the 50 files that you stored last. \"list\" shows the files "
+                          "marked as recently used; \"add\" and \"remove\" change these marks."),
         {
             {"l,long", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
-            {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The service's category word.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Print a table with size, time and user of the last change.")},
+            {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The category.")},
         },
         {{"velldoc recent -l", QT_TRANSLATE_NOOP("velldoc", "your last files with their times")}},
         run,

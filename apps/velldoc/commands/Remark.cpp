@@ -8,7 +8,7 @@ namespace velldoc {
 
 namespace {
 
-//! Where the remark stands: on the document, or on one version of it.
+//! The target of the remark: the document, or one of its versions.
 struct Place
 {
     QString id;
@@ -52,13 +52,13 @@ const Command &remarkCommand()
         "remark",
         "PATH [TEXT]",
         QT_TRANSLATE_NOOP("velldoc", "read or write a remark"),
-        QT_TRANSLATE_NOOP(
-            "velldoc",
-            "Prints the remark of the document PATH, or makes it TEXT; an empty TEXT removes it."),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Prints the remark of the document PATH, or sets it to TEXT; an empty "
+                          "TEXT removes it."),
         {{"version", "N",
-          QT_TRANSLATE_NOOP("velldoc", "The remark of version N; 1 is the oldest.")}},
+          QT_TRANSLATE_NOOP("velldoc", "Use the remark of version N; 1 is the oldest.")}},
         {{"velldoc remark --version 2 /Drawings/plan.dwg 'as built'",
-          QT_TRANSLATE_NOOP("velldoc", "a remark on one version")}},
+          QT_TRANSLATE_NOOP("velldoc", "the remark of one version")}},
         run,
     };
     return command;

@@ -18,7 +18,7 @@ void run(Context &context)
         throw Failure(ExitUsage, Text::tr("The top level has no name."));
     const QString name = arguments.constLast();
     if (name.isEmpty())
-        throw Failure(ExitUsage, Text::tr("A name has at least one character."));
+        throw Failure(ExitUsage, Text::tr("A name must have at least one character."));
     if (context.leaves(path.text()))
         return;
     const VellDocument renamed = renameDocument(context, document, name);
@@ -32,12 +32,12 @@ const Command &renameCommand()
     static const Command command{
         "rename",
         "PATH NAME",
-        QT_TRANSLATE_NOOP("velldoc", "give a document or a folder another name"),
+        QT_TRANSLATE_NOOP("velldoc", "rename a document or a folder"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Gives the document or folder PATH the name NAME, in the same folder."),
+                          "Renames the document or folder PATH to NAME, in the same folder."),
         {dryRunOption()},
         {{"velldoc rename /Drawings/plan.dwg 'Level 1.dwg'",
-          QT_TRANSLATE_NOOP("velldoc", "the same drawing under another name")}},
+          QT_TRANSLATE_NOOP("velldoc", "copy a drawing with another name")}},
         run,
     };
     return command;

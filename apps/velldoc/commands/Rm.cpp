@@ -17,7 +17,7 @@ QList<NamedDocument> findAll(Context &context)
             throw Failure(ExitUsage, Text::tr("The top level itself cannot be deleted."));
         if (isFolder(entry.document) && !context.isSet("recursive")) {
             throw Failure(ExitFailed,
-                          Text::tr("%1 is a folder: pass -r to delete it with everything in it.")
+                          Text::tr("%1 is a folder: pass -r to delete it with all its contents.")
                               .arg(entry.path.text()));
         }
     }
@@ -26,7 +26,7 @@ QList<NamedDocument> findAll(Context &context)
 
 void run(Context &context)
 {
-    // All are looked up before the first one goes.
+    // All documents are found before the first one is deleted.
     const QList<NamedDocument> documents = findAll(context);
     QJsonArray deleted;
     for (const NamedDocument &entry : documents) {
@@ -38,7 +38,7 @@ void run(Context &context)
     }
     if (!context.isDryRun()) {
         context.out.note(
-            Text::tr("%n document(s) moved to the recycle bin; \"velldoc trash\" brings them back.",
+            Text::tr("%n document(s) moved to the recycle bin; \"velldoc trash\" restores them.",
                      nullptr, documents.size()));
     }
 }
@@ -50,15 +50,16 @@ const Command &rmCommand()
     static const Command command{
         "rm",
         "[-r] PATH...",
-        QT_TRANSLATE_NOOP("velldoc", "move to the recycle bin"),
+        QT_TRANSLATE_NOOP("velldoc", "move documents to the recycle bin"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Moves each document PATH, or with -r each folder with everything below, "
-                          "to the recycle bin."),
+                          "Moves each document PATH into the recycle bin; with -r also folders "
+                          "with all their contents."),
         {{"r,recursive", nullptr,
-          QT_TRANSLATE_NOOP("velldoc", "Folders as well, with everything below.")},
+          QT_TRANSLATE_NOOP("velldoc", "Include folders with all their contents.")},
          dryRunOption()},
-        {{"velldoc rm -r /old", QT_TRANSLATE_NOOP("velldoc", "a folder with everything in it")},
-         {"velldoc rm '/Drawings/*.bak'", QT_TRANSLATE_NOOP("velldoc", "all that fit a pattern")}},
+        {{"velldoc rm -r /old", QT_TRANSLATE_NOOP("velldoc", "a folder with all its contents")},
+         {"velldoc rm '/Drawings/*.bak'",
+          QT_TRANSLATE_NOOP("velldoc", "all files that match a pattern")}},
         run,
     };
     return command;

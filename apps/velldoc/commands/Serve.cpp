@@ -18,8 +18,8 @@ void run(Context &context)
         context.out.setResult(
             {{QStringLiteral("address"), served}, {QStringLiteral("data"), folder}});
         context.out.print(served);
-        context.out.note(Text::tr("Serving %1; Ctrl-C ends it.").arg(folder));
-        // Whoever has started the service waits for this line.
+        context.out.note(Text::tr("Serving %1; press Ctrl-C to stop.").arg(folder));
+        // The program that has started the service waits for this line.
         context.out.finish(nullptr);
     });
 }
@@ -31,20 +31,20 @@ const Command &serveCommand()
     static const Command command{
         "serve",
         "[--listen ADDRESS:PORT] [--data DIR]",
-        QT_TRANSLATE_NOOP("velldoc", "run the service for others"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Serves the documents that velldoc keeps on this machine until Ctrl-C, "
-                          "and prints the address for --url. "
-                          "Other machines are served once the service has users; \"vell-service "
-                          "user --help\" tells how to add them."),
+        QT_TRANSLATE_NOOP("velldoc", "run a service for others"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Runs a service for the documents that velldoc stores on this computer until Ctrl-C, "
+            "and prints the address for --url. Other computers can connect if the service has "
+            "users; \"vell-service user --help\" explains how to add them."),
         {
             {"listen", "ADDRESS:PORT",
-             QT_TRANSLATE_NOOP("velldoc",
-                               "Where to listen; any free port of this machine unless set.")},
-            {"data", "DIR", QT_TRANSLATE_NOOP("velldoc", "The data folder; your own unless set.")},
+             QT_TRANSLATE_NOOP(
+                 "velldoc", "The address to listen on; by default a free port of this computer.")},
+            {"data", "DIR", QT_TRANSLATE_NOOP("velldoc", "The data folder; by default your own.")},
         },
         {{"velldoc serve --listen 127.0.0.1:8080",
-          QT_TRANSLATE_NOOP("velldoc", "for other programs of this machine")}},
+          QT_TRANSLATE_NOOP("velldoc", "for other programs on this computer")}},
         run,
     };
     return command;

@@ -15,12 +15,12 @@ namespace {
 
 constexpr int UsualDays = 7;
 
-//! Invalid for a share that does not end.
+//! Returns an invalid time for a share that does not expire.
 QDateTime readEnd(const Context &context)
 {
     const bool isEndless = context.isSet("forever");
     if (int(isEndless) + int(context.isSet("days")) + int(context.isSet("until")) > 1)
-        throw Failure(ExitUsage, Text::tr("Pass one of --days, --until and --forever."));
+        throw Failure(ExitUsage, Text::tr("Use only one of --days, --until and --forever."));
     if (isEndless)
         return {};
     if (!context.isSet("until"))
@@ -31,7 +31,7 @@ QDateTime readEnd(const Context &context)
                       Text::tr("--until takes a date like 2026-05-31, not \"%1\".")
                           .arg(context.value("until")));
     }
-    // A day counts in full.
+    // The whole day is included.
     if (!context.value("until").contains(QLatin1Char('T')))
         end = end.addDays(1);
     return end;
@@ -39,7 +39,7 @@ QDateTime readEnd(const Context &context)
 
 void show(Context &context, const QString &code, const QDateTime &end)
 {
-    // A service inside this process ends with it: only "velldoc serve" has an address for others.
+    // The embedded service ends with this process: only "velldoc serve" has an address for others.
     const bool isEmbedded = context.session().isEmbedded();
     const QString path = QLatin1String("share/") + code;
     const QString address = isEmbedded ? QString() : context.session().baseApi() + path;
@@ -51,13 +51,13 @@ void show(Context &context, const QString &code, const QDateTime &end)
           end.isValid() ? QJsonValue(VellPub::getQStringByDateTime(end)) : QJsonValue()}});
     context.out.print(isEmbedded ? path : address);
     if (isEmbedded) {
-        context.out.note(Text::tr("The full address is what \"velldoc serve\" prints, with this "
-                                  "behind it; it works while that runs."));
+        context.out.note(Text::tr("Append this to the address that \"velldoc serve\" prints; the "
+                                  "share is available while it runs."));
     }
     context.out.note(
         end.isValid()
-            ? Text::tr("Whoever has this address can look at it until %1.").arg(timeText(end))
-            : Text::tr("Whoever has this address can look at it, for ever."));
+            ? Text::tr("Everybody who has this address can see it until %1.").arg(timeText(end))
+            : Text::tr("Everybody who has this address can see it; it does not expire."));
 }
 
 QString namesOf(const VellShare &share)
@@ -94,7 +94,7 @@ void list(Context &context)
     const QList<VellShare> shares = session.await(session.documents().shares());
     Table table;
     table.addColumn(Text::tr("Identifier"));
-    table.addColumn(Text::tr("Ends"));
+    table.addColumn(Text::tr("Expires"));
     table.addColumn(Text::tr("Download"));
     table.addColumn(Text::tr("Documents"), Qt::AlignLeft, Table::Fit::Shrinks);
     QJsonArray entries;
@@ -106,7 +106,7 @@ void list(Context &context)
     }
     context.out.setResult({{QStringLiteral("shares"), entries}});
     if (shares.isEmpty())
-        context.out.note(Text::tr("Nothing is shared."));
+        context.out.note(Text::tr("There are no shares."));
     else
         context.out.print(table);
 }
@@ -138,7 +138,7 @@ void run(Context &context)
     }
     const QDateTime end = readEnd(context);
     if (end.isValid() && end <= QDateTime::currentDateTime())
-        throw Failure(ExitUsage, Text::tr("The share would have ended already."));
+        throw Failure(ExitUsage, Text::tr("The date for the share is in the past."));
     const QList<NamedDocument> documents = namedDocuments(context, context.arguments(1, 0));
     QStringList ids;
     for (const NamedDocument &named : documents) {
@@ -156,7 +156,8 @@ void run(Context &context)
             .await(context.session().documents().share(ids, end, allowsDownload), &error)
             .code;
     if (error.kind == VellError::Kind::Unclear)
-        throw Failure(ExitFailed, Text::tr("The service made the share, but gave no code for it."));
+        throw Failure(ExitFailed,
+                      Text::tr("The service created the share, but did not return its code."));
     if (error)
         throw context.session().describe(error);
     show(context, code, end);
@@ -169,31 +170,32 @@ const Command &shareCommand()
     static const Command command{
         "share",
         "PATH... | --list | --revoke ID",
-        QT_TRANSLATE_NOOP("velldoc", "give others an address to look at documents"),
-        QT_TRANSLATE_NOOP(
-            "velldoc",
-            "Prints an address at which everybody who has it can see the documents and folders "
-            "PATH. It is shown "
-            "once: the service keeps no copy. Without an option it works for seven days. "
-            "--list shows what is shared, --revoke ends a share."),
+        QT_TRANSLATE_NOOP("velldoc", "share documents with others"),
+        QT_TRANSLATE_NOOP("velldoc",
+                          "Creates a share of the documents and folders PATH and prints its "
+                          "address. Everybody who has the address can see them. It is shown only "
+                          "once: the service does not store it. By default the share expires after "
+                          "seven days. --list lists the shares, --revoke ends one."),
         {
-            {"days", "N", QT_TRANSLATE_NOOP("velldoc", "Ends after N days.")},
+            {"days", "N", QT_TRANSLATE_NOOP("velldoc", "Let the share expire after N days.")},
             {"until", "DATE",
-             QT_TRANSLATE_NOOP("velldoc", "Ends with this day, such as 2026-05-31.")},
-            {"forever", nullptr, QT_TRANSLATE_NOOP("velldoc", "Does not end.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Let the share expire at the end of this day, such as 2026-05-31.")},
+            {"forever", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "Create a share that does not expire.")},
             {"no-download", nullptr,
              QT_TRANSLATE_NOOP("velldoc", "Names only; contents cannot be fetched.")},
             {"list", nullptr,
-             QT_TRANSLATE_NOOP("velldoc",
-                               "Lists your shares; those of others too when you may edit their "
-                               "documents.")},
+             QT_TRANSLATE_NOOP(
+                 "velldoc",
+                 "List your shares, and those of others if you may edit their documents.")},
             {"revoke", "ID",
-             QT_TRANSLATE_NOOP("velldoc", "Ends the share with that identifier; may be repeated.")},
+             QT_TRANSLATE_NOOP("velldoc", "End the share with this identifier; may be repeated.")},
             dryRunOption(),
         },
         {{"velldoc share --days 3 /Drawings",
           QT_TRANSLATE_NOOP("velldoc", "a folder for three days")},
-         {"velldoc share --list", QT_TRANSLATE_NOOP("velldoc", "what is shared at present")}},
+         {"velldoc share --list", QT_TRANSLATE_NOOP("velldoc", "list the shares")}},
         run,
     };
     return command;

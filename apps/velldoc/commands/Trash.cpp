@@ -34,13 +34,12 @@ VellDocument findInBin(const QList<VellDocument> &bin, const QString &text)
     QStringList ids;
     for (const VellDocument &document : qAsConst(found))
         ids.append(QStringLiteral("id:") + document._id);
-    throw Failure(
-        ExitFailed,
-        Text::tr("Several things in the recycle bin are called %1: say which one you mean, %2.")
-            .arg(text, ids.join(QStringLiteral(", "))));
+    throw Failure(ExitFailed,
+                  Text::tr("Several entries of the recycle bin have the name %1: choose one of %2.")
+                      .arg(text, ids.join(QStringLiteral(", "))));
 }
 
-//! What is in the recycle bin, or in a deleted folder.
+//! Lists the recycle bin, or a deleted folder.
 void list(Context &context, const QStringList &names)
 {
     QList<VellDocument> documents = readBin(context);
@@ -65,7 +64,7 @@ void restore(Context &context, const QStringList &names)
     if (context.isSet("all"))
         documents = bin;
     if (documents.isEmpty() && !context.isSet("all"))
-        throw Failure(ExitUsage, Text::tr("Name what is to be restored, or pass --all."));
+        throw Failure(ExitUsage, Text::tr("Name the documents to be restored, or pass --all."));
     QJsonArray restored;
     for (const VellDocument &document : qAsConst(documents)) {
         if (context.leaves(document.name))
@@ -77,11 +76,9 @@ void restore(Context &context, const QStringList &names)
                                     {QStringLiteral("nameTaken"), hasTwin}});
         context.out.setResult({{QStringLiteral("restored"), restored}});
         if (hasTwin) {
-            context.out.note(
-                Text::tr(
-                    "%1 is back beside another entry of that name: rename it with \"velldoc rename "
-                    "id:%2 NAME\".")
-                    .arg(document.name, document._id));
+            context.out.note(Text::tr("%1 has been restored, but its folder has another entry with "
+                                      "that name: rename it with \"velldoc rename id:%2 NAME\".")
+                                 .arg(document.name, document._id));
         }
     }
     if (!context.isDryRun())
@@ -99,13 +96,13 @@ void empty(Context &context)
     if (!context.isSet("yes")) {
         if (!canAsk())
             throw Failure(ExitUsage,
-                          Text::tr("Emptying cannot be undone: pass --yes if you mean it."));
-        if (!confirm(Text::tr("Delete %n document(s) for good?", nullptr, total)))
+                          Text::tr("This cannot be undone: pass --yes to delete the documents."));
+        if (!confirm(Text::tr("Delete %n document(s) permanently?", nullptr, total)))
             throw Failure(ExitFailed, Text::tr("Nothing was deleted."));
     }
     session.await(session.documents().emptyRecycleBin(QStringLiteral("recycle")));
     context.out.setResult({{QStringLiteral("deleted"), total}});
-    context.out.note(Text::tr("%n document(s) deleted for good.", nullptr, total));
+    context.out.note(Text::tr("%n document(s) deleted permanently.", nullptr, total));
 }
 
 void run(Context &context)
@@ -123,7 +120,7 @@ void run(Context &context)
         empty(context);
     else
         throw Failure(ExitUsage,
-                      Text::tr("\"%1\" is none of list, restore and empty.").arg(action));
+                      Text::tr("\"%1\" is not one of list, restore and empty.").arg(action));
 }
 
 } // namespace
@@ -133,20 +130,20 @@ const Command &trashCommand()
     static const Command command{
         "trash",
         "[list [NAME] | restore NAME... | empty]",
-        QT_TRANSLATE_NOOP("velldoc", "look into the recycle bin, restore, empty"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Lists what is in the recycle bin or in the deleted folder NAME, brings "
-                          "back what is named (by name or "
-                          "id:...), or deletes "
-                          "everything in it for good."),
+        QT_TRANSLATE_NOOP("velldoc", "list or empty the recycle bin, or restore documents"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Lists the recycle bin or the deleted folder NAME, restores documents (by name or "
+            "id:...), or deletes everything in the recycle bin permanently."),
         {
             {"l,long", nullptr,
-             QT_TRANSLATE_NOOP("velldoc", "A table with size, time and who changed it.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Print a table with size, time and user of the last change.")},
             {"all", nullptr, QT_TRANSLATE_NOOP("velldoc", "Restore everything.")},
             {"y,yes", nullptr, QT_TRANSLATE_NOOP("velldoc", "Empty without asking.")},
             dryRunOption(),
         },
-        {{"velldoc trash restore plan.dwg", QT_TRANSLATE_NOOP("velldoc", "bring a document back")}},
+        {{"velldoc trash restore plan.dwg", QT_TRANSLATE_NOOP("velldoc", "restore a document")}},
         run,
         {"list", "restore", "empty"},
     };

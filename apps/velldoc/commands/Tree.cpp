@@ -15,7 +15,7 @@ namespace velldoc {
 
 namespace {
 
-//! Everything below \a folder as the library folds it: those directly in it are the roots.
+//! Returns everything below \a folder as a tree; its entries are the roots.
 QList<VellDocument> readTree(Context &context, const VellDocument &folder)
 {
     VellDocumentConditon condition;
@@ -117,14 +117,15 @@ const Command &treeCommand()
     static const Command command{
         "tree",
         "[-ld] [PATH]",
-        QT_TRANSLATE_NOOP("velldoc", "draw a folder with everything below"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Draws the folder PATH, the whole project without one, as a tree."),
+        QT_TRANSLATE_NOOP("velldoc", "print a folder as a tree"),
+        QT_TRANSLATE_NOOP("velldoc", "Prints the folder PATH, or the whole project, as a tree."),
         {
-            {"l,long", nullptr, QT_TRANSLATE_NOOP("velldoc", "Sizes behind the names of files.")},
-            {"d,directories", nullptr, QT_TRANSLATE_NOOP("velldoc", "Folders only.")},
+            {"l,long", nullptr,
+             QT_TRANSLATE_NOOP("velldoc", "Print the sizes after the names of files.")},
+            {"d,directories", nullptr, QT_TRANSLATE_NOOP("velldoc", "List only folders.")},
             {"depth", "N",
-             QT_TRANSLATE_NOOP("velldoc", "Only so many levels; 0 for the folder alone.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Show only this number of levels; 0 for the folder itself.")},
         },
         {{"velldoc tree -d --depth 2 /",
           QT_TRANSLATE_NOOP("velldoc", "the upper two levels of folders")}},

@@ -16,7 +16,7 @@ void classify(Context &context, const QStringList &names)
 {
     Table table;
     table.addColumn(Text::tr("Name"), Qt::AlignLeft, Table::Fit::Shrinks);
-    table.addColumn(Text::tr("Kind"));
+    table.addColumn(Text::tr("Type"));
     table.addColumn(Text::tr("Meaning"));
     QJsonArray array;
     for (const QString &name : names) {
@@ -28,7 +28,7 @@ void classify(Context &context, const QStringList &names)
     context.out.print(table);
 }
 
-//! Every suffix that the library knows, under the kind it has.
+//! Returns all known suffixes by file type.
 QMap<QString, QStringList> suffixesByKind()
 {
     const QStringList more{SUFFIX_TXT, SUFFIX_XLS, SUFFIX_7Z, SUFFIX_RAR, SUFFIX_ZIP};
@@ -44,7 +44,7 @@ QMap<QString, QStringList> suffixesByKind()
 void list(Context &context)
 {
     Table table;
-    table.addColumn(Text::tr("Kind"));
+    table.addColumn(Text::tr("Type"));
     table.addColumn(Text::tr("Meaning"));
     table.addColumn(Text::tr("Suffixes"), Qt::AlignLeft, Table::Fit::Shrinks);
     QJsonArray array;
@@ -77,12 +77,12 @@ const Command &typesCommand()
     static const Command command{
         "types",
         "[NAME...]",
-        QT_TRANSLATE_NOOP("velldoc", "the kinds of files and their suffixes"),
-        QT_TRANSLATE_NOOP("velldoc",
-                          "Lists the kinds of files with their suffixes, or tells the kind of each "
-                          "file NAME by its suffix."),
+        QT_TRANSLATE_NOOP("velldoc", "list the file types and their suffixes"),
+        QT_TRANSLATE_NOOP(
+            "velldoc",
+            "Lists the file types with their suffixes, or prints the type of each file NAME."),
         {},
-        {{"velldoc types plan.dwg", QT_TRANSLATE_NOOP("velldoc", "which kind a drawing is")}},
+        {{"velldoc types plan.dwg", QT_TRANSLATE_NOOP("velldoc", "the type of a drawing")}},
         run,
     };
     return command;

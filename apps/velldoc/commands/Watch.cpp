@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::chrono::milliseconds Interval(1000);
 
-//! What changes when an entry below \a root does. Tells also of changes that no notification reports, as on network disks.
+//! Returns a value that changes when an entry below \a root changes, also if there is no notification, as on network drives.
 QByteArray stateOf(const QString &root)
 {
     QStringList entries;
@@ -36,7 +36,7 @@ QByteArray stateOf(const QString &root)
                                     QCryptographicHash::Md5);
 }
 
-//! One comparison, and what it needs. A failure is told; the next change is the next attempt.
+//! Compares and transfers once. A failure is reported; the next attempt is made after the next change.
 void update(Context &context, const QString &local, const RemotePath &remote)
 {
     try {
@@ -58,12 +58,12 @@ void run(Context &context)
     const RemotePath remote = RemotePath::parse(arguments.constLast());
     if (!QFileInfo(local).isDir())
         throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(local));
-    context.out.note(Text::tr("Watching %1; Ctrl-C ends it.").arg(local));
+    context.out.note(Text::tr("Watching %1; press Ctrl-C to stop.").arg(local));
     QByteArray done;
     QByteArray before;
     for (;;) {
         const QByteArray now = stateOf(local);
-        // Not before the files have been left alone for a moment.
+        // Not until the files have been unchanged for a moment.
         if (now != done && now == before) {
             update(context, local, remote);
             done = now;
@@ -80,23 +80,21 @@ const Command &watchCommand()
     static const Command command{
         "watch",
         "LOCAL PATH",
-        QT_TRANSLATE_NOOP("velldoc", "send what changes in a local folder"),
+        QT_TRANSLATE_NOOP("velldoc", "send the changes in a local folder"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Does \"sync up LOCAL PATH\" now, and again whenever something in the "
-                          "local folder LOCAL has been "
-                          "changed and left alone for a second, until Ctrl-C."),
+                          "Runs \"sync up LOCAL PATH\" now, and again one second after each change "
+                          "in the local folder LOCAL, until Ctrl-C."),
         withTransferOptions({
             {"delete", nullptr,
-             QT_TRANSLATE_NOOP(
-                 "velldoc",
-                 "Remove from the target what the source does not have; a file that was "
-                 "moved is moved there, too.")},
+             QT_TRANSLATE_NOOP("velldoc",
+                               "Remove entries from the target that the source does not have; if a "
+                               "file was moved, move it in the target, too.")},
             {"links", "WHAT",
-             QT_TRANSLATE_NOOP("velldoc", "Links in folders: refuse (they are named) or skip."),
+             QT_TRANSLATE_NOOP("velldoc", "Links in folders: refuse (report them) or skip."),
              "refuse skip"},
         }),
         {{"velldoc watch plans /Drawings/plans",
-          QT_TRANSLATE_NOOP("velldoc", "a folder that somebody works in")}},
+          QT_TRANSLATE_NOOP("velldoc", "a folder in which somebody is working")}},
         run,
     };
     return command;

@@ -23,11 +23,12 @@ void run(Context &context)
                            {QStringLiteral("project"), context.settings.project},
                            {QStringLiteral("role"), role}});
     const QString name = user.name.isEmpty() ? user.id : user.name;
-    context.out.print(printable(name.isEmpty() ? Text::tr("somebody") : name));
-    context.out.note(role.isEmpty() ? Text::tr("At %1, in the project \"%2\".")
-                                          .arg(session.baseApi(), context.settings.project)
-                                    : Text::tr("At %1, in the project \"%2\" as %3.")
-                                          .arg(session.baseApi(), context.settings.project, role));
+    context.out.print(printable(name.isEmpty() ? Text::tr("an unknown user") : name));
+    context.out.note(
+        role.isEmpty()
+            ? Text::tr("Using %1, project \"%2\".").arg(session.baseApi(), context.settings.project)
+            : Text::tr("Using %1, project \"%2\", as %3.")
+                  .arg(session.baseApi(), context.settings.project, role));
 }
 
 } // namespace
@@ -37,11 +38,10 @@ const Command &whoamiCommand()
     static const Command command{
         "whoami",
         "",
-        QT_TRANSLATE_NOOP("velldoc", "say who you are, where, and in which role"),
+        QT_TRANSLATE_NOOP("velldoc", "print your name, service, project and role"),
         QT_TRANSLATE_NOOP("velldoc",
-                          "Prints your name as the service knows it, and says at which service and "
-                          "in which project "
-                          "the commands work."),
+                          "Prints your name on the service, and the service and the project that "
+                          "the commands use."),
         {},
         {},
         run,

@@ -1,18 +1,18 @@
-# Completion of velldoc for bash. What can stand where is told by the program.
+# Completion of velldoc for bash. The program itself returns the completions.
 
-# Joins in "words" what bash has split at characters such as the colon of an address.
+# Joins in "words" the parts that bash has split at characters such as the colon of an address.
 _velldoc_words() {
-    local rest=$COMP_LINE piece blanks i
+    local rest=$COMP_LINE piece spaces i
     words=()
     for ((i = 0; i <= COMP_CWORD; i++)); do
         piece=${COMP_WORDS[i]}
-        blanks=${rest%%[![:space:]]*}
-        if [[ ${#words[@]} -gt 0 && -z $blanks && -n $rest ]]; then
+        spaces=${rest%%[![:space:]]*}
+        if [[ ${#words[@]} -gt 0 && -z $spaces && -n $rest ]]; then
             words[-1]+=$piece
         else
             words+=("$piece")
         fi
-        rest=${rest#"$blanks"}
+        rest=${rest#"$spaces"}
         rest=${rest#"$piece"}
     done
 }
@@ -22,7 +22,7 @@ _velldoc() {
     _velldoc_words
     cur=${words[-1]}
     line=("${words[@]:1:${#words[@]}-2}")
-    # What stands before the last such character is not replaced, unless a quote holds the word together.
+    # The part before the last such character is not replaced, unless the word is quoted.
     if [[ $cur != [\"\']* && $cur =~ ^(.*[^\\])?[:=@] ]]; then
         taken=$(_velldoc_plain "${BASH_REMATCH[0]}")
     fi
@@ -35,17 +35,17 @@ _velldoc() {
             done < <(compgen -f -- "$cur")
             continue
         fi
-        word=${word%%$'\t'*} # what follows explains it
+        word=${word%%$'\t'*} # without its description
         COMPREPLY+=("${word#"$taken"}")
     done < <("${COMP_WORDS[0]}" __complete -- "${line[@]}" "$cur" 2>/dev/null)
-    # Blanks and the like are quoted, and a folder is not the end of a path.
+    # Quotes spaces and other special characters. There is no space after a folder.
     compopt -o filenames 2>/dev/null
     if [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == */ ]]; then
         compopt -o nospace 2>/dev/null
     fi
 }
 
-# A word as velldoc sees it, without what the shell takes off.
+# Prints a word as velldoc receives it, without quotes and backslashes.
 _velldoc_plain() {
     local word=${1#[\"\']} plain='' i
     [[ $word == *\\* ]] || { printf '%s' "$word" && return; }

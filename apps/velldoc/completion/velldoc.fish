@@ -1,4 +1,4 @@
-# Completion of velldoc for fish. What can stand where is told by the program.
+# Completion of velldoc for fish. The program itself returns the completions.
 
 function __velldoc_offers
     set -l line (commandline -opc)

@@ -1,5 +1,5 @@
 #compdef velldoc
-# Completion of velldoc for zsh. What can stand where is told by the program.
+# Completion of velldoc for zsh. The program itself returns the completions.
 
 _velldoc() {
     local line word
@@ -15,7 +15,7 @@ _velldoc() {
     done
     (( $#explained )) && _describe 'velldoc' explained
     (( $#plain )) && compadd -- "${plain[@]}"
-    # A folder is not the end of a path.
+    # There is no space after a folder.
     (( $#folders )) && compadd -S '' -- "${folders[@]}"
     return 0
 }

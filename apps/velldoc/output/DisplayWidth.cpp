@@ -15,7 +15,7 @@ struct Range
     uint last;
 };
 
-//! Unicode's East Asian Width "W" and "F", neighbouring blocks joined where nothing narrow lies between.
+//! Characters with Unicode's East Asian Width "W" and "F"; adjacent blocks are merged if there is no narrow character in between.
 constexpr std::array<Range, 36> WideRanges{{
     {0x1100, 0x115F},   {0x231A, 0x231B}, {0x2329, 0x232A}, {0x23E9, 0x23EC}, {0x23F0, 0x23F0},
     {0x23F3, 0x23F3},   {0x25FD, 0x25FE}, {0x2614, 0x2615}, {0x2648, 0x2653}, {0x267F, 0x267F},
@@ -35,7 +35,7 @@ bool isWide(uint character)
     return range != WideRanges.end() && range->first <= character;
 }
 
-//! Full-width punctuation that no line may begin with.
+//! Full-width punctuation that must not be at the beginning of a line.
 bool isClosing(uint character)
 {
     constexpr std::array<uint, 9> Closing{0x3001, 0x3002, 0x201D, 0xFF01, 0xFF09,
@@ -60,7 +60,7 @@ int characterWidth(uint character)
 bool steersTerminal(uint character)
 {
     const QChar::Category category = QChar::category(character);
-    // The bidirectional controls can make a name read as another one.
+    // Bidirectional controls can make a name look like another one.
     return category == QChar::Other_Control || category == QChar::Separator_Line
         || category == QChar::Separator_Paragraph || (character >= 0x202A && character <= 0x202E)
         || (character >= 0x2066 && character <= 0x2069);
@@ -71,7 +71,7 @@ bool steersTerminal(uint character)
 int displayWidth(const QString &text)
 {
     int width = 0;
-    // In place, because tables measure every cell of ten thousand rows.
+    // Without a copy, because tables measure every cell of ten thousand rows.
     for (int i = 0; i < text.size(); ++i) {
         const QChar unit = text.at(i);
         const bool isPair =
@@ -101,15 +101,15 @@ QString elided(const QString &text, int width)
 
 QString padded(const QString &text, int width, Qt::Alignment alignment)
 {
-    const QString blanks(qMax(0, width - displayWidth(text)), QLatin1Char(' '));
-    return alignment.testFlag(Qt::AlignRight) ? blanks + text : text + blanks;
+    const QString spaces(qMax(0, width - displayWidth(text)), QLatin1Char(' '));
+    return alignment.testFlag(Qt::AlignRight) ? spaces + text : text + spaces;
 }
 
 QStringList wrapped(const QString &text, int width)
 {
     QStringList lines;
     QString line;
-    QString word; // what must stay together, with the blanks in front of it
+    QString word; // a part that must not be broken, with the spaces before it
     const auto takeWord = [&] {
         if (!line.isEmpty() && displayWidth(line + word) > width) {
             lines.append(line);
@@ -132,7 +132,7 @@ QStringList wrapped(const QString &text, int width)
 
 QString printable(const QString &text)
 {
-    // All of these characters are single units of UTF-16.
+    // Each of these characters is one UTF-16 code unit.
     QString result = text;
     for (int i = 0; i < text.size(); ++i) {
         if (steersTerminal(text.at(i).unicode()))

@@ -5,22 +5,22 @@
 
 namespace velldoc {
 
-//! How many columns of a terminal \a text takes: East Asian wide characters and pictographs take two,
-//! combining marks and format characters none.
+//! Returns the number of columns of \a text on a terminal: two for East Asian wide characters and pictographs,
+//! none for combining marks and format characters.
 int displayWidth(const QString &text);
 
-//! \a text cut to at most \a width columns, the last of which is "…" when something was cut.
+//! Returns \a text cut to at most \a width columns. If it is cut, the last character is "…".
 QString elided(const QString &text, int width);
 
-//! \a text filled up with blanks to \a width columns.
+//! Returns \a text padded with spaces to \a width columns.
 QString padded(const QString &text, int width, Qt::Alignment alignment = Qt::AlignLeft);
 
-//! \a text in lines of at most \a width columns, broken at blanks and beside wide characters. A word that is longer
-//! stays whole.
+//! Returns \a text in lines of at most \a width columns, broken at spaces and next to wide characters. A longer word
+//! is not broken.
 QStringList wrapped(const QString &text, int width);
 
-//! \a text with characters that would steer a terminal replaced, so that a name can neither hide nor
-//! colour anything.
+//! Returns \a text with the control characters of terminals replaced, so that a name can neither hide nor
+//! colour other text.
 QString printable(const QString &text);
 
 } // namespace velldoc

@@ -35,7 +35,7 @@ std::function<void()> consoleEvent;
 
 BOOL WINAPI onConsoleEvent(DWORD)
 {
-    // Windows calls this on a thread of its own.
+    // Windows calls this on another thread.
     if (requested.exchange(true))
         return FALSE;
     QMetaObject::invokeMethod(QCoreApplication::instance(), consoleEvent, Qt::QueuedConnection);
@@ -69,7 +69,7 @@ extern "C" void onSignal(int number)
     code = BySignal + number;
     requested = true;
     const char byte = 0;
-    // Nothing can be done about a full pipe, and nothing needs to be: it is read already.
+    // If the pipe is full, its reader is notified already.
     [[maybe_unused]] const auto written = write(wakePipe[1], &byte, 1);
 }
 
@@ -88,7 +88,7 @@ public:
                              m_notifier->setEnabled(false);
                              interrupt->unwind();
                          });
-        // No SA_RESTART, so that a question at the terminal ends; and the second signal kills.
+        // No SA_RESTART, so that the signal ends a question on the terminal; the second signal ends the process.
         struct sigaction action = {};
         action.sa_handler = onSignal;
         action.sa_flags = static_cast<int>(SA_RESETHAND);

@@ -7,13 +7,13 @@
 
 namespace velldoc {
 
-//! \brief Ctrl-C, SIGTERM and a closed terminal, turned into an orderly end.
+//! \brief Ends the program in an orderly way after Ctrl-C, SIGTERM or a closed terminal.
 //!
-//! The first makes every waiting event loop of the main thread return, and each later one at once, so that the
-//! program unwinds; whoever has waited asks isRequested(). A second one ends the process at once, as
-//! the system would have.
+//! The first signal ends all event loops of the main thread, and later ones as soon as they start, so that the
+//! functions return; after waiting they check isRequested(). A second signal ends the process at once, as
+//! without this class.
 //!
-//! One object, made in main() after the application and living as long.
+//! Create one object in main(), after the application.
 class Interrupt : public QObject
 {
     Q_OBJECT
@@ -24,10 +24,10 @@ public:
 
     static bool isRequested();
 
-    //! \throws Failure with ExitInterrupted when it has been requested.
+    //! \throws Failure with the exit code of the signal, if there was one
     static void check();
 
-    //! Lets the events run for a while. \throws Failure after Ctrl-C
+    //! Processes events for a while. \throws Failure after Ctrl-C
     static void pause(std::chrono::milliseconds duration);
 
 private:

@@ -9,12 +9,12 @@ struct VellDocument;
 namespace velldoc {
 
 //! \file
-//! \brief The stable form of --json, described in the manual page: keys are added, never renamed.
+//! \brief The format of --json, described in the manual page: keys may be added, but never renamed.
 
-//! \param path where it stands, when the command knows it; left out when it is empty
+//! \param path the path, if the command knows it; omitted if it is empty
 QJsonObject documentJson(const VellDocument &document, const QString &path = {});
 
-//! An entry of a document's history. \param number 1 for the oldest
+//! Returns a version of a document. \param number 1 for the oldest
 QJsonObject versionJson(const VellDocument &version, int number);
 
 } // namespace velldoc

@@ -4,8 +4,8 @@
 
 namespace velldoc {
 
-//! Appends what is logged, and what writeLog() is given, to \a file from now on, if it has a name.
-//! \param showsRequests on the standard error, too
+//! Appends all log messages and the lines of writeLog() to \a file, unless it is empty.
+//! \param showsRequests prints requests to the standard error, too
 //! \throws Failure
 void startLog(const QString &file, bool showsRequests);
 

@@ -9,7 +9,7 @@ bool isDigit(const QString &text, int at)
     return at < text.size() && text.at(at) >= QLatin1Char('0') && text.at(at) <= QLatin1Char('9');
 }
 
-//! The digits from \a at on without zeros in front, of any length; \a at is moved behind them.
+//! Returns the digits from \a at on, without leading zeros, and moves \a at after them.
 QString takeNumber(const QString &text, int &at)
 {
     while (isDigit(text, at) && text.at(at) == QLatin1Char('0'))

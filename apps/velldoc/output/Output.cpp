@@ -17,7 +17,7 @@ namespace velldoc {
 
 namespace {
 
-//! Whoever read the output has read enough, as "head" does: nothing that the user must be told.
+//! The reader of the output has closed it, as "head" does: this is not an error.
 bool isReaderGone = false;
 
 QJsonObject resultJson(const QString &command, const QJsonObject &result, const Failure *failure)
@@ -89,7 +89,7 @@ void Output::note(const QString &sentence) const
     writeLog(sentence);
     if (isJson())
         return;
-    flush(); // where both streams meet, in the order of the calls
+    flush(); // if both streams are shown in one place, they are in the order of the calls
     writeLine(stderr, printable(sentence));
 }
 

@@ -9,21 +9,22 @@ namespace velldoc {
 class Failure;
 class Table;
 
-//! \brief Where everything that the user reads goes: results to the standard output, the rest to the
+//! \brief The output for the user: results on the standard output, messages on the
 //! standard error.
 //!
-//! For programs, texts and tables are left out, and finish() prints the result: one JSON document, or its list as rows.
+//! With --json and --output, texts and tables are not printed; finish() prints the result as one JSON document, or its list as
+//! rows.
 class Output
 {
 public:
     enum class Format { Text, Json, Csv, Tsv, Table };
 
-    //! Whether the result is printed by finish().
+    //! Returns true if finish() prints the result.
     bool isJson() const { return m_format != Format::Text; }
     void setFormat(Format format) { m_format = format; }
-    //! The fields of rows, as JSON names them; those that people look for first when empty.
+    //! Sets the fields of rows by their JSON names. If empty, the most important fields are printed.
     void setColumns(const QStringList &columns) { m_columns = columns; }
-    //! Names end with NUL instead of a line's end.
+    //! Sets whether names end with NUL instead of a newline.
     void setNulEnds(bool hasNulEnds) { m_hasNulEnds = hasNulEnds; }
     bool hasNulEnds() const { return m_hasNulEnds; }
 
@@ -31,29 +32,29 @@ public:
 
     void print(const QString &line) const;
     void print(const Table &table) const;
-    //! A name or a path of the user's: as it is, unless a terminal shows it.
+    //! Prints a name or a path: unchanged unless the standard output is a terminal.
     void printName(const QString &name) const;
 
-    //! \a text as the standard output takes it: without what would steer a terminal if it is one.
+    //! Returns \a text for the standard output: without control characters if it is a terminal.
     static QString shown(const QString &text);
 
-    //! Hands over what has been printed so far, before something that takes long.
+    //! Flushes the output, before work that takes long.
     void flush() const;
 
-    //! What JSON's "result" will hold.
+    //! Sets the "result" of the JSON document.
     void setResult(const QJsonObject &result) { m_result = result; }
 
-    //! A sentence for the user beside the result, on the standard error; not with JSON.
+    //! Prints a message for the user to the standard error; not with JSON.
     void note(const QString &sentence) const;
 
-    //! One sentence: what went wrong and what to do.
+    //! Prints the sentence of a failure.
     void error(const QString &sentence) const;
 
-    //! Prints the JSON document, with \a failure when there is one; only the first call does.
-    //! \return whether everything could be written
+    //! Prints the result, with \a failure if it is not null. Further calls have no effect.
+    //! \return true if everything could be written
     bool finish(const Failure *failure);
 
-    //! \a text in bold, or as it is where colour does not belong.
+    //! Returns \a text in bold, or unchanged if the output has no colours.
     static QString strong(const QString &text);
 
 private:

@@ -120,7 +120,7 @@ int Progress::percent() const
 QString Progress::line(int width) const
 {
     const QString tail = QStringLiteral(" %1 % %2").arg(percent(), 3).arg(figures());
-    // The last column stays free: some terminals go to the next line there.
+    // The last column is not used, because some terminals would start a new line.
     const int room = width - 1 - displayWidth(tail);
     const QString name = elided(m_what, qBound(NarrowestBar, room / 2, WidestName));
     const int bar = qMin(room - displayWidth(name) - 3, WidestBar);

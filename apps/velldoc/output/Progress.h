@@ -9,10 +9,10 @@ namespace velldoc {
 
 class Output;
 
-//! \brief One line on the terminal that tells how far a transfer is, how fast it goes and how long it will take.
+//! \brief The progress, the speed and the remaining time of a transfer in one line on the terminal.
 //!
-//! Without a terminal on the standard error there are plain lines, one for every tenth of what takes longer than a second, and
-//! none with JSON.
+//! If the standard error is not a terminal, it prints a line for each tenth of a transfer that takes longer than a second, and
+//! nothing with JSON.
 class Progress
 {
 public:
@@ -20,18 +20,18 @@ public:
     ~Progress(); //!< clears the line
     Q_DISABLE_COPY(Progress)
 
-    //! A new figure from 0 to \a totalBytes; the rate is measured anew.
+    //! Starts a new progress from 0 to \a totalBytes, and a new measurement of the speed.
     void begin(const QString &what, qint64 totalBytes);
 
     void setText(const QString &what);
 
-    //! \a doneBytes beyond the total count as the total, and 100 % is kept for end().
+    //! Sets the progress. \a doneBytes is limited to the total; 100 % is shown only by end().
     void update(qint64 doneBytes);
 
-    //! The transfer is complete.
+    //! Shows that the transfer is complete.
     void end();
 
-    //! Takes the line away, so that something else can be printed.
+    //! Clears the line, so that other text can be printed.
     void clear();
 
 private:
@@ -45,7 +45,7 @@ private:
 
     const bool m_isShown;
     const bool m_isPlain;
-    int m_plainTenths = 0; //!< that have been told of
+    int m_plainTenths = 0; //!< printed so far
     QString m_what;
     qint64 m_totalBytes = 0;
     qint64 m_doneBytes = 0;

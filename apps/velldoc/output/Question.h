@@ -4,14 +4,14 @@
 
 namespace velldoc {
 
-//! Whether there is somebody at a terminal who can be asked.
+//! Returns true if the user can be asked on a terminal.
 bool canAsk();
 
-//! Asks a question that is answered with yes or no; anything but a clear yes is a no.
+//! Asks a question. Returns true only if the answer is yes.
 //! \throws Failure after Ctrl-C
 bool confirm(const QString &question);
 
-//! Writes \a text to the standard error, as it is, at once.
+//! Writes \a text unchanged to the standard error, and flushes it.
 void say(const QString &text);
 
 } // namespace velldoc

@@ -7,7 +7,7 @@ namespace velldoc {
 
 namespace {
 
-//! What is shown without a choice, as far as it is there.
+//! The fields that are printed by default, if the result has them.
 const QStringList &usualColumns()
 {
     static const QStringList columns{
@@ -19,7 +19,7 @@ const QStringList &usualColumns()
     return columns;
 }
 
-//! Fields of a document within an entry count as those of the entry.
+//! Fields of a document inside an entry are treated as fields of the entry.
 QJsonObject flattened(const QJsonObject &entry)
 {
     QJsonObject flat = entry.value(QLatin1String("document")).toObject();

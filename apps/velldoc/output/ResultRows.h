@@ -6,18 +6,19 @@
 
 namespace velldoc {
 
-//! \brief The list of a result as rows of texts.
+//! \brief The list of a result as rows of text.
 struct ResultRows
 {
     QStringList columns;
     QList<QStringList> rows;
 };
 
-//! The first list of \a result; of a list of folders the entries, each with its path. A result without a list is one row.
-//! \param columns the fields that are wanted, as JSON names them; empty for those that people look for first
+//! Returns the first list of \a result; for a list of folders their entries, each with its path. A result without a list is one
+//! row.
+//! \param columns the JSON names of the fields; empty for the most important ones
 ResultRows rowsOf(const QJsonObject &result, const QStringList &columns);
 
-//! One line of CSV as RFC 4180 has it, or of tab-separated values, in which tabs, line ends and backslashes are written \\t, \\n
+//! Returns a line of CSV (RFC 4180), or of tab-separated values, in which tabs, newlines and backslashes are written as \\t, \\n
 //! and \\\\.
 QString rowText(const QStringList &cells, bool isCsv);
 

@@ -71,7 +71,7 @@ QList<int> Table::naturalWidths() const
 QList<int> Table::shownColumns(const QList<int> &widths, int width) const
 {
     QList<int> shown;
-    int least = -Gap; // of all columns, with those that shrink as narrow as they can be read
+    int least = -Gap; // of all columns, with shrinkable columns at their least readable width
     for (int i = 0; i < m_columns.size(); ++i) {
         const bool shrinks = m_columns.at(i).fit == Fit::Shrinks;
         least += Gap + (shrinks ? qMin(widths.at(i), ReadableColumn) : widths.at(i));
@@ -94,7 +94,7 @@ QList<int> Table::fittedWidths(QList<int> widths, int width) const
     for (const int column : qAsConst(widths))
         total += column + Gap;
     int excess = narrow(widths, total - width, Fit::Shrinks, NarrowestColumn);
-    // Only very narrow terminals come to this.
+    // Only for very narrow terminals.
     excess = narrow(widths, excess, Fit::Whole, NarrowestWhole);
     narrow(widths, excess, Fit::Shrinks, NarrowestOfAll);
     return widths;

@@ -6,11 +6,11 @@
 
 namespace velldoc {
 
-//! \brief Rows of columns that fit a width.
+//! \brief A table that is fitted to a width.
 //!
-//! Columns stand two blanks apart. When the widest cells do not fit, the columns that may shrink are cut, the
-//! widest first, down to a width that still says something, and only then the others; before that the columns that may be dropped
-//! go, the first of them last. Without a width nothing is cut.
+//! Columns are separated by two spaces. If the cells are too wide, columns that may be dropped are dropped,
+//! the last one first; then the widest of the columns that may shrink is cut, down to a least width, and then
+//! the other columns. Without a width nothing is cut.
 class Table
 {
 public:
@@ -19,11 +19,11 @@ public:
     void addColumn(const QString &title, Qt::Alignment alignment = Qt::AlignLeft,
                    Fit fit = Fit::Whole);
 
-    //! One cell for each column; characters that would steer a terminal are replaced when one shows them.
+    //! Adds a row with a cell for each column. For a terminal, control characters are replaced.
     void addRow(const QStringList &cells);
 
-    //! The lines, titles first, without blanks at their ends.
-    //! \param width columns of the terminal, 0 for no limit
+    //! Returns the lines, beginning with the titles, without spaces at their ends.
+    //! \param width the number of columns of the terminal; 0 for no limit
     QStringList lines(int width) const;
 
 private:
@@ -34,11 +34,11 @@ private:
         Fit fit;
     };
 
-    //! The columns that are shown.
+    //! Returns the columns that are not dropped.
     QList<int> shownColumns(const QList<int> &widths, int width) const;
     QList<int> naturalWidths() const;
     QList<int> fittedWidths(QList<int> widths, int width) const;
-    //! Takes \a excess from the columns of one kind, none narrower than \a least. \return what is left to take
+    //! Narrows the columns of one kind by \a excess in total, each to at least \a least. \return the remaining excess
     int narrow(QList<int> &widths, int excess, Fit fit, int least) const;
     QString line(const QStringList &cells, const QList<int> &widths) const;
 

@@ -44,7 +44,7 @@ bool terminal::readLine(QString *line)
 
 bool terminal::readHiddenLine(const QString &prompt, QString *line)
 {
-    // Before the prompt, so that not even the fastest fingers are seen.
+    // Before the prompt, so that nothing typed is shown.
     const HiddenInput hidden;
     write(stderr, prompt);
     const bool isRead = readLine(line);

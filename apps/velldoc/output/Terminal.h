@@ -10,42 +10,42 @@
 namespace velldoc {
 
 //! \file
-//! \brief What differs from one operating system to another: terminals and files.
+//! \brief Functions that depend on the operating system: terminals and files.
 
 namespace terminal {
 
-//! Texts of the program, its arguments and file names are UTF-8 everywhere, whatever the locale.
+//! Sets the encoding of texts, arguments and file names to UTF-8, independently of the locale.
 void prepare();
 
 bool isTerminal(std::FILE *stream);
 
-//! Columns of the terminal on \a stream; 0 when it is none.
+//! Returns the number of columns of the terminal on \a stream; 0 if it is not a terminal.
 int width(std::FILE *stream);
 
-//! The same without asking the environment; 0 also when the terminal does not tell.
+//! Like columns(), without the environment; returns 0 also if the terminal does not report its width.
 int columnsOf(std::FILE *stream);
 
-//! Whether \a stream is a terminal that knows the escape sequences of colour and of erasing.
+//! Returns true if \a stream is a terminal with the escape sequences for colours and for erasing.
 bool hasSequences(std::FILE *stream);
 
-//! Whether \a stream may be written to in colour: such a terminal, and the user has not set NO_COLOR.
+//! Returns true if \a stream is such a terminal, and the user has not set NO_COLOR.
 bool hasColour(std::FILE *stream);
 
-//! Writes \a text, which is shown when the stream is flushed. False when not all could be written; errno
-//! tells why.
+//! Writes \a text, which is shown when the stream is flushed. Returns false if not all could be written; errno
+//! has the reason.
 bool write(std::FILE *stream, const QString &text);
 
-//! One byte of the standard input, unbuffered, so that Ctrl-C ends the wait; -1 at the end.
+//! Reads one byte from the standard input, unbuffered, so that Ctrl-C ends the wait. Returns -1 at the end.
 int readByte();
 
-//! Reads one line from the standard input without its end. False at the end of the input and after
+//! Reads one line from the standard input, without the newline. Returns false at the end of the input and after
 //! Ctrl-C.
 bool readLine(QString *line);
 
-//! The same behind a \a prompt on the standard error, with what is typed hidden, for secrets.
+//! Like readLine(), with a \a prompt on the standard error and without echo, for secrets.
 bool readHiddenLine(const QString &prompt, QString *line);
 
-//! Turns the echo of the standard input off while it lives.
+//! Turns off the echo of the standard input during its lifetime.
 class HiddenInput
 {
 public:
@@ -62,20 +62,20 @@ private:
 
 namespace system_files {
 
-//! Makes \a path readable and writable for its owner alone.
+//! Makes \a path readable and writable only for its owner.
 bool makePrivate(const QString &path);
 
-//! Shows the file \a path in the program that the desktop has for its kind. \return whether that could be started
+//! Opens the file \a path in the default program of the desktop. \return true if the program was started
 bool openWithDesktop(const QString &path);
 
-//! Whether a file can have this name here.
+//! Returns true if the name is valid for a local file.
 bool isFileName(const QString &name);
 
-//! The names of everything in the folder \a path, sorted.
-//! \param notText those that are no text, and so cannot be sent, as far as they can be shown
+//! Returns the names of all entries of the folder \a path, sorted.
+//! \param notText set to the names that are not valid UTF-8, in a readable form
 QStringList entriesOf(const QString &path, QStringList *notText);
 
-//! The same text for paths that name the same file, as those do that differ in case on Windows.
+//! Returns a key that is equal for paths of the same file, for example for paths that differ only in case on Windows.
 QString uniqueKey(const QString &path);
 
 } // namespace system_files

@@ -55,7 +55,7 @@ namespace {
 
 termios hiddenModes; // while an input is hidden
 
-//! The shell has given the terminal modes of its own while the program was stopped.
+//! The shell has changed the modes of the terminal while the program was stopped.
 extern "C" void onContinue(int)
 {
     tcsetattr(STDIN_FILENO, TCSANOW, &hiddenModes);

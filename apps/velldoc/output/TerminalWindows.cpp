@@ -24,7 +24,7 @@ HANDLE handleOf(std::FILE *stream)
 void terminal::prepare()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-    // What a document holds goes out as it is, and what scripts read is the same everywhere.
+    // Contents are written unchanged, and scripts read the same output on every system.
     for (std::FILE *const stream : {stdin, stdout, stderr})
         _setmode(_fileno(stream), _O_BINARY);
     SetConsoleCP(CP_UTF8);
@@ -58,7 +58,7 @@ bool terminal::hasSequences(std::FILE *stream)
 
 bool terminal::write(std::FILE *stream, const QString &text)
 {
-    // As bytes, a console would show a character that it gets in two pieces as two wrong ones.
+    // If a character were written as bytes in two parts, a console would show two wrong characters.
     if (isTerminal(stream)) {
         DWORD written = 0;
         return WriteConsoleW(handleOf(stream), text.utf16(), static_cast<DWORD>(text.size()),
@@ -98,7 +98,7 @@ terminal::HiddenInput::~HiddenInput()
 
 bool system_files::makePrivate(const QString &)
 {
-    return true; // the folder of a user's settings is the user's own
+    return true; // on Windows only the user has access to the folder of the settings
 }
 
 bool system_files::openWithDesktop(const QString &path)

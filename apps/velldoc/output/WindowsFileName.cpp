@@ -9,7 +9,7 @@ namespace velldoc {
 bool isWindowsFileName(const QString &name)
 {
     static const QString reserved = QStringLiteral("/\\:*?\"<>|");
-    // With any suffix, too: NUL.txt is the device.
+    // With any suffix: NUL.txt is a device, too.
     static const QRegularExpression device(
         QStringLiteral(
             "^(CON|PRN|AUX|NUL|COM[0-9\u00b9\u00b2\u00b3]|LPT[0-9\u00b9\u00b2\u00b3])\\s*(\\.|$)"),

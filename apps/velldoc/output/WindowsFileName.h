@@ -4,7 +4,7 @@
 
 namespace velldoc {
 
-//! Whether Windows can have a file of this name: no device, no reserved character, no blank or full stop at the
+//! Returns true if the name is valid on Windows: no device, no reserved character, no space or full stop at the
 //! end.
 bool isWindowsFileName(const QString &name);
 

@@ -18,10 +18,9 @@ constexpr std::chrono::milliseconds RetryInterval(100);
 
 [[noreturn]] void refuseMissing()
 {
-    throw Failure(
-        ExitUsage,
-        Text::tr("This velldoc was built without a service of its own: name one with --url, "
-                 "for example one started with \"vell-service --data DIR\"."));
+    throw Failure(ExitUsage,
+                  Text::tr("This velldoc was built without a service: pass the address of one with "
+                           "--url, for example of one started with \"vell-service --data DIR\"."));
 }
 
 } // namespace
@@ -39,11 +38,10 @@ QString EmbeddedService::start(const QString &dataDir)
         if (outcome == Outcome::Failed)
             throw Failure(ExitFailed, m_service.error());
         if (clock.hasExpired(WaitForFolderMs)) {
-            throw Failure(
-                ExitFailed,
-                Text::tr("Another velldoc is working on %1: try again when it has finished, or "
-                         "share the folder with \"velldoc serve\".")
-                    .arg(dataDir));
+            throw Failure(ExitFailed,
+                          Text::tr("Another velldoc is using %1: try again when it has finished, "
+                                   "or share the folder with \"velldoc serve\".")
+                              .arg(dataDir));
         }
         Interrupt::pause(RetryInterval);
     }
@@ -56,8 +54,9 @@ void EmbeddedService::serve(const QString &dataDir, const QString &address,
     case Outcome::Started:
         break;
     case Outcome::BadAddress:
-        throw Failure(ExitUsage,
-                      Text::tr("\"%1\" is no address: write it like 127.0.0.1:8080.").arg(address));
+        throw Failure(
+            ExitUsage,
+            Text::tr("\"%1\" is not an address: write it like 127.0.0.1:8080.").arg(address));
     case Outcome::Missing:
         refuseMissing();
     default:

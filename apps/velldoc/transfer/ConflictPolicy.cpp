@@ -33,22 +33,22 @@ Conflict policyFromWord(const QString &word)
     return Conflict::Ask;
 }
 
-//! The question with the answers that are possible.
+//! Returns the question with the possible answers.
 QString questionText(const ConflictPolicy::Question &question)
 {
-    QStringList lines{Text::tr("%1 is there already.").arg(question.remotePath)};
+    QStringList lines{Text::tr("%1 already exists.").arg(question.remotePath)};
     if (!question.there.isEmpty()) {
         lines += {Text::tr("  there: %1").arg(question.there),
                   Text::tr("  yours: %1").arg(question.here)};
     }
     if (question.canReplace)
-        lines.append(Text::tr("  r  replace it: the file becomes its new version"));
-    lines += {Text::tr("  n  keep it, and store the file as %1").arg(question.newName),
+        lines.append(Text::tr("  r  replace it: store the file as a new version"));
+    lines += {Text::tr("  n  keep both: store the file as %1").arg(question.newName),
               Text::tr("  s  skip the file"), Text::tr("  c  cancel; no file is sent")};
     QString text;
     for (const QString &line : qAsConst(lines))
         text += printable(line) + QLatin1Char('\n');
-    return text + Text::tr("A capital letter answers for all the following files, too: ");
+    return text + Text::tr("A capital letter applies to all following files, too: ");
 }
 
 } // namespace
@@ -59,7 +59,7 @@ ConflictPolicy::ConflictPolicy(const Context &context)
     if (context.isSet("update") && !word.isEmpty() && word != QLatin1String("replace"))
         throw Failure(
             ExitUsage,
-            Text::tr("%1 and %2 exclude each other.")
+            Text::tr("%1 and %2 cannot be used together.")
                 .arg(QStringLiteral("--update"), QStringLiteral("--on-conflict ") + word));
     if (!word.isEmpty())
         m_policy = policyFromWord(word);
@@ -75,7 +75,7 @@ Conflict ConflictPolicy::decide(const Question &question)
     if (decided != Conflict::Replace || question.canReplace)
         return decided;
     throw Failure(ExitFailed,
-                  Text::tr("%1 is a folder, which a file cannot replace: choose another name.")
+                  Text::tr("%1 is a folder and cannot be replaced by a file: choose another name.")
                       .arg(question.remotePath));
 }
 

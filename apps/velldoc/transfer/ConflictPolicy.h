@@ -6,31 +6,31 @@ namespace velldoc {
 
 class Context;
 
-//! What to do about a file whose name is taken at its target.
+//! What to do with a file whose name is already taken at its target.
 enum class Conflict { Ask, Replace, Rename, Skip, Cancel };
 
-//! \brief Decides it for each file of a batch: by the option, or by asking, with "for all the following".
+//! \brief Decides this for each file of a batch: by the option, or by asking the user, who may answer for all following files.
 class ConflictPolicy
 {
 public:
-    //! Reads --on-conflict and --update; without them asks on a terminal and cancels elsewhere.
+    //! Reads --on-conflict and --update. Without these options it asks on a terminal, and otherwise cancels.
     //! \throws Failure
     explicit ConflictPolicy(const Context &context);
 
-    //! What is in the way of a file.
+    //! The conflict of a file.
     struct Question
     {
         QString remotePath;
-        QString newName; //!< the name that Rename would give
-        bool canReplace = false; //!< false when a folder is in the way
-        QString there; //!< size and time of what is there; may be empty
-        QString here; //!< of the file
+        QString newName; //!< the name for Rename
+        bool canReplace = false; //!< false if the existing entry is a folder
+        QString there; //!< size and time of the existing entry; may be empty
+        QString here; //!< size and time of the file
     };
 
-    //! Whether all conflicts end with a free name.
+    //! Returns true if all conflicts are decided by renaming.
     bool renames() const { return m_policy == Conflict::Rename; }
 
-    //! Never Ask.
+    //! Returns the decision, never Ask.
     Conflict decide(const Question &question);
 
 private:

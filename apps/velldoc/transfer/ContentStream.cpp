@@ -20,7 +20,7 @@ namespace velldoc {
 
 void streamContent(Context &context, const DownloadTask &task, QIODevice &device)
 {
-    // Histories do not tell the sizes of large contents.
+    // Histories do not contain the sizes of large contents.
     const bool isSizeKnown = !task.isVersion || task.document.fileSize > 0;
     Progress progress(context.out);
     const auto clearing = qScopeGuard([&progress] { progress.clear(); });
@@ -37,9 +37,10 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
         if (failure)
             return;
         if (bytes == 0 && isTerminal && data.contains('\0')) {
-            failure.emplace(ExitFailed,
-                            Text::tr("%1 is no text: send it to a file, or pass --force.")
-                                .arg(task.document.name));
+            failure.emplace(
+                ExitFailed,
+                Text::tr("%1 is not a text: redirect the output to a file, or pass --force.")
+                    .arg(task.document.name));
             loop.quit();
             return;
         }
@@ -67,8 +68,9 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
 void prepareStandardOutput(const Context &context, QFile &output)
 {
     if (context.out.isJson())
-        throw Failure(ExitUsage,
-                      Text::tr("The standard output holds either the content or --json."));
+        throw Failure(
+            ExitUsage,
+            Text::tr("The content and --json cannot both be written to the standard output."));
     if (!output.open(stdout, QIODevice::WriteOnly))
         throw Failure(ExitFailed, Text::tr("The output could not be written."));
 }

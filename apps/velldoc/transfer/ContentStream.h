@@ -8,11 +8,11 @@ namespace velldoc {
 class Context;
 struct DownloadTask;
 
-//! Writes the content of \a task to \a device, which is open, as it arrives, with progress. \throws Failure; what has been
-//! written by then is a part of the content
+//! Writes the content of \a task to the open \a device while it arrives, with progress. \throws Failure; then a part of the content
+//! may have been written
 void streamContent(Context &context, const DownloadTask &task, QIODevice &device);
 
-//! Opens the standard output for contents. \throws Failure also when it is taken by --json
+//! Opens the standard output for contents. \throws Failure also if it is used by --json
 void prepareStandardOutput(const Context &context, QFile &output);
 
 } // namespace velldoc

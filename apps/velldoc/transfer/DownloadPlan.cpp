@@ -15,7 +15,7 @@ DownloadPlan::DownloadPlan(Context &context) : m_context(context), m_filterOptio
 {
     if (context.isSet("force") && context.isSet("no-clobber"))
         throw Failure(ExitUsage,
-                      Text::tr("%1 and %2 exclude each other.")
+                      Text::tr("%1 and %2 cannot be used together.")
                           .arg(QStringLiteral("--force"), QStringLiteral("--no-clobber")));
 }
 
@@ -24,7 +24,7 @@ void DownloadPlan::add(const VellDocument &document, const QString &target, int 
 {
     if (isFolder(document) && !m_context.isSet("recursive")) {
         throw Failure(ExitFailed,
-                      Text::tr("%1 is a folder: pass -r to fetch everything in it.")
+                      Text::tr("%1 is a folder: pass -r to download it with all its contents.")
                           .arg(document.name.isEmpty() ? QStringLiteral("/") : document.name));
     }
     QString path = target;
@@ -34,11 +34,11 @@ void DownloadPlan::add(const VellDocument &document, const QString &target, int 
             throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(target));
         if (!document.name.isEmpty() && !system_files::isFileName(document.name)) {
             refuse(document.name,
-                   Text::tr("no local file can have this name: fetch it alone, "
-                            "under another name"));
+                   Text::tr("the name is not valid for a local file: download it separately, with "
+                            "another name"));
             return;
         }
-        // The whole project has no name of its own.
+        // The top level has no name.
         if (!document.name.isEmpty())
             path = QDir(target).filePath(document.name);
     }
@@ -52,7 +52,7 @@ void DownloadPlan::add(const VellDocument &document, const QString &target, int 
 void DownloadPlan::addFolder(const VellDocument &folder, const QString &path, const QString &inRoot)
 {
     if (!m_context.isDryRun() && m_filterOptions.include.isEmpty() && !QDir().mkpath(path)) {
-        refuse(path, Text::tr("the folder cannot be made"));
+        refuse(path, Text::tr("the folder cannot be created"));
         return;
     }
     const QList<VellDocument> entries = m_context.tree().entries(folder._id);
@@ -64,7 +64,7 @@ void DownloadPlan::addFolder(const VellDocument &folder, const QString &path, co
             continue;
         if (!system_files::isFileName(entry.name))
             refuse(entryPath,
-                   Text::tr("no local file can have this name: fetch it alone, under "
+                   Text::tr("the name is not valid for a local file: download it separately, with "
                             "another name"));
         else if (isFolder(entry))
             addFolder(entry, entryPath, entryInRoot);
@@ -75,11 +75,11 @@ void DownloadPlan::addFolder(const VellDocument &folder, const QString &path, co
 
 void DownloadPlan::addFile(const VellDocument &document, const QString &path, bool isVersion)
 {
-    // The service may have several documents of one name; a folder on the disk cannot.
+    // The service may have several documents with the same name; a local folder cannot.
     const QString key = system_files::uniqueKey(path);
     if (m_planned.contains(key)) {
         refuse(path,
-               Text::tr("there are several documents of this name: fetch them one by one, by "
+               Text::tr("there are several documents with this name: download them one by one, by "
                         "their identifiers"));
         return;
     }
@@ -90,25 +90,25 @@ void DownloadPlan::addFile(const VellDocument &document, const QString &path, bo
         return;
     }
     if (local.isSymLink() && !local.exists()) {
-        refuse(path, Text::tr("it is a link to something that is not there"));
+        refuse(path, Text::tr("it is a broken link"));
         return;
     }
     DownloadTask task;
     task.document = document;
     task.isVersion = isVersion;
     task.isStream = local.exists() && !local.isFile();
-    // What a link leads to is written, and the link stays.
+    // The target of a link is written; the link remains.
     task.localPath = local.isSymLink() && local.isFile() ? local.canonicalFilePath() : path;
     m_found.append(task);
 }
 
-//! The contents of the local files that may be right already, by path.
+//! Returns the contents of the local files that may already be up to date, by path.
 QHash<QString, QString> DownloadPlan::readContents()
 {
     QStringList paths;
     for (const DownloadTask &task : qAsConst(m_found)) {
         const QFileInfo local(task.localPath);
-        // Histories do not tell the sizes of large contents.
+        // Histories do not contain the sizes of large contents.
         const bool canBeEqual = local.size() == task.document.fileSize
             || (task.isVersion && task.document.fileSize <= 0);
         if (local.isFile() && local.size() > 0 && canBeEqual)
@@ -138,7 +138,7 @@ void DownloadPlan::settle()
     m_found.clear();
 }
 
-//! Whether what is at the target is to be replaced, if something is. \throws Failure if that has not been said
+//! Returns true if an existing target must be replaced. \throws Failure if no option says so
 bool DownloadPlan::isToFetch(const DownloadTask &task)
 {
     if (!QFileInfo::exists(task.localPath) || m_context.isSet("force"))
@@ -146,8 +146,7 @@ bool DownloadPlan::isToFetch(const DownloadTask &task)
     if (!m_context.isSet("no-clobber")) {
         throw Failure(
             ExitFailed,
-            Text::tr("%1 is there already: pass --force to replace it, or --no-clobber to "
-                     "skip it.")
+            Text::tr("%1 already exists: pass --force to replace it, or --no-clobber to skip it.")
                 .arg(task.localPath));
     }
     m_skipped.append(task.localPath);

@@ -16,32 +16,32 @@ namespace velldoc {
 
 class Context;
 
-//! \brief One content on its way to a local file.
+//! \brief The download of one content.
 struct DownloadTask
 {
-    VellDocument document; //!< or the version of it that is wanted
+    VellDocument document; //!< or a version of it
     bool isVersion = false;
-    bool isStream = false; //!< the target is a device or a pipe, which is written to as it is
+    bool isStream = false; //!< the target is a device or a pipe, which is written directly
     QString localPath;
 };
 
-//! \brief Which contents are to go into which local files, settled before the first byte is fetched.
+//! \brief The downloads of a command, decided before the first byte is received.
 //!
-//! A local file that has the content already is left as it is, so that the same command goes on where an earlier run has stopped.
+//! A local file that already has the content is skipped, so that the same command continues where an earlier run has stopped.
 class DownloadPlan
 {
 public:
     //! \throws Failure
     explicit DownloadPlan(Context &context);
 
-    //! Adds the file, or with --recursive the folder with everything below, for the local folder \a target; a single
-    //! source may also take \a target as its name. Makes local folders. \throws Failure
-    //! \param isVersion \a document is a version from a history
-    //! \param isOwn the folder \a target has been made for \a document by an earlier run of this command
+    //! Adds the file, or with --recursive the folder with all its contents, for the local folder \a target; for a single
+    //! source, \a target may also be the new path. Creates local folders. \throws Failure
+    //! \param isVersion true if \a document is a version from a history
+    //! \param isOwn true if an earlier run of this command has created the folder \a target for \a document
     void add(const VellDocument &document, const QString &target, int sourceCount, bool isVersion,
              bool isOwn = false);
 
-    //! Decides about the files that have been added. \throws Failure
+    //! Decides the conflicts of the added files. \throws Failure
     void settle();
 
     const QList<DownloadTask> &tasks() const { return m_tasks; }
@@ -50,9 +50,9 @@ public:
     const QStringList &unchanged() const
     {
         return m_unchanged;
-    } //!< of files that are there already
+    } //!< local paths of files that already have the content
 
-    //! Local paths that cannot be written, each with the reason.
+    //! Returns the local paths that cannot be written, each with the reason.
     const QList<QPair<QString, QString>> &unwritable() const { return m_unwritable; }
 
 private:

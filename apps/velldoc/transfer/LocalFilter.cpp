@@ -23,7 +23,7 @@ VellPathFilter FilterOptions::filterFor(const QString &root) const
         if (error)
             throw Failure(ExitFailed, Text::tr("%1 cannot be read.").arg(path));
     }
-    // What downloads that are under way keep beside their targets.
+    // The temporary files of running downloads.
     patterns.append(QStringLiteral(".vell-*.part"));
     return {include, patterns};
 }

@@ -9,7 +9,7 @@ namespace velldoc {
 
 class Context;
 
-//! \brief What --include, --exclude and --ignore-file say about the entries of folders.
+//! \brief The values of --include, --exclude and --ignore-file.
 struct FilterOptions
 {
     explicit FilterOptions(const Context &context);
@@ -18,7 +18,7 @@ struct FilterOptions
     QStringList exclude;
     QString ignoreFile; //!< its name; empty for none
 
-    //! For the local folder \a root. \throws Failure when its ignore file cannot be read
+    //! Returns the filter for the local folder \a root. \throws Failure if its ignore file cannot be read
     VellPathFilter filterFor(const QString &root) const;
 };
 

@@ -19,7 +19,7 @@ namespace {
 
 using Action = VellSyncStep::Action;
 
-//! Where the memory of these two folders is kept.
+//! Returns the path of the VellSyncMemory of these two folders.
 QString memoryPath(const Context &context, const QString &localRoot, const QString &rootId)
 {
     const QStringList parts{context.settings.url, context.settings.dataDir,
@@ -120,7 +120,7 @@ void SyncRun::compare()
     keepNewerTargets();
 }
 
-//! A local file that somebody has changed since is not lost to a download. The service keeps the earlier version of a document.
+//! A local file that has been changed since the comparison is not replaced by a download. On the service, the earlier version is kept.
 void SyncRun::keepNewerTargets()
 {
     if (m_direction == VellSyncDirection::Up || m_context.isSet("force"))
@@ -130,7 +130,7 @@ void SyncRun::keepNewerTargets()
             continue;
         step.action = Action::Leave;
         step.sizeBytes = 0;
-        fail(step, Text::tr("the local file has been changed later: pass --force to replace it"));
+        fail(step, Text::tr("the local file is newer: pass --force to replace it"));
     }
 }
 
@@ -159,7 +159,7 @@ void SyncRun::execute()
         m_memory->save();
         throw Failure(failure.code(),
                       failure.sentence() + QLatin1Char(' ')
-                          + Text::tr("The same command goes on from here."),
+                          + Text::tr("The same command continues from here."),
                       failure.httpStatus());
     }
     m_memory->noteSame(m_plan);
@@ -178,8 +178,9 @@ void SyncRun::makeFolders()
 {
     const bool isUp = m_direction == VellSyncDirection::Up;
     if (!isUp && !QDir().mkpath(m_localRoot))
-        throw Failure(ExitFailed,
-                      Text::tr("%1: %2.").arg(m_localRoot, Text::tr("the folder cannot be made")));
+        throw Failure(
+            ExitFailed,
+            Text::tr("%1: %2.").arg(m_localRoot, Text::tr("the folder cannot be created")));
     for (const VellSyncStep &step : qAsConst(m_plan.steps)) {
         if (step.action != Action::CreateFolder)
             continue;
@@ -188,7 +189,7 @@ void SyncRun::makeFolders()
         if (isUp)
             m_folderIds.insert(step.path, m_context.tree().makeFolder(parentIdOf(step), name)._id);
         else if (!QDir().mkpath(step.localPath))
-            fail(step, Text::tr("the folder cannot be made"));
+            fail(step, Text::tr("the folder cannot be created"));
         m_done.append(stepJson(step, isUp));
         if (m_context.verbosity() > 0)
             m_context.out.printName(stepText(step, isUp));
@@ -252,7 +253,7 @@ void SyncRun::transfer()
     const auto report = [&] {
         for (const Transfers::Done &entry : transfers.done()) {
             const VellSyncStep step = steps.value(entry.id);
-            // So that the next comparison in the other direction knows it.
+            // For the next comparison in the other direction.
             if (!isUp) {
                 QFile file(step.localPath);
                 if (file.open(QIODevice::ReadWrite))
@@ -292,7 +293,7 @@ void SyncRun::remove()
         Interrupt::check();
         if (!isUp && !removeLocal(step))
             continue;
-        // What is in a folder goes with it.
+        // The contents of a folder are removed with it.
         if (isUp && !removed.contains(step.parentPath))
             ids.append(step.document._id);
         m_done.append(stepJson(step, isUp));
@@ -341,11 +342,10 @@ void SyncRun::finish()
     const int files =
         isDryRun ? m_plan.count(Action::Create) + m_plan.count(Action::Replace) : m_doneCount;
     const qint64 bytes = isDryRun ? m_plan.bytesToTransfer() : m_bytes;
-    m_context.out.note(Text::tr("%n file(s) transferred, %1;", nullptr, files).arg(sizeText(bytes))
-                       + QLatin1Char(' ')
-                       + Text::tr("%n removed;", nullptr, m_plan.count(Action::Remove))
-                       + QLatin1Char(' ')
-                       + Text::tr("%n left as they are.", nullptr, m_plan.count(Action::Leave)));
+    m_context.out.note(
+        Text::tr("%n file(s) transferred, %1;", nullptr, files).arg(sizeText(bytes))
+        + QLatin1Char(' ') + Text::tr("%n removed;", nullptr, m_plan.count(Action::Remove))
+        + QLatin1Char(' ') + Text::tr("%n unchanged.", nullptr, m_plan.count(Action::Leave)));
     if (!m_failed.isEmpty())
         throw Failure(ExitFailed,
                       Text::tr("%n file(s) could not be synchronized.", nullptr, m_failed.size()));

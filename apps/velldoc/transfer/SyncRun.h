@@ -15,20 +15,20 @@ namespace velldoc {
 
 class Context;
 
-//! \brief One comparison of a local folder with one of the service, and what makes one like the other.
+//! \brief Compares a local folder with a folder of the service, and makes one equal to the other.
 class SyncRun
 {
 public:
-    //! \param remote the folder on the service, which is made for VellSyncDirection::Up if it is missing
+    //! \param remote the folder on the service, which is created for VellSyncDirection::Up if it does not exist
     //! \throws Failure
     SyncRun(Context &context, VellSyncDirection direction, const QString &localRoot,
             const RemotePath &remote);
 
-    //! Compares; the plan may hold nothing to do. \throws Failure
+    //! Compares the folders. \throws Failure
     void compare();
-    //! Does the steps. \throws Failure when not all could be done
+    //! Executes the steps. \throws Failure if a step has failed
     void execute();
-    //! Prints what execute() would do.
+    //! Prints the steps of execute().
     void show();
 
     const VellSyncPlan &plan() const { return m_plan; }
@@ -54,14 +54,14 @@ private:
     QDateTime m_comparedAt;
     VellSyncPlan m_plan;
     std::optional<VellSyncMemory> m_memory;
-    QHash<QString, QString> m_folderIds; // of the folders that have been made, by path
+    QHash<QString, QString> m_folderIds; // created folders, by path
     QList<QPair<QString, QString>> m_failed; // path and reason
     QJsonArray m_done;
     qint64 m_bytes = 0;
     int m_doneCount = 0;
 };
 
-//! Prints what the plan leaves out and why. \return how many
+//! Prints the entries that the plan excludes, with the reasons. \return their number
 int reportProblems(Context &context, const VellSyncPlan &plan,
                    QList<QPair<QString, QString>> *failed);
 

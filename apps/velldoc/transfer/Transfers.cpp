@@ -15,10 +15,10 @@ using State = VellTransferState;
 
 constexpr int MostAttempts = 6;
 constexpr int UsualTransfers = 4;
-// What six attempts take; the session looks for the service more often.
-constexpr std::chrono::milliseconds Patience = 15s;
+// The time of six attempts; the session tries to reach the service more often.
+constexpr std::chrono::milliseconds GiveUpTime = 15s;
 
-//! Whether the other transfers would fail in the same way.
+//! Returns true if the other transfers would fail in the same way.
 bool concernsAll(const Failure &failure, const VellTransfer &transfer)
 {
     switch (transfer.error.kind) {
@@ -48,16 +48,16 @@ Transfers::Transfers(Context &context, qint64 totalBytes)
                      [this](const QVector<qint64> &ids) { note(ids); });
     QObject::connect(&m_queue, &VellTransferQueue::ended, &m_loop,
                      [this](const VellTransfer &transfer, const VellDocument &document) {
-                         takeEnd(transfer, document);
+                         onEnded(transfer, document);
                      });
     QObject::connect(&m_queue, &VellTransferQueue::asked, &m_loop,
                      [this](const VellTransferQuestion &question) {
                          m_taken.insert(question.id);
                          m_queue.cancel(question.id);
                      });
-    m_patience.setSingleShot(true);
-    m_patience.setInterval(Patience);
-    QObject::connect(&m_patience, &QTimer::timeout, &m_loop,
+    m_giveUp.setSingleShot(true);
+    m_giveUp.setInterval(GiveUpTime);
+    QObject::connect(&m_giveUp, &QTimer::timeout, &m_loop,
                      [this] { giveUp(m_context.session().describe(m_lastError)); });
     QObject::connect(context.session().documents().session(), &VellSession::stateChanged, &m_loop,
                      [this] { watchConnection(); });
@@ -71,7 +71,7 @@ void Transfers::run(const QString &firstName)
     m_firstName = firstName;
     // Also before the sentence about a failure is printed.
     const auto clearing = qScopeGuard([this] { m_progress.clear(); });
-    // After Ctrl-C no part of a small file is left behind.
+    // After Ctrl-C no temporary file of a small file remains.
     auto cancelling = qScopeGuard([this] { m_queue.cancelAll(); });
     m_progress.begin(label(), m_totalBytes);
     while (m_endedCount < m_count) {
@@ -111,12 +111,12 @@ void Transfers::watchConnection()
     const bool isOffline =
         m_context.session().documents().session()->state() == VellSession::State::Offline;
     if (!isOffline)
-        m_patience.stop();
-    else if (!m_patience.isActive())
-        m_patience.start();
+        m_giveUp.stop();
+    else if (!m_giveUp.isActive())
+        m_giveUp.start();
 }
 
-void Transfers::takeEnd(const VellTransfer &transfer, const VellDocument &document)
+void Transfers::onEnded(const VellTransfer &transfer, const VellDocument &document)
 {
     ++m_endedCount;
     if (transfer.state == State::Done) {
@@ -124,8 +124,8 @@ void Transfers::takeEnd(const VellTransfer &transfer, const VellDocument &docume
     } else if (m_taken.contains(transfer.id)) {
         m_failed.append({transfer.id,
                          {ExitFailed,
-                          Text::tr("Something of this name has been made meanwhile: run the same "
-                                   "command again.")}});
+                          Text::tr("An entry with this name has been created meanwhile: run the "
+                                   "same command again.")}});
     } else if (transfer.state == State::Failed) {
         const Failure failure = m_context.session().describe(transfer.error);
         if (concernsAll(failure, transfer))
@@ -138,7 +138,7 @@ void Transfers::takeEnd(const VellTransfer &transfer, const VellDocument &docume
         m_loop.quit();
 }
 
-//! Stops what is left; the first reason counts.
+//! Stops the remaining transfers; the first reason is reported.
 void Transfers::giveUp(const Failure &reason)
 {
     if (m_fatal)

@@ -17,14 +17,14 @@ namespace velldoc {
 
 class Context;
 
-//! \brief The transfers of one command: a queue, its progress on the terminal, and when to give up.
+//! \brief The transfers of one command: a queue with progress on the terminal.
 class Transfers
 {
 public:
     struct Done
     {
         qint64 id = 0;
-        VellDocument document; //!< what an upload has made, or the source of a download
+        VellDocument document; //!< the result of an upload, or the source of a download
     };
 
     struct Failed
@@ -33,20 +33,20 @@ public:
         Failure reason;
     };
 
-    //! \param totalBytes of all that will be transferred
+    //! \param totalBytes the size of all transfers
     Transfers(Context &context, qint64 totalBytes);
     ~Transfers();
     Q_DISABLE_COPY(Transfers)
 
-    //! To add transfers to, before run().
+    //! Returns the queue. Add transfers before run().
     VellTransferQueue &queue() { return m_queue; }
-    //! For transfers whose conflicts are settled: one that arises later makes the transfer fail.
+    //! Returns the batch for transfers without conflicts: if there is a conflict nevertheless, the transfer fails.
     int batch() const { return m_batch; }
 
-    //! Waits until each transfer has ended, and says which are tried again.
+    //! Waits until all transfers have ended, and reports retries.
     //! \param firstName for the progress of a single file
-    //! \throws Failure if it is of no use to go on with those that are left: no connection, no permission, no room, Ctrl-C. done()
-    //! and failed() have what had ended by then.
+    //! \throws Failure if the remaining transfers would fail, too: no connection, no permission, disk full, Ctrl-C. done()
+    //! and failed() contain the transfers that have ended before.
     void run(const QString &firstName);
 
     const QVector<Done> &done() const { return m_done; }
@@ -55,7 +55,7 @@ public:
 
 private:
     void note(const QVector<qint64> &ids);
-    void takeEnd(const VellTransfer &transfer, const VellDocument &document);
+    void onEnded(const VellTransfer &transfer, const VellDocument &document);
     void giveUp(const Failure &reason);
     void watchConnection();
     void showProgress();
@@ -67,14 +67,14 @@ private:
     VellTransferQueue m_queue;
     const int m_batch;
     QEventLoop m_loop;
-    QTimer m_patience; // while the service cannot be reached
+    QTimer m_giveUp; // running while the service cannot be reached
     int m_count = 0;
     int m_endedCount = 0;
     QString m_firstName;
     qint64 m_hashing = 0; // the transfer whose file is being read
     bool m_isHashingShown = false;
-    QSet<qint64> m_retried; // that have been told of
-    QSet<qint64> m_taken; // whose names have been taken meanwhile
+    QSet<qint64> m_retried; // whose retries have been reported
+    QSet<qint64> m_taken; // whose names are no longer free
     VellError m_lastError;
     std::optional<Failure> m_fatal;
     QVector<Done> m_done;

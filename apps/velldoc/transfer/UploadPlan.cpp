@@ -41,14 +41,14 @@ void UploadPlan::addEntry(const QFileInfo &local, const Place &place)
     Interrupt::check();
     if (isLeftOut(local, place))
         return;
-    // A link to a folder is not followed unasked, so that no tree is walked in circles.
+    // By default links to folders are not followed, so that no folder is read endlessly.
     if (local.isDir() && local.isSymLink() && m_links != Links::Follow)
         refuse(local, Text::tr("it is a link to a folder"));
     else if (local.isDir() && isCircle(local))
-        refuse(local, Text::tr("it is a link to a folder that it is in"));
+        refuse(local, Text::tr("it is a link to one of the folders above it"));
     else if (m_links == Links::Follow && local.isSymLink() && local.exists())
         addTarget(QFileInfo(local.canonicalFilePath()),
-                  place); // Windows opens a shortcut, not what is behind it
+                  place); // Windows opens the shortcut, not its target
     else
         addTarget(local, place);
 }
@@ -75,7 +75,7 @@ bool UploadPlan::isCircle(const QFileInfo &local) const
     return local.isSymLink() && m_above.contains(local.canonicalFilePath());
 }
 
-//! Whether a file below \a folder is to go, where only some are.
+//! Returns true if a file below \a folder is included by the filter.
 bool UploadPlan::holdsWanted(const QString &folder, const QString &inRoot) const
 {
     if (m_filterOptions.include.isEmpty() || !m_filter || inRoot.isEmpty())
@@ -122,7 +122,7 @@ void UploadPlan::addFolder(const QFileInfo &local, const Place &place)
         addEntry(QFileInfo(folderOnDisk.filePath(entry)), inside);
     }
     for (const QString &entry : qAsConst(notText))
-        refuse(QFileInfo(folderOnDisk.filePath(entry)), Text::tr("its name is not UTF-8 text"));
+        refuse(QFileInfo(folderOnDisk.filePath(entry)), Text::tr("its name is not valid UTF-8"));
     m_above.removeLast();
 }
 
@@ -130,10 +130,11 @@ void UploadPlan::addFile(const QFileInfo &local, const Place &place)
 {
     if (!local.exists() || !local.isFile()) {
         refuse(local,
-               local.exists() ? Text::tr("it is no plain file") : Text::tr("it is not there"));
+               local.exists() ? Text::tr("it is not a regular file")
+                              : Text::tr("it does not exist"));
         return;
     }
-    // The size that QFileInfo has of a shortcut of Windows is that of the file behind it.
+    // For a shortcut of Windows, QFileInfo returns the size of its target.
     QFile file(local.filePath());
     if (!file.open(QIODevice::ReadOnly)) {
         refuse(local, Text::tr("it cannot be read"));
@@ -149,7 +150,7 @@ void UploadPlan::addFile(const QFileInfo &local, const Place &place)
     m_found.append(task);
 }
 
-//! The contents of the files that may be there already, by local path.
+//! Returns the contents of the files that may already be stored, by local path.
 QHash<QString, QString> UploadPlan::readContents()
 {
     QStringList paths;
@@ -165,7 +166,7 @@ QHash<QString, QString> UploadPlan::readContents()
     return session.await(VellSyncPlan::contentIds(session.documents().session(), paths));
 }
 
-//! Whether the target has the content already, under the wanted name or, where files are renamed, under a free one.
+//! Returns true if the target already has the content, with the wanted name or, if files are renamed, with a free one.
 bool UploadPlan::isThere(const UploadTask &task, const QHash<QString, QString> &contents)
 {
     const QHash<QString, VellDocument> &names = m_context.tree().namesIn(task.parentId);
@@ -220,7 +221,7 @@ bool UploadPlan::settleConflict(UploadTask &task, const VellDocument &taken)
         m_context.session().documents().freeName(task.parentId, task.name, QString(), reserved));
     const QFileInfo local(task.localPath);
     ConflictPolicy::Question question{task.remotePath, freeName, false, {}, {}};
-    // What this batch is about to store has no version yet that could be followed by another.
+    // A document that this batch will create does not exist yet, so that it cannot get a new version.
     question.canReplace = !isFolder(taken) && !taken._id.isEmpty();
     const QString form = QStringLiteral("%1, %2");
     if (question.canReplace)
@@ -241,11 +242,10 @@ bool UploadPlan::settleConflict(UploadTask &task, const VellDocument &taken)
     case Conflict::Cancel:
         break;
     }
-    throw Failure(
-        ExitFailed,
-        Text::tr("%1 is there already, so no file was sent: pass --update for a new version, or "
-                 "--on-conflict rename or skip.")
-            .arg(task.remotePath));
+    throw Failure(ExitFailed,
+                  Text::tr("%1 already exists, so no file was sent: pass --update for a new "
+                           "version, or --on-conflict rename or skip.")
+                      .arg(task.remotePath));
 }
 
 void UploadPlan::refuse(const QFileInfo &local, const QString &reason)

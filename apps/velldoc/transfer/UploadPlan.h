@@ -19,53 +19,53 @@ namespace velldoc {
 
 class Context;
 
-//! \brief One local file on its way to a place in the project.
+//! \brief The upload of one local file.
 struct UploadTask
 {
     QString localPath;
-    QString remotePath; //!< for people and for --json
+    QString remotePath; //!< for messages and for --json
     RemotePath folderPath;
     QString parentId;
-    QString name; //!< there
-    std::optional<VellDocument> replaced; //!< the document that gets a new version
-    bool isRenamed = false; //!< the wanted name was taken
+    QString name; //!< on the service
+    std::optional<VellDocument> replaced; //!< the document for a new version
+    bool isRenamed = false; //!< the wanted name was already taken
     qint64 sizeBytes = 0;
 };
 
-//! \brief Which files are to go where, settled before the first byte is sent: folders made, conflicts decided.
+//! \brief The uploads of a command, decided before the first byte is sent: creates folders and decides conflicts.
 //!
-//! A file whose target has the same content is left as it is, so that the same command goes on where an earlier run has stopped.
+//! A file whose target has the same content is skipped, so that the same command continues where an earlier run has stopped.
 class UploadPlan
 {
 public:
     //! \throws Failure
     explicit UploadPlan(Context &context);
 
-    //! Adds the file or the folder with everything below, to become \a name in the folder \a folder at
+    //! Adds the file, or the folder with all its contents, with the name \a name in the folder \a folder at
     //! \a path. \throws Failure
     void add(const QFileInfo &local, const VellDocument &folder, const RemotePath &path,
              const QString &name);
 
-    //! Decides about the files that have been added. \throws Failure; also for the decision to cancel
+    //! Decides the conflicts of the added files. \throws Failure also if the decision is to cancel
     void settle();
 
     const QList<UploadTask> &tasks() const { return m_tasks; }
     qint64 totalBytes() const { return m_totalBytes; }
-    //! Local paths, by the user's decision.
+    //! Returns the local paths of files that the user has skipped.
     const QStringList &skipped() const { return m_skipped; }
-    //! Local paths of files that are there already.
+    //! Returns the local paths of files that are already stored.
     const QStringList &unchanged() const { return m_unchanged; }
 
-    //! Local paths that cannot be sent, each with the reason.
+    //! Returns the local paths of entries that cannot be sent, each with the reason.
     const QList<QPair<QString, QString>> &unreadable() const { return m_unreadable; }
 
 private:
-    struct Place // where an entry goes
+    struct Place // the target of an entry
     {
         VellDocument folder;
         RemotePath path; // of the folder
         QString name;
-        QString inRoot; // from the folder that was named; empty for that itself
+        QString inRoot; // relative to the folder of the command line; empty for that folder
     };
     enum class Links { Refuse, Skip, Follow };
 
@@ -84,9 +84,10 @@ private:
     Context &m_context;
     ConflictPolicy m_policy;
     const FilterOptions m_filterOptions;
-    std::optional<VellPathFilter> m_filter; // of the folder that is being added
+    std::optional<VellPathFilter> m_filter; // for the folder that is being added
     Links m_links = Links::Refuse;
-    QStringList m_above; // canonical paths of the local folders that are being read
+    QStringList
+        m_above; // canonical paths of the local folder that is being read and of those above it
     QList<UploadTask> m_found;
     QList<UploadTask> m_tasks;
     qint64 m_totalBytes = 0;

@@ -18,10 +18,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s) fetched, %1.</source>
+        <source>%n file(s) downloaded, %1.</source>
         <translation>
-            <numerusform>%n file fetched, %1.</numerusform>
-            <numerusform>%n files fetched, %1.</numerusform>
+            <numerusform>%n file downloaded, %1.</numerusform>
+            <numerusform>%n files downloaded, %1.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -39,10 +39,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 of %n file(s) are stored.</source>
+        <source>%1 of %n file(s) have been stored.</source>
         <translation>
-            <numerusform>%1 of %n file are stored.</numerusform>
-            <numerusform>%1 of %n files are stored.</numerusform>
+            <numerusform>%1 of %n file has been stored.</numerusform>
+            <numerusform>%1 of %n files have been stored.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -60,17 +60,17 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>Delete %n document(s) for good?</source>
+        <source>Delete %n document(s) permanently?</source>
         <translation>
-            <numerusform>Delete %n document for good?</numerusform>
-            <numerusform>Delete %n documents for good?</numerusform>
+            <numerusform>Delete %n document permanently?</numerusform>
+            <numerusform>Delete %n documents permanently?</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n document(s) deleted for good.</source>
+        <source>%n document(s) deleted permanently.</source>
         <translation>
-            <numerusform>%n document deleted for good.</numerusform>
-            <numerusform>%n documents deleted for good.</numerusform>
+            <numerusform>%n document deleted permanently.</numerusform>
+            <numerusform>%n documents deleted permanently.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -88,17 +88,17 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n document(s) moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</source>
+        <source>%n document(s) moved to the recycle bin; &quot;velldoc trash&quot; restores them.</source>
         <translation>
-            <numerusform>%n document moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</numerusform>
-            <numerusform>%n documents moved to the recycle bin; &quot;velldoc trash&quot; brings them back.</numerusform>
+            <numerusform>%n document moved to the recycle bin; &quot;velldoc trash&quot; restores it.</numerusform>
+            <numerusform>%n documents moved to the recycle bin; &quot;velldoc trash&quot; restores them.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 of %n file(s) are fetched.</source>
+        <source>%1 of %n file(s) have been downloaded.</source>
         <translation>
-            <numerusform>%1 of %n file are fetched.</numerusform>
-            <numerusform>%1 of %n files are fetched.</numerusform>
+            <numerusform>%1 of %n file has been downloaded.</numerusform>
+            <numerusform>%1 of %n files have been downloaded.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -109,10 +109,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s) could not be fetched.</source>
+        <source>%n file(s) could not be downloaded.</source>
         <translation>
-            <numerusform>%n file could not be fetched.</numerusform>
-            <numerusform>%n files could not be fetched.</numerusform>
+            <numerusform>%n file could not be downloaded.</numerusform>
+            <numerusform>%n files could not be downloaded.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -130,10 +130,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n left as they are.</source>
+        <source>%n unchanged.</source>
         <translation>
-            <numerusform>%n left as it is.</numerusform>
-            <numerusform>%n left as they are.</numerusform>
+            <numerusform>%n unchanged.</numerusform>
+            <numerusform>%n unchanged.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -158,10 +158,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The folders differ in %n place(s).</source>
+        <source>The folders have %n difference(s).</source>
         <translation>
-            <numerusform>The folders differ in %n place.</numerusform>
-            <numerusform>The folders differ in %n places.</numerusform>
+            <numerusform>The folders have %n difference.</numerusform>
+            <numerusform>The folders have %n differences.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -172,17 +172,17 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s) would be fetched, %1.</source>
+        <source>%n file(s) would be downloaded, %1.</source>
         <translation>
-            <numerusform>%n file would be fetched, %1.</numerusform>
-            <numerusform>%n files would be fetched, %1.</numerusform>
+            <numerusform>%n file would be downloaded, %1.</numerusform>
+            <numerusform>%n files would be downloaded, %1.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s) were there already.</source>
+        <source>%n file(s) already existed.</source>
         <translation>
-            <numerusform>%n file was there already.</numerusform>
-            <numerusform>%n files were there already.</numerusform>
+            <numerusform>%n file already existed.</numerusform>
+            <numerusform>%n files already existed.</numerusform>
         </translation>
     </message>
     <message numerus="yes">

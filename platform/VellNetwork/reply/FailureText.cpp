@@ -142,7 +142,7 @@ RequestFailure FailureText::ofTransfer(const TransferEnd &end, const QUrl &url)
     const auto server = [&] { return serverOf(url); };
     if (asksForClientCertificate(end)) {
         return {Reply::SslHandshakeFailedError, Reason::ClientCertificateNeeded,
-                tr("%1 asks for a client certificate").arg(server())};
+                tr("%1 requires a client certificate").arg(server())};
     }
     if (end.isOverProxy || end.curlCode == CURLE_COULDNT_RESOLVE_PROXY) {
         RequestFailure failure = ofProxy(end);
@@ -152,19 +152,19 @@ RequestFailure FailureText::ofTransfer(const TransferEnd &end, const QUrl &url)
     if (isLost(end.curlCode)) {
         return {Reply::RemoteHostClosedError, Reason::ConnectionLost,
                 end.curlCode == CURLE_PARTIAL_FILE
-                    ? tr("The connection was closed in the middle of the answer")
-                    : tr("The connection was closed before the answer came")};
+                    ? tr("The connection was closed before the end of the response")
+                    : tr("The connection was closed before the response arrived")};
     }
     switch (end.curlCode) {
     case CURLE_OK:
         return {};
     case CURLE_COULDNT_RESOLVE_HOST:
         return {Reply::HostNotFoundError, Reason::NameNotFound,
-                tr("The host name %1 is unknown").arg(url.host())};
+                tr("The host %1 was not found").arg(url.host())};
     case CURLE_COULDNT_CONNECT:
         if (end.systemError == RefusedBySystem) {
             return {Reply::ConnectionRefusedError, Reason::ConnectionRefused,
-                    tr("%1 refused the connection: no program listens there").arg(server())};
+                    tr("%1 refused the connection: no program is listening there").arg(server())};
         }
         return {Reply::UnknownNetworkError, Reason::Other,
                 tr("%1 cannot be reached: %2").arg(server(), qt_error_string(end.systemError))};
@@ -174,7 +174,7 @@ RequestFailure FailureText::ofTransfer(const TransferEnd &end, const QUrl &url)
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_BAD_CONTENT_ENCODING:
         return {Reply::ProtocolFailure, Reason::Other,
-                tr("%1 does not answer as HTTP").arg(server())};
+                tr("%1 does not respond with HTTP").arg(server())};
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_CONNECT_ERROR:
     case CURLE_SSL_CERTPROBLEM:
@@ -202,10 +202,10 @@ RequestFailure FailureText::ofTls(const TransferEnd &end, const QUrl &url)
             failure.message = tr("The certificate of %1 has expired or is not valid yet").arg(host);
             break;
         case Reason::CertificateSelfSigned:
-            failure.message = tr("%1 shows a certificate that it has signed itself").arg(host);
+            failure.message = tr("%1 has a self-signed certificate").arg(host);
             break;
         case Reason::CertificateWrongHost:
-            failure.message = tr("The certificate of the server is not made for %1").arg(host);
+            failure.message = tr("The certificate of the server is not valid for %1").arg(host);
             break;
         default:
             failure.message =
@@ -214,7 +214,7 @@ RequestFailure FailureText::ofTls(const TransferEnd &end, const QUrl &url)
         }
     } else {
         failure.reason = Reason::NoTls;
-        failure.message = tr("%1 cannot speak TLS with this program").arg(serverOf(url));
+        failure.message = tr("A TLS connection to %1 could not be established").arg(serverOf(url));
     }
     if (!end.detail.isEmpty())
         failure.message += QStringLiteral(" (%1)").arg(QString::fromUtf8(end.detail));
@@ -223,18 +223,18 @@ RequestFailure FailureText::ofTls(const TransferEnd &end, const QUrl &url)
 
 QString FailureText::proxyRefusal(int status)
 {
-    return tr("The proxy does not let the request pass (status %1)").arg(status);
+    return tr("The proxy refused the request (status %1)").arg(status);
 }
 
 RequestFailure FailureText::ofProxy(const TransferEnd &end)
 {
     if (end.curlCode == CURLE_COULDNT_RESOLVE_PROXY) {
         return {Reply::ProxyNotFoundError, Reason::ProxyNotFound,
-                tr("The host name of the proxy is unknown")};
+                tr("The host of the proxy was not found")};
     }
     if (end.proxyStatus == ProxyLoginStatus) {
         return {Reply::ProxyAuthenticationRequiredError, Reason::ProxyLoginNeeded,
-                tr("The proxy wants a user name and a password, or rejects those given")};
+                tr("The proxy requires a user name and a password, or does not accept them")};
     }
     if (end.proxyStatus >= 300) {
         return {Reply::UnknownProxyError, Reason::ProxyRefused, proxyRefusal(end.proxyStatus)};
@@ -245,7 +245,7 @@ RequestFailure FailureText::ofProxy(const TransferEnd &end)
     }
     if (end.curlCode == CURLE_PROXY) {
         return {Reply::UnknownProxyError, Reason::ProxyRefused,
-                tr("The proxy does not let the request pass")};
+                tr("The proxy refused the request")};
     }
     return {};
 }
@@ -260,27 +260,27 @@ RequestFailure FailureText::ofResponse(const ResponseHead &head, const QByteArra
         QStringLiteral("%1 %2").arg(head.status).arg(QString::fromLatin1(head.reason)).trimmed();
     // The service responds with JSON; a page is from a server in front of it.
     const bool isPage = field(head, "content-type").startsWith("text/html");
-    QString words = tr("The service answered %1").arg(statusText);
+    QString words = tr("The service responded with %1").arg(statusText);
     if (head.status == ProxyLoginStatus) {
         failure.reason = Reason::ProxyLoginNeeded;
-        words = tr("The proxy wants a user name and a password, or rejects those given");
+        words = tr("The proxy requires a user name and a password, or does not accept them");
     } else if (isOverProxy && isPage && head.status == ForbiddenStatus) {
         failure.reason = Reason::ProxyRefused;
         words = proxyRefusal(head.status);
     } else if (head.status == TooLargeStatus) {
         failure.reason = Reason::BodyTooLarge;
         if (isPage)
-            words = tr("The server in front of the service refuses bodies of this size (%1); nginx "
-                       "has the limit in client_max_body_size")
+            words = tr("The server in front of the service does not accept bodies of this size "
+                       "(%1); in nginx the limit is client_max_body_size")
                         .arg(statusText);
     } else if (isPage && head.status >= 502 && head.status <= 504) {
         failure.reason = Reason::GatewayFailed;
         words = tr("The server in front of the service cannot reach it (%1)").arg(statusText);
     } else if (isPage && body.contains("SSL certificate")) {
         failure.reason = Reason::ClientCertificateNeeded;
-        words = tr("The server asks for a client certificate (%1)").arg(statusText);
+        words = tr("The server requires a client certificate (%1)").arg(statusText);
     } else if (isPage && body.contains("HTTP request was sent to HTTPS port")) {
-        words = tr("The server wants https at this port (%1)").arg(statusText);
+        words = tr("The server requires https at this port (%1)").arg(statusText);
     }
     if (failure.message.isEmpty())
         failure.message = words;
@@ -300,18 +300,18 @@ RequestFailure FailureText::cancelled()
 RequestFailure FailureText::badAddress()
 {
     return {Reply::ProtocolUnknownError, Reason::Other,
-            tr("The address is not one of http or https that can be asked")};
+            tr("The address is not a valid address with http or https")};
 }
 
 RequestFailure FailureText::brokenBody()
 {
-    return {Reply::UnknownNetworkError, Reason::Other, tr("The file could not be read to its end")};
+    return {Reply::UnknownNetworkError, Reason::Other, tr("The file could not be read completely")};
 }
 
 RequestFailure FailureText::tooLargeToKeep()
 {
     return {Reply::UnknownContentError, Reason::Other,
-            tr("The answer is too large to be kept in memory")};
+            tr("The response is too large for the memory")};
 }
 
 RequestFailure FailureText::refusedRedirect(const QString &why)
@@ -322,5 +322,5 @@ RequestFailure FailureText::refusedRedirect(const QString &why)
 RequestFailure FailureText::tooManyRedirects()
 {
     return {Reply::TooManyRedirectsError, Reason::RedirectRefused,
-            tr("The service redirected too often")};
+            tr("The service redirected too many times")};
 }

@@ -35,9 +35,10 @@ QString RedirectRule::refusal(int status, const QByteArray &method, const QUrl &
     if (from.scheme() == QLatin1String("https") && to.scheme() != QLatin1String("https"))
         return tr("The service redirected to an address that is not encrypted");
     if (hasToken && !isSameServer(from, to))
-        return tr("The service redirected to another server, which must not get the access token");
+        return tr(
+            "The service redirected to another server, which must not receive the access token");
     // A 303 means that the change has been made, and has the address of its result.
     if (nextMethod(status, method) != method && status != SeeOther)
-        return tr("The service redirected a change, which would not be made there");
+        return tr("The service redirected a change, which cannot be repeated at another address");
     return {};
 }

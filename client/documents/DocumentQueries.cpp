@@ -58,7 +58,7 @@ VellResult<QList<VellDocument>> *VellDocuments::history(const QString &id)
 VellResult<QString> *VellDocuments::password(const QString &id)
 {
     return SessionAccess::start<QString>(m_session, Lane::Short, [id](OperationRun &run) {
-        return run.ask([&] {
+        return run.query([&] {
             QString password;
             run.documents().getDocPwd(id, password);
             return password;
@@ -78,7 +78,7 @@ VellResult<bool> *VellDocuments::isFavorite(const QString &id)
 VellResult<bool> *VellDocuments::may(VellRight right, const QString &id, const QString &category)
 {
     return SessionAccess::start<bool>(m_session, Lane::Short, [=](OperationRun &run) {
-        return run.ask([&] {
+        return run.query([&] {
             VellDocumentData &service = run.documents();
             switch (right) {
             case VellRight::Download:
@@ -103,7 +103,7 @@ VellResult<QString> *VellDocuments::freeName(const QString &parentId, const QStr
                                              const QString &category, const QStringList &reserved)
 {
     return SessionAccess::start<QString>(m_session, Lane::Short, [=](OperationRun &run) {
-        return run.ask([&] {
+        return run.query([&] {
             QString existing;
             return run.documents().getValidDocName(parentId, name, existing, category, reserved);
         });

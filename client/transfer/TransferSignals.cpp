@@ -17,8 +17,8 @@ void TransferQueue::mark(qint64 id, TransferItem &item)
         item.newsNumber = m_newsNumber;
         m_marked.append(id);
     }
-    if (!m_news.isActive())
-        m_news.start();
+    if (!m_signals.isActive())
+        m_signals.start();
 }
 
 void TransferQueue::announceAdded()
@@ -27,10 +27,10 @@ void TransferQueue::announceAdded()
         Q_EMIT q->added(std::exchange(m_added, {}));
 }
 
-void TransferQueue::tell()
+void TransferQueue::emitSignals()
 {
     const QPointer<VellTransferQueue> self(q);
-    lookAtRuns();
+    updateRunning();
     m_meter.update();
     ++m_newsNumber;
     const QSet<QString> folders = std::exchange(m_changedFolders, {});
@@ -48,7 +48,7 @@ void TransferQueue::tell()
         checkIdle();
 }
 
-void TransferQueue::lookAtRuns()
+void TransferQueue::updateRunning()
 {
     for (auto &[id, running] : m_running) {
         if (running.isStopped)
@@ -56,7 +56,7 @@ void TransferQueue::lookAtRuns()
         TransferItem &item = *m_list.find(id);
         const State stage = running.run->stage();
         const qint64 done = stage == State::Hashing ? 0 : running.run->doneBytes();
-        // What was there before this attempt has not moved now.
+        // Bytes from before this attempt do not count for the speed.
         if (running.doneBytes > 0 && done > running.doneBytes)
             m_meter.add(done - running.doneBytes);
         running.doneBytes = done;
@@ -67,8 +67,8 @@ void TransferQueue::lookAtRuns()
         m_list.setBytes(item, done, size);
         mark(id, item);
     }
-    if (!m_running.empty() && !m_news.isActive())
-        m_news.start();
+    if (!m_running.empty() && !m_signals.isActive())
+        m_signals.start();
 }
 
 void TransferQueue::checkIdle()

@@ -18,7 +18,7 @@ constexpr int MostOpenQuestions = 100;
 
 } // namespace
 
-void TransferQueue::takeOutcome(qint64 id, const TransferOutcome &outcome)
+void TransferQueue::endRun(qint64 id, const TransferOutcome &outcome)
 {
     const auto running = m_running.find(id);
     const bool isStopped = running->second.isStopped;
@@ -28,13 +28,13 @@ void TransferQueue::takeOutcome(qint64 id, const TransferOutcome &outcome)
     schedule();
     TransferItem &item = *m_list.find(id);
     const QPointer<VellTransferQueue> self(q);
-    learn(id, item, outcome);
+    storeOutcome(id, item, outcome);
     if (!self)
         return;
-    // What has been done is done, also if it was to be paused.
+    // A completed transfer is done, even if it was paused meanwhile.
     const bool isDone = outcome.kind == TransferOutcome::Kind::Done;
     if (!isStopped || (isDone && item.state != VellTransferState::Cancelled))
-        judge(id, item, outcome);
+        applyOutcome(id, item, outcome);
     else if (item.state == VellTransferState::Waiting)
         enqueue(id, item); // has been resumed meanwhile
     else
@@ -43,8 +43,8 @@ void TransferQueue::takeOutcome(qint64 id, const TransferOutcome &outcome)
         releaseNames(id);
 }
 
-//! Keeps what the next attempt needs.
-void TransferQueue::learn(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+//! Stores the data that the next attempt needs, and updates the session and the store.
+void TransferQueue::storeOutcome(qint64 id, TransferItem &item, const TransferOutcome &outcome)
 {
     m_list.setTrace(id, outcome.trace);
     m_list.setTag(id, outcome.entityTag);
@@ -69,7 +69,7 @@ void TransferQueue::learn(qint64 id, TransferItem &item, const TransferOutcome &
         m_changedFolders.insert(outcome.document.parentId);
 }
 
-//! Tells the session whether its service can be reached.
+//! Reports to the session whether its service can be reached.
 void TransferQueue::noteOutcome(const TransferItem &item, const VellError &error)
 {
     if (!m_documents)
@@ -82,12 +82,12 @@ void TransferQueue::noteOutcome(const TransferItem &item, const VellError &error
         SessionAccess::noteOutcome(m_documents->session(), error);
 }
 
-void TransferQueue::judge(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+void TransferQueue::applyOutcome(qint64 id, TransferItem &item, const TransferOutcome &outcome)
 {
     switch (outcome.kind) {
     case TransferOutcome::Kind::Done:
         if (outcome.isFolder)
-            takeFolder(id, item, outcome);
+            applyFolder(id, item, outcome);
         else
             finish(id, item, VellTransferState::Done, outcome.document);
         return;
@@ -103,12 +103,12 @@ void TransferQueue::judge(qint64 id, TransferItem &item, const TransferOutcome &
         ask(id, item, outcome);
         return;
     case TransferOutcome::Kind::Failed:
-        takeFailure(id, item, outcome);
+        applyFailure(id, item, outcome);
         return;
     }
 }
 
-void TransferQueue::takeFailure(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+void TransferQueue::applyFailure(qint64 id, TransferItem &item, const TransferOutcome &outcome)
 {
     m_list.setError(id, outcome.error);
     ++item.failuresInRow;
@@ -122,7 +122,7 @@ void TransferQueue::takeFailure(qint64 id, TransferItem &item, const TransferOut
     enqueueLater(id, item);
 }
 
-void TransferQueue::refuse(qint64 id)
+void TransferQueue::failWithoutProject(qint64 id)
 {
     TransferItem *const item = m_list.find(id);
     if (!item || item->state != VellTransferState::Waiting)
@@ -131,14 +131,14 @@ void TransferQueue::refuse(qint64 id)
     finish(id, *item, VellTransferState::Failed, {});
 }
 
-void TransferQueue::takeFolder(qint64 id, TransferItem &item, const TransferOutcome &outcome)
+void TransferQueue::applyFolder(qint64 id, TransferItem &item, const TransferOutcome &outcome)
 {
     TransferRecord folder = m_list.record(id, item);
     folder.documentId = outcome.document._id;
     folder.state = VellTransferState::Done;
     const qint64 firstId = m_nextId;
     m_nextId += qint64(outcome.entries.size());
-    // In one piece, so that after a crash either all entries are there or the folder is looked up again.
+    // One entry of the journal: after a crash either all entries are in the queue, or the folder is listed again.
     if (m_journal)
         m_journal->writeFolder(folder, firstId, outcome.entries);
     Arrival arrival{{}, 0, item.sweep, true, [this, id, document = outcome.document] {
@@ -203,7 +203,7 @@ void TransferQueue::ask(qint64 id, TransferItem &item, const TransferOutcome &ou
         Q_EMIT q->asked(outcome.question);
 }
 
-//! The transfer asks no more; one that has had no room to ask has its turn.
+//! Closes the question of the transfer, and lets the next transfer ask that had to wait.
 void TransferQueue::closeQuestion(qint64 id)
 {
     if (m_questions.remove(id) == 0)
@@ -221,7 +221,7 @@ void TransferQueue::closeQuestion(qint64 id)
     }
 }
 
-//! Of a download that is cancelled and does not run.
+//! Removes the temporary file of a cancelled download that is not running.
 void TransferQueue::removePart(qint64 id, const TransferItem &item)
 {
     const TransferRecord record = m_list.record(id, item);
