@@ -114,14 +114,21 @@ bool ReferenceService::Private::serve(QString *error)
     settings.limits.maxBodyBytes = options.maxBodyBytes;
     settings.handler = [this](HttpRequest &request) { return dispatcher.handlerFor(request); };
     settings.loggedPath = &Dispatcher::loggedPath;
-    settings.logger = [this](const ServedRequest &request) { log.write(request); };
+    settings.logger = [this](const ServedRequest &request) {
+        context.metrics.count(request);
+        log.write(request);
+    };
     server = std::make_unique<HttpServer>(std::move(settings));
+    context.metricsToken = options.metricsToken;
+    context.isDraining = false;
+    context.openConnections = [this] { return server->connectionCount(); };
     return server->start(error);
 }
 
 void ReferenceService::Private::close()
 {
     server.reset();
+    context.openConnections = {};
     log.close();
     context.database.close();
     lock.reset();
@@ -168,6 +175,14 @@ bool ReferenceService::start(QString *error)
         return true;
     d->close();
     return false;
+}
+
+void ReferenceService::drain()
+{
+    if (!d->server)
+        return;
+    d->context.isDraining = true;
+    d->server->drain();
 }
 
 void ReferenceService::stop()

@@ -7,6 +7,7 @@ namespace service {
 
 Dispatcher::Dispatcher(ServiceContext &context) : m_context(context)
 {
+    addMonitorRoutes(m_router);
     addAccountRoutes(m_router);
     addFileRoutes(m_router);
     addLargeFileRoutes(m_router);

@@ -29,16 +29,8 @@ std::optional<HttpResponse> Exchange::begin()
         if (auto response = misbehave(*fault))
             return response;
     }
-    const bool isOpen = !Users(m_context.database).isTokenNeeded();
-    if (isOpen)
-        requireLocalOrigin(m_request);
-    m_route = &m_router.find(m_request);
-    User user;
-    if (isOpen)
-        user = User::local();
-    else if (!m_route->isPublic)
-        user = authenticate();
-    m_userName = m_route->isPublic ? QString() : user.name;
+    m_route = m_router.findMonitor(m_request);
+    const User user = m_route ? User() : findRoute();
     if (m_route->check) {
         RequestState state(
             m_context, user,
@@ -53,6 +45,21 @@ std::optional<HttpResponse> Exchange::begin()
             413, QStringLiteral("The body is larger than the %1 bytes allowed.").arg(MaxBodyBytes));
     }
     return std::nullopt;
+}
+
+User Exchange::findRoute()
+{
+    const bool isOpen = !Users(m_context.database).isTokenNeeded();
+    if (isOpen)
+        requireLocalOrigin(m_request);
+    m_route = &m_router.find(m_request);
+    User user;
+    if (isOpen)
+        user = User::local();
+    else if (!m_route->isPublic)
+        user = authenticate();
+    m_userName = m_route->isPublic ? QString() : user.name;
+    return user;
 }
 
 std::optional<HttpResponse> Exchange::misbehave(const FaultRule &rule)

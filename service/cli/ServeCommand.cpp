@@ -3,6 +3,8 @@
 #include <service/cli/OpenFolder.h>
 #include <service/cli/Output.h>
 
+#include <QElapsedTimer>
+
 #include <csignal>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -29,6 +31,14 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("access-log"),
          QStringLiteral("One line for each request; - for stderr. Reopened on SIGHUP."),
          QStringLiteral("FILE")},
+        {QStringLiteral("drain"),
+         QStringLiteral("How long it goes on serving after SIGTERM, while /health/ready says 503 "
+                        "(0)."),
+         QStringLiteral("SECONDS"), QStringLiteral("0")},
+        {QStringLiteral("metrics-token"),
+         QStringLiteral("Lets other machines read /metrics with this token; "
+                        "VELL_SERVICE_METRICS_TOKEN does the same and keeps it from others."),
+         QStringLiteral("TOKEN")},
         {QStringLiteral("quota"),
          QStringLiteral("The maximum size of all contents in bytes (0: no limit)."),
          QStringLiteral("BYTES"), QStringLiteral("0")},
@@ -45,7 +55,24 @@ void allowManyFiles()
     ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-int serve(ReferenceService &service)
+//! Returns after \a seconds, or when a signal other than SIGHUP arrives.
+void drain(ReferenceService &service, const sigset_t &signals, int seconds)
+{
+    service.drain();
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        const qint64 left = seconds * qint64(1000) - clock.elapsed();
+        if (left <= 0)
+            return;
+        const timespec time{left / 1000, (left % 1000) * 1000000};
+        const int received = sigtimedwait(&signals, nullptr, &time);
+        if (received == SIGTERM || received == SIGINT)
+            return;
+    }
+}
+
+int serve(ReferenceService &service, int drainSeconds)
 {
     allowManyFiles();
     // Blocked before any thread starts, so that only sigwait() gets them.
@@ -67,6 +94,8 @@ int serve(ReferenceService &service)
         if (received == SIGHUP && !service.reopenAccessLog(&error))
             fail(error);
     }
+    if (drainSeconds > 0)
+        drain(service, signals, drainSeconds);
     service.stop();
     return 0;
 }
@@ -94,6 +123,12 @@ int runServe(const QStringList &arguments)
     if (!options.setListen(parser.value(QStringLiteral("listen"))))
         return fail(QStringLiteral("--listen takes ADDRESS:PORT."), ExitUsage);
     bool isNumber = false;
+    const int drainSeconds = parser.value(QStringLiteral("drain")).toInt(&isNumber);
+    if (!isNumber || drainSeconds < 0)
+        return fail(QStringLiteral("--drain takes a number of seconds."), ExitUsage);
+    options.metricsToken = parser.isSet(QStringLiteral("metrics-token"))
+        ? parser.value(QStringLiteral("metrics-token"))
+        : qEnvironmentVariable("VELL_SERVICE_METRICS_TOKEN");
     options.storeQuotaBytes = parser.value(QStringLiteral("quota")).toLongLong(&isNumber);
     if (!isNumber || options.storeQuotaBytes < 0)
         return fail(QStringLiteral("--quota takes a number of bytes."), ExitUsage);
@@ -107,7 +142,7 @@ int runServe(const QStringList &arguments)
             return fail(error, ExitUsage);
         service.addFault(rule);
     }
-    return serve(service);
+    return serve(service, drainSeconds);
 }
 
 } // namespace service

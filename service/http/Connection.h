@@ -50,6 +50,7 @@ private:
     void waitForSocket(const Wait &wait);
     void waited(bool isTimedOut);
     void leaveIdle();
+    bool mayStop() const;
 
     boost::asio::ip::tcp::socket m_socket;
     boost::asio::steady_timer m_timer;

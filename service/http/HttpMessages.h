@@ -35,12 +35,15 @@ struct HttpRequest
     QMap<QString, QString> query; //!< the last value of a parameter that occurs several times
     QMap<QByteArray, QByteArray> headers; //!< names in lower case; repeated ones joined by ", "
     QString client; //!< address and port
+    bool isForwardedByOthers = false; //!< a proxy that is not trusted has passed it on
     QStringList captures; //!< the values of the route's placeholders
     qint64 bodyLength = 0;
     QByteArray body; //!< for routes whose handler needs the whole body
 
     //! Returns the decoded path with a leading slash.
     QString path() const;
+    //! Returns the address of the client without port and brackets.
+    QString clientAddress() const;
     QByteArray header(const char *lowerCaseName) const;
     //! Returns true if a parameter has the value "true". \throws HttpError 400 for values other than "true" and "false"
     bool flag(QLatin1String parameter) const;

@@ -18,7 +18,8 @@ struct ServedRequest
     QByteArray method;
     QString path; //!< without secrets; empty if it could not be parsed
     int status = 0; //!< 0 if there is no response
-    qint64 bytes = 0;
+    qint64 bytes = 0; //!< of the body of the response
+    qint64 received = 0; //!< of the body of the request
     qint64 milliseconds = 0;
 };
 
@@ -66,11 +67,15 @@ public:
     //! Begins to accept connections. If the address is not available, returns false and sets \a error to the reason.
     bool start(QString *error);
 
+    //! Goes on serving, but closes each connection after its response. stop() then waits for requests that are still arriving, too.
+    void drain();
+
     //! Closes idle connections and those whose request is incomplete, and returns when the responses in progress have been sent or
     //! HttpLimits::stopping has expired.
     void stop();
 
     quint16 port() const;
+    int connectionCount() const;
 
 private:
     class Private;

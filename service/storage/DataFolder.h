@@ -24,6 +24,7 @@ public:
     QString aside() const { return file("aside"); } //!< damaged and unknown files
     QString generation() const { return file("content/.generation"); } //!< see Generation
     QString lock() const { return file("lock"); } //!< see FolderLock
+    QString sweeps() const { return file("sweeps.json"); } //!< see SweepLog
     QString contentLocks() const { return file("content.locks"); } //!< see ContentLock
     //! Returns the path of the copy of the database before the migration to \a schema.
     QString recordsBefore(int schema) const { return file("records.before-%1.sqlite").arg(schema); }

@@ -24,16 +24,23 @@ thread_local bool hasEnded = false;
 //! The connection of a thread to a database, with its prepared statements.
 struct ThreadConnection
 {
-    explicit ThreadConnection(const QString &connectionName) : name(connectionName) {}
+    ThreadConnection(const QString &connectionName,
+                     const std::shared_ptr<std::atomic<int>> &counter)
+        : name(connectionName), count(counter)
+    {
+        ++*count;
+    }
     ~ThreadConnection()
     {
         statements.clear();
         QSqlDatabase::removeDatabase(name);
+        --*count;
     }
     ThreadConnection(const ThreadConnection &) = delete;
     ThreadConnection &operator=(const ThreadConnection &) = delete;
 
     const QString name;
+    const std::shared_ptr<std::atomic<int>> count;
     QCache<QString, QSqlQuery> statements{KeptStatements};
     bool isInTransaction = false;
 };
@@ -54,9 +61,9 @@ public:
         const auto found = m_connections.find(instance);
         return found == m_connections.end() ? nullptr : found->second.get();
     }
-    void insert(const QString &instance, const QString &name)
+    void insert(const QString &instance, std::unique_ptr<ThreadConnection> connection)
     {
-        m_connections[instance] = std::make_unique<ThreadConnection>(name);
+        m_connections[instance] = std::move(connection);
     }
     void remove(const QString &instance) { m_connections.erase(instance); }
 
@@ -123,7 +130,8 @@ QSqlDatabase Database::connection()
         QSqlDatabase::removeDatabase(name);
         throw;
     }
-    threadConnections().insert(m_instance, name);
+    threadConnections().insert(m_instance,
+                               std::make_unique<ThreadConnection>(name, m_connectionCount));
     return QSqlDatabase::database(name, false);
 }
 

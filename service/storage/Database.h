@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -61,6 +62,9 @@ public:
     //! Whether the calling thread has begun a transaction that has not ended.
     void setInTransaction(bool isInTransaction);
 
+    //! Returns the number of open connections.
+    int connectionCount() const { return *m_connectionCount; }
+
     std::mutex &writeLock() { return m_writeLock; }
 
 private:
@@ -68,6 +72,9 @@ private:
 
     const std::unique_ptr<const SqlDialect> m_dialect;
     const QString m_instance; //!< distinguishes the connections of several databases in a thread
+    //! Outlives the database: threads close their connections when they end.
+    const std::shared_ptr<std::atomic<int>> m_connectionCount =
+        std::make_shared<std::atomic<int>>(0);
     std::mutex m_writeLock;
 };
 

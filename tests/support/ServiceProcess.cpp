@@ -56,6 +56,11 @@ int ServiceProcess::terminate()
     return endOf(m_process);
 }
 
+int ServiceProcess::waitForEnd()
+{
+    return endOf(m_process);
+}
+
 QString ServiceProcess::baseApi() const
 {
     return QString("http://127.0.0.1:%1/").arg(m_port);
