@@ -10,6 +10,8 @@
 #include <service/storage/FolderLock.h>
 #include <service/storage/Generation.h>
 
+#include <QRegularExpression>
+
 using namespace service;
 
 bool ServiceOptions::setListen(const QString &text)
@@ -25,6 +27,22 @@ bool ServiceOptions::setListen(const QString &text)
         listenAddress = listenAddress.mid(1, listenAddress.size() - 2);
     port = static_cast<quint16>(number);
     return true;
+}
+
+bool ServiceOptions::addTrustedProxy(const QString &text)
+{
+    if (!TrustedProxies().add(text))
+        return false;
+    trustedProxies.append(text);
+    return true;
+}
+
+bool ServiceOptions::setPathPrefix(const QString &text)
+{
+    static const QRegularExpression path(QStringLiteral("\\A((/[A-Za-z0-9._~-]+)*)/?\\z"));
+    const QRegularExpressionMatch match = path.match(text);
+    pathPrefix = match.captured(1);
+    return match.hasMatch();
 }
 
 class ReferenceService::Private
@@ -112,6 +130,8 @@ bool ReferenceService::Private::serve(QString *error)
     settings.port = options.port;
     settings.temporaryFolder = context.folder.temporary();
     settings.limits.maxBodyBytes = options.maxBodyBytes;
+    for (const QString &proxy : options.trustedProxies)
+        settings.proxies.add(proxy);
     settings.handler = [this](HttpRequest &request) { return dispatcher.handlerFor(request); };
     settings.loggedPath = &Dispatcher::loggedPath;
     settings.logger = [this](const ServedRequest &request) {
@@ -119,6 +139,7 @@ bool ReferenceService::Private::serve(QString *error)
         log.write(request);
     };
     server = std::make_unique<HttpServer>(std::move(settings));
+    context.pathPrefix = options.pathPrefix;
     context.metricsToken = options.metricsToken;
     context.isDraining = false;
     context.openConnections = [this] { return server->connectionCount(); };
@@ -203,7 +224,7 @@ QString ReferenceService::baseApi() const
     const bool isV6 = d->options.listenAddress.contains(QLatin1Char(':'));
     const QString host =
         isV6 ? QStringLiteral("[%1]").arg(d->options.listenAddress) : d->options.listenAddress;
-    return QStringLiteral("http://%1:%2/").arg(host).arg(port());
+    return QStringLiteral("http://%1:%2%3/").arg(host).arg(port()).arg(d->options.pathPrefix);
 }
 
 QString ReferenceService::addUser(const QString &name, QString *error)

@@ -3,6 +3,7 @@
 #include <service/faults/FaultRule.h>
 
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 #include <memory>
@@ -18,6 +19,10 @@ struct ServiceOptions
     quint16 port = 0; //!< 0 for any free one
     QString accessLog; //!< a file that is appended to; empty for none, "-" for the standard error
 
+    //! Addresses of proxies, "ADDRESS" or "ADDRESS/BITS", that tell who the client is in `Forwarded` or `X-Forwarded-…`.
+    QStringList trustedProxies;
+    //! The path that everything is served below, "/documents"; empty for none.
+    QString pathPrefix;
     //! With it a program of another machine may read the metrics; empty for none.
     QString metricsToken;
 
@@ -29,6 +34,10 @@ struct ServiceOptions
 
     //! Sets listenAddress and port from a text such as "127.0.0.1:8080" or "[::1]:8080". \return false if it has another form
     bool setListen(const QString &text);
+    //! Adds to trustedProxies. \return false if \a text has another form
+    bool addTrustedProxy(const QString &text);
+    //! Sets pathPrefix, without a slash at the end. \return false for a text that is no path
+    bool setPathPrefix(const QString &text);
 };
 
 //! \brief The document service: both REST interfaces, on SQLite or PostgreSQL and a folder of files.
@@ -63,7 +72,7 @@ public:
     //! Returns the port; 0 if the service is not running.
     quint16 port() const;
 
-    //! Returns the base address for clients, "http://127.0.0.1:PORT/"; empty if the service is not running.
+    //! Returns the base address for clients, "http://127.0.0.1:PORT/" with the prefix; empty if the service is not running.
     QString baseApi() const;
 
     //! \name Administration

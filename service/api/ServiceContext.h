@@ -25,6 +25,7 @@ struct ServiceContext
     FaultPlan faults;
     Metrics metrics;
     QString metricsToken; //!< see ServiceOptions
+    QString pathPrefix; //!< see ServiceOptions
     std::function<int()> openConnections; //!< set while the service is running
     std::atomic<bool> isDraining{false}; //!< the service is about to be stopped
     std::atomic<qint64> heldBodyBytes{0}; //!< see BodyBuffer

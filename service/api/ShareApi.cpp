@@ -57,9 +57,13 @@ HttpResponse createShare(HttpRequest &request, RequestState &state)
     }
     const QString code = Shares(state.database).insert(share, ids);
     transaction.commit();
-    return HttpResponse::json(QJsonObject{{QStringLiteral("code"), code},
-                                          {QStringLiteral("path"), QStringLiteral("share/") + code},
-                                          {QStringLiteral("expiredAt"), endText(share)}});
+    QJsonObject object{{QStringLiteral("code"), code},
+                       {QStringLiteral("path"), QStringLiteral("share/") + code},
+                       {QStringLiteral("expiredAt"), endText(share)}};
+    const QString base = request.publicBase();
+    if (!base.isEmpty())
+        object.insert(QStringLiteral("url"), base + QStringLiteral("/share/") + code);
+    return HttpResponse::json(object);
 }
 
 QJsonObject toJson(const Share &share, const QList<Document> &documents)
@@ -182,7 +186,7 @@ Router::Handler page(PageFunction function)
 
 QString basePath(const HttpRequest &request)
 {
-    return QStringLiteral("/share/") + request.captures.at(0);
+    return request.prefix + QStringLiteral("/share/") + request.captures.at(0);
 }
 
 SharePage pageOf(const HttpRequest &request, const Share &share, const QString &path)

@@ -31,6 +31,13 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("access-log"),
          QStringLiteral("One line for each request; - for stderr. Reopened on SIGHUP."),
          QStringLiteral("FILE")},
+        {QStringLiteral("trusted-proxy"),
+         QStringLiteral("A proxy that tells who the client is, in Forwarded or X-Forwarded-For, "
+                        "-Proto, -Host and -Prefix. May be repeated."),
+         QStringLiteral("ADDRESS[/BITS]")},
+        {QStringLiteral("path-prefix"),
+         QStringLiteral("Serve everything below this path, for example /documents."),
+         QStringLiteral("PATH")},
         {QStringLiteral("drain"),
          QStringLiteral("How long it goes on serving after SIGTERM, while /health/ready says 503 "
                         "(0)."),
@@ -100,6 +107,43 @@ int serve(ReferenceService &service, int drainSeconds)
     return 0;
 }
 
+//! A number of at least 0. \return false for another text
+template <typename Number>
+bool readNumber(const QCommandLineParser &parser, const char *option, Number *number)
+{
+    bool isNumber = false;
+    const qint64 value = parser.value(QLatin1String(option)).toLongLong(&isNumber);
+    *number = static_cast<Number>(value);
+    return isNumber && value >= 0 && static_cast<qint64>(*number) == value;
+}
+
+//! \return what is wrong; empty if nothing is
+QString readOptions(const QCommandLineParser &parser, ServiceOptions *options, int *drainSeconds)
+{
+    options->dataDir = parser.value(QStringLiteral("data"));
+    options->database = databaseAddress(parser);
+    options->accessLog = parser.value(QStringLiteral("access-log"));
+    options->metricsToken = parser.isSet(QStringLiteral("metrics-token"))
+        ? parser.value(QStringLiteral("metrics-token"))
+        : qEnvironmentVariable("VELL_SERVICE_METRICS_TOKEN");
+    if (options->dataDir.isEmpty())
+        return QStringLiteral("Say which data folder: --data DIR.");
+    if (!options->setListen(parser.value(QStringLiteral("listen"))))
+        return QStringLiteral("--listen takes ADDRESS:PORT.");
+    const QStringList proxies = parser.values(QStringLiteral("trusted-proxy"));
+    for (const QString &proxy : proxies) {
+        if (!options->addTrustedProxy(proxy))
+            return QStringLiteral("--trusted-proxy takes ADDRESS or ADDRESS/BITS.");
+    }
+    if (!options->setPathPrefix(parser.value(QStringLiteral("path-prefix"))))
+        return QStringLiteral("--path-prefix takes a path such as /documents.");
+    if (!readNumber(parser, "quota", &options->storeQuotaBytes))
+        return QStringLiteral("--quota takes a number of bytes.");
+    if (!readNumber(parser, "drain", drainSeconds))
+        return QStringLiteral("--drain takes a number of seconds.");
+    return {};
+}
+
 } // namespace
 
 int runServe(const QStringList &arguments)
@@ -115,23 +159,10 @@ int runServe(const QStringList &arguments)
                     ExitUsage);
     }
     ServiceOptions options;
-    options.dataDir = parser.value(QStringLiteral("data"));
-    options.database = databaseAddress(parser);
-    options.accessLog = parser.value(QStringLiteral("access-log"));
-    if (options.dataDir.isEmpty())
-        return fail(QStringLiteral("Say which data folder: --data DIR."), ExitUsage);
-    if (!options.setListen(parser.value(QStringLiteral("listen"))))
-        return fail(QStringLiteral("--listen takes ADDRESS:PORT."), ExitUsage);
-    bool isNumber = false;
-    const int drainSeconds = parser.value(QStringLiteral("drain")).toInt(&isNumber);
-    if (!isNumber || drainSeconds < 0)
-        return fail(QStringLiteral("--drain takes a number of seconds."), ExitUsage);
-    options.metricsToken = parser.isSet(QStringLiteral("metrics-token"))
-        ? parser.value(QStringLiteral("metrics-token"))
-        : qEnvironmentVariable("VELL_SERVICE_METRICS_TOKEN");
-    options.storeQuotaBytes = parser.value(QStringLiteral("quota")).toLongLong(&isNumber);
-    if (!isNumber || options.storeQuotaBytes < 0)
-        return fail(QStringLiteral("--quota takes a number of bytes."), ExitUsage);
+    int drainSeconds = 0;
+    const QString problem = readOptions(parser, &options, &drainSeconds);
+    if (!problem.isEmpty())
+        return fail(problem, ExitUsage);
 
     ReferenceService service(options);
     const QStringList faults = parser.values(QStringLiteral("fault"));

@@ -45,13 +45,6 @@ bool isReadyWithin(int socket, short events, std::chrono::milliseconds time)
     return ::poll(&entry, 1, static_cast<int>(time.count())) > 0;
 }
 
-//! True if a proxy has passed the request on, or a client says so.
-bool isForwarded(const HttpRequest &request)
-{
-    return request.headers.contains("forwarded") || request.headers.contains("x-forwarded-for")
-        || request.headers.contains("via");
-}
-
 //! One buffer for each thread, so that connections need none.
 std::vector<char> &bodyBlock()
 {
@@ -150,7 +143,7 @@ void Conversation::acceptHead(qsizetype length)
     }
     m_in.remove(0, static_cast<int>(length));
     m_head.request.client = m_client;
-    m_head.request.isForwardedByOthers = isForwarded(m_head.request);
+    m_context.settings.proxies.apply(m_head.request);
     m_bodyLeft = m_head.request.bodyLength;
     m_phase = Phase::Begin;
 }

@@ -41,6 +41,13 @@ QString HttpRequest::path() const
     return QLatin1Char('/') + segments.join(QLatin1Char('/'));
 }
 
+QString HttpRequest::publicBase() const
+{
+    if (host.isEmpty())
+        return {};
+    return QString::fromLatin1(scheme + "://" + host) + prefix;
+}
+
 QString HttpRequest::clientAddress() const
 {
     if (client.startsWith(QLatin1Char('[')))

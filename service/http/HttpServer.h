@@ -1,6 +1,7 @@
 #pragma once
 
 #include <service/http/RequestHandler.h>
+#include <service/http/TrustedProxies.h>
 
 #include <QString>
 
@@ -54,6 +55,7 @@ public:
         quint16 port = 0; //!< 0 for any free one
         QString temporaryFolder; //!< for responses to clients that read slowly
         HttpLimits limits;
+        TrustedProxies proxies;
         //! Creates the handler of a request, which the request outlives. Called on several threads of the pool at once.
         std::function<std::unique_ptr<RequestHandler>(HttpRequest &)> handler;
         std::function<QString(const HttpRequest &)>

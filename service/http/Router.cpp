@@ -75,6 +75,8 @@ void Router::addUpload(const char *method, const char *path, Uploader uploader)
 
 const Router::Route *Router::findMonitor(const HttpRequest &request) const
 {
+    if (request.isOutside)
+        return nullptr;
     const auto found = std::find_if(m_routes.begin(), m_routes.end(), [&](const Route &route) {
         return route.isMonitor && route.method == request.method
             && route.segments == request.segments;
@@ -87,7 +89,7 @@ const Router::Route &Router::find(HttpRequest &request) const
     QList<QByteArray> allowed;
     QStringList captures;
     for (const Route &route : m_routes) {
-        if (!fits(route.segments, request.segments, captures))
+        if (request.isOutside || !fits(route.segments, request.segments, captures))
             continue;
         if (route.method == request.method && (route.hasHead || !request.isHead)) {
             request.captures = captures;
