@@ -9,6 +9,7 @@
 #include <service/records/Users.h>
 #include <service/storage/FolderLock.h>
 #include <service/storage/Generation.h>
+#include <service/storage/StoredBytes.h>
 
 #include <QRegularExpression>
 
@@ -51,7 +52,7 @@ public:
     explicit Private(const ServiceOptions &serviceOptions)
         : options(serviceOptions),
           context(serviceOptions.dataDir, serviceOptions.database, serviceOptions.storeQuotaBytes,
-                  serviceOptions.busyTimeoutMs),
+                  serviceOptions.busyTimeoutMs, serviceOptions.databaseConnections),
           dispatcher(context)
     {}
 
@@ -75,6 +76,7 @@ public:
 
 bool ReferenceService::Private::openData(QString *error)
 {
+    const DatabaseUse use(context.database);
     try {
         context.folder.make();
         const bool isShared = context.database.dialect().isShared();
@@ -84,7 +86,10 @@ bool ReferenceService::Private::openData(QString *error)
         if (!lock)
             return false;
         context.database.open();
-        context.contents.open(isShared);
+        if (isShared)
+            context.contents.openShared([this] { return storedBytes(context.database); });
+        else
+            context.contents.open();
         Generation generation(context.database, context.folder);
         if (!generation.fits()) {
             *error =
@@ -128,7 +133,7 @@ bool ReferenceService::Private::serve(QString *error)
     HttpServer::Settings settings;
     settings.address = options.listenAddress;
     settings.port = options.port;
-    settings.temporaryFolder = context.folder.temporary();
+    settings.temporaryFolder = context.contents.temporaryPath();
     settings.limits.maxBodyBytes = options.maxBodyBytes;
     for (const QString &proxy : options.trustedProxies)
         settings.proxies.add(proxy);
@@ -151,6 +156,7 @@ void ReferenceService::Private::close()
     server.reset();
     context.openConnections = {};
     log.close();
+    context.contents.close();
     context.database.close();
     lock.reset();
 }
@@ -159,6 +165,7 @@ template <typename Change>
 bool ReferenceService::Private::administer(Change change, QString *error)
 {
     QString sentence;
+    const DatabaseUse use(context.database);
     try {
         change();
         return true;

@@ -31,6 +31,8 @@ struct ServiceOptions
     qint64 storeQuotaBytes = 0;
     //! How long a change waits for another program that writes to the database.
     int busyTimeoutMs = 5000;
+    //! How many connections to PostgreSQL may be open; a request waits #busyTimeoutMs for one, and then gets 503.
+    int databaseConnections = 20;
 
     //! Sets listenAddress and port from a text such as "127.0.0.1:8080" or "[::1]:8080". \return false if it has another form
     bool setListen(const QString &text);

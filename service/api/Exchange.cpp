@@ -23,6 +23,7 @@ Exchange::~Exchange() = default;
 
 std::optional<HttpResponse> Exchange::begin()
 {
+    const DatabaseUse use(m_context.database);
     const std::optional<FaultRule> fault =
         m_context.faults.strike(m_request.method, m_request.path());
     if (fault) {
@@ -107,6 +108,7 @@ User Exchange::authenticate()
 
 void Exchange::takeBody(const char *data, qint64 length)
 {
+    const DatabaseUse use(m_context.database);
     if (m_sink) {
         m_sink->write(data, length);
         return;
@@ -116,6 +118,7 @@ void Exchange::takeBody(const char *data, qint64 length)
 
 HttpResponse Exchange::finish()
 {
+    const DatabaseUse use(m_context.database);
     if (m_sink)
         return m_sink->finish();
     m_request.body = m_body.take();

@@ -14,8 +14,8 @@ namespace service {
 struct ServiceContext
 {
     ServiceContext(const QString &dataDir, const QString &databaseAddress, qint64 storeQuotaBytes,
-                   int busyTimeoutMs)
-        : folder(dataDir), database(folder, databaseAddress, busyTimeoutMs),
+                   int busyTimeoutMs, int maxConnections = 0)
+        : folder(dataDir), database(folder, databaseAddress, busyTimeoutMs, maxConnections),
           contents(folder, storeQuotaBytes)
     {}
 

@@ -38,7 +38,7 @@ HttpResponse createShare(HttpRequest &request, RequestState &state)
     share.allowsDownload = input.has("allowDownload") && input.boolean("allowDownload");
     if (!input.text("expiredAt").isEmpty()) {
         share.expiredAt = parseTime(input.text("expiredAt"), QStringLiteral("expiredAt"));
-        if (*share.expiredAt <= nowMs())
+        if (*share.expiredAt <= state.database.nowMs())
             throw HttpError(400, QStringLiteral("The share would have ended already."));
     }
     const QStringList ids = input.texts("documentIds");
@@ -150,7 +150,7 @@ Share requireShare(const HttpRequest &request, RequestState &state)
                            QStringLiteral("There is no share with this code. "
                                           "Please check the address you were given.")};
     }
-    const bool isExpired = share->expiredAt && *share->expiredAt <= nowMs();
+    const bool isExpired = share->expiredAt && *share->expiredAt <= state.database.nowMs();
     if (isExpired || !mayStillShare(*share, state.database)) {
         throw ShareRefusal{410, QStringLiteral("This share has ended"),
                            QStringLiteral("The documents are no longer shared. "

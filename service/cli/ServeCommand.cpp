@@ -31,6 +31,9 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("access-log"),
          QStringLiteral("One line for each request; - for stderr. Reopened on SIGHUP."),
          QStringLiteral("FILE")},
+        {QStringLiteral("database-connections"),
+         QStringLiteral("The maximum number of connections to PostgreSQL (20)."),
+         QStringLiteral("N"), QStringLiteral("20")},
         {QStringLiteral("trusted-proxy"),
          QStringLiteral("A proxy that tells who the client is, in Forwarded or X-Forwarded-For, "
                         "-Proto, -Host and -Prefix. May be repeated."),
@@ -139,6 +142,9 @@ QString readOptions(const QCommandLineParser &parser, ServiceOptions *options, i
         return QStringLiteral("--path-prefix takes a path such as /documents.");
     if (!readNumber(parser, "quota", &options->storeQuotaBytes))
         return QStringLiteral("--quota takes a number of bytes.");
+    if (!readNumber(parser, "database-connections", &options->databaseConnections)
+        || options->databaseConnections == 0)
+        return QStringLiteral("--database-connections takes a number above 0.");
     if (!readNumber(parser, "drain", drainSeconds))
         return QStringLiteral("--drain takes a number of seconds.");
     return {};

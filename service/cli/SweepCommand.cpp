@@ -3,7 +3,6 @@
 #include <service/cli/Output.h>
 #include <service/records/Sweep.h>
 #include <service/records/SweepLog.h>
-#include <service/records/Times.h>
 
 #include <cmath>
 
@@ -17,7 +16,7 @@ int sweep(OpenFolder &folder, qint64 olderThanMs, Sweep::Mode mode)
 {
     const SweepResult result = Sweep(folder.database, folder.store).run(olderThanMs, mode);
     if (mode == Sweep::Mode::Remove)
-        SweepLog::add(folder.folder, result, nowMs());
+        SweepLog::add(folder.folder, result, folder.database.nowMs());
     printLine(QStringLiteral("%1 %2 abandoned uploads and %3 unused contents, %4 %5 unknown files: "
                              "%6 bytes")
                   .arg(mode == Sweep::Mode::DryRun ? QStringLiteral("would remove")

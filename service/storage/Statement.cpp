@@ -25,6 +25,12 @@ void Statement::execute(const QVariantList &values)
 {
     m_query = m_database.prepared(m_sql);
     for (const QVariant &value : values) {
+        // PostgreSQL ends texts with it.
+        if (m_database.dialect().isShared() && value.type() == QVariant::String
+            && value.toString().contains(QChar::Null)) {
+            throw DatabaseError(QStringLiteral("a text has the character NUL"),
+                                DatabaseError::Kind::BadText);
+        }
         const bool isNullText = value.type() == QVariant::String && value.isNull();
         m_query.addBindValue(isNullText ? QVariant(QStringLiteral("")) : value);
     }
@@ -58,7 +64,18 @@ void executeDirectly(Database &database, const QString &sql)
         throw database.dialect().error(query);
 }
 
-Transaction::Transaction(Database &database) : m_database(database), m_locker(database.writeLock())
+namespace {
+
+//! Who waits for the lock has a connection already: otherwise the one with the lock could wait for theirs.
+std::mutex &writeLockOf(Database &database)
+{
+    database.connection();
+    return database.writeLock();
+}
+
+} // namespace
+
+Transaction::Transaction(Database &database) : m_database(database), m_locker(writeLockOf(database))
 {
     m_database.dialect().begin(m_database);
     m_database.setInTransaction(true);
