@@ -5,6 +5,7 @@
 #include <service/storage/DataFolder.h>
 #include <service/storage/Database.h>
 #include <support/ServiceProcess.h>
+#include <support/TestDatabase.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -19,6 +20,7 @@ class TestServiceSharedLimits : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void servicesStartTogetherOnANewDatabase();
     void quotaIsThatOfAllServices();
     void quotaCountsPartsAndWhatIsRemoved();
     void aChunkIsCountedOnce();
@@ -43,6 +45,26 @@ bool TestServiceSharedLimits::slowDown(const ServiceWorld &world, const QString 
                                 "SELECT f.* FROM pg_sleep(%2) AS pause, %1_fast f")
                             .arg(table)
                             .arg(seconds));
+}
+
+void TestServiceSharedLimits::servicesStartTogetherOnANewDatabase()
+{
+    const QTemporaryDir folder;
+    ServiceOptions options;
+    options.dataDir = folder.filePath("data");
+    options.database = TestDatabase::addressFor(options.dataDir);
+    std::vector<std::unique_ptr<ReferenceService>> services;
+    std::vector<QString> errors(6);
+    std::vector<std::thread> threads;
+    for (QString &error : errors) {
+        services.push_back(std::make_unique<ReferenceService>(options));
+        threads.emplace_back(
+            [&error, service = services.back().get()] { service->start(&error); });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    for (const QString &error : errors)
+        QVERIFY2(error.isEmpty(), qUtf8Printable(error));
 }
 
 void TestServiceSharedLimits::quotaIsThatOfAllServices()
