@@ -18,7 +18,8 @@ void addOptions(QCommandLineParser &parser)
     parser.setApplicationDescription(
         QStringLiteral(
             "The document service: both REST interfaces on a data folder.\n\n"
-            "Other commands: user, project, role, share, check, sweep, backup, restore, accept; "
+            "Other commands: user, project, role, share, check, sweep, backup, restore, copy, "
+            "accept; "
             "each has --help.\n\n")
         + FaultRule::syntax());
     parser.addOptions(dataOptions());

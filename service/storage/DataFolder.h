@@ -24,6 +24,10 @@ public:
     QString sweeps() const { return file("sweeps.json"); } //!< see SweepLog
     QString contentLocks() const { return file("content.locks"); } //!< see ContentLock
     QString temporaryLocks() const { return file("tmp.locks"); } //!< see TemporaryFolder
+    QString movedRecords() const
+    {
+        return file("records.moved.sqlite");
+    } //!< after "vell-service copy"
     //! Returns the path of the copy of the database before the migration to \a schema.
     QString recordsBefore(int schema) const { return file("records.before-%1.sqlite").arg(schema); }
 

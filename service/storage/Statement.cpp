@@ -2,6 +2,7 @@
 
 #include <QSqlDatabase>
 #include <QSqlError>
+#include <QSqlRecord>
 
 #include <limits>
 
@@ -49,6 +50,15 @@ bool Statement::next()
     if (!hasRow && m_query.lastError().isValid())
         throw m_database.dialect().error(m_query);
     return hasRow;
+}
+
+QStringList Statement::columns() const
+{
+    const QSqlRecord record = m_query.record();
+    QStringList names;
+    for (int i = 0; i < record.count(); ++i)
+        names.append(record.fieldName(i));
+    return names;
 }
 
 int execute(Database &database, const QString &sql, const QVariantList &values)
