@@ -25,6 +25,8 @@ HttpResponse ServiceCalls::call(const QByteArray &method, const QByteArray &targ
     request.method = method;
     request.target = target;
     request.headers = {{"host", "localhost"}, {"content-type", contentType}};
+    request.host = "localhost";
+    request.client = QStringLiteral("127.0.0.1:1");
     request.bodyLength = body.size();
     parseTarget(request);
     const auto handler = m_dispatcher.handlerFor(request);

@@ -9,6 +9,9 @@
 #include <service/records/Users.h>
 #include <service/storage/FolderLock.h>
 #include <service/storage/Generation.h>
+#include <service/storage/StoredBytes.h>
+
+#include <QRegularExpression>
 
 using namespace service;
 
@@ -27,13 +30,29 @@ bool ServiceOptions::setListen(const QString &text)
     return true;
 }
 
+bool ServiceOptions::addTrustedProxy(const QString &text)
+{
+    if (!TrustedProxies().add(text))
+        return false;
+    trustedProxies.append(text);
+    return true;
+}
+
+bool ServiceOptions::setPathPrefix(const QString &text)
+{
+    static const QRegularExpression path(QStringLiteral("\\A((/[A-Za-z0-9._~-]+)*)/?\\z"));
+    const QRegularExpressionMatch match = path.match(text);
+    pathPrefix = match.captured(1);
+    return match.hasMatch();
+}
+
 class ReferenceService::Private
 {
 public:
     explicit Private(const ServiceOptions &serviceOptions)
         : options(serviceOptions),
           context(serviceOptions.dataDir, serviceOptions.database, serviceOptions.storeQuotaBytes,
-                  serviceOptions.busyTimeoutMs),
+                  serviceOptions.busyTimeoutMs, serviceOptions.databaseConnections),
           dispatcher(context)
     {}
 
@@ -57,6 +76,7 @@ public:
 
 bool ReferenceService::Private::openData(QString *error)
 {
+    const DatabaseUse use(context.database);
     try {
         context.folder.make();
         const bool isShared = context.database.dialect().isShared();
@@ -66,7 +86,10 @@ bool ReferenceService::Private::openData(QString *error)
         if (!lock)
             return false;
         context.database.open();
-        context.contents.open(isShared);
+        if (isShared)
+            context.contents.openShared([this] { return storedBytes(context.database); });
+        else
+            context.contents.open();
         Generation generation(context.database, context.folder);
         if (!generation.fits()) {
             *error =
@@ -110,19 +133,30 @@ bool ReferenceService::Private::serve(QString *error)
     HttpServer::Settings settings;
     settings.address = options.listenAddress;
     settings.port = options.port;
-    settings.temporaryFolder = context.folder.temporary();
+    settings.temporaryFolder = context.contents.temporaryPath();
     settings.limits.maxBodyBytes = options.maxBodyBytes;
+    for (const QString &proxy : options.trustedProxies)
+        settings.proxies.add(proxy);
     settings.handler = [this](HttpRequest &request) { return dispatcher.handlerFor(request); };
     settings.loggedPath = &Dispatcher::loggedPath;
-    settings.logger = [this](const ServedRequest &request) { log.write(request); };
+    settings.logger = [this](const ServedRequest &request) {
+        context.metrics.count(request);
+        log.write(request);
+    };
     server = std::make_unique<HttpServer>(std::move(settings));
+    context.pathPrefix = options.pathPrefix;
+    context.metricsToken = options.metricsToken;
+    context.isDraining = false;
+    context.openConnections = [this] { return server->connectionCount(); };
     return server->start(error);
 }
 
 void ReferenceService::Private::close()
 {
     server.reset();
+    context.openConnections = {};
     log.close();
+    context.contents.close();
     context.database.close();
     lock.reset();
 }
@@ -131,6 +165,7 @@ template <typename Change>
 bool ReferenceService::Private::administer(Change change, QString *error)
 {
     QString sentence;
+    const DatabaseUse use(context.database);
     try {
         change();
         return true;
@@ -170,6 +205,14 @@ bool ReferenceService::start(QString *error)
     return false;
 }
 
+void ReferenceService::drain()
+{
+    if (!d->server)
+        return;
+    d->context.isDraining = true;
+    d->server->drain();
+}
+
 void ReferenceService::stop()
 {
     if (d->server)
@@ -188,7 +231,7 @@ QString ReferenceService::baseApi() const
     const bool isV6 = d->options.listenAddress.contains(QLatin1Char(':'));
     const QString host =
         isV6 ? QStringLiteral("[%1]").arg(d->options.listenAddress) : d->options.listenAddress;
-    return QStringLiteral("http://%1:%2/").arg(host).arg(port());
+    return QStringLiteral("http://%1:%2%3/").arg(host).arg(port()).arg(d->options.pathPrefix);
 }
 
 QString ReferenceService::addUser(const QString &name, QString *error)

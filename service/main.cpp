@@ -25,6 +25,7 @@ int main(int argc, char *argv[])
         {QStringLiteral("check"), service::runCheck},
         {QStringLiteral("backup"), service::runBackup},
         {QStringLiteral("restore"), service::runRestore},
+        {QStringLiteral("copy"), service::runCopy},
         {QStringLiteral("accept"), service::runAccept},
     };
     const QStringList arguments = QCoreApplication::arguments().mid(1);

@@ -33,7 +33,7 @@ void BodyBuffer::append(const char *data, qint64 length)
 
 void BodyBuffer::moveToFile()
 {
-    const QString path = m_context.folder.temporary() + QLatin1Char('/')
+    const QString path = m_context.contents.temporaryPath() + QLatin1Char('/')
         + QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_file = std::make_unique<RawFile>(path, RawFile::Mode::CreateNew);
     QFile::remove(path); // its content exists as long as it is open

@@ -57,6 +57,18 @@ HttpResponse databaseResponse(const DatabaseError &error)
         return tryAgainResponse(
             QStringLiteral("The service cannot reach its database; please try again."));
     }
+    if (error.kind() == DatabaseError::Kind::NoConnection) {
+        return tryAgainResponse(QStringLiteral(
+            "All connections of the service to its database are in use; please try again."));
+    }
+    if (error.kind() == DatabaseError::Kind::Slow) {
+        return tryAgainResponse(QStringLiteral(
+            "The database needed too long for this; please ask for less, or try again."));
+    }
+    if (error.kind() == DatabaseError::Kind::BadText) {
+        return HttpResponse::error(
+            400, QStringLiteral("A text has the character NUL, which cannot be stored."));
+    }
     return diskResponse(error);
 }
 

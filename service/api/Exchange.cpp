@@ -23,22 +23,15 @@ Exchange::~Exchange() = default;
 
 std::optional<HttpResponse> Exchange::begin()
 {
+    const DatabaseUse use(m_context.database);
     const std::optional<FaultRule> fault =
         m_context.faults.strike(m_request.method, m_request.path());
     if (fault) {
         if (auto response = misbehave(*fault))
             return response;
     }
-    const bool isOpen = !Users(m_context.database).isTokenNeeded();
-    if (isOpen)
-        requireLocalOrigin(m_request);
-    m_route = &m_router.find(m_request);
-    User user;
-    if (isOpen)
-        user = User::local();
-    else if (!m_route->isPublic)
-        user = authenticate();
-    m_userName = m_route->isPublic ? QString() : user.name;
+    m_route = m_router.findMonitor(m_request);
+    const User user = m_route ? User() : findRoute();
     if (m_route->check) {
         RequestState state(
             m_context, user,
@@ -53,6 +46,21 @@ std::optional<HttpResponse> Exchange::begin()
             413, QStringLiteral("The body is larger than the %1 bytes allowed.").arg(MaxBodyBytes));
     }
     return std::nullopt;
+}
+
+User Exchange::findRoute()
+{
+    const bool isOpen = !Users(m_context.database).isTokenNeeded();
+    if (isOpen)
+        requireLocalOrigin(m_request);
+    m_route = &m_router.find(m_request);
+    User user;
+    if (isOpen)
+        user = User::local();
+    else if (!m_route->isPublic)
+        user = authenticate();
+    m_userName = m_route->isPublic ? QString() : user.name;
+    return user;
 }
 
 std::optional<HttpResponse> Exchange::misbehave(const FaultRule &rule)
@@ -100,6 +108,7 @@ User Exchange::authenticate()
 
 void Exchange::takeBody(const char *data, qint64 length)
 {
+    const DatabaseUse use(m_context.database);
     if (m_sink) {
         m_sink->write(data, length);
         return;
@@ -109,6 +118,7 @@ void Exchange::takeBody(const char *data, qint64 length)
 
 HttpResponse Exchange::finish()
 {
+    const DatabaseUse use(m_context.database);
     if (m_sink)
         return m_sink->finish();
     m_request.body = m_body.take();

@@ -33,6 +33,8 @@ public:
 private:
     //! Returns a response if the request is not to be processed.
     std::optional<HttpResponse> misbehave(const FaultRule &rule);
+    //! Sets the route. \return the user; an empty one for a public route of a service with users
+    User findRoute();
     User authenticate();
 
     ServiceContext &m_context;

@@ -12,6 +12,7 @@ namespace {
 HttpResponse keepFile(IncomingFile &content, const UploadForm &form, RequestState &state)
 {
     const StoredFile file = state.contents.keep(content, form.fileName());
+    state.context.metrics.countUpload();
     return HttpResponse::json(QJsonObject{{QStringLiteral("files"), QJsonArray{file.id}},
                                           {QStringLiteral("md5"), file.md5},
                                           {QStringLiteral("fileSize"), file.size}});

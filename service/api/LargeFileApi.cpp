@@ -72,7 +72,11 @@ HttpResponse takeChunk(const UploadForm &form, BodyBuffer &bytes, RequestState &
 {
     const Chunk chunk = readChunk(form, bytes);
     const bool isToBeForgotten = state.fault && state.fault->kind == FaultRule::Kind::ForgetChunk;
-    return HttpResponse::json(uploadOf(state).take(chunk, isToBeForgotten));
+    const QJsonObject record = uploadOf(state).take(chunk, isToBeForgotten);
+    state.context.metrics.countChunk();
+    if (!record.value(QStringLiteral("fsFileId")).toString().isEmpty())
+        state.context.metrics.countUpload();
+    return HttpResponse::json(record);
 }
 
 std::unique_ptr<BodySink> postChunk(HttpRequest &request, RequestState &state)

@@ -19,7 +19,12 @@ QString hostName(const QByteArray &host)
 
 void requireLocalOrigin(const HttpRequest &request)
 {
-    const QByteArray host = request.header("host").toLower();
+    const QByteArray host = request.host.toLower();
+    if (!isLoopback(request.clientAddress())) {
+        throw HttpError(403,
+                        QStringLiteral("While there are no users, the service answers to clients "
+                                       "of this machine only."));
+    }
     if (!host.isEmpty() && !isLoopback(hostName(host))) {
         throw HttpError(403,
                         QStringLiteral("While there are no users, the service answers to loopback "
@@ -29,7 +34,7 @@ void requireLocalOrigin(const HttpRequest &request)
     const QByteArray site = request.header("sec-fetch-site").toLower();
     const bool isOtherSite = site == "cross-site" || site == "same-site";
     const bool isOtherOrigin = request.headers.contains("origin")
-        && request.header("origin").toLower() != "http://" + host;
+        && request.header("origin").toLower() != request.scheme + "://" + host;
     if (isOtherSite || isOtherOrigin) {
         throw HttpError(403,
                         QStringLiteral("While there are no users, the service takes no requests "

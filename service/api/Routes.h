@@ -13,6 +13,7 @@ void addHistoryRoutes(Router &router); //!< versions and their remarks
 void addMarkRoutes(Router &router); //!< frequent, recent, favourite
 void addFileRoutes(Router &router); //!< upload and download of whole contents
 void addLargeFileRoutes(Router &router); //!< uploads by chunks
+void addMonitorRoutes(Router &router); //!< health and metrics
 void addShareRoutes(Router &router); //!< creating shares, and their pages
 //! @}
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <service/faults/FaultPlan.h>
+#include <service/http/Metrics.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Database.h>
 
 #include <atomic>
+#include <functional>
 
 namespace service {
 
@@ -12,8 +14,8 @@ namespace service {
 struct ServiceContext
 {
     ServiceContext(const QString &dataDir, const QString &databaseAddress, qint64 storeQuotaBytes,
-                   int busyTimeoutMs)
-        : folder(dataDir), database(folder, databaseAddress, busyTimeoutMs),
+                   int busyTimeoutMs, int maxConnections = 0)
+        : folder(dataDir), database(folder, databaseAddress, busyTimeoutMs, maxConnections),
           contents(folder, storeQuotaBytes)
     {}
 
@@ -21,6 +23,11 @@ struct ServiceContext
     Database database;
     ContentStore contents;
     FaultPlan faults;
+    Metrics metrics;
+    QString metricsToken; //!< see ServiceOptions
+    QString pathPrefix; //!< see ServiceOptions
+    std::function<int()> openConnections; //!< set while the service is running
+    std::atomic<bool> isDraining{false}; //!< the service is about to be stopped
     std::atomic<qint64> heldBodyBytes{0}; //!< see BodyBuffer
 };
 

@@ -38,7 +38,7 @@ HttpResponse createShare(HttpRequest &request, RequestState &state)
     share.allowsDownload = input.has("allowDownload") && input.boolean("allowDownload");
     if (!input.text("expiredAt").isEmpty()) {
         share.expiredAt = parseTime(input.text("expiredAt"), QStringLiteral("expiredAt"));
-        if (*share.expiredAt <= nowMs())
+        if (*share.expiredAt <= state.database.nowMs())
             throw HttpError(400, QStringLiteral("The share would have ended already."));
     }
     const QStringList ids = input.texts("documentIds");
@@ -57,9 +57,13 @@ HttpResponse createShare(HttpRequest &request, RequestState &state)
     }
     const QString code = Shares(state.database).insert(share, ids);
     transaction.commit();
-    return HttpResponse::json(QJsonObject{{QStringLiteral("code"), code},
-                                          {QStringLiteral("path"), QStringLiteral("share/") + code},
-                                          {QStringLiteral("expiredAt"), endText(share)}});
+    QJsonObject object{{QStringLiteral("code"), code},
+                       {QStringLiteral("path"), QStringLiteral("share/") + code},
+                       {QStringLiteral("expiredAt"), endText(share)}};
+    const QString base = request.publicBase();
+    if (!base.isEmpty())
+        object.insert(QStringLiteral("url"), base + QStringLiteral("/share/") + code);
+    return HttpResponse::json(object);
 }
 
 QJsonObject toJson(const Share &share, const QList<Document> &documents)
@@ -146,7 +150,7 @@ Share requireShare(const HttpRequest &request, RequestState &state)
                            QStringLiteral("There is no share with this code. "
                                           "Please check the address you were given.")};
     }
-    const bool isExpired = share->expiredAt && *share->expiredAt <= nowMs();
+    const bool isExpired = share->expiredAt && *share->expiredAt <= state.database.nowMs();
     if (isExpired || !mayStillShare(*share, state.database)) {
         throw ShareRefusal{410, QStringLiteral("This share has ended"),
                            QStringLiteral("The documents are no longer shared. "
@@ -182,7 +186,7 @@ Router::Handler page(PageFunction function)
 
 QString basePath(const HttpRequest &request)
 {
-    return QStringLiteral("/share/") + request.captures.at(0);
+    return request.prefix + QStringLiteral("/share/") + request.captures.at(0);
 }
 
 SharePage pageOf(const HttpRequest &request, const Share &share, const QString &path)

@@ -17,6 +17,7 @@ int runSweep(const QStringList &arguments);
 int runCheck(const QStringList &arguments);
 int runBackup(const QStringList &arguments);
 int runRestore(const QStringList &arguments);
+int runCopy(const QStringList &arguments);
 int runAccept(const QStringList &arguments);
 //! @}
 

@@ -21,6 +21,9 @@ public:
     //! \throws std::exception with a sentence: there is no data folder at \a path, and \a missing is Refuse; it has another version
     OpenFolder(const QString &path, const QString &databaseAddress, Missing missing);
 
+    //! Returns false if a service is running on the folder.
+    bool isAlone() const { return m_lock != nullptr; }
+
     const DataFolder folder;
     Database database;
     ContentStore store;

@@ -3,6 +3,8 @@
 #include <service/cli/OpenFolder.h>
 #include <service/cli/Output.h>
 
+#include <QElapsedTimer>
+
 #include <csignal>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -16,7 +18,8 @@ void addOptions(QCommandLineParser &parser)
     parser.setApplicationDescription(
         QStringLiteral(
             "The document service: both REST interfaces on a data folder.\n\n"
-            "Other commands: user, project, role, share, check, sweep, backup, restore, accept; "
+            "Other commands: user, project, role, share, check, sweep, backup, restore, copy, "
+            "accept; "
             "each has --help.\n\n")
         + FaultRule::syntax());
     parser.addOptions(dataOptions());
@@ -29,6 +32,24 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("access-log"),
          QStringLiteral("One line for each request; - for stderr. Reopened on SIGHUP."),
          QStringLiteral("FILE")},
+        {QStringLiteral("database-connections"),
+         QStringLiteral("The maximum number of connections to PostgreSQL (20)."),
+         QStringLiteral("N"), QStringLiteral("20")},
+        {QStringLiteral("trusted-proxy"),
+         QStringLiteral("A proxy that tells who the client is, in Forwarded or X-Forwarded-For, "
+                        "-Proto, -Host and -Prefix. May be repeated."),
+         QStringLiteral("ADDRESS[/BITS]")},
+        {QStringLiteral("path-prefix"),
+         QStringLiteral("Serve everything below this path, for example /documents."),
+         QStringLiteral("PATH")},
+        {QStringLiteral("drain"),
+         QStringLiteral("How long it goes on serving after SIGTERM, while /health/ready says 503 "
+                        "(0)."),
+         QStringLiteral("SECONDS"), QStringLiteral("0")},
+        {QStringLiteral("metrics-token"),
+         QStringLiteral("Lets other machines read /metrics with this token; "
+                        "VELL_SERVICE_METRICS_TOKEN does the same and keeps it from others."),
+         QStringLiteral("TOKEN")},
         {QStringLiteral("quota"),
          QStringLiteral("The maximum size of all contents in bytes (0: no limit)."),
          QStringLiteral("BYTES"), QStringLiteral("0")},
@@ -45,7 +66,24 @@ void allowManyFiles()
     ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-int serve(ReferenceService &service)
+//! Returns after \a seconds, or when a signal other than SIGHUP arrives.
+void drain(ReferenceService &service, const sigset_t &signals, int seconds)
+{
+    service.drain();
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        const qint64 left = seconds * qint64(1000) - clock.elapsed();
+        if (left <= 0)
+            return;
+        const timespec time{left / 1000, (left % 1000) * 1000000};
+        const int received = sigtimedwait(&signals, nullptr, &time);
+        if (received == SIGTERM || received == SIGINT)
+            return;
+    }
+}
+
+int serve(ReferenceService &service, int drainSeconds)
 {
     allowManyFiles();
     // Blocked before any thread starts, so that only sigwait() gets them.
@@ -67,8 +105,50 @@ int serve(ReferenceService &service)
         if (received == SIGHUP && !service.reopenAccessLog(&error))
             fail(error);
     }
+    if (drainSeconds > 0)
+        drain(service, signals, drainSeconds);
     service.stop();
     return 0;
+}
+
+//! A number of at least 0. \return false for another text
+template <typename Number>
+bool readNumber(const QCommandLineParser &parser, const char *option, Number *number)
+{
+    bool isNumber = false;
+    const qint64 value = parser.value(QLatin1String(option)).toLongLong(&isNumber);
+    *number = static_cast<Number>(value);
+    return isNumber && value >= 0 && static_cast<qint64>(*number) == value;
+}
+
+//! \return what is wrong; empty if nothing is
+QString readOptions(const QCommandLineParser &parser, ServiceOptions *options, int *drainSeconds)
+{
+    options->dataDir = parser.value(QStringLiteral("data"));
+    options->database = databaseAddress(parser);
+    options->accessLog = parser.value(QStringLiteral("access-log"));
+    options->metricsToken = parser.isSet(QStringLiteral("metrics-token"))
+        ? parser.value(QStringLiteral("metrics-token"))
+        : qEnvironmentVariable("VELL_SERVICE_METRICS_TOKEN");
+    if (options->dataDir.isEmpty())
+        return QStringLiteral("Say which data folder: --data DIR.");
+    if (!options->setListen(parser.value(QStringLiteral("listen"))))
+        return QStringLiteral("--listen takes ADDRESS:PORT.");
+    const QStringList proxies = parser.values(QStringLiteral("trusted-proxy"));
+    for (const QString &proxy : proxies) {
+        if (!options->addTrustedProxy(proxy))
+            return QStringLiteral("--trusted-proxy takes ADDRESS or ADDRESS/BITS.");
+    }
+    if (!options->setPathPrefix(parser.value(QStringLiteral("path-prefix"))))
+        return QStringLiteral("--path-prefix takes a path such as /documents.");
+    if (!readNumber(parser, "quota", &options->storeQuotaBytes))
+        return QStringLiteral("--quota takes a number of bytes.");
+    if (!readNumber(parser, "database-connections", &options->databaseConnections)
+        || options->databaseConnections == 0)
+        return QStringLiteral("--database-connections takes a number above 0.");
+    if (!readNumber(parser, "drain", drainSeconds))
+        return QStringLiteral("--drain takes a number of seconds.");
+    return {};
 }
 
 } // namespace
@@ -86,17 +166,10 @@ int runServe(const QStringList &arguments)
                     ExitUsage);
     }
     ServiceOptions options;
-    options.dataDir = parser.value(QStringLiteral("data"));
-    options.database = databaseAddress(parser);
-    options.accessLog = parser.value(QStringLiteral("access-log"));
-    if (options.dataDir.isEmpty())
-        return fail(QStringLiteral("Say which data folder: --data DIR."), ExitUsage);
-    if (!options.setListen(parser.value(QStringLiteral("listen"))))
-        return fail(QStringLiteral("--listen takes ADDRESS:PORT."), ExitUsage);
-    bool isNumber = false;
-    options.storeQuotaBytes = parser.value(QStringLiteral("quota")).toLongLong(&isNumber);
-    if (!isNumber || options.storeQuotaBytes < 0)
-        return fail(QStringLiteral("--quota takes a number of bytes."), ExitUsage);
+    int drainSeconds = 0;
+    const QString problem = readOptions(parser, &options, &drainSeconds);
+    if (!problem.isEmpty())
+        return fail(problem, ExitUsage);
 
     ReferenceService service(options);
     const QStringList faults = parser.values(QStringLiteral("fault"));
@@ -107,7 +180,7 @@ int runServe(const QStringList &arguments)
             return fail(error, ExitUsage);
         service.addFault(rule);
     }
-    return serve(service);
+    return serve(service, drainSeconds);
 }
 
 } // namespace service

@@ -2,6 +2,7 @@
 #include <service/cli/OpenFolder.h>
 #include <service/cli/Output.h>
 #include <service/records/Sweep.h>
+#include <service/records/SweepLog.h>
 
 #include <cmath>
 
@@ -14,6 +15,8 @@ constexpr double MsPerHour = 3600.0 * 1000.0;
 int sweep(OpenFolder &folder, qint64 olderThanMs, Sweep::Mode mode)
 {
     const SweepResult result = Sweep(folder.database, folder.store).run(olderThanMs, mode);
+    if (mode == Sweep::Mode::Remove)
+        SweepLog::add(folder.folder, result, folder.database.nowMs());
     printLine(QStringLiteral("%1 %2 abandoned uploads and %3 unused contents, %4 %5 unknown files: "
                              "%6 bytes")
                   .arg(mode == Sweep::Mode::DryRun ? QStringLiteral("would remove")

@@ -29,8 +29,14 @@ void Connection::start()
 
 void Connection::stop()
 {
-    if (!m_isAtWork && !m_conversation.isResponding())
+    if (!m_isAtWork && mayStop())
         end();
+}
+
+//! A request that is arriving is not broken off when the service has been drained.
+bool Connection::mayStop() const
+{
+    return m_context.isDraining ? m_conversation.isIdle() : !m_conversation.isResponding();
 }
 
 void Connection::end()
@@ -62,7 +68,7 @@ void Connection::work(std::chrono::milliseconds waited, bool isTimedOut)
 void Connection::waitFor(const Wait &wait)
 {
     m_isAtWork = false;
-    const bool isToStop = m_context.isStopping && !m_conversation.isResponding();
+    const bool isToStop = m_context.isStopping && mayStop();
     if (m_isEnding || isToStop || wait.what == Wait::For::Nothing)
         end();
     else if (wait.what == Wait::For::Turn)

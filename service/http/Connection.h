@@ -63,6 +63,7 @@ private:
     void waitForSocket(const Wait &wait);
     void waited(bool isTimedOut);
     void leaveIdle();
+    bool mayStop() const;
 
     const Counted m_counted; // first, so that it is destroyed last
     boost::asio::ip::tcp::socket m_socket;

@@ -143,6 +143,7 @@ void Conversation::acceptHead(qsizetype length)
     }
     m_in.remove(0, static_cast<int>(length));
     m_head.request.client = m_client;
+    m_context.settings.proxies.apply(m_head.request);
     m_bodyLeft = m_head.request.bodyLength;
     m_phase = Phase::Begin;
 }
@@ -242,7 +243,7 @@ void Conversation::respond(HttpResponse response)
         && !m_sender.openFile(response.file))
         response = HttpResponse::error(500, QStringLiteral("The service cannot read this file."));
     const bool isUnread = m_bodyLeft > DrainBytes || (m_bodyLeft > 0 && m_head.expectsContinue);
-    m_closes = !m_head.keepsAlive || isUnread || m_context.isStopping;
+    m_closes = !m_head.keepsAlive || isUnread || m_context.isStopping || m_context.isDraining;
     const bool hasBody = !m_head.request.isHead && response.status != 304;
     std::optional<Milliseconds> keepAlive;
     if (!m_closes)
@@ -281,7 +282,7 @@ void Conversation::log(int status, qint64 bytes)
 {
     const HttpRequest &request = m_head.request;
     ServedRequest served;
-    served.client = m_client;
+    served.client = request.client.isEmpty() ? m_client : request.client;
     served.method = request.isHead ? QByteArrayLiteral("HEAD") : request.method;
     if (!request.method.isEmpty())
         served.path = m_context.settings.loggedPath(request);
@@ -289,6 +290,7 @@ void Conversation::log(int status, qint64 bytes)
         served.user = m_handler->userName();
     served.status = status;
     served.bytes = bytes;
+    served.received = std::max<qint64>(0, request.bodyLength - m_bodyLeft);
     served.milliseconds = m_clock.elapsed();
     m_context.settings.logger(served);
 }

@@ -52,6 +52,8 @@ void ExchangeRecorder::keepBody(const HttpRequest &request, const char *data, qi
 void ExchangeRecorder::record(const HttpRequest &request, const QByteArray &requestBody,
                               const HttpResponse &response, bool isFault)
 {
+    if (request.isOutside)
+        return;
     QJsonObject line{
         {QStringLiteral("method"),
          request.isHead ? QStringLiteral("HEAD") : QString::fromLatin1(request.method)},

@@ -41,6 +41,20 @@ QString HttpRequest::path() const
     return QLatin1Char('/') + segments.join(QLatin1Char('/'));
 }
 
+QString HttpRequest::publicBase() const
+{
+    if (host.isEmpty())
+        return {};
+    return QString::fromLatin1(scheme + "://" + host) + prefix;
+}
+
+QString HttpRequest::clientAddress() const
+{
+    if (client.startsWith(QLatin1Char('[')))
+        return client.mid(1, client.indexOf(QLatin1Char(']')) - 1);
+    return client.count(QLatin1Char(':')) == 1 ? client.section(QLatin1Char(':'), 0, 0) : client;
+}
+
 QByteArray HttpRequest::header(const char *lowerCaseName) const
 {
     return headers.value(lowerCaseName);

@@ -30,17 +30,28 @@ struct HttpRequest
     QByteArray method; //!< the request method; "GET" also for "HEAD", see isHead
     bool isHead =
         false; //!< only the head of the response is sent; the request must not change anything
-    QByteArray target; //!< path and query as they were sent
+    QByteArray
+        target; //!< path and query as they were sent, without the path that the service is served below
     QStringList segments; //!< the path, split at its slashes
     QMap<QString, QString> query; //!< the last value of a parameter that occurs several times
     QMap<QByteArray, QByteArray> headers; //!< names in lower case; repeated ones joined by ", "
     QString client; //!< address and port
+    QByteArray scheme = QByteArrayLiteral("http"); //!< of the address that the client uses
+    QByteArray host; //!< the same with the port, as in the header Host; empty without it
+    QString
+        prefix; //!< the path of the base address that the client uses, "/documents"; empty for none
+    bool isOutside = false; //!< the path is not below that of the service
+    bool isForwardedByOthers = false; //!< a proxy that is not trusted has passed it on
     QStringList captures; //!< the values of the route's placeholders
     qint64 bodyLength = 0;
     QByteArray body; //!< for routes whose handler needs the whole body
 
     //! Returns the decoded path with a leading slash.
     QString path() const;
+    //! Returns the base address that the client uses, without a slash at the end; empty without a host.
+    QString publicBase() const;
+    //! Returns the address of the client without port and brackets.
+    QString clientAddress() const;
     QByteArray header(const char *lowerCaseName) const;
     //! Returns true if a parameter has the value "true". \throws HttpError 400 for values other than "true" and "false"
     bool flag(QLatin1String parameter) const;

@@ -182,6 +182,11 @@ bool HttpServer::start(QString *error)
     return true;
 }
 
+void HttpServer::drain()
+{
+    d->context.isDraining = true;
+}
+
 void HttpServer::stop()
 {
     if (!std::exchange(d->isRunning, false))
@@ -214,6 +219,11 @@ void HttpServer::stop()
 quint16 HttpServer::port() const
 {
     return d->port;
+}
+
+int HttpServer::connectionCount() const
+{
+    return d->connectionCount;
 }
 
 } // namespace service

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <service/http/RequestHandler.h>
+#include <service/http/TrustedProxies.h>
 
 #include <QString>
 
@@ -18,7 +19,8 @@ struct ServedRequest
     QByteArray method;
     QString path; //!< without secrets; empty if it could not be parsed
     int status = 0; //!< 0 if there is no response
-    qint64 bytes = 0;
+    qint64 bytes = 0; //!< of the body of the response
+    qint64 received = 0; //!< of the body of the request
     qint64 milliseconds = 0;
 };
 
@@ -53,6 +55,7 @@ public:
         quint16 port = 0; //!< 0 for any free one
         QString temporaryFolder; //!< for responses to clients that read slowly
         HttpLimits limits;
+        TrustedProxies proxies;
         //! Creates the handler of a request, which the request outlives. Called on several threads of the pool at once.
         std::function<std::unique_ptr<RequestHandler>(HttpRequest &)> handler;
         std::function<QString(const HttpRequest &)>
@@ -66,11 +69,15 @@ public:
     //! Begins to accept connections. If the address is not available, returns false and sets \a error to the reason.
     bool start(QString *error);
 
+    //! Goes on serving, but closes each connection after its response. stop() then waits for requests that are still arriving, too.
+    void drain();
+
     //! Closes idle connections and those whose request is incomplete, and returns when the responses in progress have been sent or
     //! HttpLimits::stopping has expired.
     void stop();
 
     quint16 port() const;
+    int connectionCount() const;
 
 private:
     class Private;

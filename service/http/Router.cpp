@@ -2,6 +2,7 @@
 
 #include <service/http/HttpMessages.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace service {
@@ -40,23 +41,47 @@ bool isGet(const char *method)
 
 void Router::add(const char *method, const char *path, Handler handler, Check check)
 {
-    m_routes.push_back(
-        {method, segmentsOf(path), std::move(handler), {}, false, isGet(method), std::move(check)});
+    m_routes.push_back({method,
+                        segmentsOf(path),
+                        std::move(handler),
+                        {},
+                        false,
+                        isGet(method),
+                        std::move(check),
+                        false});
 }
 
 void Router::addPublic(const char *method, const char *path, Handler handler)
 {
-    m_routes.push_back({method, segmentsOf(path), std::move(handler), {}, true, isGet(method), {}});
+    m_routes.push_back(
+        {method, segmentsOf(path), std::move(handler), {}, true, isGet(method), {}, false});
+}
+
+void Router::addMonitor(const char *path, Handler handler)
+{
+    m_routes.push_back({"GET", segmentsOf(path), std::move(handler), {}, true, true, {}, true});
 }
 
 void Router::addChangingGet(const char *path, Handler handler)
 {
-    m_routes.push_back({"GET", segmentsOf(path), std::move(handler), {}, false, false, {}});
+    m_routes.push_back({"GET", segmentsOf(path), std::move(handler), {}, false, false, {}, false});
 }
 
 void Router::addUpload(const char *method, const char *path, Uploader uploader)
 {
-    m_routes.push_back({method, segmentsOf(path), {}, std::move(uploader), false, false, {}});
+    m_routes.push_back(
+        {method, segmentsOf(path), {}, std::move(uploader), false, false, {}, false});
+}
+
+const Router::Route *Router::findMonitor(const HttpRequest &request) const
+{
+    if (request.isOutside)
+        return nullptr;
+    const auto found = std::find_if(m_routes.begin(), m_routes.end(), [&](const Route &route) {
+        return route.isMonitor && route.method == request.method
+            && route.segments == request.segments;
+    });
+    return found == m_routes.end() ? nullptr : &*found;
 }
 
 const Router::Route &Router::find(HttpRequest &request) const
@@ -64,7 +89,7 @@ const Router::Route &Router::find(HttpRequest &request) const
     QList<QByteArray> allowed;
     QStringList captures;
     for (const Route &route : m_routes) {
-        if (!fits(route.segments, request.segments, captures))
+        if (request.isOutside || !fits(route.segments, request.segments, captures))
             continue;
         if (route.method == request.method && (route.hasHead || !request.isHead)) {
             request.captures = captures;

@@ -44,6 +44,7 @@ public:
         bool isPublic = false; //!< needs no authentication
         bool hasHead = false; //!< HEAD is allowed too
         Check check;
+        bool isMonitor = false; //!< needs neither authentication nor the database
     };
 
     //! Adds a route. If several routes match a request, the first one is used. HEAD is allowed if \a method is GET.
@@ -51,6 +52,8 @@ public:
     void add(const char *method, const char *path, Handler handler, Check check = {});
     //! Adds a route that needs no authentication.
     void addPublic(const char *method, const char *path, Handler handler);
+    //! Adds a GET for programs that watch the service: it must be answered without the database.
+    void addMonitor(const char *path, Handler handler);
     //! Adds a GET that changes something: HEAD is not allowed, because it must not change anything.
     void addChangingGet(const char *path, Handler handler);
     void addUpload(const char *method, const char *path, Uploader uploader);
@@ -58,6 +61,9 @@ public:
     //! Returns the route of \a request, and sets its captures. \throws HttpError 404 for an unknown path, and MethodNotAllowed for a
     //! known one without this request method
     const Route &find(HttpRequest &request) const;
+
+    //! Returns the route of addMonitor() for \a request; null if there is none.
+    const Route *findMonitor(const HttpRequest &request) const;
 
     const std::vector<Route> &routes() const { return m_routes; }
 

@@ -20,6 +20,7 @@ struct ServerContext
 
     const HttpServer::Settings settings;
     ExchangeRecorder recorder;
+    std::atomic<bool> isDraining{false}; //!< connections end after their responses
     std::atomic<bool> isStopping{false};
     std::atomic<qint64> unreadBytes{0}; //!< of responses in memory that wait for their clients
     std::atomic<qint64> unreadDiskBytes{0}; //!< of those in temporary files

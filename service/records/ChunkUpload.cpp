@@ -5,8 +5,7 @@
 #include <service/storage/ContentLock.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Statement.h>
-
-#include <QFileInfo>
+#include <service/storage/StoredBytes.h>
 
 namespace service {
 
@@ -131,22 +130,36 @@ LargeFile ChunkUpload::uploadFor(const Chunk &chunk)
 bool ChunkUpload::isHeld(const LargeFile &upload) const
 {
     return upload.savedChunk == 0
-        || QFileInfo(m_store.partPath(upload.part)).size() >= upload.savedBytes();
+        || m_store.sizeOf(m_store.partPath(upload.part)) >= upload.savedBytes();
 }
 
 void ChunkUpload::startAgain(LargeFile &upload)
 {
+    const int before = upload.savedChunk;
     upload.savedChunk = 0;
     upload.hashState.clear();
     m_store.dropPart(upload.part);
-    setSaved(upload);
+    setSaved(upload, before);
 }
 
-void ChunkUpload::setSaved(const LargeFile &upload)
+bool ChunkUpload::setSaved(const LargeFile &upload, int before)
 {
     Transaction transaction(m_database);
-    m_uploads.setSaved(upload);
+    const bool isSaved = m_uploads.setSaved(upload, before);
+    requireRoom(m_database, m_store);
     transaction.commit();
+    return isSaved;
+}
+
+//! Another service has counted meanwhile: the client continues with what is stored.
+QJsonObject ChunkUpload::present(const LargeFile &upload)
+{
+    if (const auto now = m_uploads.find(upload.id))
+        return toJson(*now);
+    const QJsonObject known = find(upload.md5);
+    if (known.isEmpty())
+        throw ServiceError(Refusal::Conflict, QStringLiteral("This upload has ended meanwhile."));
+    return known;
 }
 
 QJsonObject ChunkUpload::store(const Chunk &chunk, LargeFile upload)
@@ -163,14 +176,15 @@ QJsonObject ChunkUpload::store(const Chunk &chunk, LargeFile upload)
             QStringLiteral("The file that arrived does not have the MD5 claimed for it; "
                            "it may have changed meanwhile. Start again."));
     }
-    setSaved(upload);
+    if (!setSaved(upload, chunk.index))
+        return present(upload);
     return upload.isVerified() ? finish(upload) : toJson(upload);
 }
 
 //! Also continues after a crash between any two of these steps.
 QJsonObject ChunkUpload::finish(LargeFile upload)
 {
-    const bool hasPart = QFile::exists(m_store.partPath(upload.part));
+    const bool hasPart = m_store.sizeOf(m_store.partPath(upload.part)) >= 0;
     ContentDigest digest;
     if (hasPart) {
         digest = hashOf(upload).result();
@@ -185,11 +199,13 @@ QJsonObject ChunkUpload::finish(LargeFile upload)
     }
     try {
         const StoredFile file = m_contents.admit(
-            digest, {upload.id, upload.md5, digest.sha256, upload.fileSize, upload.fileName}, [&] {
+            digest, {upload.id, upload.md5, digest.sha256, upload.fileSize, upload.fileName},
+            [&] {
                 if (hasPart)
                     m_store.keepPart(upload.part, upload.md5);
-            });
-        remove(upload);
+            },
+            [&] { m_uploads.remove(upload.id); });
+        m_store.dropPart(upload.part); // of a content that was there already
         return toJson(file);
     } catch (const ServiceError &) {
         remove(upload);

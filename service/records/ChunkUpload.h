@@ -47,7 +47,8 @@ private:
     LargeFile uploadFor(const Chunk &chunk);
     bool isHeld(const LargeFile &upload) const;
     void startAgain(LargeFile &upload);
-    void setSaved(const LargeFile &upload);
+    bool setSaved(const LargeFile &upload, int before);
+    QJsonObject present(const LargeFile &upload);
     QJsonObject store(const Chunk &chunk, LargeFile upload);
     QJsonObject finish(LargeFile upload);
     void remove(const LargeFile &upload);

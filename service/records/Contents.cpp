@@ -5,6 +5,7 @@
 #include <service/storage/ContentLock.h>
 #include <service/storage/ContentStore.h>
 #include <service/storage/Statement.h>
+#include <service/storage/StoredBytes.h>
 
 namespace service {
 
@@ -17,7 +18,8 @@ std::optional<StoredFile> Contents::findByMd5(const QString &md5)
     std::optional<StoredFile> file = m_files.findByMd5(md5);
     if (!file || !m_files.mayDownload(file->id, m_access) || !m_store.holds(md5, file->size))
         return std::nullopt;
-    m_files.notePromise(*file);
+    if (!m_files.notePromise(*file))
+        return std::nullopt;
     return file;
 }
 
@@ -57,12 +59,20 @@ StoredFile Contents::keep(IncomingFile &file, const QString &name)
 {
     const ContentDigest digest = file.digest();
     const ContentLock lock(m_store.folder(), digest.md5);
-    return admit(digest, {QString(), digest.md5, digest.sha256, digest.size, name},
-                 [&] { m_store.keep(file, digest.md5); });
+    try {
+        return admit(
+            digest, {QString(), digest.md5, digest.sha256, digest.size, name},
+            [&] { m_store.keep(file, digest.md5); }, [&] { requireRoom(m_database, m_store); });
+    } catch (const StorageError &) {
+        if (!m_files.findByMd5(digest.md5))
+            m_store.removeContent(digest.md5);
+        throw;
+    }
 }
 
 StoredFile Contents::admit(const ContentDigest &digest, StoredFile fresh,
-                           const std::function<void()> &giveName)
+                           const std::function<void()> &giveName,
+                           const std::function<void()> &alsoChange)
 {
     const std::optional<StoredFile> known = m_files.findByMd5(digest.md5);
     if (known)
@@ -72,6 +82,7 @@ StoredFile Contents::admit(const ContentDigest &digest, StoredFile fresh,
         giveName();
     Transaction transaction(m_database);
     fresh = m_files.insert(fresh, m_access.user().id);
+    alsoChange();
     transaction.commit();
     return fresh;
 }

@@ -37,8 +37,10 @@ public:
 
     //! The same for a file that \a giveName makes a content if that is necessary. Requires the ContentLock.
     //! \param fresh the row for a new content
+    //! \param alsoChange called in the transaction that adds the row
     StoredFile admit(const ContentDigest &digest, StoredFile fresh,
-                     const std::function<void()> &giveName);
+                     const std::function<void()> &giveName,
+                     const std::function<void()> &alsoChange);
 
 private:
     StoredFile require(const QString &id, const ServiceError &refusal);

@@ -6,6 +6,7 @@
 #include <service/storage/RegexFunction.h>
 #include <service/storage/Statement.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace service {
@@ -120,9 +121,17 @@ QString rowsInOrder(const DocumentQuery &query, const SqlFilter &filter, const S
     return QStringLiteral("SELECT r FROM (%1 UNION ALL %1)").arg(part);
 }
 
-[[noreturn]] void rethrow(const DatabaseError &error)
+bool hasPattern(const DocumentQuery &query)
 {
-    if (error.kind() == DatabaseError::Kind::SlowPattern)
+    return std::any_of(query.where.begin(), query.where.end(), [](const QJsonValue &value) {
+        return value.toObject().contains(QStringLiteral("$regex"));
+    });
+}
+
+[[noreturn]] void rethrow(const DatabaseError &error, bool hasPattern)
+{
+    const bool isSlow = error.kind() == DatabaseError::Kind::Slow;
+    if (error.kind() == DatabaseError::Kind::SlowPattern || (isSlow && hasPattern))
         throw ServiceError(Refusal::Invalid, regexLimitMessage());
     if (error.kind() == DatabaseError::Kind::BadPattern) {
         throw ServiceError(Refusal::Invalid,
@@ -146,7 +155,7 @@ void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
     if (query.limit <= 0 && query.skip <= 0) {
         run(QStringLiteral("SELECT %1 FROM document d WHERE %2%3")
                 .arg(Documents::columns(m_database), filter.text(), order),
-            values + filter.values, visit);
+            values + filter.values, visit, hasPattern(query));
         return;
     }
     // The page is found with the index alone; only its own rows are read completely.
@@ -155,7 +164,7 @@ void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
     run(QStringLiteral("SELECT %1 FROM (%2 LIMIT ? OFFSET ?) page "
                        "JOIN document d ON d.%4 = page.r%3")
             .arg(Documents::columns(m_database), rows, order, m_database.dialect().rowKey()),
-        values, visit);
+        values, visit, hasPattern(query));
 }
 
 qint64 DocumentLister::count(const DocumentQuery &query)
@@ -168,7 +177,7 @@ qint64 DocumentLister::count(const DocumentQuery &query)
         row.next();
         return row.number(0);
     } catch (const DatabaseError &error) {
-        rethrow(error);
+        rethrow(error, hasPattern(query));
     }
 }
 
@@ -179,17 +188,18 @@ void DocumentLister::linkedTo(const QString &projectId, const QString &entityId,
                        "AND d.id IN (SELECT document_id FROM link WHERE entity_id = ?) "
                        "ORDER BY d.name, d.id")
             .arg(Documents::columns(m_database)),
-        {m_userId, m_userId, projectId, entityId}, visit);
+        {m_userId, m_userId, projectId, entityId}, visit, false);
 }
 
-void DocumentLister::run(const QString &sql, const QVariantList &values, const Visitor &visit)
+void DocumentLister::run(const QString &sql, const QVariantList &values, const Visitor &visit,
+                         bool hasPattern)
 {
     try {
         Statement row(m_database, sql, values);
         while (row.next())
             visit(Documents::read(row));
     } catch (const DatabaseError &error) {
-        rethrow(error);
+        rethrow(error, hasPattern);
     }
 }
 

@@ -42,7 +42,7 @@ public:
     void linkedTo(const QString &projectId, const QString &entityId, const Visitor &visit);
 
 private:
-    void run(const QString &sql, const QVariantList &values, const Visitor &visit);
+    void run(const QString &sql, const QVariantList &values, const Visitor &visit, bool hasPattern);
 
     Database &m_database;
     const QString m_userId;

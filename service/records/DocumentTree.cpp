@@ -58,7 +58,7 @@ qint64 DocumentTree::childCount(const QString &id)
 
 void DocumentTree::recycle(const Document &document, const QString &userId)
 {
-    const qint64 now = nowMs();
+    const qint64 now = m_database.nowMs();
     execute(m_database,
             QStringLiteral("WITH RECURSIVE below (id) AS ("
                            "SELECT id FROM document WHERE parent_id = ? AND recycle = 0 UNION ALL "
@@ -88,7 +88,7 @@ void DocumentTree::restore(const Document &document, const QString &userId)
             QStringLiteral("UPDATE document SET recycle = 0, recycled_at = NULL, updated_at = ?, "
                            "updated_by = ?, parent_id = (SELECT p.id FROM document p "
                            "WHERE p.id = document.parent_id AND p.recycle = 0) WHERE id = ?"),
-            {nowMs(), userId, document.id});
+            {m_database.nowMs(), userId, document.id});
 }
 
 int DocumentTree::purge(const QString &projectId, const QString &category)

@@ -69,7 +69,7 @@ Document Documents::requireTarget(const QString &id, const QString &projectId)
 void Documents::insert(Document &document)
 {
     document.id = newId();
-    document.createdAt = document.updatedAt = nowMs();
+    document.createdAt = document.updatedAt = m_database.nowMs();
     document.createdBy = document.updatedBy = m_userId;
     document.suffix = document.isFolder() ? QString() : suffixOf(document.name);
     // If the folder was put in order, new documents are added at its end; otherwise all positions stay 0.
@@ -101,7 +101,7 @@ void Documents::insert(Document &document)
 
 void Documents::update(Document &document)
 {
-    document.updatedAt = nowMs();
+    document.updatedAt = m_database.nowMs();
     document.updatedBy = m_userId;
     document.suffix = document.isFolder() ? QString() : suffixOf(document.name);
     QStringList settings;
@@ -123,7 +123,7 @@ void Documents::setOrder(const QString &id, int order)
     execute(
         m_database,
         QStringLiteral("UPDATE document SET ord = ?, updated_at = ?, updated_by = ? WHERE id = ?"),
-        {order, nowMs(), m_userId, id});
+        {order, m_database.nowMs(), m_userId, id});
 }
 
 bool Documents::isNameTaken(const Document &document, const QString &parentId)

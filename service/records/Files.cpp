@@ -24,12 +24,14 @@ std::optional<StoredFile> readOne(Statement row)
 }
 
 //! One statement, so that readers do not wait. Its failure must not fail the request.
-void note(Database &database, const QString &sql, const QVariantList &values)
+//! \return the number of changed rows, 1 after a failure
+int note(Database &database, const QString &sql, const QVariantList &values)
 {
     try {
-        execute(database, sql, values);
+        return execute(database, sql, values);
     } catch (const DatabaseError &error) {
         qWarning("vell-service: %s", error.what());
+        return 1;
     }
 }
 
@@ -49,7 +51,7 @@ std::optional<StoredFile> Files::findByMd5(const QString &md5)
 
 StoredFile Files::insert(StoredFile file, const QString &userId)
 {
-    const qint64 now = nowMs();
+    const qint64 now = m_database.nowMs();
     if (const std::optional<StoredFile> known = findByMd5(file.md5)) {
         execute(m_database,
                 QStringLiteral("UPDATE file SET sha256 = ?, promised_at = ? WHERE id = ?"),
@@ -91,17 +93,18 @@ bool Files::mayDownload(const QString &fileId, Access &access)
     return false;
 }
 
-void Files::notePromise(const StoredFile &file)
+bool Files::notePromise(const StoredFile &file)
 {
-    const qint64 now = nowMs();
+    const qint64 now = m_database.nowMs();
     Statement recent(m_database,
                      QStringLiteral("SELECT 1 FROM file WHERE id = ? AND promised_at > ?"),
                      {file.id, now - PromiseStepMs});
-    if (!recent.next()) {
-        recent.finish();
-        note(m_database, QStringLiteral("UPDATE file SET promised_at = ? WHERE id = ?"),
-             {now, file.id});
-    }
+    if (recent.next())
+        return true;
+    recent.finish();
+    return note(m_database, QStringLiteral("UPDATE file SET promised_at = ? WHERE id = ?"),
+                {now, file.id})
+        > 0;
 }
 
 void Files::noteDownload(const QString &fileId, const QString &userId)
@@ -110,7 +113,7 @@ void Files::noteDownload(const QString &fileId, const QString &userId)
          QStringLiteral("INSERT INTO download (document_id, user_id, at) "
                         "SELECT id, ?, ? FROM document WHERE file_id = ? AND recycle = 0 "
                         "ON CONFLICT (document_id, user_id) DO UPDATE SET at = excluded.at"),
-         {userId, nowMs(), fileId});
+         {userId, m_database.nowMs(), fileId});
 }
 
 } // namespace service

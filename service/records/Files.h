@@ -38,7 +38,8 @@ public:
 
     //! Stores that a client was told that the content exists, so that a sweep keeps it. A full disk is not an error: the client cannot
     //! use the content then. Requires no Transaction.
-    void notePromise(const StoredFile &file);
+    //! \return false if a sweep has removed the content meanwhile
+    bool notePromise(const StoredFile &file);
 
     //! Stores the time of the download with the documents that have the content. A failure is ignored, like that of the function above.
     void noteDownload(const QString &fileId, const QString &userId);

@@ -64,7 +64,7 @@ void LargeFiles::insert(LargeFile &upload, const QString &userId)
     upload.id = newId();
     upload.part = upload.id;
     upload.createdBy = userId;
-    const qint64 now = nowMs();
+    const qint64 now = m_database.nowMs();
     execute(m_database,
             QStringLiteral("INSERT INTO large_file (id, md5, part, file_name, file_size, "
                            "total_chunk, created_at, created_by, updated_at) "
@@ -73,13 +73,13 @@ void LargeFiles::insert(LargeFile &upload, const QString &userId)
              upload.totalChunk(), now, userId, now});
 }
 
-void LargeFiles::setSaved(const LargeFile &upload)
+bool LargeFiles::setSaved(const LargeFile &upload, int before)
 {
-    execute(
-        m_database,
-        QStringLiteral(
-            "UPDATE large_file SET saved_chunk = ?, hash_state = ?, updated_at = ? WHERE id = ?"),
-        {upload.savedChunk, upload.hashState, nowMs(), upload.id});
+    return execute(m_database,
+                   QStringLiteral("UPDATE large_file SET saved_chunk = ?, hash_state = ?, "
+                                  "updated_at = ? WHERE id = ? AND saved_chunk = ?"),
+                   {upload.savedChunk, upload.hashState, m_database.nowMs(), upload.id, before})
+        > 0;
 }
 
 void LargeFiles::remove(const QString &id)

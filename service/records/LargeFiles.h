@@ -45,7 +45,8 @@ public:
 
     //! Adds an upload; sets its id and part.
     void insert(LargeFile &upload, const QString &userId);
-    void setSaved(const LargeFile &upload);
+    //! Stores the counter and the state of the digests, if the counter is still \a before. \return false if it is not, or the upload is gone
+    bool setSaved(const LargeFile &upload, int before);
     void remove(const QString &id);
 
 private:

@@ -14,7 +14,7 @@ void Marks::set(const QString &documentId, int type, bool isMarked)
                 QStringLiteral("INSERT INTO mark (user_id, document_id, type, created_at) "
                                "VALUES (?, ?, ?, ?) ON CONFLICT (user_id, type, document_id) "
                                "DO UPDATE SET created_at = excluded.created_at"),
-                {m_userId, documentId, type, nowMs()});
+                {m_userId, documentId, type, m_database.nowMs()});
     } else {
         execute(
             m_database,

@@ -27,7 +27,7 @@ void Projects::add(const QString &id, const QString &name)
     }
     execute(m_database,
             QStringLiteral("INSERT INTO project (id, name, created_at) VALUES (?, ?, ?)"),
-            {id, name.isEmpty() ? id : name, nowMs()});
+            {id, name.isEmpty() ? id : name, m_database.nowMs()});
     transaction.commit();
 }
 
@@ -37,7 +37,7 @@ void Projects::ensure(const QString &id)
     execute(m_database,
             QStringLiteral("INSERT INTO project (id, name, created_at) VALUES (?, ?, ?) "
                            "ON CONFLICT DO NOTHING"),
-            {id, id, nowMs()});
+            {id, id, m_database.nowMs()});
 }
 
 bool Projects::exists(const QString &id)

@@ -50,8 +50,8 @@ QString Shares::insert(const Share &share, const QStringList &documentIds)
         m_database,
         QStringLiteral("INSERT INTO share (id, code_hash, project_id, allow_download, expired_at, "
                        "created_at, created_by) VALUES (?, ?, ?, ?, ?, ?, ?)"),
-        {id, secretHash(code), share.projectId, share.allowsDownload ? 1 : 0, expiry, nowMs(),
-         share.createdBy});
+        {id, secretHash(code), share.projectId, share.allowsDownload ? 1 : 0, expiry,
+         m_database.nowMs(), share.createdBy});
     for (int i = 0; i < documentIds.size(); ++i) {
         execute(m_database,
                 QStringLiteral("INSERT INTO share_document (share_id, document_id, position) "

@@ -43,7 +43,8 @@ Sweep::Sweep(Database &database, ContentStore &store) : m_database(database), m_
 
 SweepResult Sweep::run(qint64 olderThanMs, Mode mode)
 {
-    m_before = nowMs() - olderThanMs;
+    m_before = m_database.nowMs() - olderThanMs;
+    m_filesBefore = m_store.fileClockMs() - olderThanMs;
     m_mode = mode;
     m_result = {};
     sweepUploads();
@@ -129,7 +130,7 @@ QStringList Sweep::oldFiles(const QString &folder) const
     QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         files.next();
-        if (files.fileInfo().lastModified().toMSecsSinceEpoch() < m_before)
+        if (files.fileInfo().lastModified().toMSecsSinceEpoch() < m_filesBefore)
             found.append(files.filePath());
     }
     return found;

@@ -42,7 +42,8 @@ private:
 
     Database &m_database;
     ContentStore &m_store;
-    qint64 m_before = 0;
+    qint64 m_before = 0; //!< by the clock of the database
+    qint64 m_filesBefore = 0; //!< by that of the file system
     Mode m_mode = Mode::Remove;
     SweepResult m_result;
 };

@@ -6,11 +6,6 @@
 
 namespace service {
 
-qint64 nowMs()
-{
-    return QDateTime::currentMSecsSinceEpoch();
-}
-
 QString timeText(qint64 ms)
 {
     if (ms == 0)

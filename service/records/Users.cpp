@@ -73,7 +73,7 @@ QString Users::add(const QString &name)
     execute(m_database,
             QStringLiteral(
                 "INSERT INTO \"user\" (id, name, token_hash, created_at) VALUES (?, ?, ?, ?)"),
-            {newId(), name, secretHash(token), nowMs()});
+            {newId(), name, secretHash(token), m_database.nowMs()});
     transaction.commit();
     return token;
 }
@@ -102,7 +102,7 @@ void Users::remove(const User &user)
     execute(m_database,
             QStringLiteral("UPDATE \"user\" SET token_hash = NULL, removed_at = ?, name = ? "
                            "WHERE id = ?"),
-            {nowMs(), QStringLiteral("removed/") + user.id, user.id});
+            {m_database.nowMs(), QStringLiteral("removed/") + user.id, user.id});
     transaction.commit();
 }
 

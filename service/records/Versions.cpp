@@ -39,7 +39,7 @@ Versions::Versions(Database &database) : m_database(database) {}
 
 void Versions::add(const Document &document, const QString &userId)
 {
-    const qint64 now = nowMs();
+    const qint64 now = m_database.nowMs();
     execute(
         m_database,
         QStringLiteral("INSERT INTO version (id, document_id, number, file_id, name, created_at, "
@@ -82,7 +82,7 @@ void Versions::setRemark(const QString &id, const QString &remark)
 {
     execute(m_database,
             QStringLiteral("UPDATE version SET remark = ?, updated_at = ? WHERE id = ?"),
-            {remark, nowMs(), id});
+            {remark, m_database.nowMs(), id});
 }
 
 } // namespace service

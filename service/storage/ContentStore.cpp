@@ -1,6 +1,7 @@
 #include <service/storage/ContentStore.h>
 
 #include <QDateTime>
+#include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QUuid>
@@ -20,6 +21,18 @@ QString uniqueName()
     return QUuid::createUuid().toString(QUuid::WithoutBraces);
 }
 
+constexpr std::chrono::milliseconds StoredBytesAge{500};
+
+//! -1 if the file is not there.
+qint64 openedSize(const QString &path)
+{
+    try {
+        return RawFile(path, RawFile::Mode::ReadOnly).size();
+    } catch (const StorageError &) {
+        return -1;
+    }
+}
+
 QString folderOf(const QString &path)
 {
     return QFileInfo(path).path();
@@ -33,8 +46,10 @@ IncomingFile::IncomingFile(ContentStore &store, const QString &path)
 
 IncomingFile::~IncomingFile()
 {
-    if (m_isKept)
+    if (m_isKept) {
+        m_store.keptBytes(m_size);
         return;
+    }
     QFile::remove(m_path);
     m_store.releaseBytes(m_size);
 }
@@ -51,15 +66,9 @@ ContentStore::ContentStore(const DataFolder &folder, qint64 quotaBytes)
     : m_folder(folder), m_quotaBytes(quotaBytes)
 {}
 
-void ContentStore::open(bool isShared)
+void ContentStore::open()
 {
-    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
-    QDirIterator leftOver(m_folder.temporary(), QDir::Files);
-    while (leftOver.hasNext()) {
-        leftOver.next();
-        if (!isShared || leftOver.fileInfo().lastModified() < yesterday)
-            QFile::remove(leftOver.filePath());
-    }
+    prepare(false);
     if (m_quotaBytes == 0)
         return;
     qint64 used = 0;
@@ -73,10 +82,34 @@ void ContentStore::open(bool isShared)
     m_usedBytes = used;
 }
 
+void ContentStore::openShared(std::function<qint64()> storedBytes)
+{
+    m_askStoredBytes = std::move(storedBytes);
+    prepare(true);
+}
+
+void ContentStore::prepare(bool isShared)
+{
+    m_temporary.reset();
+    m_temporary = std::make_unique<TemporaryFolder>(m_folder);
+    // Files of an earlier version, which had no folder for each process.
+    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
+    QDirIterator leftOver(m_folder.temporary(), QDir::Files);
+    while (leftOver.hasNext()) {
+        leftOver.next();
+        if (!isShared || leftOver.fileInfo().lastModified() < yesterday)
+            QFile::remove(leftOver.filePath());
+    }
+}
+
+void ContentStore::close()
+{
+    m_temporary.reset();
+}
+
 std::unique_ptr<IncomingFile> ContentStore::newFile()
 {
-    return std::make_unique<IncomingFile>(*this,
-                                          m_folder.temporary() + QLatin1Char('/') + uniqueName());
+    return std::make_unique<IncomingFile>(*this, temporaryPath() + QLatin1Char('/') + uniqueName());
 }
 
 QString ContentStore::contentPath(const QString &md5) const
@@ -86,8 +119,7 @@ QString ContentStore::contentPath(const QString &md5) const
 
 bool ContentStore::holds(const QString &md5, qint64 size) const
 {
-    const QFileInfo content(contentPath(md5));
-    return content.isFile() && content.size() == size;
+    return sizeOf(contentPath(md5)) == size;
 }
 
 ContentDigest ContentStore::digestOf(const QString &path) const
@@ -118,7 +150,7 @@ void ContentStore::keepPart(const QString &part, const QString &md5)
 
 void ContentStore::copyIn(const QString &path, const QString &md5)
 {
-    const QString copy = m_folder.temporary() + QLatin1Char('/') + uniqueName();
+    const QString copy = temporaryPath() + QLatin1Char('/') + uniqueName();
     copyFile(path, copy);
     nameContent(copy, md5);
 }
@@ -131,7 +163,7 @@ void ContentStore::nameContent(const QString &from, const QString &md5)
     makePrivateFolder(folderOf(folderOf(path)));
     makePrivateFolder(folderOf(path));
     renameFile(from, path);
-    releaseBytes(replaced);
+    forgetBytes(replaced);
     syncFolder(folderOf(path));
     if (isNewFolder) {
         syncFolder(folderOf(folderOf(path)));
@@ -159,6 +191,7 @@ void ContentStore::writePart(const QString &part, qint64 offset, const QByteArra
         releaseBytes(growth - (file.size() - before));
         throw;
     }
+    keptBytes(growth);
     if (isNew)
         syncFolder(m_folder.parts());
 }
@@ -182,15 +215,81 @@ void ContentStore::remove(const QString &path)
 {
     const qint64 size = QFileInfo(path).size();
     if (QFile::remove(path))
-        releaseBytes(size);
+        forgetBytes(size);
+}
+
+qint64 ContentStore::sizeOf(const QString &path) const
+{
+    // Opening asks a network file system for what is true now.
+    qint64 size = openedSize(path);
+    if (size < 0 && m_askStoredBytes) {
+        // It may remember for seconds that a file was not there; reading the folders ends that.
+        for (QString folder = folderOf(path); folder.size() > m_folder.path().size();
+             folder = folderOf(folder))
+            QDir(folder).entryList();
+        size = openedSize(path);
+    }
+    return size;
+}
+
+qint64 ContentStore::fileClockMs() const
+{
+    const QString probe = m_folder.aside() + QStringLiteral("/.clock-") + uniqueName();
+    try {
+        const RawFile file(probe, RawFile::Mode::CreateNew);
+    } catch (const StorageError &) {
+        return QDateTime::currentMSecsSinceEpoch(); // a full disk must not prevent a sweep
+    }
+    const qint64 now = QFileInfo(probe).lastModified().toMSecsSinceEpoch();
+    QFile::remove(probe);
+    return now;
+}
+
+void ContentStore::requireWithinQuota(qint64 storedBytes) const
+{
+    if (m_quotaBytes > 0 && storedBytes > m_quotaBytes)
+        throw StorageError(QStringLiteral("writing above the quota"), ENOSPC);
+}
+
+void ContentStore::forgetBytes(qint64 bytes)
+{
+    if (!m_askStoredBytes)
+        releaseBytes(bytes);
+}
+
+void ContentStore::keptBytes(qint64 bytes)
+{
+    if (m_askStoredBytes)
+        releaseBytes(bytes);
+}
+
+//! Refuses early what the database would refuse in the end.
+qint64 ContentStore::storedBytes()
+{
+    if (!m_askStoredBytes)
+        return 0;
+    const auto now = std::chrono::steady_clock::now();
+    {
+        const std::lock_guard<std::mutex> lock(m_storedLock);
+        if (m_storedBytes >= 0 && now - m_storedAt < StoredBytesAge)
+            return m_storedBytes;
+    }
+    const qint64 stored = m_askStoredBytes();
+    const std::lock_guard<std::mutex> lock(m_storedLock);
+    m_storedAt = now;
+    return m_storedBytes = stored;
 }
 
 void ContentStore::reserveBytes(qint64 bytes)
 {
     const qint64 used = m_usedBytes += bytes;
-    if (m_quotaBytes > 0 && used > m_quotaBytes) {
+    if (m_quotaBytes == 0)
+        return;
+    try {
+        requireWithinQuota(used + storedBytes());
+    } catch (...) {
         m_usedBytes -= bytes;
-        throw StorageError(QStringLiteral("writing above the quota"), ENOSPC);
+        throw;
     }
 }
 

@@ -3,11 +3,15 @@
 #include <service/storage/ContentHash.h>
 #include <service/storage/DataFolder.h>
 #include <service/storage/FileSync.h>
+#include <service/storage/TemporaryFolder.h>
 
 #include <QString>
 
 #include <atomic>
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <mutex>
 
 namespace service {
 
@@ -48,9 +52,15 @@ public:
     //! \param quotaBytes how many bytes all contents may take; 0 for no limit
     ContentStore(const DataFolder &folder, qint64 quotaBytes);
 
-    //! Removes files that a crash has left in the temporary folder; if \a isShared, only those older than a day, because another
-    //! process may be writing there.
-    void open(bool isShared = false);
+    //! Makes the temporary folder, removes what a crash has left, and counts the bytes of the folder for the quota.
+    void open();
+
+    //! The same for a folder that other processes use at the same time. They store contents, too: the database tells how much.
+    //! \param storedBytes returns the bytes of all contents and parts; called on several threads
+    void openShared(std::function<qint64()> storedBytes);
+    void close(); //!< removes the temporary folder
+    //! Returns the folder for temporary files of this process; only while the store is open.
+    QString temporaryPath() const { return m_temporary->path(); }
 
     const DataFolder &folder() const { return m_folder; }
 
@@ -79,17 +89,37 @@ public:
     //! Moves a file to the folder "aside". \return its new path
     QString moveAside(const QString &path);
 
+    //! Returns the size of a file of the folder; -1 if it is not there.
+    qint64 sizeOf(const QString &path) const;
+    //! Returns the time by which the file system dates its files, in milliseconds since 1970 UTC.
+    qint64 fileClockMs() const;
+
+    //! \throws StorageError, as for a full disk, if \a storedBytes exceeds the quota
+    void requireWithinQuota(qint64 storedBytes) const;
+    bool hasQuota() const { return m_quotaBytes > 0; }
+
     //! Counts \a bytes more. \throws StorageError, as for a full disk, if this exceeds the quota
     void reserveBytes(qint64 bytes);
     void releaseBytes(qint64 bytes) { m_usedBytes -= bytes; }
+    //! What was received is stored now: shared contents are counted in the database.
+    void keptBytes(qint64 bytes);
 
 private:
+    void prepare(bool isShared);
     void nameContent(const QString &from, const QString &md5);
+    //! What is no longer there; shared contents are counted in the database.
+    void forgetBytes(qint64 bytes);
+    qint64 storedBytes();
     void remove(const QString &path);
 
     const DataFolder m_folder;
     const qint64 m_quotaBytes = 0;
-    std::atomic<qint64> m_usedBytes{0};
+    std::atomic<qint64> m_usedBytes{0}; //!< of shared contents only what is being received
+    std::function<qint64()> m_askStoredBytes; //!< only for shared contents
+    std::mutex m_storedLock;
+    std::chrono::steady_clock::time_point m_storedAt;
+    qint64 m_storedBytes = -1; //!< the last answer; -1 if there was none
+    std::unique_ptr<TemporaryFolder> m_temporary;
 };
 
 } // namespace service

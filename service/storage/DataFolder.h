@@ -17,14 +17,17 @@ public:
         return file("content");
     } //!< files named by their MD5, in two levels
     QString parts() const { return file("parts"); } //!< uploads by chunks
-    QString temporary() const
-    {
-        return file("tmp");
-    } //!< contents that are being received; emptied at start
+    QString temporary() const { return file("tmp"); } //!< see TemporaryFolder
     QString aside() const { return file("aside"); } //!< damaged and unknown files
     QString generation() const { return file("content/.generation"); } //!< see Generation
     QString lock() const { return file("lock"); } //!< see FolderLock
+    QString sweeps() const { return file("sweeps.json"); } //!< see SweepLog
     QString contentLocks() const { return file("content.locks"); } //!< see ContentLock
+    QString temporaryLocks() const { return file("tmp.locks"); } //!< see TemporaryFolder
+    QString movedRecords() const
+    {
+        return file("records.moved.sqlite");
+    } //!< after "vell-service copy"
     //! Returns the path of the copy of the database before the migration to \a schema.
     QString recordsBefore(int schema) const { return file("records.before-%1.sqlite").arg(schema); }
 

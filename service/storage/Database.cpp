@@ -3,7 +3,6 @@
 #include <service/storage/FileSync.h>
 #include <service/storage/Statement.h>
 
-#include <QCache>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QUuid>
@@ -15,28 +14,10 @@ namespace service {
 
 namespace {
 
-constexpr int KeptStatements = 64; // for each connection
 constexpr int LongestKeptStatement = 4000; // characters
 
 //! True if the connections of this thread have been closed: static objects outlive those of the main thread.
 thread_local bool hasEnded = false;
-
-//! The connection of a thread to a database, with its prepared statements.
-struct ThreadConnection
-{
-    explicit ThreadConnection(const QString &connectionName) : name(connectionName) {}
-    ~ThreadConnection()
-    {
-        statements.clear();
-        QSqlDatabase::removeDatabase(name);
-    }
-    ThreadConnection(const ThreadConnection &) = delete;
-    ThreadConnection &operator=(const ThreadConnection &) = delete;
-
-    const QString name;
-    QCache<QString, QSqlQuery> statements{KeptStatements};
-    bool isInTransaction = false;
-};
 
 //! The connections of a thread, by instance. Closes them when the thread ends.
 class ThreadConnections
@@ -49,19 +30,24 @@ public:
     }
 
     //! Null if there is none.
-    ThreadConnection *find(const QString &instance) const
+    PooledConnection *find(const QString &instance) const
     {
         const auto found = m_connections.find(instance);
         return found == m_connections.end() ? nullptr : found->second.get();
     }
-    void insert(const QString &instance, const QString &name)
+    PooledConnection *insert(const QString &instance, std::unique_ptr<PooledConnection> connection)
     {
-        m_connections[instance] = std::make_unique<ThreadConnection>(name);
+        return (m_connections[instance] = std::move(connection)).get();
     }
-    void remove(const QString &instance) { m_connections.erase(instance); }
+    //! Null if there is none.
+    std::unique_ptr<PooledConnection> take(const QString &instance)
+    {
+        auto node = m_connections.extract(instance);
+        return node.empty() ? nullptr : std::move(node.mapped());
+    }
 
 private:
-    std::map<QString, std::unique_ptr<ThreadConnection>> m_connections;
+    std::map<QString, std::unique_ptr<PooledConnection>> m_connections;
 };
 
 ThreadConnections &threadConnections()
@@ -72,9 +58,12 @@ ThreadConnections &threadConnections()
 
 } // namespace
 
-Database::Database(const DataFolder &folder, const QString &address, int busyTimeoutMs)
+Database::Database(const DataFolder &folder, const QString &address, int busyTimeoutMs,
+                   int maxConnections)
     : m_dialect(SqlDialect::of(address, folder, busyTimeoutMs)),
-      m_instance(QUuid::createUuid().toString())
+      m_instance(QUuid::createUuid().toString()),
+      m_pool(*m_dialect, m_dialect->isShared() ? maxConnections : 0,
+             std::chrono::milliseconds(busyTimeoutMs))
 {}
 
 Database::~Database()
@@ -85,7 +74,15 @@ Database::~Database()
 void Database::close()
 {
     if (!hasEnded)
-        threadConnections().remove(m_instance);
+        threadConnections().take(m_instance);
+    m_pool.clear();
+}
+
+void Database::rest()
+{
+    const PooledConnection *const known = threadConnections().find(m_instance);
+    if (m_dialect->isShared() && known != nullptr && !known->isInTransaction)
+        m_pool.giveBack(threadConnections().take(m_instance));
 }
 
 void Database::open()
@@ -111,30 +108,25 @@ void Database::copyTo(const QString &fileName)
     copy.sync();
 }
 
+PooledConnection &Database::current()
+{
+    if (PooledConnection *const known = threadConnections().find(m_instance))
+        return *known;
+    return *threadConnections().insert(m_instance, m_pool.take());
+}
+
 QSqlDatabase Database::connection()
 {
-    if (const ThreadConnection *const known = threadConnections().find(m_instance))
-        return QSqlDatabase::database(known->name, false);
-
-    const QString name = QUuid::createUuid().toString();
-    try {
-        m_dialect->connect(name);
-    } catch (...) {
-        QSqlDatabase::removeDatabase(name);
-        throw;
-    }
-    threadConnections().insert(m_instance, name);
-    return QSqlDatabase::database(name, false);
+    return current().link();
 }
 
 QSqlQuery Database::prepared(const QString &sql)
 {
-    QSqlDatabase link = connection();
-    const std::unique_ptr<QSqlQuery> kept(
-        threadConnections().find(m_instance)->statements.take(sql));
+    PooledConnection &connection = current();
+    const std::unique_ptr<QSqlQuery> kept(connection.statements.take(sql));
     if (kept)
         return *kept;
-    QSqlQuery query(link);
+    QSqlQuery query(connection.link());
     // A forward-only query of QPSQL loses its rows when another one runs.
     query.setForwardOnly(!m_dialect->isShared());
     if (!query.prepare(sql))
@@ -147,13 +139,13 @@ void Database::keep(const QString &sql, QSqlQuery &query)
     query.finish();
     if (hasEnded || sql.size() > LongestKeptStatement)
         return;
-    if (ThreadConnection *const known = threadConnections().find(m_instance))
+    if (PooledConnection *const known = threadConnections().find(m_instance))
         known->statements.insert(sql, new QSqlQuery(query));
 }
 
 bool Database::reconnect()
 {
-    const ThreadConnection *const known = threadConnections().find(m_instance);
+    const PooledConnection *const known = threadConnections().find(m_instance);
     if (known && known->isInTransaction)
         return false;
     close();
@@ -162,7 +154,7 @@ bool Database::reconnect()
 
 void Database::setInTransaction(bool isInTransaction)
 {
-    if (ThreadConnection *const known = threadConnections().find(m_instance))
+    if (PooledConnection *const known = threadConnections().find(m_instance))
         known->isInTransaction = isInTransaction;
 }
 

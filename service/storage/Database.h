@@ -1,5 +1,7 @@
 #pragma once
 
+#include <service/storage/ConnectionPool.h>
+#include <service/storage/DatabaseClock.h>
 #include <service/storage/dialect/SqlDialect.h>
 
 #include <QString>
@@ -7,16 +9,13 @@
 #include <memory>
 #include <mutex>
 
-class QSqlDatabase;
-class QSqlQuery;
-
 namespace service {
 
 class DataFolder;
 
 //! \brief The records of one data folder, in SQLite or PostgreSQL.
 //!
-//! Each thread has its own connection, which is opened on first use and closed when the thread ends. Readers never wait for
+//! Each thread has its own connection, which is opened on first use and closed when the thread ends, or goes back to the pool (rest()). Readers never wait for
 //! writers; writers wait for each other (see Transaction). A commit returns when it has been written to the disk.
 class Database
 {
@@ -25,8 +24,9 @@ public:
 
     //! \param address of a PostgreSQL database; empty for SQLite in \a folder
     //! \param busyTimeoutMs how long a change waits for another program that writes
+    //! \param maxConnections of PostgreSQL; 0 for no limit
     explicit Database(const DataFolder &folder, const QString &address = {},
-                      int busyTimeoutMs = UsualBusyTimeoutMs);
+                      int busyTimeoutMs = UsualBusyTimeoutMs, int maxConnections = 0);
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
@@ -40,8 +40,14 @@ public:
     //! Opens a database that another program is using. \throws DatabaseError also for the schema of another version
     void openBesideService();
 
-    //! Closes the connection of the calling thread; the next use opens a new one.
+    //! Closes the connection of the calling thread and idle ones; the next use opens a new one.
     void close();
+
+    //! Lets other threads use the connection of the calling thread, if it is one to PostgreSQL and no transaction is open.
+    void rest();
+
+    //! Returns milliseconds since 1970 UTC, by the clock of the database. \throws DatabaseError
+    qint64 nowMs() { return m_clock.nowMs(*this); }
 
     //! Writes a consistent copy of SQLite's database, while other threads and programs may write. Replaces \a fileName, which is readable
     //! by its owner only.
@@ -61,14 +67,33 @@ public:
     //! Whether the calling thread has begun a transaction that has not ended.
     void setInTransaction(bool isInTransaction);
 
+    //! Returns the number of open connections.
+    int connectionCount() const { return m_pool.openCount(); }
+
     std::mutex &writeLock() { return m_writeLock; }
 
 private:
     void migrate();
+    PooledConnection &current();
 
     const std::unique_ptr<const SqlDialect> m_dialect;
     const QString m_instance; //!< distinguishes the connections of several databases in a thread
+    ConnectionPool m_pool;
+    DatabaseClock m_clock;
     std::mutex m_writeLock;
+};
+
+//! \brief Lets the connection of the thread rest at the end of a piece of work.
+class DatabaseUse
+{
+public:
+    explicit DatabaseUse(Database &database) : m_database(database) {}
+    ~DatabaseUse() { m_database.rest(); }
+    DatabaseUse(const DatabaseUse &) = delete;
+    DatabaseUse &operator=(const DatabaseUse &) = delete;
+
+private:
+    Database &m_database;
 };
 
 } // namespace service

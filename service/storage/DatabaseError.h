@@ -16,8 +16,11 @@ public:
         Busy, //!< another program has been writing for too long
         Damaged, //!< the file is damaged, or no database
         Lost, //!< the connection has ended; whether a change that was being committed is there is unknown
+        NoConnection, //!< all connections that are allowed are in use
+        BadText, //!< a text that the database cannot store
         BadPattern, //!< a regular expression that the database does not read
         SlowPattern, //!< a regular expression that took too long
+        Slow, //!< a statement that took too long
         Other,
     };
 

@@ -36,6 +36,16 @@ int openFlags(RawFile::Mode mode)
     return O_RDONLY;
 }
 
+struct flock byteRange(qint64 offset)
+{
+    struct flock range = {};
+    range.l_type = F_WRLCK;
+    range.l_whence = SEEK_SET;
+    range.l_start = offset;
+    range.l_len = 1;
+    return range;
+}
+
 } // namespace
 
 StorageError::StorageError(const QString &doing, int errorNumber)
@@ -122,15 +132,21 @@ bool RawFile::tryLock(Lock lock)
 
 void RawFile::lockByte(qint64 offset)
 {
-    struct flock range = {};
-    range.l_type = F_WRLCK;
-    range.l_whence = SEEK_SET;
-    range.l_start = offset;
-    range.l_len = 1;
+    struct flock range = byteRange(offset);
     while (::fcntl(m_descriptor, F_OFD_SETLKW, &range) != 0) {
         if (errno != EINTR)
             throw StorageError(QStringLiteral("locking %1").arg(m_path), errno);
     }
+}
+
+bool RawFile::tryLockByte(qint64 offset)
+{
+    struct flock range = byteRange(offset);
+    if (::fcntl(m_descriptor, F_OFD_SETLK, &range) == 0)
+        return true;
+    if (errno != EAGAIN && errno != EACCES)
+        throw StorageError(QStringLiteral("locking %1").arg(m_path), errno);
+    return false;
 }
 
 void makePrivateFolder(const QString &path)

@@ -39,6 +39,8 @@ public:
     void sync(); //!< returns when the content has been written to the disk
 
     enum class Lock { Exclusive, Shared };
+    //! Locks one byte, which need not exist. \return false if another object has locked it
+    bool tryLockByte(qint64 offset);
     //! Locks the file. \return false if another object, in this or another process, has a lock that excludes this one
     bool tryLock(Lock lock = Lock::Exclusive);
     //! Waits for the lock of the byte at \a offset, which need not exist.

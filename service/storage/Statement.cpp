@@ -2,6 +2,7 @@
 
 #include <QSqlDatabase>
 #include <QSqlError>
+#include <QSqlRecord>
 
 #include <limits>
 
@@ -25,6 +26,12 @@ void Statement::execute(const QVariantList &values)
 {
     m_query = m_database.prepared(m_sql);
     for (const QVariant &value : values) {
+        // PostgreSQL ends texts with it.
+        if (m_database.dialect().isShared() && value.type() == QVariant::String
+            && value.toString().contains(QChar::Null)) {
+            throw DatabaseError(QStringLiteral("a text has the character NUL"),
+                                DatabaseError::Kind::BadText);
+        }
         const bool isNullText = value.type() == QVariant::String && value.isNull();
         m_query.addBindValue(isNullText ? QVariant(QStringLiteral("")) : value);
     }
@@ -45,6 +52,15 @@ bool Statement::next()
     return hasRow;
 }
 
+QStringList Statement::columns() const
+{
+    const QSqlRecord record = m_query.record();
+    QStringList names;
+    for (int i = 0; i < record.count(); ++i)
+        names.append(record.fieldName(i));
+    return names;
+}
+
 int execute(Database &database, const QString &sql, const QVariantList &values)
 {
     const Statement statement(database, sql, values);
@@ -58,7 +74,18 @@ void executeDirectly(Database &database, const QString &sql)
         throw database.dialect().error(query);
 }
 
-Transaction::Transaction(Database &database) : m_database(database), m_locker(database.writeLock())
+namespace {
+
+//! Who waits for the lock has a connection already: otherwise the one with the lock could wait for theirs.
+std::mutex &writeLockOf(Database &database)
+{
+    database.connection();
+    return database.writeLock();
+}
+
+} // namespace
+
+Transaction::Transaction(Database &database) : m_database(database), m_locker(writeLockOf(database))
 {
     m_database.dialect().begin(m_database);
     m_database.setInTransaction(true);

@@ -3,6 +3,7 @@
 #include <service/storage/Database.h>
 
 #include <QSqlQuery>
+#include <QStringList>
 #include <QVariantList>
 
 namespace service {
@@ -27,6 +28,7 @@ public:
     QString text(int column) const { return m_query.value(column).toString(); }
     qint64 number(int column) const { return m_query.value(column).toLongLong(); }
     QByteArray bytes(int column) const { return m_query.value(column).toByteArray(); }
+    QStringList columns() const;
     bool isNull(int column) const { return m_query.isNull(column); }
 
 private:

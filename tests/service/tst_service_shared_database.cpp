@@ -1,15 +1,11 @@
 #include <service/ChunkSender.h>
-#include <service/ServiceWorld.h>
-
-#include <support/TestDatabase.h>
+#include <service/SharedWorld.h>
 
 #include <QJsonArray>
 #include <QTest>
 
 #include <atomic>
-#include <functional>
-#include <thread>
-#include <vector>
+#include <memory>
 
 //! Several services on one PostgreSQL database and one folder of contents.
 class TestServiceSharedDatabase : public QObject
@@ -28,48 +24,17 @@ private Q_SLOTS:
     void missingDatabaseIsNamed();
 
 private:
-    //! Calls \a change with a client of each service on a thread of its own, all at the same time.
-    void onEachService(const std::function<void(HttpClient &client, int service)> &change) const;
-    HttpClient &client(int service) { return *m_clients[std::size_t(service)]; }
+    HttpClient &client(int service) { return m_shared->client(service); }
 
-    std::unique_ptr<ServiceWorld> m_world; // with the first service
-    std::vector<std::unique_ptr<ReferenceService>> m_others;
-    std::vector<std::unique_ptr<HttpClient>> m_clients;
-    QStringList m_addresses;
+    std::unique_ptr<SharedWorld> m_shared;
+    ServiceWorld *m_world = nullptr; // with the first service
 };
 
 void TestServiceSharedDatabase::init()
 {
-    m_clients.clear();
-    m_others.clear();
-    m_world = std::make_unique<ServiceWorld>();
-    QVERIFY(m_world->isStarted);
-    m_addresses = QStringList(m_world->service->baseApi());
-    ServiceOptions options;
-    options.dataDir = m_world->dataDir();
-    options.database = TestDatabase::addressFor(options.dataDir);
-    for (int i = 0; i < 2; ++i) {
-        m_others.push_back(std::make_unique<ReferenceService>(options));
-        QString error;
-        QVERIFY2(m_others.back()->start(&error), qUtf8Printable(error));
-        m_addresses.append(m_others.back()->baseApi());
-    }
-    for (const QString &address : qAsConst(m_addresses))
-        m_clients.push_back(std::make_unique<HttpClient>(address));
-}
-
-void TestServiceSharedDatabase::onEachService(
-    const std::function<void(HttpClient &client, int service)> &change) const
-{
-    std::vector<std::thread> threads;
-    for (int i = 0; i < m_addresses.size(); ++i) {
-        threads.emplace_back([this, i, &change] {
-            HttpClient own(m_addresses.at(i));
-            change(own, i);
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
+    m_shared = std::make_unique<SharedWorld>();
+    QVERIFY(m_shared->isStarted);
+    m_world = &m_shared->first;
 }
 
 void TestServiceSharedDatabase::othersServeWhatOneHasStored()
@@ -77,7 +42,7 @@ void TestServiceSharedDatabase::othersServeWhatOneHasStored()
     const QString id = m_world->makeFile("plan.dwg", {}, "a plan");
     QVERIFY(!id.isEmpty());
     const QString file = m_world->upload("a plan");
-    for (int i = 0; i < m_addresses.size(); ++i) {
+    for (int i = 0; i < SharedWorld::Services; ++i) {
         const QJsonObject document = client(i).get(ServiceWorld::documentPath(id)).object();
         QCOMPARE(document.value("name").toString(), QString("plan.dwg"));
         QCOMPARE(client(i).get("base-service/files/" + file).body, QByteArray("a plan"));
@@ -99,14 +64,12 @@ void TestServiceSharedDatabase::chunksOfOneFileGoToAllServices()
 
 void TestServiceSharedDatabase::oneOfEqualProjectsIsCreated()
 {
-    const std::vector<ReferenceService *> services{m_world->service.get(), m_others[0].get(),
-                                                   m_others[1].get()};
     std::atomic<int> created{0};
-    onEachService([&](HttpClient &, int service) {
+    m_shared->onEachService([&](HttpClient &, int service) {
         for (int i = 0; i < 10; ++i) {
             QString error;
             created +=
-                services[std::size_t(service)]->addProject(QString("project%1").arg(i), {}, &error);
+                m_shared->service(service).addProject(QString("project%1").arg(i), {}, &error);
         }
     });
     QCOMPARE(created.load(), 10);
@@ -120,7 +83,7 @@ void TestServiceSharedDatabase::versionsAreNumberedOnce()
     for (int i = 0; i < 2; ++i)
         files.append(m_world->upload("version " + QByteArray::number(i)));
     std::atomic<int> changed{0};
-    onEachService([&](HttpClient &own, int service) {
+    m_shared->onEachService([&](HttpClient &own, int service) {
         for (int i = 0; i < Versions; ++i) {
             const QJsonObject change{{"file", files.at((i + service) % 2)}};
             changed += own.put(ServiceWorld::documentPath(id), change).isSuccess();
@@ -138,7 +101,7 @@ void TestServiceSharedDatabase::foldersNeverFormACycle()
     const QStringList folders{m_world->makeFolder("a"), m_world->makeFolder("b"),
                               m_world->makeFolder("c")};
     for (int round = 0; round < 10; ++round) {
-        onEachService([&](HttpClient &own, int service) {
+        m_shared->onEachService([&](HttpClient &own, int service) {
             own.put(ServiceWorld::documentPath(folders.at(service)),
                     ServiceWorld::below(folders.at((service + 1) % 3)));
         });
@@ -157,11 +120,11 @@ void TestServiceSharedDatabase::foldersNeverFormACycle()
 void TestServiceSharedDatabase::lostConnectionIsOpenedAgain()
 {
     const QString id = m_world->makeFolder("before");
-    for (int i = 0; i < m_addresses.size(); ++i)
+    for (int i = 0; i < SharedWorld::Services; ++i)
         QVERIFY(client(i).get(ServiceWorld::documentPath(id)).isSuccess());
     m_world->sqlValue("SELECT count(pg_terminate_backend(pid)) FROM pg_stat_activity "
                       "WHERE datname = current_database() AND pid <> pg_backend_pid()");
-    for (int i = 0; i < m_addresses.size(); ++i) {
+    for (int i = 0; i < SharedWorld::Services; ++i) {
         QVERIFY(client(i).get(ServiceWorld::documentPath(id)).isSuccess());
         const QJsonObject change{{"name", QString("after %1").arg(i)}};
         QVERIFY(client(i).put(ServiceWorld::documentPath(id), change).isSuccess());

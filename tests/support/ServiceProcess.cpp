@@ -10,7 +10,7 @@ constexpr int WaitMs = 20'000;
 
 int endOf(QProcess &process)
 {
-    const bool isEnded = process.waitForFinished(WaitMs);
+    const bool isEnded = process.state() == QProcess::NotRunning || process.waitForFinished(WaitMs);
     return isEnded && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
@@ -53,6 +53,11 @@ void ServiceProcess::kill()
 int ServiceProcess::terminate()
 {
     m_process.terminate();
+    return endOf(m_process);
+}
+
+int ServiceProcess::waitForEnd()
+{
     return endOf(m_process);
 }
 

@@ -20,6 +20,9 @@ public:
     //! Like `kill`. \return the exit code, or -1 if it did not end
     int terminate();
 
+    //! Waits until it ends by itself. \return the exit code, or -1 if it did not end
+    int waitForEnd();
+
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     qint64 processId() const { return m_process.processId(); }
     quint16 port() const { return m_port; }

@@ -24,12 +24,13 @@ Kind kindOf(const QString &state)
         {QStringLiteral("53100"), Kind::Full},
         {QStringLiteral("25006"), Kind::ReadOnly},
         {QStringLiteral("55P03"), Kind::Busy}, // lock_timeout
+        {QStringLiteral("53300"), Kind::NoConnection},
         {QStringLiteral("40001"), Kind::Busy},
         {QStringLiteral("40P01"), Kind::Busy}, // a deadlock
         {QStringLiteral("XX001"), Kind::Damaged},
         {QStringLiteral("XX002"), Kind::Damaged},
         {QStringLiteral("2201B"), Kind::BadPattern},
-        {QStringLiteral("57014"), Kind::SlowPattern}, // statement_timeout
+        {QStringLiteral("57014"), Kind::Slow}, // statement_timeout
     };
     // 57P…: the server stops or starts. Without a state libpq itself has failed.
     if (state.isEmpty() || state.startsWith(QLatin1String("08"))
@@ -128,10 +129,17 @@ void PostgresDialect::rollBack(Database &database) const
     executeDirectly(database, QStringLiteral("ROLLBACK"));
 }
 
+QString PostgresDialect::clockQuery() const
+{
+    return QStringLiteral("SELECT (extract(epoch FROM clock_timestamp()) * 1000)::bigint");
+}
+
 int PostgresDialect::schema(Database &database) const
 {
     {
-        Statement table(database, QStringLiteral("SELECT to_regclass('schema_version') IS NULL"));
+        // Not to_regclass(), which does not see a table that another service has made while this one waited for its turn.
+        Statement table(database, QStringLiteral("SELECT NOT EXISTS (SELECT 1 FROM pg_class WHERE relname = "
+                                      "'schema_version' AND pg_table_is_visible(oid))"));
         if (!table.next() || table.value(0).toBool())
             return 0;
     }

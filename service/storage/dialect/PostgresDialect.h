@@ -23,12 +23,13 @@ public:
     void begin(Database &database) const override;
     void commit(Database &database) const override;
     void rollBack(Database &database) const override;
+    QString clockQuery() const override;
     void requireSound(Database &) const override {}
     int schema(Database &database) const override;
     void copyBefore(Database &, int) const override {} // backups are the database's own
     void migrateTo(Database &database, int version) const override;
     void finishOpening(Database &) const override {}
-    int newestSchema() const override { return 1; }
+    int newestSchema() const override { return 2; }
     QString rowKey() const override { return QStringLiteral("id"); }
     bool keepsOrderOfParts() const override { return false; }
     QString jsonOfPairs(const QString &first, const QString &second) const override;

@@ -45,6 +45,9 @@ public:
     virtual void rollBack(Database &database) const = 0;
     //! @}
 
+    //! A query for the time of the database in milliseconds since 1970 UTC; empty if it is that of this process.
+    virtual QString clockQuery() const = 0;
+
     //! \name Schema
     //! @{
 

@@ -19,6 +19,7 @@ public:
     void begin(Database &database) const override;
     void commit(Database &database) const override;
     void rollBack(Database &database) const override;
+    QString clockQuery() const override { return {}; }
     void requireSound(Database &database) const override;
     int schema(Database &database) const override;
     void copyBefore(Database &database, int version) const override;
