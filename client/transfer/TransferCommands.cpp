@@ -6,7 +6,7 @@ namespace {
 
 using State = VellTransferState;
 
-constexpr qint64 SliceMs = 4;
+constexpr qint64 SliceMs = 3;
 
 bool isEnded(State state)
 {
