@@ -375,7 +375,9 @@ void TestVelldocTransfers::longTransferHasPlainLinesWithoutATerminal()
     const VelldocRun run = world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
     QVERIFY2(!run.error.contains(QLatin1Char('\r')) && !run.error.contains(QLatin1Char('\x1b')),
              qPrintable(run.error));
-    const QStringList lines = run.error.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    // Hashing takes long enough for a line of its own if the machine is busy.
+    const QStringList lines = run.error.split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+                                  .filter(QRegularExpression(QStringLiteral("^(?!Checking big)")));
     QVERIFY2(lines.size() > 2 && lines.size() <= 11, qPrintable(run.error));
     const QRegularExpression form(
         QStringLiteral("^big: [1-9]\\d % [0-9.]+ MiB of 38 MiB  [0-9.]+ MiB/s  \\d+:\\d\\d left$"));
