@@ -199,15 +199,16 @@ def start_in(options):
         raise
     with open(os.path.join(options.folder, "state.json"), "w", encoding="ascii") as file:
         json.dump(cluster.state(), file)
-    print(f"""{options.services} services are behind {cluster.url}
-
-    velldoc --url {cluster.url} --project p1 put FILE /     stores a file
-    curl {cluster.url}base-service/me                       asks one of them""")
-    for port in cluster.ports:
-        print(f"    curl http://127.0.0.1:{port}/metrics                    figures of one")
-    print(f"""    psql '{cluster.postgres.address()}'     the database
-    scripts/cluster stop                                    ends all of it
-
+    commands = [(f"velldoc --url {cluster.url} --project p1 put FILE /", "stores a file"),
+                (f"curl {cluster.url}base-service/me", "asks one of the services")]
+    commands += [(f"curl http://127.0.0.1:{port}/metrics", "prints the figures of one") for port in cluster.ports]
+    commands += [(f"psql '{cluster.postgres.address()}'", "opens the database"),
+                 ("scripts/cluster stop", "ends everything")]
+    width = max(len(command) for command, _ in commands)
+    print(f"{options.services} services are behind {cluster.url}\n")
+    for command, purpose in commands:
+        print(f"    {command.ljust(width)}  {purpose}")
+    print(f"""
 Logs, the data folder and the file of HAProxy are in {options.folder}.""")
 
 
