@@ -3,15 +3,16 @@
 #include "engine/Transfer.h"
 
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
+#include <QObject>
 #include <QString>
 
+class FormTransport;
 class QHttpMultiPart;
+class QNetworkReply;
+class QNetworkRequest;
 
 //! \brief Sends all requests of one thread and creates their replies, HttpReply objects.
-//!
-//! It is derived from QNetworkAccessManager because only this class can read the bytes of a QHttpMultiPart.
-class Transport : public QNetworkAccessManager
+class Transport : public QObject
 {
     Q_OBJECT
 
@@ -21,6 +22,7 @@ public:
     //! Returns the transport of the calling thread, which is created on first use. It is destroyed with the thread, that of the
     //! main thread with the application object, together with the remaining replies.
     static Transport &ofThisThread();
+    ~Transport() override;
 
     //! Sends a request at once. \a address is not percent-encoded. \a body is sent as compact JSON with POST and PUT, and ignored
     //! otherwise. The caller owns the reply.
@@ -35,11 +37,6 @@ public:
     //! A form without devices is copied at once; devices of other forms are read while the form is sent, and must have a size.
     QNetworkReply *post(const QString &address, QHttpMultiPart *body);
 
-protected:
-    //! Called by QNetworkAccessManager with the bytes of a form.
-    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
-                                 QIODevice *outgoingData) override;
-
 private:
-    bool m_isStreaming = false; // set by post() for createRequest()
+    FormTransport *m_forms = nullptr; // since the first form
 };

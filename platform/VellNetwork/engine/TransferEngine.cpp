@@ -4,6 +4,10 @@
 
 #include <QCoreApplication>
 
+#ifdef VELL_HAS_OPENSSL
+#include <openssl/crypto.h>
+#endif
+
 #include <utility>
 #include <vector>
 
@@ -201,4 +205,11 @@ void TransferEngine::stop()
         m_turn.wait(lock, [&] { return session->driver != Driver::Caller; });
     }
     thread.join();
+}
+
+void TransferEngine::leaveThread()
+{
+#ifdef VELL_HAS_OPENSSL
+    OPENSSL_thread_stop();
+#endif
 }

@@ -31,6 +31,10 @@ public:
     //! Ends the thread and all transfers without reporting it.
     void stop();
 
+    //! Frees what the TLS library keeps for the calling thread, which has started or driven transfers. The system would do so only after
+    //! Qt has called the thread finished, when the process may already be ending.
+    static void leaveThread();
+
 private:
     using Clock = std::chrono::steady_clock;
     using Lock = std::unique_lock<std::mutex>;
