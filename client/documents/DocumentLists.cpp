@@ -1,6 +1,6 @@
 #include <documents/VellDocuments.h>
 
-#include <documents/VellDocumentStore.h>
+#include <documents/StoreReading.h>
 #include <session/SessionAccess.h>
 
 #include <async_ops/AsyncGetRecent.h>
@@ -37,9 +37,9 @@ VellResult<QList<VellDocument>> *VellDocuments::list(const VellDocumentConditon 
                 return documents;
             });
         },
-        [this, condition](const QList<VellDocument> &documents) {
+        [reading = StoreReading::begin(m_store), condition](QList<VellDocument> &documents) {
             if (hasAllFields(condition) && !isRecycleBin(condition))
-                m_store->insert(documents);
+                reading->store(documents);
         });
 }
 
@@ -66,9 +66,9 @@ VellResult<VellPage> *VellDocuments::page(const VellDocumentConditon &condition,
             });
             return page;
         },
-        [this, condition](const VellPage &page) {
+        [reading = StoreReading::begin(m_store), condition](VellPage &page) {
             if (hasAllFields(condition) && !isRecycleBin(condition))
-                m_store->insert(page.documents);
+                reading->store(page.documents);
         });
 }
 
@@ -87,18 +87,23 @@ VellResult<QList<VellDocument>> *VellDocuments::favorites(const VellDocumentCond
                                                           const VellDocumentSort &sort)
 {
     return SessionAccess::start<QList<VellDocument>>(
-        m_session, Lane::List, [condition, sort](OperationRun &run) {
+        m_session, Lane::List,
+        [condition, sort](OperationRun &run) {
             QList<VellDocument> documents;
             VellDocumentConditon wanted = condition;
             run.change([&] { return run.documents().getFavorDocs(documents, wanted, sort); });
             return documents;
+        },
+        [reading = StoreReading::begin(m_store)](QList<VellDocument> &documents) {
+            reading->renew(documents);
         });
 }
 
 VellResult<QList<VellDocument>> *VellDocuments::recent(const QString &category)
 {
     return SessionAccess::start<QList<VellDocument>>(
-        m_session, Lane::List, [category](OperationRun &run) {
+        m_session, Lane::List,
+        [category](OperationRun &run) {
             return run.query([&] {
                 QList<VellDocument> documents;
                 AsyncGetRecent job;
@@ -113,6 +118,9 @@ VellResult<QList<VellDocument>> *VellDocuments::recent(const QString &category)
                 loop.exec();
                 return documents;
             });
+        },
+        [reading = StoreReading::begin(m_store)](QList<VellDocument> &documents) {
+            reading->renew(documents);
         });
 }
 

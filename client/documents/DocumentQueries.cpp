@@ -1,7 +1,7 @@
 #include <documents/VellDocuments.h>
 
 #include <documents/DocumentLookup.h>
-#include <documents/VellDocumentStore.h>
+#include <documents/StoreReading.h>
 #include <session/SessionAccess.h>
 
 #include <algorithm>
@@ -12,7 +12,9 @@ VellResult<VellDocument> *VellDocuments::document(const QString &id)
 {
     return SessionAccess::start<VellDocument>(
         m_session, Lane::Short, [id](OperationRun &run) { return DocumentLookup::fetch(run, id); },
-        [this](const VellDocument &document) { m_store->insert(document); });
+        [reading = StoreReading::begin(m_store)](VellDocument &document) {
+            reading->store(document);
+        });
 }
 
 VellResult<std::optional<VellDocument>> *VellDocuments::find(const QString &parentId,
@@ -24,9 +26,9 @@ VellResult<std::optional<VellDocument>> *VellDocuments::find(const QString &pare
             const QList<VellDocument> found = DocumentLookup::find(run, parentId, name);
             return found.isEmpty() ? std::nullopt : std::make_optional(found.constFirst());
         },
-        [this](const std::optional<VellDocument> &found) {
+        [reading = StoreReading::begin(m_store)](std::optional<VellDocument> &found) {
             if (found)
-                m_store->insert(*found);
+                reading->store(*found);
         });
 }
 
@@ -42,7 +44,9 @@ VellResult<QList<VellDocument>> *VellDocuments::foldersAbove(const QString &id)
             std::reverse(folders.begin(), folders.end());
             return folders;
         },
-        [this](const QList<VellDocument> &folders) { m_store->insert(folders); });
+        [reading = StoreReading::begin(m_store)](QList<VellDocument> &folders) {
+            reading->store(folders);
+        });
 }
 
 VellResult<QList<VellDocument>> *VellDocuments::history(const QString &id)

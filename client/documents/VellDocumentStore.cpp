@@ -1,5 +1,6 @@
 #include <documents/VellDocumentStore.h>
 
+#include <documents/StoreContent.h>
 #include <operations/BackgroundRelease.h>
 
 #include <QSet>
@@ -18,35 +19,45 @@ bool isSame(const VellDocument &a, const VellDocument &b)
 
 } // namespace
 
-VellDocumentStore::VellDocumentStore(QObject *parent) : QObject(parent) {}
+VellDocumentStore::VellDocumentStore(QObject *parent)
+    : QObject(parent), m_content(std::make_unique<Content>())
+{}
 
 VellDocumentStore::~VellDocumentStore()
 {
-    releaseInBackground(m_documents);
+    releaseInBackground(m_content->documents);
 }
 
 std::optional<VellDocument> VellDocumentStore::document(const QString &id) const
 {
-    const auto found = m_documents.constFind(id);
-    return found == m_documents.cend() ? std::nullopt : std::make_optional(*found);
+    const auto found = m_content->documents.constFind(id);
+    return found == m_content->documents.cend() ? std::nullopt : std::make_optional(*found);
 }
 
 QString VellDocumentStore::folderName(const QString &id) const
 {
-    const auto found = m_documents.constFind(id);
-    return found == m_documents.cend() ? QString() : found->name;
+    const auto found = m_content->documents.constFind(id);
+    return found == m_content->documents.cend() ? QString() : found->name;
 }
 
 void VellDocumentStore::insert(const QList<VellDocument> &documents)
+{
+    ++m_content->changeNumber;
+    for (const VellDocument &document : documents)
+        m_content->noteChange(document._id);
+    merge(documents);
+}
+
+void VellDocumentStore::merge(const QList<VellDocument> &documents)
 {
     QList<VellDocument> changed;
     QSet<QString> folders;
     for (const VellDocument &document : documents) {
         if (document._id.isEmpty())
             continue;
-        const auto known = m_documents.find(document._id);
-        if (known == m_documents.end()) {
-            m_documents.insert(document._id, document);
+        const auto known = m_content->documents.find(document._id);
+        if (known == m_content->documents.end()) {
+            m_content->documents.insert(document._id, document);
             changed.append(document);
             continue;
         }
@@ -67,12 +78,14 @@ void VellDocumentStore::insert(const QList<VellDocument> &documents)
 void VellDocumentStore::remove(const QStringList &ids)
 {
     QSet<QString> folders;
+    ++m_content->changeNumber;
     for (const QString &id : ids) {
-        const auto known = m_documents.find(id);
-        if (known == m_documents.end())
+        m_content->noteChange(id);
+        const auto known = m_content->documents.find(id);
+        if (known == m_content->documents.end())
             continue;
         folders += known->parentId;
-        m_documents.erase(known);
+        m_content->documents.erase(known);
     }
     if (!ids.isEmpty())
         Q_EMIT documentsRemoved(ids);
@@ -87,6 +100,7 @@ void VellDocumentStore::markFolderChanged(const QString &id)
 
 void VellDocumentStore::clear()
 {
-    releaseInBackground(m_documents);
+    m_content->changes.clear();
+    releaseInBackground(m_content->documents);
     Q_EMIT cleared();
 }

@@ -7,12 +7,15 @@
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 //! \brief The known documents of the open project: one record for each, with signals for changes.
 //!
 //! Each operation of VellDocuments stores the documents that it receives before it ends; uploads do so too. Connect models and
 //! windows to the signals instead of fetching lists again. The store is emptied when another project is opened.
+//!
+//! A response that was requested before a change, and arrives after it, does not bring back the older record.
 //!
 //! Belongs to the thread of its session.
 //!
@@ -65,5 +68,10 @@ Q_SIGNALS:
     void cleared();
 
 private:
-    QHash<QString, VellDocument> m_documents;
+    friend class StoreReading;
+    struct Content;
+
+    void merge(const QList<VellDocument> &documents);
+
+    const std::unique_ptr<Content> m_content;
 };

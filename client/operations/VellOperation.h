@@ -116,8 +116,8 @@ public:
             reject();
     }
 
-    //! Sets a function that is called with the result, on this thread, before finished() is emitted.
-    void setApply(std::function<void(const Result &)> apply) { m_apply = std::move(apply); }
+    //! Sets a function that is called with the result, on this thread, before finished() is emitted. It may change the result.
+    void setApply(std::function<void(Result &)> apply) { m_apply = std::move(apply); }
 
 private:
     void succeed() override
@@ -139,6 +139,6 @@ private:
     }
 
     const std::shared_ptr<Result> m_result; // written by the work, read here after its end
-    std::function<void(const Result &)> m_apply;
+    std::function<void(Result &)> m_apply;
     QFutureInterface<Result> m_future;
 };

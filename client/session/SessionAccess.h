@@ -14,16 +14,16 @@ public:
 
     //! Creates an operation with \a work and starts it.
     //! \param apply called with the result on the thread of the session, before finished() is emitted, unless another
-    //!        project has been opened meanwhile
+    //!        project has been opened meanwhile; may change the result
     template <typename Result>
     static VellResult<Result> *start(VellSession *session, OperationLanes::Lane lane,
                                      std::function<Result(OperationRun &)> work,
-                                     std::function<void(const Result &)> apply = {})
+                                     std::function<void(Result &)> apply = {})
     {
         auto *const operation = new VellResult<Result>(session, std::move(work));
         if (apply) {
             operation->setApply([session, project = session->projectId(),
-                                 apply = std::move(apply)](const Result &result) {
+                                 apply = std::move(apply)](Result &result) {
                 if (session->projectId() == project)
                     apply(result);
             });
