@@ -8,9 +8,9 @@ class Context;
 
 struct CommandOption
 {
-    const char *names; //!< "l,long": without dashes, the short one first
-    const char *valueName; //!< null for a flag
-    const char *help; //!< translated when it is shown
+    const char *names = nullptr; //!< "l,long": without dashes, the short one first
+    const char *valueName = nullptr; //!< null for a flag
+    const char *help = nullptr; //!< translated when it is shown
     const char *words = nullptr; //!< the possible values, separated by spaces, if these are known
 };
 

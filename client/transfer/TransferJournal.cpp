@@ -10,6 +10,27 @@
 
 #include <utility>
 
+namespace {
+
+constexpr int NamelessLockMs = 2000; // creating and writing it takes less
+
+//! Takes \a lock unless another program holds it.
+bool takeLock(QLockFile &lock)
+{
+    lock.setStaleLockTime(0);
+    qint64 process = 0;
+    QString host;
+    QString program;
+    if (lock.tryLock() || lock.error() != QLockFile::LockFailedError
+        || lock.getLockInfo(&process, &host, &program))
+        return lock.isLocked();
+    // A program was killed between creating the file and writing its own name into it.
+    lock.setStaleLockTime(NamelessLockMs);
+    return lock.tryLock(2 * NamelessLockMs);
+}
+
+} // namespace
+
 TransferJournal::TransferJournal(
     const QString &path, std::function<void(const std::shared_ptr<JournalContent> &)> loaded,
     std::function<void(const VellError &)> failed)
@@ -58,8 +79,7 @@ bool TransferJournal::load(JournalContent *content)
 {
     using Kind = VellError::Kind;
     m_lock = std::make_unique<QLockFile>(m_path + QLatin1String(".lock"));
-    m_lock->setStaleLockTime(0);
-    if (!m_lock->tryLock()) {
+    if (!takeLock(*m_lock)) {
         if (m_lock->error() == QLockFile::LockFailedError)
             fail(Kind::LocalFile, TransferText::fileInUse(), {});
         else

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void aDamagedEndIsIgnored();
     void anotherFileIsLeftAlone();
     void aQueueInUseIsRefused();
+    void aLockThatNamesNobodyIsTakenOver();
     void aKilledUploadGoesOn();
     void aKilledDownloadGoesOn();
 };
@@ -224,6 +225,19 @@ void TestTransferRestart::anotherFileIsLeftAlone()
 void TestTransferRestart::aQueueInUseIsRefused()
 {
     const TransferWorld world;
+    VellTransferQueue queue;
+    QVERIFY(open(queue, world.path(QueueFile)));
+    VellTransferQueue second;
+    const QSignalSpy failed(&second, &VellTransferQueue::openFailed);
+    second.open(world.path(QueueFile));
+    QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, WaitMs);
+}
+
+//! As left by a program that was killed while it made the lock.
+void TestTransferRestart::aLockThatNamesNobodyIsTakenOver()
+{
+    const TransferWorld world;
+    TransferWorld::write(world.path(QueueFile) + QStringLiteral(".lock"), "");
     VellTransferQueue queue;
     QVERIFY(open(queue, world.path(QueueFile)));
     VellTransferQueue second;
