@@ -10,6 +10,7 @@ import time
 from model import FOLDER, Model, content, digest
 
 FAILED = 8  # as the queue's program prints it
+IN_FLIGHT_SECONDS = 1
 
 SIZES = [0, 1, 2000, 60_000, 300_000, 3_000_000, 11_000_000, 14_000_000]
 WEIGHTS = [1, 2, 8, 8, 6, 3, 1, 1]
@@ -63,6 +64,8 @@ class Client(threading.Thread):
                 process.kill()
                 process.communicate()
                 self.kills += 1
+                # The service may still process its last request; the next attempt could not see the result of it.
+                time.sleep(IN_FLIGHT_SECONDS)
                 return None
         try:
             self.out, self.error = process.communicate(timeout=600)
