@@ -352,6 +352,16 @@ std::optional<VellDocument> VellDocumentModel::document(const QModelIndex &index
     return *m_rows->at(index.row());
 }
 
+QList<VellDocument> VellDocumentModel::documents(int first, int last) const
+{
+    QList<VellDocument> documents;
+    for (int row = first; row <= last; ++row) {
+        if (const VellDocument *const document = m_rows->at(row))
+            documents.append(*document);
+    }
+    return documents;
+}
+
 QModelIndex VellDocumentModel::indexOf(const QString &id, int column) const
 {
     const int row = m_rows->rowOf(id);

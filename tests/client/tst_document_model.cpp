@@ -164,8 +164,12 @@ void TestDocumentModel::rowsThatAreNotThereYetSayIt()
     QCOMPARE(index.data(VellModelRole::IsLoaded), QVariant(false));
     QVERIFY(!index.data().isValid() && !index.data(VellModelRole::Id).isValid());
     QVERIFY(!m_model->document(index));
+    QVERIFY(m_model->documents(70'000, 70'001).isEmpty());
     QTRY_COMPARE_WITH_TIMEOUT(index.data(VellModelRole::IsLoaded), QVariant(true), WaitMs);
     QCOMPARE(m_model->document(index)->name, QStringLiteral("70000.dwg"));
+    const QList<VellDocument> documents = m_model->documents(0, 70'001);
+    QCOMPARE(documents.at(documents.size() - 2).name, QStringLiteral("70000.dwg"));
+    QCOMPARE(documents.constLast().name, QStringLiteral("70001.dwg"));
     QCOMPARE(m_model->indexOf(idOf(70000)), index);
 }
 

@@ -283,13 +283,8 @@ QList<VellDocument> DocumentPane::selection() const
     QList<VellDocument> documents;
     // By ranges, because a list of 100,000 indexes would block the window.
     const QItemSelection selected = m_table->selectionModel()->selection();
-    for (const QItemSelectionRange &range : selected) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            if (const std::optional<VellDocument> document =
-                    m_model->document(m_model->index(row, 0)))
-                documents.append(*document);
-        }
-    }
+    for (const QItemSelectionRange &range : selected)
+        documents += m_model->documents(range.top(), range.bottom());
     m_selection = documents;
     return documents;
 }
@@ -305,14 +300,7 @@ int DocumentPane::selectedCount() const
 
 bool DocumentPane::isSelectionFetched() const
 {
-    const QItemSelection selected = m_table->selectionModel()->selection();
-    for (const QItemSelectionRange &range : selected) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            if (!m_model->document(m_model->index(row, 0)))
-                return false;
-        }
-    }
-    return true;
+    return selection().size() == selectedCount();
 }
 
 void DocumentPane::select(const QString &id)
