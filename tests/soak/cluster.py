@@ -49,13 +49,13 @@ def answers(url):
 class Postgres:
     """A server of its own, which listens on a socket only. PostgreSQL refuses to be run by root."""
 
-    def __init__(self, folder, connections):
+    def __init__(self, folder, connections, settings=()):
         self.programs = sorted(glob.glob("/usr/lib/postgresql/*/bin"))[-1]
         self.as_user = []
         if os.geteuid() == 0:
             self.as_user = ["setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups"]
         self.folder = os.path.join(folder, "postgresql")
-        self.connections = connections
+        self.settings = [f"max_connections={connections}", *settings]
         self.socket = ""
 
     def initialise(self):
@@ -81,7 +81,7 @@ class Postgres:
 
     def start(self):
         self.run("pg_ctl", "start", "-w", "-t", str(LONGEST_START), "-l", self.folder + "/log",
-                 "-o", f"-c listen_addresses='' -k {self.socket} -c max_connections={self.connections}")
+                 "-o", " ".join([f"-c listen_addresses='' -k {self.socket}", *(f"-c {s}" for s in self.settings)]))
 
     def crash(self):
         """Ends it as a loss of power would end the processes."""
@@ -92,11 +92,11 @@ class Postgres:
 
 
 class Cluster:
-    def __init__(self, program, folder, services, log_requests=False):
+    def __init__(self, program, folder, services, log_requests=False, settings=()):
         self.program, self.folder = os.path.abspath(program), os.path.abspath(folder)
         self.count = services
         self.log_requests = log_requests
-        self.postgres = Postgres(self.folder, 22 * services + 30)
+        self.postgres = Postgres(self.folder, 22 * services + 30, settings)
         self.data = os.path.join(self.folder, "data")
         self.ports, self.processes = [], []
         self.balancer = None
