@@ -38,10 +38,12 @@ def wait_for(is_true, what):
         time.sleep(0.05)
 
 
-def answers(url):
+def answers(url, status=200):
     try:
         with urllib.request.urlopen(url, timeout=10) as response:
-            return response.status == 200
+            return response.status == status
+    except urllib.error.HTTPError as error:
+        return error.code == status
     except OSError:
         return False
 
@@ -91,6 +93,25 @@ class Postgres:
         return f"postgresql://vell@/vell?host={self.socket}"
 
 
+def balance(folder, name, port, services):
+    """Starts HAProxy with the file of the package. Returns the process and the address."""
+    with open(EXAMPLE, encoding="ascii") as example:
+        text = example.read()
+    text = text.replace("127.0.0.1:8000", f"127.0.0.1:{port}")
+    text = re.sub(r"\n    server .*", "", text) + "".join(
+        f"    server service{number} 127.0.0.1:{own}\n" for number, own in enumerate(services))
+    path = os.path.join(folder, name + ".cfg")
+    with open(path, "w", encoding="ascii") as file:
+        file.write(text)
+    program = shutil.which("haproxy", path=os.environ.get("PATH", "") + ":/usr/sbin")
+    with open(os.path.join(folder, name + ".log"), "ab") as log:
+        process = subprocess.Popen([program, "-db", "-f", path], stdin=subprocess.DEVNULL,
+                                   stdout=log, stderr=log, start_new_session=True)
+    url = f"http://127.0.0.1:{port}/"
+    wait_for(lambda: answers(url + "base-service/me"), "HAProxy")
+    return process, url
+
+
 class Cluster:
     def __init__(self, program, folder, services, log_requests=False, settings=()):
         self.program, self.folder = os.path.abspath(program), os.path.abspath(folder)
@@ -130,21 +151,7 @@ class Cluster:
                  f"service {number}")
 
     def start_balancer(self, port):
-        with open(EXAMPLE, encoding="ascii") as example:
-            text = example.read()
-        text = text.replace("127.0.0.1:8000", f"127.0.0.1:{port}")
-        text = re.sub(r"\n    server .*", "", text) + "".join(
-            f"    server service{number} 127.0.0.1:{own}\n"
-            for number, own in enumerate(self.ports))
-        path = os.path.join(self.folder, "haproxy.cfg")
-        with open(path, "w", encoding="ascii") as file:
-            file.write(text)
-        haproxy = shutil.which("haproxy", path=os.environ.get("PATH", "") + ":/usr/sbin")
-        with open(os.path.join(self.folder, "haproxy.log"), "ab") as log:
-            self.balancer = subprocess.Popen([haproxy, "-db", "-f", path], stdin=subprocess.DEVNULL,
-                                             stdout=log, stderr=log, start_new_session=True)
-        self.url = f"http://127.0.0.1:{port}/"
-        wait_for(lambda: answers(self.url + "base-service/me"), "HAProxy")
+        self.balancer, self.url = balance(self.folder, "haproxy", port, self.ports)
 
     def kill_service(self, number):
         self.processes[number].kill()

@@ -1,6 +1,9 @@
 """A store with many documents, for measuring: large_store.sql fills it."""
 
+import csv
+import io
 import os
+import sqlite3
 import subprocess
 
 STATEMENTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "large_store.sql")
@@ -27,3 +30,18 @@ def ids(postgres, condition, count):
     rows = psql(postgres, "-c", "SELECT id, substr(project_id, 8), coalesce(parent_id, '') FROM document WHERE "
                 f"{condition} ORDER BY md5(id) LIMIT {count}")
     return [(name, int(project), folder) for name, project, folder in (row.split("|") for row in rows.splitlines())]
+
+
+def copy_to_sqlite(postgres, records):
+    """Copies the records into a database of the same schema, which no service uses."""
+    tables = ["user", "project", "member", "file", "file_uploader", "document", "version", "mark", "download", "link",
+              "share", "share_document"]
+    with sqlite3.connect(records) as database:
+        database.execute("DELETE FROM user")
+        for table in tables:
+            text = psql(postgres, "-c", f'COPY "{table}" TO STDOUT (FORMAT csv, HEADER, NULL \'<null>\')')
+            rows = csv.reader(io.StringIO(text))
+            columns = next(rows)
+            database.executemany(
+                f"INSERT INTO {table} ({', '.join(columns)}) VALUES ({', '.join('?' * len(columns))})",
+                ([None if value == "<null>" else value for value in row] for row in rows))

@@ -105,9 +105,11 @@ DatabaseError PostgresDialect::error(const QSqlQuery &query) const
 void PostgresDialect::begin(Database &database) const
 {
     // Changes may take long: the bound is for searches.
-    const QString statements = QStringLiteral("BEGIN; SET LOCAL statement_timeout = 0; "
-                                              "SELECT pg_advisory_xact_lock(%1)")
-                                   .arg(ChangeLock);
+    const QString statements =
+        QStringLiteral(
+            "BEGIN; SET LOCAL statement_timeout = 0; SET LOCAL synchronous_commit = off; "
+            "SELECT pg_advisory_xact_lock(%1)")
+            .arg(ChangeLock);
     try {
         executeDirectly(database, statements);
     } catch (const DatabaseError &error) {
@@ -120,10 +122,13 @@ void PostgresDialect::begin(Database &database) const
     }
 }
 
-// These statements cannot be prepared.
+// These statements cannot be prepared. The lock of all changes ends with the commit, which does not wait for the disk. The message
+// is a transaction that does: it comes after the change in the log, so that both are on the disk when it returns, and changes that
+// end at the same time are written together.
 void PostgresDialect::commit(Database &database) const
 {
-    executeDirectly(database, QStringLiteral("COMMIT"));
+    executeDirectly(database,
+                    QStringLiteral("COMMIT; SELECT pg_logical_emit_message(true, 'vell', '')"));
 }
 
 void PostgresDialect::rollBack(Database &database) const
