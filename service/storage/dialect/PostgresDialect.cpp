@@ -87,7 +87,7 @@ void PostgresDialect::connect(const QString &connectionName) const
         QStringLiteral(
             "SET client_min_messages = warning; SET client_encoding = 'UTF8';"
             "SET synchronous_commit = on; SET statement_timeout = %1; SET lock_timeout = %2;"
-            // For disks without arms: otherwise PostgreSQL reads a whole project instead of some hundred rows.
+            // For disks without arms: otherwise PostgreSQL reads all of some 100,000 documents where an index leads to a few.
             "SET random_page_cost = 1.1;"
             "SET idle_in_transaction_session_timeout = 60000")
             .arg(LongestStatementMs)
