@@ -4,7 +4,9 @@
 #include <transfer/LocalNames.h>
 #include <transfer/TransferText.h>
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QThread>
 
@@ -54,12 +56,26 @@ void TransferJournal::run()
     }
 }
 
+bool TransferJournal::takeLock()
+{
+    constexpr int WritingS = 2; // more than enough for who is writing the file at this moment
+    const QString path = m_path + QLatin1String(".lock");
+    m_lock = std::make_unique<QLockFile>(path);
+    m_lock->setStaleLockTime(0);
+    if (m_lock->tryLock())
+        return true;
+    // A program that was killed while it made the file has not written who it was. What a living program holds is not removed.
+    const QFileInfo file(path);
+    const bool isEmpty = m_lock->error() == QLockFile::LockFailedError && file.size() == 0;
+    const QDateTime recently = QDateTime::currentDateTime().addSecs(-WritingS);
+    return isEmpty && file.lastModified() < recently && m_lock->removeStaleLockFile()
+        && m_lock->tryLock();
+}
+
 bool TransferJournal::load(JournalContent *content)
 {
     using Kind = VellError::Kind;
-    m_lock = std::make_unique<QLockFile>(m_path + QLatin1String(".lock"));
-    m_lock->setStaleLockTime(0);
-    if (!m_lock->tryLock()) {
+    if (!takeLock()) {
         if (m_lock->error() == QLockFile::LockFailedError)
             fail(Kind::LocalFile, TransferText::fileInUse(), {});
         else

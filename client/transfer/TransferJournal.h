@@ -77,6 +77,7 @@ public:
 
 private:
     void run();
+    bool takeLock();
     bool load(JournalContent *content);
     void append(const QByteArray &payload);
     void fail(VellError::Kind kind, const QString &text, const QString &detail);

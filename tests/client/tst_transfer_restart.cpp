@@ -2,6 +2,7 @@
 #include "TransferWorld.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QObject>
 
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void aDamagedEndIsIgnored();
     void anotherFileIsLeftAlone();
     void aQueueInUseIsRefused();
+    void aLockWithoutItsProgramIsTaken();
     void aKilledUploadGoesOn();
     void aKilledDownloadGoesOn();
 };
@@ -224,6 +226,23 @@ void TestTransferRestart::anotherFileIsLeftAlone()
 void TestTransferRestart::aQueueInUseIsRefused()
 {
     const TransferWorld world;
+    VellTransferQueue queue;
+    QVERIFY(open(queue, world.path(QueueFile)));
+    VellTransferQueue second;
+    const QSignalSpy failed(&second, &VellTransferQueue::openFailed);
+    second.open(world.path(QueueFile));
+    QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, WaitMs);
+}
+
+//! As a program leaves it that was killed while it made the file.
+void TestTransferRestart::aLockWithoutItsProgramIsTaken()
+{
+    const TransferWorld world;
+    QFile lock(world.path(QueueFile) + QStringLiteral(".lock"));
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addSecs(-60),
+                             QFileDevice::FileModificationTime));
+    lock.close();
     VellTransferQueue queue;
     QVERIFY(open(queue, world.path(QueueFile)));
     VellTransferQueue second;
