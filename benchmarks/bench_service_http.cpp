@@ -1,19 +1,16 @@
+#include "HttpLoad.h"
+
 #include <QCoreApplication>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QUrl>
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <memory>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 #include <vector>
 
 // What a client sees of one or several builds of the service, in turns so that they meet the same machine:
@@ -28,80 +25,6 @@ using Clock = std::chrono::steady_clock;
 constexpr qint64 LargeBytes = Q_INT64_C(1024) * 1024 * 1024;
 constexpr std::chrono::milliseconds LoadTime{1500};
 
-int connectTo(quint16 port)
-{
-    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof(address)) != 0)
-        qFatal("no connection to port %d", port);
-    const int on = 1;
-    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof(on));
-    return socket;
-}
-
-void sendAll(int socket, const char *data, qint64 length)
-{
-    while (length > 0) {
-        const ssize_t count = ::send(socket, data, static_cast<size_t>(length), MSG_NOSIGNAL);
-        if (count <= 0)
-            qFatal("the service has ended the connection");
-        data += count;
-        length -= count;
-    }
-}
-
-//! One connection that sends the same request again as soon as it is answered.
-struct Caller
-{
-    Caller() = default;
-    ~Caller() { ::close(socket); }
-    Caller(const Caller &) = delete;
-    Caller &operator=(const Caller &) = delete;
-
-    int socket = -1;
-    QByteArray in;
-    Clock::time_point start;
-
-    void ask(const QByteArray &request)
-    {
-        start = Clock::now();
-        sendAll(socket, request.constData(), request.size());
-    }
-
-    //! Reads; true once the response is whole.
-    bool isAnswered()
-    {
-        char block[65536];
-        const ssize_t count = ::recv(socket, block, sizeof(block), 0);
-        if (count <= 0)
-            qFatal("the service has ended the connection");
-        in.append(block, static_cast<int>(count));
-        const int end = in.indexOf("\r\n\r\n");
-        const int field = in.indexOf("Content-Length: ");
-        if (end < 0 || field < 0)
-            return false;
-        const int length = in.mid(field + 16, in.indexOf('\r', field) - field - 16).toInt();
-        if (in.size() < end + 4 + length)
-            return false;
-        if (!in.startsWith("HTTP/1.1 200"))
-            qFatal("unexpected: %s", in.left(200).constData());
-        whole = in;
-        in.clear();
-        return true;
-    }
-
-    QByteArray answer()
-    {
-        while (!isAnswered()) {}
-        return whole;
-    }
-
-    QByteArray whole; //!< the last response
-};
-
 struct Load
 {
     double perSecond = 0;
@@ -111,29 +34,13 @@ struct Load
 
 Load measureLoad(quint16 port, int connections, const QByteArray &request)
 {
-    std::vector<Caller> callers(static_cast<size_t>(connections));
-    std::vector<pollfd> entries;
-    for (Caller &caller : callers) {
-        caller.socket = connectTo(port);
-        entries.push_back({caller.socket, POLLIN, 0});
-        caller.ask(request);
-    }
-    std::vector<double> times;
-    const Clock::time_point begin = Clock::now();
-    while (Clock::now() - begin < LoadTime) {
-        ::poll(entries.data(), entries.size(), 1000);
-        for (size_t i = 0; i < entries.size(); ++i) {
-            if ((entries[i].revents & POLLIN) == 0 || !callers[i].isAnswered())
-                continue;
-            const std::chrono::duration<double, std::milli> time = Clock::now() - callers[i].start;
-            times.push_back(time.count());
-            callers[i].ask(request);
-        }
-    }
-    const std::chrono::duration<double> total = Clock::now() - begin;
-    std::sort(times.begin(), times.end());
-    return {static_cast<double>(times.size()) / total.count(), times.at(times.size() * 99 / 100),
-            static_cast<qint64>(times.size())};
+    HttpLoad load = runLoad(port, connections, LoadTime, [&request] { return request; });
+    if (load.failures > 0)
+        qFatal("unexpected: %s", load.failure.left(200).constData());
+    std::sort(load.timesMs.begin(), load.timesMs.end());
+    return {static_cast<double>(load.timesMs.size()) / load.seconds,
+            load.timesMs.at(load.timesMs.size() * 99 / 100),
+            static_cast<qint64>(load.timesMs.size())};
 }
 
 //! A service on a data folder of its own.
@@ -177,8 +84,7 @@ public:
                                 "filename=\"f\"\r\n\r\n";
         const QByteArray tail = "\r\n--B--\r\n";
         QByteArray block(1024 * 1024, 'a');
-        Caller caller;
-        caller.socket = connectTo(m_port);
+        HttpCaller caller(m_port);
         const Clock::time_point begin = Clock::now();
         caller.ask("POST /base-service/files HTTP/1.1\r\nHost: localhost\r\nContent-Type: "
                    "multipart/form-data; boundary=B\r\nContent-Length: "
@@ -187,9 +93,9 @@ public:
         for (qint64 sent = 0; sent < LargeBytes; sent += block.size()) {
             const QByteArray mark = QByteArray::number(sent + seed);
             std::copy(mark.begin(), mark.end(), block.begin());
-            sendAll(caller.socket, block.constData(), block.size());
+            caller.sendAll(block.constData(), block.size());
         }
-        sendAll(caller.socket, tail.constData(), tail.size());
+        caller.sendAll(tail.constData(), tail.size());
         const QByteArray answer = caller.answer();
         const std::chrono::duration<double> time = Clock::now() - begin;
         const int start = answer.indexOf("\"files\":[\"") + 10;
@@ -199,28 +105,26 @@ public:
 
     double download(const QByteArray &id) const
     {
-        const int socket = connectTo(m_port);
+        const HttpCaller caller(m_port);
         const Clock::time_point begin = Clock::now();
         const QByteArray request =
             "GET /base-service/files/" + id + " HTTP/1.1\r\nHost: localhost\r\n\r\n";
-        sendAll(socket, request.constData(), request.size());
+        caller.sendAll(request.constData(), request.size());
         std::vector<char> block(1024 * 1024);
         for (qint64 read = 0; read < LargeBytes;) {
-            const ssize_t count = ::recv(socket, block.data(), block.size(), 0);
+            const ssize_t count = ::recv(caller.socket(), block.data(), block.size(), 0);
             if (count <= 0)
                 qFatal("the download broke off");
             read += count;
         }
         const std::chrono::duration<double> time = Clock::now() - begin;
-        ::close(socket);
         return 1024 / time.count();
     }
 
 private:
     void addFolder(int number)
     {
-        Caller caller;
-        caller.socket = connectTo(m_port);
+        HttpCaller caller(m_port);
         const QByteArray body =
             "{\"type\":\"dir\",\"name\":\"folder " + QByteArray::number(number) + "\"}";
         caller.ask("POST /document-service/projects/p/documents HTTP/1.1\r\nHost: localhost\r\n"

@@ -50,7 +50,9 @@ std::optional<HttpResponse> Exchange::begin()
 
 User Exchange::findRoute()
 {
-    const bool isOpen = !Users(m_context.database).isTokenNeeded();
+    if (!m_context.hasUsers)
+        m_context.hasUsers = Users(m_context.database).isTokenNeeded();
+    const bool isOpen = !m_context.hasUsers;
     if (isOpen)
         requireLocalOrigin(m_request);
     m_route = &m_router.find(m_request);

@@ -27,6 +27,8 @@ struct ServiceContext
     QString metricsToken; //!< see ServiceOptions
     QString pathPrefix; //!< see ServiceOptions
     std::function<int()> openConnections; //!< set while the service is running
+    std::atomic<bool> hasUsers{
+        false}; //!< known to have some; a removed one counts, so that it stays true
     std::atomic<bool> isDraining{false}; //!< the service is about to be stopped
     std::atomic<qint64> heldBodyBytes{0}; //!< see BodyBuffer
 };

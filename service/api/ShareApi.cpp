@@ -91,9 +91,11 @@ HttpResponse listShares(HttpRequest &request, RequestState &state)
     const bool seesAll = state.access.may(projectId, Action::Edit);
     Shares shares(state.database);
     JsonList result;
-    const QList<Share> list = shares.list(projectId, seesAll ? QString() : state.user().id);
+    const QString userId = seesAll ? QString() : state.user().id;
+    const QHash<QString, QList<Document>> documents = shares.documentsOfList(projectId, userId);
+    const QList<Share> list = shares.list(projectId, userId);
     for (const Share &share : list)
-        result.append(toJson(share, shares.documents(share)));
+        result.append(toJson(share, documents.value(share.id)));
     return result.response();
 }
 

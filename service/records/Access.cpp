@@ -42,12 +42,13 @@ bool Access::may(const Document &document, Action action)
 void Access::require(const QString &projectId, Action action)
 {
     requireValidProjectId(projectId);
+    if (may(projectId, action))
+        return;
     // Without users a project is created with its first document.
     if (!m_user.isLocal && !m_projects.exists(projectId))
         throw ServiceError(Refusal::NotFound,
                            QStringLiteral("There is no project %1.").arg(projectId));
-    if (!may(projectId, action))
-        refuse(action);
+    refuse(action);
 }
 
 void Access::require(const Document &document, Action action)

@@ -96,30 +96,60 @@ std::optional<TypeOrder> typeOrder(const DocumentQuery &query)
     return TypeOrder{first == QLatin1String("type"), keys.join(QLatin1Char(' '))};
 }
 
-//! The query for the rows that fit, in their order. \param values gets its values
-QString rowsInOrder(const DocumentQuery &query, const SqlFilter &filter, const SqlDialect &dialect,
-                    QVariantList &values)
+//! Finds the rows of one page, in any order, with an index alone.
+class PageFinder
 {
-    const std::optional<TypeOrder> byType =
-        dialect.keepsOrderOfParts() ? typeOrder(query) : std::nullopt;
-    if (!byType) {
-        values += filter.values;
-        return QStringLiteral("SELECT d.%1 AS r FROM document d WHERE %2%3")
-            .arg(dialect.rowKey(), filter.text(), orderClause(query.order));
+public:
+    PageFinder(const DocumentQuery &query, const SqlFilter &filter, const SqlDialect &dialect)
+        : m_query(query), m_filter(filter), m_rowKey(dialect.rowKey())
+    {}
+
+    //! \param values gets the values of the statement
+    QString sql(QVariantList &values) const
+    {
+        const std::optional<TypeOrder> byType = typeOrder(m_query);
+        if (byType)
+            return typeByType(*byType, values);
+        values += m_filter.values;
+        values += {rowLimit(m_query.limit), m_query.skip};
+        return rows({}, m_query.order) + QStringLiteral(" LIMIT ? OFFSET ?");
     }
-    // One walk along an index for the folders and one for the files: sorted together, all entries would be read for
-    // each page. The inner LIMIT keeps SQLite from dropping the inner order.
-    const QString part = QStringLiteral("SELECT r FROM (SELECT d.%1 AS r FROM document d WHERE %2 "
-                                        "AND d.type = ?%3 LIMIT -1)")
-                             .arg(dialect.rowKey(), filter.text(), orderClause(byType->rest));
-    const QString folders = QStringLiteral("dir");
-    const QString files = QStringLiteral("file");
-    values += filter.values;
-    values += byType->isFolderFirst ? folders : files;
-    values += filter.values;
-    values += byType->isFolderFirst ? files : folders;
-    return QStringLiteral("SELECT r FROM (%1 UNION ALL %1)").arg(part);
-}
+
+private:
+    QString rows(const QString &condition, const QString &order) const
+    {
+        return QStringLiteral("SELECT d.%1 AS r FROM document d WHERE %2%3%4")
+            .arg(m_rowKey, m_filter.text(), condition, orderClause(order));
+    }
+
+    //! One walk along an index for the folders and one for the files: sorted together, all entries would be read for each page. How
+    //! many of the second type are on the page, and which, follows from the numbers of the first.
+    QString typeByType(const TypeOrder &order, QVariantList &values) const
+    {
+        // Not question marks: the folders have an index of their own.
+        const QString folders = QStringLiteral(" AND d.type = 'dir'");
+        const QString files = QStringLiteral(" AND d.type = 'file'");
+        const QString first = order.isFolderFirst ? folders : files;
+        const QString second = order.isFolderFirst ? files : folders;
+        const QVariant limit = rowLimit(m_query.limit);
+        values << m_filter.values << limit << m_query.skip << m_filter.values << limit;
+        QString offset;
+        if (m_query.skip > 0) {
+            offset =
+                QStringLiteral(" OFFSET (SELECT CASE WHEN count(*) < ? THEN ? - count(*) ELSE 0 "
+                               "END FROM document d WHERE %1%2)")
+                    .arg(m_filter.text(), first);
+            values << m_query.skip << m_query.skip << m_filter.values;
+        }
+        return QStringLiteral("WITH first AS (%1 LIMIT ? OFFSET ?) SELECT r FROM first UNION ALL "
+                              "SELECT r FROM (%2 LIMIT ? - (SELECT count(*) FROM first)%3) second")
+            .arg(rows(first, order.rest), rows(second, order.rest), offset);
+    }
+
+    const DocumentQuery &m_query;
+    const SqlFilter &m_filter;
+    const QString m_rowKey;
+};
 
 bool hasPattern(const DocumentQuery &query)
 {
@@ -159,10 +189,8 @@ void DocumentLister::list(const DocumentQuery &query, const Visitor &visit)
         return;
     }
     // The page is found with the index alone; only its own rows are read completely.
-    const QString rows = rowsInOrder(query, filter, m_database.dialect(), values);
-    values += {rowLimit(query.limit), query.skip};
-    run(QStringLiteral("SELECT %1 FROM (%2 LIMIT ? OFFSET ?) page "
-                       "JOIN document d ON d.%4 = page.r%3")
+    const QString rows = PageFinder(query, filter, m_database.dialect()).sql(values);
+    run(QStringLiteral("SELECT %1 FROM (%2) page JOIN document d ON d.%4 = page.r%3")
             .arg(Documents::columns(m_database), rows, order, m_database.dialect().rowKey()),
         values, visit, hasPattern(query));
 }

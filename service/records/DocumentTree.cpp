@@ -97,11 +97,13 @@ int DocumentTree::purge(const QString &projectId, const QString &category)
                     QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS doomed (id TEXT PRIMARY KEY)"));
     execute(m_database, QStringLiteral("DELETE FROM doomed"));
     execute(m_database,
-            QStringLiteral("WITH RECURSIVE gone (id) AS ("
-                           "SELECT id FROM document WHERE project_id = ? AND recycle = 1 "
-                           "AND (? = '' OR category = ?) UNION "
-                           "SELECT d.id FROM document d JOIN gone g ON d.parent_id = g.id "
-                           "WHERE d.recycle = 2) INSERT INTO doomed SELECT id FROM gone"),
+            QStringLiteral(
+                "WITH RECURSIVE gone (id) AS ("
+                "SELECT id FROM document WHERE project_id = ? AND recycle = 1 "
+                "AND recycle > 0 " // for SQLite, which else does not use the index of the bin
+                "AND (? = '' OR category = ?) UNION "
+                "SELECT d.id FROM document d JOIN gone g ON d.parent_id = g.id "
+                "WHERE d.recycle = 2) INSERT INTO doomed SELECT id FROM gone"),
             {projectId, category, category});
     // Documents that were deleted themselves, and are not to be removed, are kept without their folder.
     execute(m_database,

@@ -25,13 +25,23 @@ void Marks::set(const QString &documentId, int type, bool isMarked)
 
 QList<Mark> Marks::list(const QString &documentId, std::optional<int> type)
 {
-    Statement row(
-        m_database,
-        QStringLiteral("SELECT m.document_id, m.type, m.created_at FROM mark m "
-                       "JOIN document d ON d.id = m.document_id AND d.recycle = 0 "
-                       "WHERE m.user_id = ? AND (? = '' OR m.document_id = ?) "
-                       "AND (? = 1 OR m.type = ?) ORDER BY m.created_at DESC, m.document_id"),
-        {m_userId, documentId, documentId, type ? 0 : 1, type.value_or(0)});
+    // Not one statement with "or": its plan would fit neither case.
+    QString condition = QStringLiteral("m.user_id = ?");
+    QVariantList values{m_userId};
+    if (!documentId.isEmpty()) {
+        condition += QStringLiteral(" AND m.document_id = ?");
+        values += documentId;
+    }
+    if (type) {
+        condition += QStringLiteral(" AND m.type = ?");
+        values += *type;
+    }
+    Statement row(m_database,
+                  QStringLiteral("SELECT m.document_id, m.type, m.created_at FROM mark m "
+                                 "JOIN document d ON d.id = m.document_id AND d.recycle = 0 "
+                                 "WHERE %1 ORDER BY m.created_at DESC, m.document_id")
+                      .arg(condition),
+                  values);
     QList<Mark> marks;
     while (row.next())
         marks.append({row.text(0), static_cast<int>(row.number(1)), row.number(2)});

@@ -1,5 +1,6 @@
 #include <service/records/Shares.h>
 
+#include <service/records/DocumentQuery.h>
 #include <service/records/Documents.h>
 #include <service/records/Ids.h>
 #include <service/records/Times.h>
@@ -36,6 +37,28 @@ QList<Share> readShares(Statement row)
     }
     return shares;
 }
+
+//! What Shares::list() selects from "share"; not one condition with "or", whose plan would fit no case.
+struct ShareFilter
+{
+    ShareFilter(const QString &projectId, const QString &userId)
+    {
+        if (!projectId.isEmpty())
+            add(QStringLiteral("project_id = ? "), projectId);
+        if (!userId.isEmpty())
+            add(QStringLiteral("created_by = ? "), userId);
+    }
+
+    QString sql;
+    QVariantList values;
+
+private:
+    void add(const QString &condition, const QString &value)
+    {
+        sql += (sql.isEmpty() ? QStringLiteral("WHERE ") : QStringLiteral("AND ")) + condition;
+        values += value;
+    }
+};
 
 } // namespace
 
@@ -77,12 +100,33 @@ std::optional<Share> Shares::find(const QString &id)
 
 QList<Share> Shares::list(const QString &projectId, const QString &userId)
 {
-    return readShares(Statement(
-        m_database,
-        selectShares()
-            + QStringLiteral("WHERE (? = '' OR project_id = ?) AND (? = '' OR created_by = ?) "
-                             "ORDER BY created_at DESC, id DESC"),
-        {projectId, projectId, userId, userId}));
+    const ShareFilter filter(projectId, userId);
+    return readShares(
+        Statement(m_database,
+                  selectShares() + filter.sql + QStringLiteral("ORDER BY created_at DESC, id DESC"),
+                  filter.values));
+}
+
+QHash<QString, QList<Document>> Shares::documentsOfList(const QString &projectId,
+                                                        const QString &userId)
+{
+    const ShareFilter filter(projectId, userId);
+    Statement row(m_database,
+                  QStringLiteral("SELECT s.share_id, d.id, d.name, d.type FROM share_document s "
+                                 "JOIN document d ON d.id = s.document_id AND d.recycle = 0 "
+                                 "WHERE s.share_id IN (SELECT id FROM share %1) "
+                                 "ORDER BY s.position")
+                      .arg(filter.sql),
+                  filter.values);
+    QHash<QString, QList<Document>> documents;
+    while (row.next()) {
+        Document document;
+        document.id = row.text(1);
+        document.name = row.text(2);
+        document.type = row.text(3);
+        documents[row.text(0)].append(document);
+    }
+    return documents;
 }
 
 bool Shares::remove(const QString &id)
@@ -103,13 +147,17 @@ QList<Document> Shares::documents(const Share &share, int limit, int skip)
 
 QList<Document> Shares::children(const Document &folder, int limit, int skip)
 {
-    return readAll(
-        Statement(m_database,
-                  QStringLiteral("SELECT %1 FROM document d WHERE d.project_id = ? "
-                                 "AND d.parent_id = ? AND d.recycle = 0 "
-                                 "ORDER BY d.type, d.name, d.id LIMIT ? OFFSET ?")
-                      .arg(Documents::columns(m_database)),
-                  {QString(), QString(), folder.projectId, folder.id, rowLimit(limit), skip}));
+    DocumentQuery query;
+    query.projectId = folder.projectId;
+    query.where = {{QStringLiteral("parentId"), folder.id}};
+    query.order = QStringLiteral("type name");
+    query.limit = limit;
+    query.skip = skip;
+    QList<Document> documents;
+    DocumentLister(m_database, QString()).list(query, [&documents](const Document &document) {
+        documents.append(document);
+    });
+    return documents;
 }
 
 std::optional<Document> Shares::findDocument(const Share &share, const QString &documentId)

@@ -2,6 +2,7 @@
 
 #include <service/records/Document.h>
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -43,6 +44,9 @@ public:
     //! Returns the documents that were shared themselves, except those in the recycle bin.
     //! \param limit the maximum number; below 0 for all \param skip the number of documents before them
     QList<Document> documents(const Share &share, int limit = -1, int skip = 0);
+    //! Returns those of all shares of list(projectId, userId), by the id of the share; only with id, name and type.
+    QHash<QString, QList<Document>> documentsOfList(const QString &projectId,
+                                                    const QString &userId);
     QList<Document> children(const Document &folder, int limit, int skip);
 
     //! Returns the document if it was shared, or is below a folder that was shared.

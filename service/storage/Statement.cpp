@@ -72,20 +72,25 @@ void executeDirectly(Database &database, const QString &sql)
     QSqlQuery query(database.connection());
     if (!query.exec(sql))
         throw database.dialect().error(query);
+    while (query.nextResult()) {}
+    if (query.lastError().isValid()) // of a later statement
+        throw database.dialect().error(query);
 }
 
 namespace {
 
-//! Who waits for the lock has a connection already: otherwise the one with the lock could wait for theirs.
-std::mutex &writeLockOf(Database &database)
+//! Who waits for the lock has a connection already: otherwise the one with the lock could wait for theirs. Where services share the
+//! database, it has a lock of its own, which ends before the change is on the disk.
+std::unique_lock<std::mutex> lockOf(Database &database)
 {
     database.connection();
-    return database.writeLock();
+    return database.dialect().isShared() ? std::unique_lock<std::mutex>()
+                                         : std::unique_lock<std::mutex>(database.writeLock());
 }
 
 } // namespace
 
-Transaction::Transaction(Database &database) : m_database(database), m_locker(writeLockOf(database))
+Transaction::Transaction(Database &database) : m_database(database), m_locker(lockOf(database))
 {
     m_database.dialect().begin(m_database);
     m_database.setInTransaction(true);

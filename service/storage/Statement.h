@@ -62,7 +62,7 @@ public:
 
 private:
     Database &m_database;
-    std::lock_guard<std::mutex> m_locker;
+    const std::unique_lock<std::mutex> m_locker;
     bool m_isOpen = false;
 };
 

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void nginxTellsWhoAsks();
+    void whatClientsSayIsNotBelieved();
     void nginxTellsWhatItRemoves();
     void haproxyTellsWhoAsks();
 
@@ -93,13 +94,28 @@ void TestTrustedProxies::nginxTellsWhoAsks()
     QCOMPARE(lastClient(), QString("127.0.0.2"));
 }
 
-void TestTrustedProxies::nginxTellsWhatItRemoves()
+//! nginx adds its peer to what the client says: only the part that comes from nginx counts.
+void TestTrustedProxies::whatClientsSayIsNotBelieved()
 {
     Nginx nginx;
     Nginx::Settings settings;
     settings.servicePort = m_world->service->port();
     settings.location =
-        m_nginxHeaders.replace("Prefix \"\"", "Prefix /docs") + "rewrite ^/docs/(.*)$ /$1 break;";
+        QByteArray(m_nginxHeaders).replace("$remote_addr", "$proxy_add_x_forwarded_for");
+    QVERIFY(settings.location.contains("$proxy_add_x_forwarded_for"));
+    QVERIFY(nginx.start(settings));
+    const QString url = share(nginx.baseApi());
+    QVERIFY2(url.startsWith(nginx.baseApi() + "share/"), qPrintable(url));
+    QCOMPARE(lastClient(), QString("127.0.0.2"));
+}
+
+void TestTrustedProxies::nginxTellsWhatItRemoves()
+{
+    Nginx nginx;
+    Nginx::Settings settings;
+    settings.servicePort = m_world->service->port();
+    settings.location = QByteArray(m_nginxHeaders).replace("Prefix \"\"", "Prefix /docs")
+        + "rewrite ^/docs/(.*)$ /$1 break;";
     QVERIFY(nginx.start(settings));
     const QString url = share(nginx.baseApi() + "docs/");
     QVERIFY2(url.startsWith(nginx.baseApi() + "docs/share/"), qPrintable(url));

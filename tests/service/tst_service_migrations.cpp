@@ -65,7 +65,7 @@ void TestServiceMigrations::aNewFolderGetsTheWholeSchema()
     QString error;
     QVERIFY2(startOn(folder.path(), &error), qUtf8Printable(error));
     const QString file = folder.filePath("records.sqlite");
-    QCOMPARE(run(file, {"PRAGMA user_version"}).toInt(), 2);
+    QCOMPARE(run(file, {"PRAGMA user_version"}).toInt(), 3);
     QCOMPARE(run(file, {"PRAGMA journal_mode"}).toString(), QString("wal"));
     QCOMPARE(run(file, {"SELECT name FROM user"}).toString(), QString("local"));
     QVERIFY2(startOn(folder.path(), &error), qUtf8Printable(error));

@@ -110,7 +110,8 @@ void TestServiceProxies::everythingIsBelowThePrefix()
     QCOMPARE(world.client.get("base-service/me").status, 200);
     QCOMPARE(world.client.get("health/ready").status, 200);
     HttpClient outside(QString("http://127.0.0.1:%1/").arg(world.service->port()));
-    for (const char *path : {"base-service/me", "health", "a/base-service/me", "a/b"})
+    for (const char *path : {"base-service/me", "health", "a/base-service/me", "a/b",
+                             "x/y/base-service/me", "a/y/base-service/me", "x/y/health"})
         QCOMPARE(outside.get(path).status, 404);
 }
 

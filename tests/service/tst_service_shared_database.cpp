@@ -22,6 +22,7 @@ private Q_SLOTS:
     void lostConnectionIsOpenedAgain();
     void folderIsNotForSqliteMeanwhile();
     void missingDatabaseIsNamed();
+    void anAcknowledgedChangeIsOnTheDisk();
 
 private:
     HttpClient &client(int service) { return m_shared->client(service); }
@@ -157,6 +158,18 @@ void TestServiceSharedDatabase::missingDatabaseIsNamed()
     ReferenceService unknown(options);
     QVERIFY(!unknown.start(&error));
     QVERIFY2(error.contains("postgresql://USER@HOST:PORT/NAME"), qUtf8Printable(error));
+}
+
+void TestServiceSharedDatabase::anAcknowledgedChangeIsOnTheDisk()
+{
+    ServiceWorld world;
+    const QString position = "SELECT pg_current_wal_insert_lsn()";
+    for (int i = 0; i < 10; ++i) {
+        const QString before = world.sqlValue(position).toString();
+        QVERIFY(!world.makeFolder(QString::number(i)).isEmpty());
+        const QString isWritten = QString("SELECT pg_current_wal_flush_lsn() > '%1'").arg(before);
+        QCOMPARE(world.sqlValue(isWritten).toString(), QString("t"));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestServiceSharedDatabase)

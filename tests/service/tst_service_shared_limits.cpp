@@ -29,6 +29,7 @@ private Q_SLOTS:
     void foldersOfDeadProcessesAreRemoved();
     void fewConnectionsServeManyClients();
     void noFreeConnectionIsSaid();
+    void aBusyDatabaseIsSaid();
     void aSlowSearchIsNotBlamedOnAPattern();
     void nulIsRefused_data();
     void nulIsRefused();
@@ -58,8 +59,7 @@ void TestServiceSharedLimits::servicesStartTogetherOnANewDatabase()
     std::vector<std::thread> threads;
     for (QString &error : errors) {
         services.push_back(std::make_unique<ReferenceService>(options));
-        threads.emplace_back(
-            [&error, service = services.back().get()] { service->start(&error); });
+        threads.emplace_back([&error, service = services.back().get()] { service->start(&error); });
     }
     for (std::thread &thread : threads)
         thread.join();
@@ -241,6 +241,26 @@ void TestServiceSharedLimits::noFreeConnectionIsSaid()
     QVERIFY2(answer.errorText().contains("connections"), answer.body.constData());
     QVERIFY(answer.headers.contains("retry-after"));
     QCOMPARE(world.client.get("base-service/me").status, 200);
+}
+
+void TestServiceSharedLimits::aBusyDatabaseIsSaid()
+{
+    ServiceOptions options;
+    options.busyTimeoutMs = 300;
+    ServiceWorld world(options);
+    const QString folder = world.makeFolder("a");
+    std::thread other(
+        [&world] { world.runSql("SELECT pg_advisory_lock(1986358380); SELECT pg_sleep(4)"); });
+    const QString held = "SELECT count(*) FROM pg_locks WHERE locktype = 'advisory' AND granted";
+    const bool isHeld = QTest::qWaitFor([&] { return world.sqlValue(held).toInt() == 1; }, 3000);
+    const HttpAnswer answer = world.client.put(ServiceWorld::documentPath(folder), {{"name", "b"}});
+    const QString name = world.document(folder).value("name").toString();
+    other.join();
+    QVERIFY(isHeld);
+    QCOMPARE(answer.status, 503);
+    QVERIFY(answer.headers.contains("retry-after"));
+    QCOMPARE(name, QString("a"));
+    QVERIFY(world.client.put(ServiceWorld::documentPath(folder), {{"name", "b"}}).isSuccess());
 }
 
 void TestServiceSharedLimits::aSlowSearchIsNotBlamedOnAPattern()

@@ -38,10 +38,12 @@ def wait_for(is_true, what):
         time.sleep(0.05)
 
 
-def answers(url):
+def answers(url, status=200):
     try:
         with urllib.request.urlopen(url, timeout=10) as response:
-            return response.status == 200
+            return response.status == status
+    except urllib.error.HTTPError as error:
+        return error.code == status
     except OSError:
         return False
 
@@ -49,13 +51,13 @@ def answers(url):
 class Postgres:
     """A server of its own, which listens on a socket only. PostgreSQL refuses to be run by root."""
 
-    def __init__(self, folder, connections):
+    def __init__(self, folder, connections, settings=()):
         self.programs = sorted(glob.glob("/usr/lib/postgresql/*/bin"))[-1]
         self.as_user = []
         if os.geteuid() == 0:
             self.as_user = ["setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups"]
         self.folder = os.path.join(folder, "postgresql")
-        self.connections = connections
+        self.settings = [f"max_connections={connections}", *settings]
         self.socket = ""
 
     def initialise(self):
@@ -81,7 +83,7 @@ class Postgres:
 
     def start(self):
         self.run("pg_ctl", "start", "-w", "-t", str(LONGEST_START), "-l", self.folder + "/log",
-                 "-o", f"-c listen_addresses='' -k {self.socket} -c max_connections={self.connections}")
+                 "-o", " ".join([f"-c listen_addresses='' -k {self.socket}", *(f"-c {s}" for s in self.settings)]))
 
     def crash(self):
         """Ends it as a loss of power would end the processes."""
@@ -91,12 +93,31 @@ class Postgres:
         return f"postgresql://vell@/vell?host={self.socket}"
 
 
+def balance(folder, name, port, services):
+    """Starts HAProxy with the file of the package. Returns the process and the address."""
+    with open(EXAMPLE, encoding="ascii") as example:
+        text = example.read()
+    text = text.replace("127.0.0.1:8000", f"127.0.0.1:{port}")
+    text = re.sub(r"\n    server .*", "", text) + "".join(
+        f"    server service{number} 127.0.0.1:{own}\n" for number, own in enumerate(services))
+    path = os.path.join(folder, name + ".cfg")
+    with open(path, "w", encoding="ascii") as file:
+        file.write(text)
+    program = shutil.which("haproxy", path=os.environ.get("PATH", "") + ":/usr/sbin")
+    with open(os.path.join(folder, name + ".log"), "ab") as log:
+        process = subprocess.Popen([program, "-db", "-f", path], stdin=subprocess.DEVNULL,
+                                   stdout=log, stderr=log, start_new_session=True)
+    url = f"http://127.0.0.1:{port}/"
+    wait_for(lambda: answers(url + "base-service/me"), "HAProxy")
+    return process, url
+
+
 class Cluster:
-    def __init__(self, program, folder, services, log_requests=False):
+    def __init__(self, program, folder, services, log_requests=False, settings=()):
         self.program, self.folder = os.path.abspath(program), os.path.abspath(folder)
         self.count = services
         self.log_requests = log_requests
-        self.postgres = Postgres(self.folder, 22 * services + 30)
+        self.postgres = Postgres(self.folder, 22 * services + 30, settings)
         self.data = os.path.join(self.folder, "data")
         self.ports, self.processes = [], []
         self.balancer = None
@@ -130,21 +151,7 @@ class Cluster:
                  f"service {number}")
 
     def start_balancer(self, port):
-        with open(EXAMPLE, encoding="ascii") as example:
-            text = example.read()
-        text = text.replace("127.0.0.1:8000", f"127.0.0.1:{port}")
-        text = re.sub(r"\n    server .*", "", text) + "".join(
-            f"    server service{number} 127.0.0.1:{own}\n"
-            for number, own in enumerate(self.ports))
-        path = os.path.join(self.folder, "haproxy.cfg")
-        with open(path, "w", encoding="ascii") as file:
-            file.write(text)
-        haproxy = shutil.which("haproxy", path=os.environ.get("PATH", "") + ":/usr/sbin")
-        with open(os.path.join(self.folder, "haproxy.log"), "ab") as log:
-            self.balancer = subprocess.Popen([haproxy, "-db", "-f", path], stdin=subprocess.DEVNULL,
-                                             stdout=log, stderr=log, start_new_session=True)
-        self.url = f"http://127.0.0.1:{port}/"
-        wait_for(lambda: answers(self.url + "base-service/me"), "HAProxy")
+        self.balancer, self.url = balance(self.folder, "haproxy", port, self.ports)
 
     def kill_service(self, number):
         self.processes[number].kill()

@@ -29,9 +29,8 @@ public:
     void copyBefore(Database &, int) const override {} // backups are the database's own
     void migrateTo(Database &database, int version) const override;
     void finishOpening(Database &) const override {}
-    int newestSchema() const override { return 2; }
+    int newestSchema() const override { return 3; }
     QString rowKey() const override { return QStringLiteral("id"); }
-    bool keepsOrderOfParts() const override { return false; }
     QString jsonOfPairs(const QString &first, const QString &second) const override;
     QString matches(const QString &column) const override;
     QVariantList patternValues(const QString &pattern, const QString &options) const override;

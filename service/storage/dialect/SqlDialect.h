@@ -70,8 +70,6 @@ public:
 
     //! The column of document by which a page's rows are found again.
     virtual QString rowKey() const = 0;
-    //! Whether the rows of a UNION ALL come part by part, each in its own order.
-    virtual bool keepsOrderOfParts() const = 0;
     //! An array with one array of \a first and \a second for each row.
     virtual QString jsonOfPairs(const QString &first, const QString &second) const = 0;
     //! A condition on \a column; patternValues() are the values of its question marks.

@@ -25,9 +25,8 @@ public:
     void copyBefore(Database &database, int version) const override;
     void migrateTo(Database &database, int version) const override;
     void finishOpening(Database &database) const override;
-    int newestSchema() const override { return 2; }
+    int newestSchema() const override { return 3; }
     QString rowKey() const override { return QStringLiteral("rowid"); }
-    bool keepsOrderOfParts() const override { return true; }
     QString jsonOfPairs(const QString &first, const QString &second) const override;
     QString matches(const QString &column) const override;
     QVariantList patternValues(const QString &pattern, const QString &options) const override;
