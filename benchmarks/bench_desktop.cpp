@@ -78,8 +78,6 @@ public:
         if (!waitFor([this] { return areRowsInSight(); }))
             qFatal("the window does not show the top level");
         window()->findChild<QFrame *>(QStringLiteral("firstSteps"))->hide();
-        m_table = window()->findChild<QTreeView *>(QStringLiteral("table"));
-        m_icons = window()->findChild<QListView *>(QStringLiteral("icons"));
         window()->resize(1400, 900);
     }
 
@@ -121,8 +119,8 @@ public:
 private:
     MainWindow *window() { return m_program->window(); }
     DocumentPane *pane() { return window()->pane(); }
-    QTreeView *table() { return m_table; }
-    QListView *icons() { return m_icons; }
+    QTreeView *table() { return window()->findChild<QTreeView *>(QStringLiteral("table")); }
+    QListView *icons() { return window()->findChild<QListView *>(QStringLiteral("icons")); }
     void trigger(ActionId id) { window()->actionTable()->at(id)->trigger(); }
 
     bool areRowsInSight()
@@ -265,9 +263,6 @@ private:
 
     QTextStream m_out{stdout};
     std::unique_ptr<Desktop> m_program;
-    QTreeView *m_table =
-        nullptr; // found once, because looking for them takes time of the measured thread
-    QListView *m_icons = nullptr;
     Ticks m_ticks;
     QElapsedTimer m_clock;
     bool m_isTicking = false;
