@@ -138,8 +138,9 @@ int PostgresDialect::schema(Database &database) const
 {
     {
         // Not to_regclass(), which does not see a table that another service has made while this one waited for its turn.
-        Statement table(database, QStringLiteral("SELECT NOT EXISTS (SELECT 1 FROM pg_class WHERE relname = "
-                                      "'schema_version' AND pg_table_is_visible(oid))"));
+        Statement table(database,
+                        QStringLiteral("SELECT NOT EXISTS (SELECT 1 FROM pg_class WHERE relname = "
+                                       "'schema_version' AND pg_table_is_visible(oid))"));
         if (!table.next() || table.value(0).toBool())
             return 0;
     }
