@@ -57,6 +57,19 @@ QStringList Context::arguments(int least, int most) const
     return all;
 }
 
+bool Context::isSet(const char *option) const
+{
+    const QByteArray word = ',' + QByteArray(option) + ',';
+    const auto isIt = [&word](const CommandOption &known) {
+        return (',' + QByteArray(known.names) + ',').contains(word);
+    };
+    const auto isAmong = [isIt](const QVector<CommandOption> &options) {
+        return std::any_of(options.begin(), options.end(), isIt);
+    };
+    return (isAmong(m_command.options) || isAmong(globalOptions()))
+        && m_parser.isSet(QString::fromLatin1(option));
+}
+
 int Context::versionNumber() const
 {
     const int version = number("version", 0);
@@ -104,11 +117,6 @@ int Context::verbosity() const
 {
     const QStringList names = m_parser.optionNames();
     return names.count(QStringLiteral("v")) + names.count(QStringLiteral("verbose"));
-}
-
-bool Context::isDryRun() const
-{
-    return optionWords(m_command.options).contains(QStringLiteral("dry-run")) && isSet("dry-run");
 }
 
 bool Context::leaves(const QString &name) const

@@ -30,7 +30,8 @@ public:
     //! Returns the arguments. \throws Failure if there are fewer than \a least, or more than \a most and \a most is not 0
     QStringList arguments(int least, int most) const;
 
-    bool isSet(const char *option) const { return m_parser.isSet(QString::fromLatin1(option)); }
+    //! Returns false for an option that the command does not have.
+    bool isSet(const char *option) const;
     QString value(const char *option) const { return m_parser.value(QString::fromLatin1(option)); }
     QStringList values(const char *option) const
     {
@@ -53,7 +54,7 @@ public:
     int verbosity() const;
 
     //! Returns true if nothing must be changed.
-    bool isDryRun() const;
+    bool isDryRun() const { return isSet("dry-run"); }
     //! With --dry-run prints \a name, which would be changed, and returns true.
     bool leaves(const QString &name) const;
 

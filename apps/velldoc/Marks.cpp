@@ -17,6 +17,8 @@ void setAll(Context &context, const Mark &mark, const QStringList &paths, bool i
     QJsonArray marked;
     for (const QString &path : paths) {
         const VellDocument document = context.tree().find(RemotePath::parse(path));
+        if (context.leaves(path))
+            continue;
         Session &session = context.session();
         session.await((session.documents().*mark.set)(document._id, isOn));
         marked.append(documentJson(document));

@@ -158,17 +158,32 @@ void ContentStore::copyIn(const QString &path, const QString &md5)
 void ContentStore::nameContent(const QString &from, const QString &md5)
 {
     const QString path = contentPath(md5);
+    const Folder inner{folderOf(path), md5.left(4).toUInt(nullptr, 16)};
+    const Folder outer{folderOf(inner.path), InnerFolders + md5.left(2).toUInt(nullptr, 16)};
     const qint64 replaced = QFileInfo(path).size();
-    const bool isNewFolder = !QFileInfo::exists(folderOf(path));
-    makePrivateFolder(folderOf(folderOf(path)));
-    makePrivateFolder(folderOf(path));
+    const bool isOuterToWrite = makeFolder(outer);
+    const bool isInnerToWrite = makeFolder(inner);
     renameFile(from, path);
     forgetBytes(replaced);
-    syncFolder(folderOf(path));
-    if (isNewFolder) {
-        syncFolder(folderOf(folderOf(path)));
-        syncFolder(m_folder.contents());
-    }
+    syncFolder(inner.path);
+    if (isInnerToWrite)
+        writeFolder(inner);
+    if (isOuterToWrite)
+        writeFolder(outer);
+}
+
+bool ContentStore::makeFolder(const Folder &folder)
+{
+    const bool isNew = makePrivateFolder(folder.path);
+    const std::lock_guard<std::mutex> lock(m_foldersLock);
+    return isNew || !m_writtenFolders.test(folder.number);
+}
+
+void ContentStore::writeFolder(const Folder &folder)
+{
+    syncFolder(folderOf(folder.path));
+    const std::lock_guard<std::mutex> lock(m_foldersLock);
+    m_writtenFolders.set(folder.number);
 }
 
 QString ContentStore::partPath(const QString &part) const

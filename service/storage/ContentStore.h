@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <atomic>
+#include <bitset>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -107,10 +108,23 @@ public:
 private:
     void prepare(bool isShared);
     void nameContent(const QString &from, const QString &md5);
+    //! A folder of contents, with its number in m_writtenFolders.
+    struct Folder
+    {
+        QString path;
+        size_t number;
+    };
+    //! Creates a folder unless it exists. Another upload may have created it and not yet written it to the disk.
+    //! \return true if writeFolder() is needed
+    bool makeFolder(const Folder &folder);
+    void writeFolder(const Folder &folder);
     //! What is no longer there; shared contents are counted in the database.
     void forgetBytes(qint64 bytes);
     qint64 storedBytes();
     void remove(const QString &path);
+
+    static constexpr size_t InnerFolders = 65536;
+    static constexpr size_t OuterFolders = 256;
 
     const DataFolder m_folder;
     const qint64 m_quotaBytes = 0;
@@ -119,6 +133,8 @@ private:
     std::mutex m_storedLock;
     std::chrono::steady_clock::time_point m_storedAt;
     qint64 m_storedBytes = -1; //!< the last answer; -1 if there was none
+    std::mutex m_foldersLock;
+    std::bitset<InnerFolders + OuterFolders> m_writtenFolders; //!< known to be on the disk
     std::unique_ptr<TemporaryFolder> m_temporary;
 };
 

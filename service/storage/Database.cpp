@@ -158,6 +158,12 @@ void Database::setInTransaction(bool isInTransaction)
         known->isInTransaction = isInTransaction;
 }
 
+bool Database::isInTransaction() const
+{
+    const PooledConnection *const known = threadConnections().find(m_instance);
+    return known && known->isInTransaction;
+}
+
 void Database::migrate()
 {
     const int newest = m_dialect->newestSchema();

@@ -66,6 +66,7 @@ public:
     bool reconnect();
     //! Whether the calling thread has begun a transaction that has not ended.
     void setInTransaction(bool isInTransaction);
+    bool isInTransaction() const;
 
     //! Returns the number of open connections.
     int connectionCount() const { return m_pool.openCount(); }

@@ -149,11 +149,13 @@ bool RawFile::tryLockByte(qint64 offset)
     return false;
 }
 
-void makePrivateFolder(const QString &path)
+bool makePrivateFolder(const QString &path)
 {
-    // Another upload may have created it meanwhile.
-    if (::mkdir(nativeName(path).constData(), OwnerBits) != 0 && errno != EEXIST)
+    if (::mkdir(nativeName(path).constData(), OwnerBits) == 0)
+        return true;
+    if (errno != EEXIST)
         throw StorageError(QStringLiteral("making the folder %1").arg(path), errno);
+    return false;
 }
 
 void restrictToOwner(const QString &path)

@@ -54,8 +54,9 @@ private:
 //! Writes the entries of \a folder to the disk, after files were created, renamed or removed in it.
 void syncFolder(const QString &folder);
 
-//! Creates a folder that only its owner can access, unless it exists. It is on the disk after syncFolder().
-void makePrivateFolder(const QString &path);
+//! Creates a folder that only its owner can access, unless it exists. It is on the disk after syncFolder() of the one above.
+//! \return false if it existed
+bool makePrivateFolder(const QString &path);
 
 //! Removes all permissions on a file or folder except those of its owner.
 void restrictToOwner(const QString &path);

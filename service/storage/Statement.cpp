@@ -64,7 +64,10 @@ QStringList Statement::columns() const
 int execute(Database &database, const QString &sql, const QVariantList &values)
 {
     const Statement statement(database, sql, values);
-    return statement.changedRows();
+    const int changedRows = statement.changedRows();
+    if (changedRows > 0 && !database.isInTransaction())
+        database.dialect().waitForDisk(database);
+    return changedRows;
 }
 
 void executeDirectly(Database &database, const QString &sql)
@@ -122,6 +125,9 @@ void Transaction::commit()
     }
     m_database.setInTransaction(false);
     m_isOpen = false;
+    if (m_locker.owns_lock())
+        m_locker.unlock();
+    m_database.dialect().waitForDisk(m_database);
 }
 
 qint64 rowLimit(qint64 limit)

@@ -39,7 +39,7 @@ private:
     QSqlQuery m_query;
 };
 
-//! Executes a statement that returns no rows. \return the number of changed rows
+//! Executes a statement that returns no rows. What it changes outside of a transaction is on the disk on return. \return the number of changed rows
 int execute(Database &database, const QString &sql, const QVariantList &values = {});
 
 //! Executes statements that cannot be prepared, or several at once. \throws DatabaseError
@@ -57,12 +57,13 @@ public:
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;
 
-    //! \throws DatabaseError if it could not be written to the disk; nothing has changed then
+    //! Returns when the changes are on the disk; other writers may go on before.
+    //! \throws DatabaseError if they could not be written; nothing has changed then, unless only the disk has failed
     void commit();
 
 private:
     Database &m_database;
-    const std::unique_lock<std::mutex> m_locker;
+    std::unique_lock<std::mutex> m_locker;
     bool m_isOpen = false;
 };
 

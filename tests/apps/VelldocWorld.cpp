@@ -95,6 +95,8 @@ VelldocRun VelldocWorld::runBare(const QStringList &arguments, const QByteArray 
                          .arg(process.errorString())
                          .arg(static_cast<quint32>(process.exitCode()), 0, 16);
     }
+    if (run.error.contains(QLatin1String("QCommandLineParser")))
+        QTest::qFail(qPrintable(run.error), __FILE__, __LINE__);
     return run;
 }
 

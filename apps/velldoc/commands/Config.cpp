@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/Usage.h>
 #include <velldoc/commands/Commands.h>
@@ -65,6 +66,13 @@ void listProfiles(Context &context)
         context.out.note(Text::tr("There is no login."));
 }
 
+void write(const Context &context, const QString &key, const QString &text)
+{
+    const QString known = QString::fromLatin1(valueOf(key).key);
+    if (!context.leaves(known))
+        Settings::write(context.settings.profile, known, text);
+}
+
 void run(Context &context)
 {
     const QStringList arguments = context.arguments(0, 3);
@@ -79,10 +87,9 @@ void run(Context &context)
         context.out.setResult({{QStringLiteral("value"), text}});
         context.out.print(text);
     } else if (action == QLatin1String("set") && arguments.size() == 3) {
-        Settings::write(context.settings.profile, QString::fromLatin1(valueOf(key).key),
-                        arguments.at(2));
+        write(context, key, arguments.at(2));
     } else if (action == QLatin1String("unset") && arguments.size() == 2) {
-        Settings::write(context.settings.profile, QString::fromLatin1(valueOf(key).key), {});
+        write(context, key, {});
     } else {
         throw Failure(ExitUsage,
                       Text::tr("Write it like this: %1.").arg(usageLine(configCommand())));
@@ -101,7 +108,7 @@ const Command &configCommand()
             "velldoc",
             "Shows the settings of the commands, changes one in the configuration file, or lists "
             "the logins. With --profile NAME it applies to that login."),
-        {},
+        {dryRunOption()},
         {{"velldoc config set project tower",
           QT_TRANSLATE_NOOP("velldoc", "use another project from now on")}},
         run,

@@ -1,5 +1,6 @@
 #include <document_model/VellRecordType.h>
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Marks.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -52,7 +53,8 @@ const Command &favCommand()
                           "document is a favourite."),
         {{"l,long", nullptr,
           QT_TRANSLATE_NOOP("velldoc",
-                            "Print a table with size, time and user of the last change.")}},
+                            "Print a table with size, time and user of the last change.")},
+         dryRunOption()},
         {{"velldoc fav add /Drawings/plan.dwg", QT_TRANSLATE_NOOP("velldoc", "a new favourite")}},
         run,
         {"list", "add", "remove", "check"},

@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Marks.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
@@ -33,7 +34,8 @@ const Command &frequentCommand()
                           "removes these marks."),
         {{"l,long", nullptr,
           QT_TRANSLATE_NOOP("velldoc",
-                            "Print a table with size, time and user of the last change.")}},
+                            "Print a table with size, time and user of the last change.")},
+         dryRunOption()},
         {{"velldoc frequent add /Drawings/plan.dwg",
           QT_TRANSLATE_NOOP("velldoc", "a document for the list")}},
         run,

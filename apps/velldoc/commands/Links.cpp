@@ -1,5 +1,6 @@
 #include <document_model/DocumentConversions.h>
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/HumanText.h>
@@ -26,7 +27,8 @@ void show(Context &context, const VellDocument &document)
         context.out.print(table);
 }
 
-void change(Context &context, VellDocument &document, const QString &action, const QString &kind,
+//! Adds the links to \a document, or removes them.
+void change(VellDocument &document, const QString &action, const QString &kind,
             const QStringList &ids)
 {
     const bool isAdding = action == QLatin1String("add");
@@ -43,7 +45,6 @@ void change(Context &context, VellDocument &document, const QString &action, con
     }
     if (linked.isEmpty())
         document.entity.remove(kind);
-    document = context.session().await(context.session().documents().setLinks(document));
 }
 
 //! Lists the documents that are linked to an entity.
@@ -89,7 +90,10 @@ void run(Context &context)
         context.session().await(context.session().documents().document(found._id));
     if (arguments.size() > 1) {
         context.arguments(4, 0);
-        change(context, document, arguments.at(1), arguments.at(2), arguments.mid(3));
+        change(document, arguments.at(1), arguments.at(2), arguments.mid(3));
+        if (context.leaves(arguments.constFirst()))
+            return;
+        document = context.session().await(context.session().documents().setLinks(document));
     }
     show(context, document);
 }
@@ -106,7 +110,8 @@ const Command &linksCommand()
                           "Lists the links of the document PATH to entities, adds or removes "
                           "links, or lists the documents that are linked to an entity."),
         {{"to", "ID",
-          QT_TRANSLATE_NOOP("velldoc", "List the documents that are linked to this entity.")}},
+          QT_TRANSLATE_NOOP("velldoc", "List the documents that are linked to this entity.")},
+         dryRunOption()},
         {{"velldoc links /Drawings/plan.dwg add room 4711",
           QT_TRANSLATE_NOOP("velldoc", "link a drawing to a room")}},
         run,

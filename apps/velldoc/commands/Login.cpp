@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/Interrupt.h>
@@ -36,6 +37,8 @@ void run(Context &context)
     Session session(settings);
     session.open();
     session.await(session.documents().count({}));
+    if (context.leaves(session.baseApi()))
+        return;
     settings.save();
     const QString user = session.userText(session.userId());
     context.out.setResult({{QStringLiteral("url"), session.baseApi()},
@@ -61,7 +64,7 @@ const Command &loginCommand()
             "is read from the terminal or the standard input, and stores them in a file that only "
             "you can read. With --profile NAME you can have several logins: commands with "
             "--profile NAME, or with VELLDOC_PROFILE in the environment, use this one."),
-        {},
+        {dryRunOption()},
         {{"velldoc login --project tower https://documents.example.com/",
           QT_TRANSLATE_NOOP("velldoc", "all later commands use it")}},
         run,

@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 
@@ -9,6 +10,11 @@ namespace {
 void run(Context &context)
 {
     context.arguments(0, 0);
+    if (context.isDryRun()) {
+        if (Settings::profiles().contains(context.settings.profile))
+            context.leaves(Settings::load(context.settings.profile).url);
+        return;
+    }
     const bool wasStored = Settings::forget(context.settings.profile);
     context.out.setResult({{QStringLiteral("forgotten"), wasStored}});
     context.out.note(wasStored ? Text::tr("The stored service and access token have been removed.")
@@ -26,7 +32,7 @@ const Command &logoutCommand()
         QT_TRANSLATE_NOOP(
             "velldoc",
             "Removes the stored service, project and access token of \"velldoc login\"."),
-        {},
+        {dryRunOption()},
         {},
         run,
     };

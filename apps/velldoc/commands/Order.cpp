@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/commands/Commands.h>
 #include <velldoc/output/NaturalOrder.h>
@@ -55,8 +56,9 @@ void run(Context &context)
     for (const VellDocument &document : ordered) {
         positions.insert(document._id, positions.size() + 1);
         names.append(document.name);
+        context.leaves(document.name);
     }
-    if (!positions.isEmpty())
+    if (!positions.isEmpty() && !context.isDryRun())
         context.session().await(context.session().documents().setOrder(positions));
     context.out.setResult({{QStringLiteral("order"), names}});
 }
@@ -75,7 +77,8 @@ const Command &orderCommand()
             "their present order. Lists still show folders before files."),
         {{"by-name", nullptr,
           QT_TRANSLATE_NOOP("velldoc",
-                            "Sort a whole folder by name, with numbers by their value.")}},
+                            "Sort a whole folder by name, with numbers by their value.")},
+         dryRunOption()},
         {
             {"velldoc order /D/cover.pdf /D/plan.dwg",
              QT_TRANSLATE_NOOP("velldoc", "these two first")},

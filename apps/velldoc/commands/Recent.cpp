@@ -1,6 +1,7 @@
 #include <document_model/VellRecordType.h>
 #include <velldoc/Context.h>
 #include <velldoc/FolderPaths.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Listing.h>
 #include <velldoc/Marks.h>
 #include <velldoc/Text.h>
@@ -58,6 +59,7 @@ const Command &recentCommand()
              QT_TRANSLATE_NOOP("velldoc",
                                "Print a table with size, time and user of the last change.")},
             {"category", "WORD", QT_TRANSLATE_NOOP("velldoc", "The category.")},
+            dryRunOption(),
         },
         {{"velldoc recent -l", QT_TRANSLATE_NOOP("velldoc", "your last files with their times")}},
         run,

@@ -1,4 +1,5 @@
 #include <velldoc/Context.h>
+#include <velldoc/GlobalOptions.h>
 #include <velldoc/Text.h>
 #include <velldoc/Versions.h>
 #include <velldoc/commands/Commands.h>
@@ -33,6 +34,8 @@ void run(Context &context)
     const QStringList arguments = context.arguments(1, 2);
     Place place = findPlace(context, arguments.constFirst());
     if (arguments.size() == 2) {
+        if (context.leaves(arguments.constFirst()))
+            return;
         place.remark = arguments.constLast();
         Session &session = context.session();
         session.await(place.isVersion ? session.documents().setVersionRemark(place.id, place.remark)
@@ -56,7 +59,8 @@ const Command &remarkCommand()
                           "Prints the remark of the document PATH, or sets it to TEXT; an empty "
                           "TEXT removes it."),
         {{"version", "N",
-          QT_TRANSLATE_NOOP("velldoc", "Use the remark of version N; 1 is the oldest.")}},
+          QT_TRANSLATE_NOOP("velldoc", "Use the remark of version N; 1 is the oldest.")},
+         dryRunOption()},
         {{"velldoc remark --version 2 /Drawings/plan.dwg 'as built'",
           QT_TRANSLATE_NOOP("velldoc", "the remark of one version")}},
         run,

@@ -37,7 +37,7 @@ const Command &renameCommand()
                           "Renames the document or folder PATH to NAME, in the same folder."),
         {dryRunOption()},
         {{"velldoc rename /Drawings/plan.dwg 'Level 1.dwg'",
-          QT_TRANSLATE_NOOP("velldoc", "copy a drawing with another name")}},
+          QT_TRANSLATE_NOOP("velldoc", "another name for a drawing")}},
         run,
     };
     return command;

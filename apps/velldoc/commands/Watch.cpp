@@ -58,6 +58,12 @@ void run(Context &context)
     const RemotePath remote = RemotePath::parse(arguments.constLast());
     if (!QFileInfo(local).isDir())
         throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(local));
+    if (context.isDryRun()) {
+        SyncRun sync(context, VellSyncDirection::Up, local, remote);
+        sync.compare();
+        sync.show();
+        return;
+    }
     context.out.note(Text::tr("Watching %1; press Ctrl-C to stop.").arg(local));
     QByteArray done;
     QByteArray before;

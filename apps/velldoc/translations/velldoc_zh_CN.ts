@@ -805,10 +805,6 @@
         <translation>把文档或文件夹 PATH 在原文件夹中改名为 NAME。</translation>
     </message>
     <message>
-        <source>copy a drawing with another name</source>
-        <translation>同一图纸改用另一名称</translation>
-    </message>
-    <message>
         <source>Serving %1; press Ctrl-C to stop.</source>
         <translation>正在提供 %1；按 Ctrl-C 结束。</translation>
     </message>
@@ -1983,6 +1979,10 @@
     <message>
         <source>An argument is not valid UTF-8: use the identifier of a document (id:...), or rename a local file.</source>
         <translation>有参数不是 UTF-8 文本：请以标识（id:...）指定文档，并重命名本地文件。</translation>
+    </message>
+    <message>
+        <source>another name for a drawing</source>
+        <translation>给图纸另起一个名称</translation>
     </message>
 </context>
 </TS>

@@ -23,6 +23,7 @@ public:
     void begin(Database &database) const override;
     void commit(Database &database) const override;
     void rollBack(Database &database) const override;
+    void waitForDisk(Database &) const override {} // COMMIT does
     QString clockQuery() const override;
     void requireSound(Database &) const override {}
     int schema(Database &database) const override;

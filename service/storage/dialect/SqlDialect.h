@@ -43,6 +43,8 @@ public:
     virtual void begin(Database &database) const = 0;
     virtual void commit(Database &database) const = 0;
     virtual void rollBack(Database &database) const = 0;
+    //! Returns when everything that this thread has committed is on the disk. \throws DatabaseError
+    virtual void waitForDisk(Database &database) const = 0;
     //! @}
 
     //! A query for the time of the database in milliseconds since 1970 UTC; empty if it is that of this process.

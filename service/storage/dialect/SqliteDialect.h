@@ -1,12 +1,14 @@
 #pragma once
 
+#include <service/storage/GroupSync.h>
 #include <service/storage/dialect/SqlDialect.h>
 
 namespace service {
 
 //! \brief SQLite, in a file of the data folder that one service uses at a time.
 //!
-//! Readers never wait for writers (WAL); writers queue up. What is committed is on the disk.
+//! Readers never wait for writers (WAL); writers queue up. A commit is on the disk after waitForDisk(), which writes the log for all
+//! threads that wait for it.
 class SqliteDialect : public SqlDialect
 {
 public:
@@ -19,6 +21,7 @@ public:
     void begin(Database &database) const override;
     void commit(Database &database) const override;
     void rollBack(Database &database) const override;
+    void waitForDisk(Database &database) const override;
     QString clockQuery() const override { return {}; }
     void requireSound(Database &database) const override;
     int schema(Database &database) const override;
@@ -34,6 +37,7 @@ public:
 private:
     const DataFolder &m_folder;
     const int m_busyTimeoutMs;
+    mutable GroupSync m_log;
 };
 
 } // namespace service
