@@ -1,0 +1,96 @@
+#include "VelldocWorld.h"
+
+#include <QTest>
+
+//! What would be done is printed, and nothing is changed.
+class TestVelldocDryRun : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void dryRunChangesNothing_data();
+    void dryRunChangesNothing();
+    void dryRunOfALoginStoresNothing();
+
+private:
+    static QString stateOf(VelldocWorld &world);
+};
+
+//! What commands can change.
+QString TestVelldocDryRun::stateOf(VelldocWorld &world)
+{
+    QString state;
+    for (const char *const line : {"ls -lR", "trash -l", "share --list", "fav", "frequent",
+                                   "recent list", "ls /d", "remark /a", "links /a"})
+        state += world.succeedLine(line).out;
+    return state + QString::fromUtf8(VelldocWorld::read(world.configPath()));
+}
+
+void TestVelldocDryRun::dryRunChangesNothing_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("out");
+    QTest::newRow("put") << QByteArray("put site /") << QStringLiteral("/site/b\n");
+    QTest::newRow("put, new version") << QByteArray("put -u a /") << QStringLiteral("/a\n");
+    QTest::newRow("get") << QByteArray("get -r /d back") << QStringLiteral("back/x\nback/y\n");
+    QTest::newRow("rm") << QByteArray("rm -r /d") << QStringLiteral("/d\n");
+    QTest::newRow("mv into") << QByteArray("mv /a /d") << QStringLiteral("/a\n");
+    QTest::newRow("mv to") << QByteArray("mv /a /c") << QStringLiteral("/a\n");
+    QTest::newRow("cp") << QByteArray("cp -r /d /e") << QStringLiteral("/e\n/e/x\n/e/y\n");
+    QTest::newRow("rename") << QByteArray("rename /a z") << QStringLiteral("/a\n");
+    QTest::newRow("mkdir") << QByteArray("mkdir -p /n/m") << QStringLiteral("/n/m\n");
+    QTest::newRow("trash restore") << QByteArray("trash restore old") << QStringLiteral("old\n");
+    QTest::newRow("trash empty") << QByteArray("trash empty") << QStringLiteral("/old\n");
+    QTest::newRow("share") << QByteArray("share /a") << QStringLiteral("/a\n");
+    QTest::newRow("fav add") << QByteArray("fav add /a") << QStringLiteral("/a\n");
+    QTest::newRow("fav remove") << QByteArray("fav remove /d") << QStringLiteral("/d\n");
+    QTest::newRow("frequent add") << QByteArray("frequent add /a") << QStringLiteral("/a\n");
+    QTest::newRow("recent add") << QByteArray("recent add /a") << QStringLiteral("/a\n");
+    QTest::newRow("order") << QByteArray("order /d/y") << QStringLiteral("y\nx\n");
+    QTest::newRow("remark") << QByteArray("remark /a as-built") << QStringLiteral("/a\n");
+    QTest::newRow("links") << QByteArray("links /a add room 1") << QStringLiteral("/a\n");
+    QTest::newRow("watch") << QByteArray("watch site /S") << QStringLiteral("send    b\n");
+    QTest::newRow("config set") << QByteArray("config set project p")
+                                << QStringLiteral("project\n");
+    QTest::newRow("config unset") << QByteArray("config unset proxy") << QStringLiteral("proxy\n");
+    QTest::newRow("logout") << QByteArray("logout") << QStringLiteral("http://localhost:1/\n");
+}
+
+void TestVelldocDryRun::dryRunChangesNothing()
+{
+    QFETCH(QByteArray, line);
+    VelldocWorld world;
+    world.write(QStringLiteral("a"), "1");
+    world.write(QStringLiteral("old"), "1");
+    world.write(QStringLiteral("site/b"), "1");
+    world.write(QStringLiteral("d/x"), "1");
+    world.write(QStringLiteral("d/y"), "1");
+    world.succeedLine("put a d old /");
+    world.succeedLine("rm /old");
+    world.succeedLine("fav add /d");
+    world.succeedLine("order /d/x");
+    world.succeedLine("config set url http://localhost:1/");
+    world.succeedLine("config set proxy none");
+    world.write(QStringLiteral("a"), "changed");
+    const QString before = stateOf(world);
+    const QMap<QString, QByteArray> files = VelldocWorld::tree(world.path(QStringLiteral("d")));
+    const VelldocRun run = world.succeedLine((line + " --dry-run").constData());
+    QTEST(run.out, "out");
+    QVERIFY2(run.error.contains(QLatin1String("Nothing was changed")), qPrintable(run.error));
+    QCOMPARE(stateOf(world), before);
+    QVERIFY(!QFile::exists(world.path(QStringLiteral("back"))));
+}
+
+void TestVelldocDryRun::dryRunOfALoginStoresNothing()
+{
+    VelldocWorld world;
+    const VelldocRun run = world.succeedLine("login --dry-run", "\n");
+    QCOMPARE(run.out, world.baseApi() + QLatin1Char('\n'));
+    QVERIFY(!QFile::exists(world.configPath()));
+    QCOMPARE(
+        world.runBare(VelldocWorld::words("login --dry-run http://localhost:1/"), "\n").exitCode,
+        5);
+}
+
+QTEST_GUILESS_MAIN(TestVelldocDryRun)
+#include "tst_velldoc_dry_run.moc"
