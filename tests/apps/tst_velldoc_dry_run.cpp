@@ -8,22 +8,44 @@ class TestVelldocDryRun : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void dryRunChangesNothing_data();
     void dryRunChangesNothing();
     void dryRunOfALoginStoresNothing();
 
 private:
-    static QString stateOf(VelldocWorld &world);
+    QString state();
+
+    // One for all rows, because they change nothing.
+    VelldocWorld m_world;
+    QString m_before;
 };
 
+void TestVelldocDryRun::initTestCase()
+{
+    m_world.write(QStringLiteral("a"), "1");
+    m_world.write(QStringLiteral("old"), "1");
+    m_world.write(QStringLiteral("site/b"), "1");
+    m_world.write(QStringLiteral("d/x"), "1");
+    m_world.write(QStringLiteral("d/y"), "1");
+    m_world.succeedLine("put a d old /");
+    m_world.succeedLine("rm /old");
+    m_world.succeedLine("fav add /d");
+    m_world.succeedLine("order /d/x");
+    m_world.succeedLine("config set url http://localhost:1/");
+    m_world.succeedLine("config set proxy none");
+    m_world.write(QStringLiteral("a"), "changed");
+    m_before = state();
+}
+
 //! What commands can change.
-QString TestVelldocDryRun::stateOf(VelldocWorld &world)
+QString TestVelldocDryRun::state()
 {
     QString state;
     for (const char *const line : {"ls -lR", "trash -l", "share --list", "fav", "frequent",
                                    "recent list", "ls /d", "remark /a", "links /a"})
-        state += world.succeedLine(line).out;
-    return state + QString::fromUtf8(VelldocWorld::read(world.configPath()));
+        state += m_world.succeedLine(line).out;
+    return state + QString::fromUtf8(VelldocWorld::read(m_world.configPath()));
 }
 
 void TestVelldocDryRun::dryRunChangesNothing_data()
@@ -59,26 +81,11 @@ void TestVelldocDryRun::dryRunChangesNothing_data()
 void TestVelldocDryRun::dryRunChangesNothing()
 {
     QFETCH(QByteArray, line);
-    VelldocWorld world;
-    world.write(QStringLiteral("a"), "1");
-    world.write(QStringLiteral("old"), "1");
-    world.write(QStringLiteral("site/b"), "1");
-    world.write(QStringLiteral("d/x"), "1");
-    world.write(QStringLiteral("d/y"), "1");
-    world.succeedLine("put a d old /");
-    world.succeedLine("rm /old");
-    world.succeedLine("fav add /d");
-    world.succeedLine("order /d/x");
-    world.succeedLine("config set url http://localhost:1/");
-    world.succeedLine("config set proxy none");
-    world.write(QStringLiteral("a"), "changed");
-    const QString before = stateOf(world);
-    const QMap<QString, QByteArray> files = VelldocWorld::tree(world.path(QStringLiteral("d")));
-    const VelldocRun run = world.succeedLine((line + " --dry-run").constData());
+    const VelldocRun run = m_world.succeedLine((line + " --dry-run").constData());
     QTEST(run.out, "out");
     QVERIFY2(run.error.contains(QLatin1String("Nothing was changed")), qPrintable(run.error));
-    QCOMPARE(stateOf(world), before);
-    QVERIFY(!QFile::exists(world.path(QStringLiteral("back"))));
+    QCOMPARE(state(), m_before);
+    QVERIFY(!QFile::exists(m_world.path(QStringLiteral("back"))));
 }
 
 void TestVelldocDryRun::dryRunOfALoginStoresNothing()
