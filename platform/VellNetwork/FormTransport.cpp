@@ -18,7 +18,21 @@ QByteArray allBytes(QIODevice *device)
     return bytes;
 }
 
+//! The first QNetworkAccessManager of a process registers types; Qt warns if another thread does so at the same time.
+QObject *afterTypeRegistration(QObject *parent)
+{
+    static const bool isRegistered = [] {
+        const QNetworkAccessManager first;
+        return true;
+    }();
+    Q_UNUSED(isRegistered)
+    return parent;
+}
+
 } // namespace
+
+FormTransport::FormTransport(QObject *parent) : QNetworkAccessManager(afterTypeRegistration(parent))
+{}
 
 QNetworkReply *FormTransport::post(const QNetworkRequest &request, QHttpMultiPart *body)
 {

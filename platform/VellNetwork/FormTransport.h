@@ -12,7 +12,7 @@ class FormTransport : public QNetworkAccessManager
     Q_OBJECT
 
 public:
-    using QNetworkAccessManager::QNetworkAccessManager;
+    explicit FormTransport(QObject *parent);
 
     //! See Transport::post(). \a body must not be null.
     QNetworkReply *post(const QNetworkRequest &request, QHttpMultiPart *body);
