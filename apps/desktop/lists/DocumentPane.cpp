@@ -57,6 +57,8 @@ void DocumentPane::buildTable()
     m_table->setObjectName(QStringLiteral("table"));
     m_table->setAccessibleName(tr("Entries"));
     m_table->setModel(m_model);
+    // The header would ask 100,000 rows whether a whole column is selected.
+    m_table->header()->setSelectionModel(new QItemSelectionModel(m_model, m_table->header()));
     m_table->setRootIsDecorated(false);
     m_table->setUniformRowHeights(true); // otherwise each of 100,000 rows is measured
     m_table->setAllColumnsShowFocus(true);
