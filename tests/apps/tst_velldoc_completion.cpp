@@ -65,6 +65,8 @@ void TestVelldocCompletion::wordsAreCompleted_data()
                                << QStringList{QStringLiteral("/Drawings/")};
     QTest::newRow("without the slash") << QStringList{QStringLiteral("ls"), QStringLiteral("Dra")}
                                        << QStringList{QStringLiteral("Drawings/")};
+    QTest::newRow("not what folders contain") << VelldocWorld::words("ls /Drawings/")
+                                              << QStringList{QStringLiteral("/Drawings/Level 1/")};
     QTest::newRow("blank") << QStringList{QStringLiteral("ls"),
                                           QStringLiteral("/Drawings/Level\\ 1/")}
                            << QStringList{QStringLiteral("/Drawings/Level 1/图 纸.dwg")};

@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include <cstdio>
+#include <utility>
 
 namespace velldoc {
 
@@ -135,14 +136,17 @@ QList<Offer> remoteOffers(Context &context, const QString &start)
         folderText = QStringLiteral("/");
     VellDocumentConditon condition;
     condition.parentId = context.tree().findFolder(RemotePath::parse(folderText))._id;
-    condition.selectTree = true; // fewer fields
+    condition.selectName = true; // a service returns them fastest
     const QString begin = start.mid(folderText.size());
     if (!begin.isEmpty() && start != QLatin1String("/"))
         condition.searchName = QLatin1Char('^') + QRegularExpression::escape(begin);
-    const QList<VellDocument> entries = context.tree().list(condition);
     QList<Offer> offers;
-    for (const VellDocument &entry : entries)
-        offers.append({folderText + entry.name + QLatin1String(isFolder(entry) ? "/" : ""), {}});
+    for (const auto &[type, end] : {std::make_pair("dir", "/"), std::make_pair("file", "")}) {
+        condition.type = QLatin1String(type);
+        const QList<VellDocument> entries = context.tree().list(condition);
+        for (const VellDocument &entry : entries)
+            offers.append({folderText + entry.name + QLatin1String(end), {}});
+    }
     return offers;
 }
 
