@@ -1,7 +1,7 @@
 #include <velldoc/transfer/LocalFilter.h>
 
-#include <velldoc/Context.h>
-#include <velldoc/Text.h>
+#include <velldoc/program/Context.h>
+#include <velldoc/program/Text.h>
 
 #include <QDir>
 
