@@ -28,4 +28,13 @@ VellPathFilter FilterOptions::filterFor(const QString &root) const
     return {include, patterns};
 }
 
+VellSyncOptions FilterOptions::syncOptions() const
+{
+    VellSyncOptions options;
+    options.include = include;
+    options.exclude = exclude;
+    options.ignoreFile = ignoreFile;
+    return options;
+}
+
 } // namespace velldoc

@@ -2,7 +2,7 @@
 #include <velldoc/program/Context.h>
 #include <velldoc/program/GlobalOptions.h>
 #include <velldoc/program/Text.h>
-#include <velldoc/sync/SyncRun.h>
+#include <velldoc/sync/SyncReport.h>
 #include <velldoc/transfer/LocalFilter.h>
 
 #include <QFileInfo>
@@ -34,11 +34,7 @@ VellSyncPlan compare(Context &context, const QString &local, const QString &remo
 {
     if (!QFileInfo(local).isDir())
         throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(local));
-    const FilterOptions filter(context);
-    VellSyncOptions options;
-    options.include = filter.include;
-    options.exclude = filter.exclude;
-    options.ignoreFile = filter.ignoreFile;
+    VellSyncOptions options = FilterOptions(context).syncOptions();
     if (!context.isSet("size-only"))
         options.comparison = VellSyncOptions::Comparison::Content;
     const VellDocument folder = context.tree().findFolder(RemotePath::parse(remote));
@@ -61,15 +57,16 @@ void run(Context &context)
         differences.append(QJsonObject{{QStringLiteral("path"), step.path},
                                        {QStringLiteral("reason"), difference}});
     }
-    QList<QPair<QString, QString>> failed;
-    reportProblems(context, plan, &failed);
-    for (const auto &entry : qAsConst(failed))
-        context.out.error(Text::tr("%1: %2").arg(entry.first, entry.second));
-    context.out.setResult({{QStringLiteral("differences"), differences},
-                           {QStringLiteral("isEqual"), differences.isEmpty() && failed.isEmpty()}});
-    if (!failed.isEmpty())
-        throw Failure(ExitFailed,
-                      Text::tr("%n file(s) could not be compared.", nullptr, failed.size()));
+    SyncReport report(context, plan.options.direction);
+    report.addProblems(plan);
+    report.printFailures();
+    context.out.setResult(
+        {{QStringLiteral("differences"), differences},
+         {QStringLiteral("isEqual"), differences.isEmpty() && report.failureCount() == 0}});
+    if (report.failureCount() > 0)
+        throw Failure(
+            ExitFailed,
+            Text::tr("%n file(s) could not be compared.", nullptr, report.failureCount()));
     if (!differences.isEmpty())
         throw Failure(ExitDifferent,
                       Text::tr("The folders have %n difference(s).", nullptr, differences.size()));

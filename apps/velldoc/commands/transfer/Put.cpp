@@ -1,17 +1,15 @@
 #include <velldoc/commands/Commands.h>
-#include <velldoc/output/HumanText.h>
-#include <velldoc/output/Json.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/GlobalOptions.h>
 #include <velldoc/program/Text.h>
 #include <velldoc/system/Interrupt.h>
 #include <velldoc/transfer/OwnTargets.h>
-#include <velldoc/transfer/Transfers.h>
 #include <velldoc/transfer/UploadPlan.h>
+#include <velldoc/transfer/UploadRun.h>
+#include <velldoc/transfer/UploadTarget.h>
 
 #include <QDir>
 #include <QFileInfo>
-#include <QHash>
 #include <QTemporaryFile>
 
 #include <cstdio>
@@ -20,33 +18,6 @@ namespace velldoc {
 
 namespace {
 
-struct Target
-{
-    VellDocument folder;
-    RemotePath path;
-    QString name; //!< if it is empty, each source keeps its name
-    bool isNew = false; //!< the target does not exist yet
-};
-
-//! As cp does: into an existing folder; otherwise a single source gets the last name of the path.
-//! \param ownTargets null for sources that do not create a folder
-Target findTarget(Context &context, const QString &text, int sourceCount,
-                  const OwnTargets *ownTargets)
-{
-    const RemotePath path = RemotePath::parse(text);
-    const std::optional<VellDocument> there = context.tree().tryFind(path);
-    const bool isOwn = there && ownTargets && ownTargets->hasMade(there->_id);
-    if (there && isFolder(*there) && !isOwn)
-        return {*there, path, {}};
-    if (sourceCount == 1 && !path.endsWithSlash())
-        return {context.tree().findFolder(path.parent()), path.parent(), path.name(), !there};
-    if (there && !isFolder(*there))
-        throw notAFolder(path);
-    throw Failure(
-        ExitNotFound,
-        Text::tr("There is no folder %1: create it with \"velldoc mkdir -p\".").arg(path.text()));
-}
-
 QString nameOf(const QFileInfo &local)
 {
     // "." and "folder/.." have no name; "folder/" has one.
@@ -54,84 +25,8 @@ QString nameOf(const QFileInfo &local)
     return QFileInfo(path).fileName();
 }
 
-using Tasks = QHash<qint64, UploadTask>; // by transfer
-
-QString actionOf(const UploadTask &task)
-{
-    if (task.replaced)
-        return QStringLiteral("replaced");
-    return task.isRenamed ? QStringLiteral("renamed") : QStringLiteral("created");
-}
-
-void report(Context &context, const UploadPlan &plan, const Transfers &transfers,
-            const Tasks &tasks)
-{
-    QJsonArray stored;
-    for (const Transfers::Done &entry : transfers.done()) {
-        const UploadTask task = tasks.value(entry.id);
-        stored.append(QJsonObject{
-            {QStringLiteral("local"), task.localPath},
-            {QStringLiteral("action"), actionOf(task)},
-            {QStringLiteral("document"), documentJson(entry.document, task.remotePath)}});
-        if (task.isRenamed)
-            context.out.note(Text::tr("%1 is stored as %2.").arg(task.localPath, task.remotePath));
-        if (context.verbosity() > 0)
-            context.out.printName(task.remotePath);
-    }
-    QJsonArray failed;
-    const auto addFailed = [&failed](const QString &path, const QString &message) {
-        failed.append(
-            QJsonObject{{QStringLiteral("local"), path}, {QStringLiteral("message"), message}});
-    };
-    for (const auto &entry : plan.unreadable()) {
-        context.out.error(Text::tr("%1 was skipped: %2.").arg(entry.first, entry.second));
-        addFailed(entry.first, entry.second);
-    }
-    for (const auto &entry : transfers.failed()) {
-        const QString path = tasks.value(entry.id).localPath;
-        const QString sentence = entry.reason.sentence();
-        context.out.error(Text::tr("%1 was not stored: %2").arg(path, sentence));
-        addFailed(path, sentence);
-    }
-    context.out.setResult(
-        {{QStringLiteral("stored"), stored},
-         {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
-         {QStringLiteral("unchanged"), QJsonArray::fromStringList(plan.unchanged())},
-         {QStringLiteral("failed"), failed}});
-    context.out.note(Text::tr("%n file(s) stored, %1.", nullptr, transfers.done().size())
-                         .arg(sizeText(transfers.doneBytes())));
-    if (!plan.unchanged().isEmpty())
-        context.out.note(Text::tr("%n file(s) already existed.", nullptr, plan.unchanged().size()));
-    if (!plan.skipped().isEmpty())
-        context.out.note(Text::tr("%n file(s) skipped.", nullptr, plan.skipped().size()));
-}
-
-//! Returns \a failure with the number of stored files and, if it helps, how to continue.
-Failure unfinished(const Failure &failure, const UploadPlan &plan, const Transfers &transfers)
-{
-    QStringList sentences{failure.sentence()};
-    if (plan.tasks().size() > 1) {
-        sentences.append(
-            Text::tr("%1 of %n file(s) have been stored.", nullptr, plan.tasks().size())
-                .arg(transfers.done().size()));
-    }
-    if (failure.code() != ExitNotAllowed)
-        sentences.append(Text::tr("The same command continues from here."));
-    return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
-}
-
-void throwFirstFailure(const UploadPlan &plan, const Transfers &transfers)
-{
-    const int count = plan.unreadable().size() + transfers.failed().size();
-    if (count == 0)
-        return;
-    const ExitCode code =
-        plan.unreadable().isEmpty() ? transfers.failed().constFirst().reason.code() : ExitFailed;
-    throw Failure(code, Text::tr("%n file(s) could not be stored.", nullptr, count));
-}
-
 //! Returns the plan for the command line, with decided conflicts.
-void fill(UploadPlan &plan, const QStringList &sources, const Target &target)
+void fill(UploadPlan &plan, const QStringList &sources, const UploadTarget &target)
 {
     try {
         for (const QString &source : sources) {
@@ -148,50 +43,10 @@ void fill(UploadPlan &plan, const QStringList &sources, const Target &target)
     }
 }
 
-//! Prints the uploads of a dry run.
-void showPlan(Context &context, const UploadPlan &plan)
-{
-    QJsonArray planned;
-    for (const UploadTask &task : plan.tasks()) {
-        context.leaves(task.remotePath);
-        planned.append(QJsonObject{{QStringLiteral("local"), task.localPath},
-                                   {QStringLiteral("action"), actionOf(task)},
-                                   {QStringLiteral("path"), task.remotePath},
-                                   {QStringLiteral("size"), task.sizeBytes}});
-    }
-    context.out.setResult({{QStringLiteral("planned"), planned}});
-    for (const auto &entry : plan.unreadable())
-        context.out.error(Text::tr("%1 was skipped: %2.").arg(entry.first, entry.second));
-    context.out.note(Text::tr("%n file(s) would be stored, %1.", nullptr, plan.tasks().size())
-                         .arg(sizeText(plan.totalBytes())));
-}
-
-//! Executes \a plan.
-void send(Context &context, const UploadPlan &plan)
-{
-    Transfers transfers(context, plan.totalBytes());
-    Tasks tasks;
-    for (const UploadTask &task : plan.tasks()) {
-        const qint64 id = task.replaced
-            ? transfers.queue().uploadVersion(task.localPath, *task.replaced)
-            : transfers.queue().uploadAs(task.localPath, task.parentId, task.name,
-                                         transfers.batch());
-        tasks.insert(id, task);
-    }
-    try {
-        transfers.run(plan.tasks().isEmpty() ? QString() : plan.tasks().constFirst().name);
-    } catch (const Failure &failure) {
-        report(context, plan, transfers, tasks);
-        throw unfinished(failure, plan, transfers);
-    }
-    report(context, plan, transfers, tasks);
-    throwFirstFailure(plan, transfers);
-}
-
 //! Stores the standard input.
 void putStandardInput(Context &context, UploadPlan &plan, const QString &targetText)
 {
-    const Target target = findTarget(context, targetText, 1, nullptr);
+    const UploadTarget target = findUploadTarget(context, targetText, 1, nullptr);
     if (target.name.isEmpty())
         throw Failure(ExitUsage,
                       Text::tr("The standard input needs a name: %1/NAME.")
@@ -214,9 +69,9 @@ void putStandardInput(Context &context, UploadPlan &plan, const QString &targetT
     file.close();
     fill(plan, {file.fileName()}, target);
     if (context.isDryRun())
-        showPlan(context, plan);
+        showUploads(context, plan);
     else
-        send(context, plan);
+        sendUploads(context, plan);
 }
 
 void run(Context &context)
@@ -236,8 +91,8 @@ void run(Context &context)
                 Text::tr("There is no local file %1: check its name and its folder.").arg(source));
     }
     const bool isOneFolder = sources.size() == 1 && QFileInfo(sources.constFirst()).isDir();
-    const Target target =
-        findTarget(context, targetText, sources.size(), isOneFolder ? &ownTargets : nullptr);
+    const UploadTarget target =
+        findUploadTarget(context, targetText, sources.size(), isOneFolder ? &ownTargets : nullptr);
     const bool makesTarget = isOneFolder && target.isNew && !context.isDryRun();
     if (makesTarget)
         ownTargets.noteMade({});
@@ -245,10 +100,10 @@ void run(Context &context)
     if (makesTarget)
         ownTargets.noteMade(context.tree().namesIn(target.folder._id).value(target.name)._id);
     if (context.isDryRun()) {
-        showPlan(context, plan);
+        showUploads(context, plan);
         return;
     }
-    send(context, plan);
+    sendUploads(context, plan);
 }
 
 } // namespace
