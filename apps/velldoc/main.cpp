@@ -1,7 +1,7 @@
-#include <velldoc/CommandLine.h>
-#include <velldoc/Language.h>
-#include <velldoc/output/Interrupt.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/CommandLine.h>
+#include <velldoc/program/Language.h>
+#include <velldoc/system/Interrupt.h>
+#include <velldoc/system/Terminal.h>
 
 #include <QCoreApplication>
 

@@ -1,9 +1,9 @@
-#include <velldoc/RemotePath.h>
+#include <velldoc/documents/RemotePath.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/NaturalOrder.h>
 #include <velldoc/output/Table.h>
-#include <velldoc/output/WindowsFileName.h>
+#include <velldoc/system/WindowsFileName.h>
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <velldoc/Command.h>
+#include <velldoc/program/Command.h>
 
 #include <QList>
 

@@ -1,6 +1,6 @@
 #include <velldoc/output/HumanText.h>
 
-#include <velldoc/Text.h>
+#include <velldoc/program/Text.h>
 
 #include <QLocale>
 #include <QRegularExpression>

@@ -1,8 +1,8 @@
 #include <velldoc/output/Log.h>
 
-#include <velldoc/Failure.h>
-#include <velldoc/Text.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Failure.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Terminal.h>
 
 #include <QDateTime>
 #include <QFile>

@@ -1,11 +1,11 @@
 #include <velldoc/output/Output.h>
 
-#include <velldoc/Failure.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/Log.h>
 #include <velldoc/output/ResultRows.h>
 #include <velldoc/output/Table.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Failure.h>
+#include <velldoc/system/Terminal.h>
 
 #include <QJsonDocument>
 

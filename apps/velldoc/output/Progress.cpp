@@ -1,10 +1,10 @@
 #include <velldoc/output/Progress.h>
 
-#include <velldoc/Text.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/Output.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Terminal.h>
 
 #include <cstdio>
 

@@ -1,9 +1,9 @@
 #include <velldoc/output/Question.h>
 
-#include <velldoc/Text.h>
 #include <velldoc/output/DisplayWidth.h>
-#include <velldoc/output/Interrupt.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Interrupt.h>
+#include <velldoc/system/Terminal.h>
 
 #include <cstdio>
 

@@ -1,11 +1,11 @@
 #include <velldoc/transfer/ConflictPolicy.h>
 
-#include <velldoc/Context.h>
-#include <velldoc/Text.h>
 #include <velldoc/output/DisplayWidth.h>
-#include <velldoc/output/Interrupt.h>
 #include <velldoc/output/Question.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Context.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Interrupt.h>
+#include <velldoc/system/Terminal.h>
 
 namespace velldoc {
 

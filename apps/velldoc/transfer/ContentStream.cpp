@@ -1,10 +1,10 @@
 #include <velldoc/transfer/ContentStream.h>
 
-#include <velldoc/Context.h>
-#include <velldoc/Text.h>
-#include <velldoc/output/Interrupt.h>
 #include <velldoc/output/Progress.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Context.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Interrupt.h>
+#include <velldoc/system/Terminal.h>
 #include <velldoc/transfer/DownloadPlan.h>
 
 #include <transfer/VellContentReader.h>

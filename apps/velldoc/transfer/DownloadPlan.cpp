@@ -1,8 +1,8 @@
 #include <velldoc/transfer/DownloadPlan.h>
 
-#include <velldoc/Context.h>
-#include <velldoc/Text.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Context.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Terminal.h>
 
 #include <sync/VellSyncPlan.h>
 

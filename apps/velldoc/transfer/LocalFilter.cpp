@@ -1,7 +1,7 @@
 #include <velldoc/transfer/LocalFilter.h>
 
-#include <velldoc/Context.h>
-#include <velldoc/Text.h>
+#include <velldoc/program/Context.h>
+#include <velldoc/program/Text.h>
 
 #include <QDir>
 
@@ -26,6 +26,15 @@ VellPathFilter FilterOptions::filterFor(const QString &root) const
     // The temporary files of running downloads.
     patterns.append(QStringLiteral(".vell-*.part"));
     return {include, patterns};
+}
+
+VellSyncOptions FilterOptions::syncOptions() const
+{
+    VellSyncOptions options;
+    options.include = include;
+    options.exclude = exclude;
+    options.ignoreFile = ignoreFile;
+    return options;
 }
 
 } // namespace velldoc

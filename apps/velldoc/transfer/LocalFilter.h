@@ -1,6 +1,7 @@
 #pragma once
 
 #include <sync/VellPathFilter.h>
+#include <sync/VellSyncPlan.h>
 
 #include <QString>
 #include <QStringList>
@@ -20,6 +21,9 @@ struct FilterOptions
 
     //! Returns the filter for the local folder \a root. \throws Failure if its ignore file cannot be read
     VellPathFilter filterFor(const QString &root) const;
+
+    //! Returns the options of a comparison with these filters.
+    VellSyncOptions syncOptions() const;
 };
 
 } // namespace velldoc

@@ -1,6 +1,6 @@
 #include <velldoc/transfer/OwnTargets.h>
 
-#include <velldoc/Context.h>
+#include <velldoc/program/Context.h>
 
 #include <QCryptographicHash>
 #include <QDate>

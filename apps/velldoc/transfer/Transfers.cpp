@@ -1,8 +1,8 @@
 #include <velldoc/transfer/Transfers.h>
 
-#include <velldoc/Context.h>
-#include <velldoc/Text.h>
-#include <velldoc/output/Interrupt.h>
+#include <velldoc/program/Context.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Interrupt.h>
 
 #include <QScopeGuard>
 

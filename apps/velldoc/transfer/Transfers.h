@@ -1,7 +1,7 @@
 #pragma once
 
-#include <velldoc/Failure.h>
 #include <velldoc/output/Progress.h>
+#include <velldoc/program/Failure.h>
 
 #include <transfer/VellTransferQueue.h>
 

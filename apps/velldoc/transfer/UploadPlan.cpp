@@ -1,10 +1,10 @@
 #include <velldoc/transfer/UploadPlan.h>
 
-#include <velldoc/Context.h>
-#include <velldoc/Text.h>
 #include <velldoc/output/HumanText.h>
-#include <velldoc/output/Interrupt.h>
-#include <velldoc/output/Terminal.h>
+#include <velldoc/program/Context.h>
+#include <velldoc/program/Text.h>
+#include <velldoc/system/Interrupt.h>
+#include <velldoc/system/Terminal.h>
 
 #include <sync/VellSyncPlan.h>
 

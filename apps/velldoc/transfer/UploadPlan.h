@@ -1,7 +1,7 @@
 #pragma once
 
 #include <document_model/VellDocument.h>
-#include <velldoc/RemotePath.h>
+#include <velldoc/documents/RemotePath.h>
 #include <velldoc/transfer/ConflictPolicy.h>
 #include <velldoc/transfer/LocalFilter.h>
 
