@@ -189,6 +189,20 @@ VellResult<bool> *VellDocuments::emptyRecycleBin(const QString &category)
         [category](VellDocumentData &service) { return service.emptyRecycled(category); });
 }
 
+VellResult<VellBulkResult> *VellDocuments::purge(const QStringList &ids)
+{
+    return SessionAccess::start<VellBulkResult>(
+        m_session, Lane::Bulk,
+        [ids](OperationRun &run) {
+            return forAll(run, ids, [](OperationRun &part, const QString &id) {
+                part.deleteResource(
+                    QStringLiteral("document-service/documents/%1?permanently=true").arg(id));
+                return Outcome();
+            });
+        },
+        [this](const VellBulkResult &result) { m_store->remove(result.succeeded); });
+}
+
 VellResult<bool> *VellDocuments::setOrder(const QMap<QString, int> &positions)
 {
     return startChange(
@@ -228,6 +242,14 @@ VellResult<VellDocument> *VellDocuments::makeCurrent(const QString &id, const QS
             return DocumentLookup::fetch(run, id);
         },
         [this](const VellDocument &document) { m_store->insert(document); });
+}
+
+VellResult<bool> *VellDocuments::removeVersion(const QString &versionId)
+{
+    return SessionAccess::start<bool>(m_session, Lane::Short, [versionId](OperationRun &run) {
+        run.deleteResource(QStringLiteral("document-service/documents/histories/") + versionId);
+        return true;
+    });
 }
 
 VellResult<bool> *VellDocuments::setRemark(const QString &id, const QString &remark)

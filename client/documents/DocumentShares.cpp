@@ -79,12 +79,7 @@ VellResult<QList<VellShare>> *VellDocuments::shares()
 VellResult<bool> *VellDocuments::revokeShare(const QString &id)
 {
     return SessionAccess::start<bool>(m_session, Lane::Short, [id](OperationRun &run) {
-        run.change([&] {
-            NetworkEventLoop loop(NetworkManager::instance()->deleteResource(
-                run.address(sharesPath()) + QLatin1Char('/') + id));
-            loop.exec();
-            return loop.isSuccessful();
-        });
+        run.deleteResource(sharesPath() + QLatin1Char('/') + id);
         return true;
     });
 }

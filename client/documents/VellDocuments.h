@@ -187,6 +187,11 @@ public:
     //! Deletes the documents of \a category that are in the recycle bin permanently.
     VellResult<bool> *emptyRecycleBin(const QString &category);
 
+    //! Deletes the documents \a ids, which are in the recycle bin, permanently, with everything that was deleted together with them.
+    //! The service refuses documents that are not in the recycle bin, and those that were deleted with their folder.
+    //! \sa remove(), emptyRecycleBin()
+    VellResult<VellBulkResult> *purge(const QStringList &ids);
+
     //! Sets the positions of documents in their folders, by identifier.
     VellResult<bool> *setOrder(const QMap<QString, int> &positions);
 
@@ -197,6 +202,10 @@ public:
     //! Makes a new version of the document \a id from the content \a fileId of an earlier version, without a transfer.
     //! \sa history()
     VellResult<VellDocument> *makeCurrent(const QString &id, const QString &fileId);
+
+    //! Deletes a version permanently. The service refuses to delete the current one.
+    //! \param versionId `_id` of the version in history()
+    VellResult<bool> *removeVersion(const QString &versionId);
 
     //! Sets the remark of the document \a id.
     VellResult<bool> *setRemark(const QString &id, const QString &remark);

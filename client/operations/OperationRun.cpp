@@ -2,6 +2,8 @@
 
 #include <operations/VellOperation.h>
 
+#include <VellNetwork/NetworkEventLoop.h>
+#include <VellNetwork/NetworkManager.h>
 #include <VellSoftBase/VellSoftCache.h>
 
 #include <QCoreApplication>
@@ -53,6 +55,15 @@ void OperationRun::checkAborted() const
 {
     if (m_requests.isAborted())
         throw OperationFailure{VellError::cancelled()};
+}
+
+void OperationRun::deleteResource(const QString &path)
+{
+    change([&] {
+        NetworkEventLoop loop(NetworkManager::instance()->deleteResource(address(path)));
+        loop.exec();
+        return loop.isSuccessful();
+    });
 }
 
 void OperationRun::throwFailure() const

@@ -56,6 +56,9 @@ public:
             throw OperationFailure{VellError::of(VellError::Kind::Unclear)};
     }
 
+    //! Sends a DELETE to \a path of the service, for resources that the library has no function for. \throws OperationFailure
+    void deleteResource(const QString &path);
+
     //! \throws OperationFailure after abort()
     void checkAborted() const;
     //! \throws OperationFailure after abort(), or if the last request failed

@@ -79,10 +79,30 @@ HttpResponse putDocuments(HttpRequest &request, RequestState &state)
     return HttpResponse::json(QJsonObject{{QStringLiteral("count"), count}});
 }
 
+HttpResponse purgeDocument(const Document &document, RequestState &state)
+{
+    state.access.require(document, Action::Purge);
+    if (document.recycle == Document::BelowDeleted) {
+        throw HttpError(409,
+                        QStringLiteral("%1 was deleted with its folder; delete that permanently.")
+                            .arg(document.name));
+    }
+    if (document.recycle == Document::Present)
+        throw HttpError(409, QStringLiteral("%1 is not in the recycle bin.").arg(document.name));
+    const int count = DocumentTree(state.database).purge(document);
+    return HttpResponse::json(
+        QJsonObject{{QStringLiteral("_id"), document.id}, {QStringLiteral("count"), count}});
+}
+
 HttpResponse deleteDocument(HttpRequest &request, RequestState &state)
 {
     Transaction transaction(state.database);
     const Document document = state.readable(request.captures.at(0));
+    if (request.flag(QLatin1String("permanently"))) {
+        const HttpResponse response = purgeDocument(document, state);
+        transaction.commit();
+        return response;
+    }
     state.access.require(document, Action::Delete);
     // Deleting it again succeeds and changes nothing: the first response may have been lost.
     if (document.recycle == Document::Present)

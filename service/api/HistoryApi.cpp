@@ -28,13 +28,19 @@ HttpResponse listVersions(HttpRequest &request, RequestState &state)
     return list.response();
 }
 
-void requireEditableVersion(HttpRequest &request, RequestState &state)
+Version requireVersion(HttpRequest &request, RequestState &state)
 {
     const QString id = request.captures.at(0);
     const std::optional<Version> version = Versions(state.database).find(id);
     if (!version)
         throw HttpError(404, QStringLiteral("There is no version %1.").arg(id.left(60)));
-    state.access.require(state.documents.require(version->documentId), Action::Edit);
+    return *version;
+}
+
+void requireEditableVersion(HttpRequest &request, RequestState &state)
+{
+    const Version version = requireVersion(request, state);
+    state.access.require(state.documents.require(version.documentId), Action::Edit);
 }
 
 HttpResponse putVersion(HttpRequest &request, RequestState &state)
@@ -54,12 +60,30 @@ HttpResponse putVersion(HttpRequest &request, RequestState &state)
     return HttpResponse::json(object);
 }
 
+HttpResponse deleteVersion(HttpRequest &request, RequestState &state)
+{
+    Transaction transaction(state.database);
+    const Version version = requireVersion(request, state);
+    state.access.require(state.documents.require(version.documentId), Action::Purge);
+    Versions versions(state.database);
+    if (versions.isCurrent(version)) {
+        throw HttpError(409,
+                        QStringLiteral("The current version of %1 cannot be deleted; make another "
+                                       "version current first, or delete the document.")
+                            .arg(version.name));
+    }
+    versions.remove(version.id);
+    transaction.commit();
+    return HttpResponse::json(QJsonObject{{QStringLiteral("_id"), version.id}});
+}
+
 } // namespace
 
 void addHistoryRoutes(Router &router)
 {
     router.add("GET", "document-service/documents/*/histories", listVersions);
     router.add("PUT", "document-service/documents/histories/*", putVersion, requireEditableVersion);
+    router.add("DELETE", "document-service/documents/histories/*", deleteVersion);
 }
 
 } // namespace service

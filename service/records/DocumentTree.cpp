@@ -93,18 +93,30 @@ void DocumentTree::restore(const Document &document, const QString &userId)
 
 int DocumentTree::purge(const QString &projectId, const QString &category)
 {
+    return purgeWhere(
+        QStringLiteral(
+            "project_id = ? AND recycle = 1 "
+            "AND recycle > 0 " // for SQLite, which else does not use the index of the bin
+            "AND (? = '' OR category = ?)"),
+        {projectId, category, category});
+}
+
+int DocumentTree::purge(const Document &document)
+{
+    return purgeWhere(QStringLiteral("id = ? AND recycle = 1"), {document.id});
+}
+
+int DocumentTree::purgeWhere(const QString &condition, const QVariantList &values)
+{
     executeDirectly(m_database,
                     QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS doomed (id TEXT PRIMARY KEY)"));
     execute(m_database, QStringLiteral("DELETE FROM doomed"));
     execute(m_database,
-            QStringLiteral(
-                "WITH RECURSIVE gone (id) AS ("
-                "SELECT id FROM document WHERE project_id = ? AND recycle = 1 "
-                "AND recycle > 0 " // for SQLite, which else does not use the index of the bin
-                "AND (? = '' OR category = ?) UNION "
-                "SELECT d.id FROM document d JOIN gone g ON d.parent_id = g.id "
-                "WHERE d.recycle = 2) INSERT INTO doomed SELECT id FROM gone"),
-            {projectId, category, category});
+            QStringLiteral("WITH RECURSIVE gone (id) AS (SELECT id FROM document WHERE %1 UNION "
+                           "SELECT d.id FROM document d JOIN gone g ON d.parent_id = g.id "
+                           "WHERE d.recycle = 2) INSERT INTO doomed SELECT id FROM gone")
+                .arg(condition),
+            values);
     // Documents that were deleted themselves, and are not to be removed, are kept without their folder.
     execute(m_database,
             QStringLiteral("UPDATE document SET parent_id = NULL WHERE parent_id IN "

@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QPair>
+#include <QVariantList>
 
 namespace service {
 
@@ -38,7 +39,13 @@ public:
     //! \return the number of documents
     int purge(const QString &projectId, const QString &category);
 
+    //! The same for a document that was deleted itself, with everything that was deleted together with it.
+    int purge(const Document &document);
+
 private:
+    //! \param condition of the documents that were deleted themselves
+    int purgeWhere(const QString &condition, const QVariantList &values);
+
     Database &m_database;
 };
 

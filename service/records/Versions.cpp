@@ -85,4 +85,17 @@ void Versions::setRemark(const QString &id, const QString &remark)
             {remark, m_database.nowMs(), id});
 }
 
+bool Versions::isCurrent(const Version &version)
+{
+    Statement newer(m_database,
+                    QStringLiteral("SELECT 1 FROM version WHERE document_id = ? AND number > ?"),
+                    {version.documentId, version.number});
+    return !newer.next();
+}
+
+void Versions::remove(const QString &id)
+{
+    execute(m_database, QStringLiteral("DELETE FROM version WHERE id = ?"), {id});
+}
+
 } // namespace service

@@ -39,6 +39,9 @@ public:
     std::optional<Version> find(const QString &id);
     qint64 count(const QString &documentId);
     void setRemark(const QString &id, const QString &remark);
+    //! Returns true if it is the newest version, whose content the document has.
+    bool isCurrent(const Version &version);
+    void remove(const QString &id);
 
 private:
     Database &m_database;

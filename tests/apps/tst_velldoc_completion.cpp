@@ -85,6 +85,8 @@ void TestVelldocCompletion::wordsAreCompleted_data()
                             << QStringList{QStringLiteral("upload")};
     QTest::newRow("recycle bin") << VelldocWorld::words("trash restore go")
                                  << QStringList{QStringLiteral("gone")};
+    QTest::newRow("recycle bin, for good")
+        << VelldocWorld::words("trash purge go") << QStringList{QStringLiteral("gone")};
     QTest::newRow("directions") << VelldocWorld::words("sync d")
                                 << QStringList{QStringLiteral("down")};
     QTest::newRow("path behind a direction")

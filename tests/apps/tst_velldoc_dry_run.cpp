@@ -62,6 +62,7 @@ void TestVelldocDryRun::dryRunChangesNothing_data()
     QTest::newRow("rename") << QByteArray("rename /a z") << QStringLiteral("/a\n");
     QTest::newRow("mkdir") << QByteArray("mkdir -p /n/m") << QStringLiteral("/n/m\n");
     QTest::newRow("trash restore") << QByteArray("trash restore old") << QStringLiteral("old\n");
+    QTest::newRow("trash purge") << QByteArray("trash purge old") << QStringLiteral("old\n");
     QTest::newRow("trash empty") << QByteArray("trash empty") << QStringLiteral("/old\n");
     QTest::newRow("share") << QByteArray("share /a") << QStringLiteral("/a\n");
     QTest::newRow("fav add") << QByteArray("fav add /a") << QStringLiteral("/a\n");

@@ -37,6 +37,8 @@ private Q_SLOTS:
     void settingsAreChanged();
     void userAndProjectsAreTold();
     void earlierVersionBecomesCurrent();
+    void earlierVersionIsDeleted();
+    void deletedDocumentIsPurged();
     void treeOfDepthZeroIsTheFolder();
     void unknownProjectIsNoted();
 #ifdef Q_OS_UNIX
@@ -310,6 +312,38 @@ void TestVelldocManage::earlierVersionBecomesCurrent()
     QCOMPARE(world.succeedLine("cat /a").out, QStringLiteral("first"));
     QCOMPARE(world.succeedLine("cat --version 2 /a").out, QStringLiteral("second"));
     QCOMPARE(world.runLine("history --make-current 9 /a").exitCode, 3);
+}
+
+void TestVelldocManage::earlierVersionIsDeleted()
+{
+    VelldocWorld world;
+    for (const char *const content : {"first", "second", "third"}) {
+        world.write(QStringLiteral("a"), content);
+        world.succeedLine("put -u a /");
+    }
+    QCOMPARE(world.runLine("history --delete 1 /a").exitCode, 2);
+    world.succeedLine("history --delete 1 -y --dry-run /a");
+    QCOMPARE(world.succeedLine("cat --version 1 /a").out, QStringLiteral("first"));
+    world.succeedLine("history --delete 1 -y /a");
+    QCOMPARE(world.succeedLine("cat --version 1 /a").out, QStringLiteral("second"));
+    const VelldocRun current = world.runLine("history --delete 2 -y /a");
+    QCOMPARE(current.exitCode, 1);
+    QVERIFY2(current.error.contains(QLatin1String("current version")), qPrintable(current.error));
+    QCOMPARE(world.succeedLine("cat /a").out, QStringLiteral("third"));
+}
+
+void TestVelldocManage::deletedDocumentIsPurged()
+{
+    VelldocWorld world;
+    world.succeedLine("mkdir /a /b /c");
+    world.succeedLine("rm -r /a /b /c");
+    QCOMPARE(world.runLine("trash purge a").exitCode, 2);
+    QCOMPARE(world.runLine("trash purge -y a none").exitCode, 3);
+    QCOMPARE(world.succeedLine("trash").lines().size(), 3);
+    const VelldocRun run = world.succeedLine("trash purge -y a c");
+    QVERIFY2(run.error.contains(QLatin1String("2 documents deleted permanently")),
+             qPrintable(run.error));
+    QCOMPARE(world.succeedLine("trash").out, QStringLiteral("/b/\n"));
 }
 
 void TestVelldocManage::treeOfDepthZeroIsTheFolder()

@@ -23,11 +23,13 @@ private Q_SLOTS:
     void movingManyReportsEach();
     void deletedDocumentsComeBack();
     void theRecycleBinIsEmptied();
+    void deletedDocumentsArePurged();
     void findAndFoldersAbove();
     void freeNamesAreFreeOnTheService();
     void marksAreSetAndSeen();
     void remarksAndLinksChangeWhatIsKnown();
     void anEarlierVersionIsMadeCurrent();
+    void anEarlierVersionIsDeleted();
     void positionsAreKept();
     void sharesAreMadeListedAndEnded();
     void rightsAndHistory();
@@ -172,6 +174,25 @@ void TestClientDocuments::theRecycleBinIsEmptied()
     QCOMPARE(await(m_world->documents.count(bin)), 0);
 }
 
+void TestClientDocuments::deletedDocumentsArePurged()
+{
+    const QString a = m_world->store(QStringLiteral("a"))._id;
+    const QString b = m_world->store(QStringLiteral("b"))._id;
+    const QString present = m_world->store(QStringLiteral("present"))._id;
+    await(m_world->documents.remove({a, b}));
+    const VellBulkResult purged =
+        await(m_world->documents.purge({a, present, QStringLiteral("unknown")}));
+    QCOMPARE(purged.succeeded, QStringList{a});
+    QCOMPARE(purged.failed.value(present).httpStatus, 409);
+    QCOMPARE(purged.failed.value(QStringLiteral("unknown")).kind, VellError::Kind::NotFound);
+    VellDocumentConditon bin;
+    bin.category = QStringLiteral("recycle");
+    const QList<VellDocument> left = await(m_world->documents.list(bin));
+    QCOMPARE(left.size(), 1);
+    QCOMPARE(left.constFirst()._id, b);
+    QCOMPARE(m_world->names(), QStringList{QStringLiteral("present")});
+}
+
 void TestClientDocuments::findAndFoldersAbove()
 {
     const VellDocument a = folder(QStringLiteral("a"));
@@ -253,6 +274,21 @@ void TestClientDocuments::anEarlierVersionIsMadeCurrent()
     QCOMPARE(back.fileId, document.fileId);
     QCOMPARE(m_world->documents.store()->document(document._id)->fileId, document.fileId);
     QCOMPARE(await(m_world->documents.history(document._id)).size(), 3);
+}
+
+void TestClientDocuments::anEarlierVersionIsDeleted()
+{
+    const VellDocument document = m_world->store(QStringLiteral("a"), "first");
+    const VellDocument other = m_world->store(QStringLiteral("b"), "second");
+    await(m_world->documents.makeCurrent(document._id, other.fileId));
+    const QList<VellDocument> versions = await(m_world->documents.history(document._id));
+    QVERIFY(await(m_world->documents.removeVersion(versions.at(1)._id)));
+    const QList<VellDocument> left = await(m_world->documents.history(document._id));
+    QCOMPARE(left.size(), 1);
+    QCOMPARE(left.constFirst()._id, versions.constFirst()._id);
+    QCOMPARE(waitForEnd(m_world->documents.removeVersion(left.constFirst()._id)).httpStatus, 409);
+    QCOMPARE(waitForEnd(m_world->documents.removeVersion(versions.at(1)._id)).kind,
+             VellError::Kind::NotFound);
 }
 
 void TestClientDocuments::positionsAreKept()

@@ -21,6 +21,8 @@ private Q_SLOTS:
     void emptyingPurges_data();
     void emptyingPurges();
     void emptyingKeepsWhatItDoesNotConcern();
+    void oneDocumentIsPurged();
+    void onlyWhatWasDeletedItselfIsPurged();
 
 private:
     static QStringList bin(ServiceWorld &world, const QJsonObject &where = {})
@@ -34,6 +36,10 @@ private:
     static HttpAnswer restore(ServiceWorld &world, const QString &id)
     {
         return world.client.get(ServiceWorld::documentPath(id, "/restore"));
+    }
+    static HttpAnswer purge(ServiceWorld &world, const QString &id)
+    {
+        return world.client.remove(ServiceWorld::documentPath(id), {{"permanently", "true"}});
     }
     static HttpAnswer empty(ServiceWorld &world, const QString &category)
     {
@@ -176,6 +182,37 @@ void TestServiceRecycle::emptyingKeepsWhatItDoesNotConcern()
     QCOMPARE(restore(world, file).status, 200);
     QVERIFY(world.document(file).value("parentId").isNull());
     QCOMPARE(world.client.remove("document-service/documents").status, 400);
+}
+
+void TestServiceRecycle::oneDocumentIsPurged()
+{
+    ServiceWorld world;
+    const QString folder = world.makeFolder("folder");
+    const QString below = world.makeFile("below", folder);
+    const QString deletedBefore = world.makeFile("deleted before", folder);
+    const QString other = world.makeFile("other");
+    remove(world, deletedBefore);
+    remove(world, folder);
+    remove(world, other);
+    const HttpAnswer answer = purge(world, folder);
+    QCOMPARE(answer.status, 200);
+    QCOMPARE(answer.object(), QJsonObject({{"_id", folder}, {"count", 2}}));
+    QCOMPARE(world.client.get(ServiceWorld::documentPath(folder)).status, 404);
+    QCOMPARE(world.client.get(ServiceWorld::documentPath(below)).status, 404);
+    QCOMPARE(bin(world), QStringList({"deleted before", "other"}));
+    QCOMPARE(purge(world, folder).status, 404);
+}
+
+void TestServiceRecycle::onlyWhatWasDeletedItselfIsPurged()
+{
+    ServiceWorld world;
+    const QString folder = world.makeFolder("folder");
+    const QString below = world.makeFile("below", folder);
+    QCOMPARE(purge(world, below).status, 409);
+    QCOMPARE(world.document(below).value("recycle").toInt(), 0);
+    remove(world, folder);
+    QCOMPARE(purge(world, below).status, 409);
+    QCOMPARE(world.document(below).value("recycle").toInt(), 2);
 }
 
 QTEST_GUILESS_MAIN(TestServiceRecycle)

@@ -18,6 +18,8 @@ private Q_SLOTS:
     void unknownProjectsAreNotFound();
     void everyRoleMayWhatTheAnswerSays_data();
     void everyRoleMayWhatTheAnswerSays();
+    void onlyOwnersDeletePermanently_data();
+    void onlyOwnersDeletePermanently();
     void bodiesAreNotReadWithoutTheRight_data();
     void bodiesAreNotReadWithoutTheRight();
     void selfAnswersFollowTheRole_data();
@@ -167,6 +169,37 @@ void TestServiceRoles::everyRoleMayWhatTheAnswerSays()
         }
     }
     QCOMPARE(isAllowed(key, id), expected);
+}
+
+void TestServiceRoles::onlyOwnersDeletePermanently_data()
+{
+    QTest::addColumn<QString>("role");
+    QTest::addColumn<int>("status");
+    QTest::newRow("owner") << "owner" << 200;
+    QTest::newRow("editor") << "editor" << 403;
+    QTest::newRow("contributor, own document") << "contributor" << 403;
+}
+
+void TestServiceRoles::onlyOwnersDeletePermanently()
+{
+    QFETCH(QString, role);
+    QFETCH(int, status);
+    become(m_user, "contributor");
+    const QString id = m_world->makeFile("a.txt", {}, "one");
+    QCOMPARE(m_world->client.put(ServiceWorld::documentPath(id), {{"file", m_world->upload("two")}})
+                 .status,
+             200);
+    const QJsonArray versions =
+        m_world->client.get(ServiceWorld::documentPath(id, "/histories")).array();
+    QCOMPARE(versions.size(), 2);
+    const QString first = versions.last().toObject().value("_id").toString();
+    QCOMPARE(m_world->client.remove(ServiceWorld::documentPath(id)).status, 200);
+    become(m_user, role);
+    QCOMPARE(m_world->client.remove("document-service/documents/histories/" + first).status,
+             status);
+    QCOMPARE(
+        m_world->client.remove(ServiceWorld::documentPath(id), {{"permanently", "true"}}).status,
+        status);
 }
 
 void TestServiceRoles::bodiesAreNotReadWithoutTheRight_data()

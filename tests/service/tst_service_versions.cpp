@@ -17,6 +17,8 @@ private Q_SLOTS:
     void remarksStandOnDocumentsAndOnVersions();
     void anUnknownFileChangesNothing_data();
     void anUnknownFileChangesNothing();
+    void anEarlierVersionIsDeleted();
+    void theCurrentVersionIsNotDeleted();
     void aFolderHasNoVersions();
     void linksAreKeptAndFound();
     void linksWithoutSenseAreRefused_data();
@@ -130,6 +132,33 @@ void TestServiceVersions::anUnknownFileChangesNothing()
     QCOMPARE(answer.status, 400);
     QCOMPARE(world.document(id), before);
     QCOMPARE(history(world, id).size(), 1);
+}
+
+void TestServiceVersions::anEarlierVersionIsDeleted()
+{
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt", {}, "one");
+    addVersion(world, id, "two");
+    addVersion(world, id, "three");
+    const QString second = history(world, id).at(1).toObject().value("_id").toString();
+    const QString path = "document-service/documents/histories/" + second;
+    QCOMPARE(world.client.remove(path).object(), QJsonObject({{"_id", second}}));
+    QStringList left;
+    const QJsonArray versions = history(world, id);
+    for (const QJsonValue &version : versions)
+        left.append(QString::number(version.toObject().value("number").toInt()));
+    QCOMPARE(left, QStringList({"3", "1"}));
+    QCOMPARE(world.client.remove(path).status, 404);
+}
+
+void TestServiceVersions::theCurrentVersionIsNotDeleted()
+{
+    ServiceWorld world;
+    const QString id = world.makeFile("a.txt", {}, "one");
+    addVersion(world, id, "two");
+    const QString current = history(world, id).at(0).toObject().value("_id").toString();
+    QCOMPARE(world.client.remove("document-service/documents/histories/" + current).status, 409);
+    QCOMPARE(history(world, id).size(), 2);
 }
 
 void TestServiceVersions::aFolderHasNoVersions()

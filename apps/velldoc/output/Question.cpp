@@ -1,6 +1,7 @@
 #include <velldoc/output/Question.h>
 
 #include <velldoc/output/DisplayWidth.h>
+#include <velldoc/program/Failure.h>
 #include <velldoc/program/Text.h>
 #include <velldoc/system/Interrupt.h>
 #include <velldoc/system/Terminal.h>
@@ -26,6 +27,16 @@ bool confirm(const QString &question)
     return isAnswered && !answer.isEmpty()
         && (answer.startsWith(key, Qt::CaseInsensitive)
             || answer.startsWith(QLatin1Char('y'), Qt::CaseInsensitive));
+}
+
+void requireAgreement(const QString &question, bool isAgreed)
+{
+    if (isAgreed)
+        return;
+    if (!canAsk())
+        throw Failure(ExitUsage, Text::tr("This cannot be undone: pass --yes to delete."));
+    if (!confirm(question))
+        throw Failure(ExitFailed, Text::tr("Nothing was deleted."));
 }
 
 void say(const QString &text)

@@ -11,6 +11,10 @@ bool canAsk();
 //! \throws Failure after Ctrl-C
 bool confirm(const QString &question);
 
+//! Asks before something is deleted permanently, unless \a isAgreed is true.
+//! \throws Failure if the answer is no, or nobody can be asked
+void requireAgreement(const QString &question, bool isAgreed);
+
 //! Writes \a text unchanged to the standard error, and flushes it.
 void say(const QString &text);
 

@@ -910,10 +910,6 @@
             <numerusform>已还原 %n 项。</numerusform>
         </translation>
     </message>
-    <message>
-        <source>This cannot be undone: pass --yes to delete the documents.</source>
-        <translation>清空无法撤销：确认请加 --yes。</translation>
-    </message>
     <message numerus="yes">
         <source>Delete %n document(s) permanently?</source>
         <translation>
@@ -931,20 +927,12 @@
         </translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not one of list, restore and empty.</source>
-        <translation>“%1”不是 list、restore 或 empty。</translation>
-    </message>
-    <message>
         <source>list or empty the recycle bin, or restore documents</source>
         <translation>查看、还原或清空回收站</translation>
     </message>
     <message>
         <source>Restore everything.</source>
         <translation>还原全部。</translation>
-    </message>
-    <message>
-        <source>Empty without asking.</source>
-        <translation>不询问直接清空。</translation>
     </message>
     <message>
         <source>restore a document</source>
@@ -1823,10 +1811,6 @@
         <translation>供脚本使用</translation>
     </message>
     <message>
-        <source>Lists the recycle bin or the deleted folder NAME, restores documents (by name or id:...), or deletes everything in the recycle bin permanently.</source>
-        <translation>列出回收站或已删除文件夹 NAME 中的内容，恢复指定的内容（按名称或 id:...），或永久删除其中的全部内容。</translation>
-    </message>
-    <message>
         <source>Watching %1; press Ctrl-C to stop.</source>
         <translation>正在监视 %1；按 Ctrl-C 结束。</translation>
     </message>
@@ -1983,6 +1967,46 @@
     <message>
         <source>another name for a drawing</source>
         <translation>给图纸另起一个名称</translation>
+    </message>
+    <message>
+        <source>This cannot be undone: pass --yes to delete.</source>
+        <translation>此操作无法撤消：请使用 --yes 进行删除。</translation>
+    </message>
+    <message>
+        <source>Delete version %1 of %2 permanently?</source>
+        <translation>永久删除 %2 的版本 %1？</translation>
+    </message>
+    <message>
+        <source>Delete version N permanently. Later versions have lower numbers afterwards.</source>
+        <translation>永久删除版本 N。此后更新版本的编号会减小。</translation>
+    </message>
+    <message>
+        <source>Delete without asking.</source>
+        <translation>删除时不询问。</translation>
+    </message>
+    <message>
+        <source>delete the oldest version permanently</source>
+        <translation>永久删除最早的版本</translation>
+    </message>
+    <message>
+        <source>Name the documents to be deleted permanently.</source>
+        <translation>请指定要永久删除的文档。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not one of list, restore, purge and empty.</source>
+        <translation>“%1”不是 list、restore、purge 或 empty 之一。</translation>
+    </message>
+    <message>
+        <source>Lists the recycle bin or the deleted folder NAME, or restores documents (by name or id:...). &quot;purge&quot; deletes documents permanently, &quot;empty&quot; everything in the recycle bin.</source>
+        <translation>列出回收站或已删除的文件夹 NAME，或恢复文档（按名称或 id:...）。“purge”永久删除文档，“empty”永久删除回收站中的所有内容。</translation>
+    </message>
+    <message>
+        <source>Print a table with size, and the time and user of the deletion.</source>
+        <translation>打印一个表格，包含大小以及删除的时间和用户。</translation>
+    </message>
+    <message>
+        <source>delete a document permanently</source>
+        <translation>永久删除一个文档</translation>
     </message>
 </context>
 </TS>

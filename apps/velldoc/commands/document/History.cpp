@@ -2,6 +2,7 @@
 #include <velldoc/documents/Versions.h>
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
+#include <velldoc/output/Question.h>
 #include <velldoc/output/Table.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/GlobalOptions.h>
@@ -30,6 +31,20 @@ void makeCurrent(Context &context, const VellDocument &document, const RemotePat
     context.out.setResult({{QStringLiteral("document"), documentJson(now, path.text())}});
 }
 
+void deleteVersion(Context &context, const VellDocument &document, const RemotePath &path)
+{
+    const int number = context.number("delete", 0);
+    const VellDocument version = versionOf(context.session(), document, number);
+    if (context.leaves(path.text()))
+        return;
+    requireAgreement(Text::tr("Delete version %1 of %2 permanently?")
+                         .arg(QString::number(number), document.name),
+                     context.isSet("yes"));
+    Session &session = context.session();
+    session.await(session.documents().removeVersion(version._id));
+    context.out.setResult({{QStringLiteral("deleted"), versionJson(version, number)}});
+}
+
 void run(Context &context)
 {
     const RemotePath path = RemotePath::parse(context.arguments(1, 1).constFirst());
@@ -39,6 +54,10 @@ void run(Context &context)
                       Text::tr("%1 is a folder; folders have no versions.").arg(path.text()));
     if (context.isSet("make-current")) {
         makeCurrent(context, document, path);
+        return;
+    }
+    if (context.isSet("delete")) {
+        deleteVersion(context, document, path);
         return;
     }
     const QList<VellDocument> versions = versionsOf(context.session(), document);
@@ -77,11 +96,18 @@ const Command &historyCommand()
         {{"make-current", "N",
           QT_TRANSLATE_NOOP("velldoc",
                             "Make a new, current version with the content of version N.")},
+         {"delete", "N",
+          QT_TRANSLATE_NOOP("velldoc",
+                            "Delete version N permanently. Later versions have lower numbers "
+                            "afterwards.")},
+         {"y,yes", nullptr, QT_TRANSLATE_NOOP("velldoc", "Delete without asking.")},
          dryRunOption()},
         {{"velldoc history /Drawings/plan.dwg",
           QT_TRANSLATE_NOOP("velldoc", "the authors and times of all versions")},
          {"velldoc history --make-current 2 /Drawings/plan.dwg",
-          QT_TRANSLATE_NOOP("velldoc", "go back to an earlier version")}},
+          QT_TRANSLATE_NOOP("velldoc", "go back to an earlier version")},
+         {"velldoc history --delete 1 /Drawings/plan.dwg",
+          QT_TRANSLATE_NOOP("velldoc", "delete the oldest version permanently")}},
         run,
     };
     return command;

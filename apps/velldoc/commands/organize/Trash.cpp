@@ -85,6 +85,32 @@ void restore(Context &context, const QStringList &names)
         context.out.note(Text::tr("%n document(s) restored.", nullptr, documents.size()));
 }
 
+//! Deletes documents permanently.
+void purge(Context &context, const QStringList &names)
+{
+    if (names.isEmpty())
+        throw Failure(ExitUsage, Text::tr("Name the documents to be deleted permanently."));
+    const QList<VellDocument> bin = readBin(context);
+    QList<VellDocument> documents;
+    for (const QString &name : names) {
+        const VellDocument document = findInBin(bin, name);
+        if (!context.leaves(document.name))
+            documents.append(document);
+    }
+    if (context.isDryRun())
+        return;
+    requireAgreement(Text::tr("Delete %n document(s) permanently?", nullptr, documents.size()),
+                     context.isSet("yes"));
+    QJsonArray deleted;
+    for (const VellDocument &document : qAsConst(documents)) {
+        Session &session = context.session();
+        session.awaitAll(session.documents().purge({document._id}));
+        deleted.append(documentJson(document));
+        context.out.setResult({{QStringLiteral("deleted"), deleted}});
+    }
+    context.out.note(Text::tr("%n document(s) deleted permanently.", nullptr, documents.size()));
+}
+
 void empty(Context &context)
 {
     Session &session = context.session();
@@ -93,13 +119,8 @@ void empty(Context &context)
         list(context, {});
         return;
     }
-    if (!context.isSet("yes")) {
-        if (!canAsk())
-            throw Failure(ExitUsage,
-                          Text::tr("This cannot be undone: pass --yes to delete the documents."));
-        if (!confirm(Text::tr("Delete %n document(s) permanently?", nullptr, total)))
-            throw Failure(ExitFailed, Text::tr("Nothing was deleted."));
-    }
+    requireAgreement(Text::tr("Delete %n document(s) permanently?", nullptr, total),
+                     context.isSet("yes"));
     session.await(session.documents().emptyRecycleBin(QStringLiteral("recycle")));
     context.out.setResult({{QStringLiteral("deleted"), total}});
     context.out.note(Text::tr("%n document(s) deleted permanently.", nullptr, total));
@@ -113,6 +134,10 @@ void run(Context &context)
         restore(context, arguments);
         return;
     }
+    if (action == QLatin1String("purge")) {
+        purge(context, arguments);
+        return;
+    }
     context.arguments(0, action == QLatin1String("list") ? 2 : 1);
     if (action == QLatin1String("list"))
         list(context, arguments);
@@ -120,7 +145,7 @@ void run(Context &context)
         empty(context);
     else
         throw Failure(ExitUsage,
-                      Text::tr("\"%1\" is not one of list, restore and empty.").arg(action));
+                      Text::tr("\"%1\" is not one of list, restore, purge and empty.").arg(action));
 }
 
 } // namespace
@@ -129,23 +154,26 @@ const Command &trashCommand()
 {
     static const Command command{
         "trash",
-        "[list [NAME] | restore NAME... | empty]",
+        "[list [NAME] | restore NAME... | purge NAME... | empty]",
         QT_TRANSLATE_NOOP("velldoc", "list or empty the recycle bin, or restore documents"),
         QT_TRANSLATE_NOOP(
             "velldoc",
-            "Lists the recycle bin or the deleted folder NAME, restores documents (by name or "
-            "id:...), or deletes everything in the recycle bin permanently."),
+            "Lists the recycle bin or the deleted folder NAME, or restores documents (by name or "
+            "id:...). \"purge\" deletes documents permanently, \"empty\" everything in the recycle "
+            "bin."),
         {
             {"l,long", nullptr,
              QT_TRANSLATE_NOOP("velldoc",
-                               "Print a table with size, time and user of the last change.")},
+                               "Print a table with size, and the time and user of the deletion.")},
             {"all", nullptr, QT_TRANSLATE_NOOP("velldoc", "Restore everything.")},
-            {"y,yes", nullptr, QT_TRANSLATE_NOOP("velldoc", "Empty without asking.")},
+            {"y,yes", nullptr, QT_TRANSLATE_NOOP("velldoc", "Delete without asking.")},
             dryRunOption(),
         },
-        {{"velldoc trash restore plan.dwg", QT_TRANSLATE_NOOP("velldoc", "restore a document")}},
+        {{"velldoc trash restore plan.dwg", QT_TRANSLATE_NOOP("velldoc", "restore a document")},
+         {"velldoc trash purge old.dwg",
+          QT_TRANSLATE_NOOP("velldoc", "delete a document permanently")}},
         run,
-        {"list", "restore", "empty"},
+        {"list", "restore", "purge", "empty"},
     };
     return command;
 }
