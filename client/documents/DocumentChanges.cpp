@@ -87,8 +87,8 @@ VellBulkResult forAll(OperationRun &run, const QStringList &ids,
 
 VellDocument renamed(OperationRun &run, const QString &id, const QString &name)
 {
-    const VellDocument before = DocumentLookup::fetch(run, id);
-    DocumentLookup::requireFreeName(run, before.parentId, name, id);
+    const VellDocument before = document_lookup::fetch(run, id);
+    document_lookup::requireFreeName(run, before.parentId, name, id);
     VellDocument after = run.query([&] {
         VellDocument answer;
         AsyncRenameDoc job;
@@ -116,7 +116,7 @@ VellResult<VellDocument> *VellDocuments::createFolder(const QString &parentId, c
     return SessionAccess::start<VellDocument>(
         m_session, Lane::Short,
         [=](OperationRun &run) {
-            DocumentLookup::requireFreeName(run, parentId, name);
+            document_lookup::requireFreeName(run, parentId, name);
             VellDocument folder;
             folder.parentId = parentId;
             folder.name = name;
@@ -143,10 +143,10 @@ VellResult<VellBulkResult> *VellDocuments::move(const QStringList &ids, const QS
         m_session, Lane::Bulk,
         [ids, folderId](OperationRun &run) {
             return forAll(run, ids, [&folderId](OperationRun &part, const QString &id) {
-                DocumentLookup::requireFreeName(part, folderId,
-                                                DocumentLookup::fetch(part, id).name, id);
+                document_lookup::requireFreeName(part, folderId,
+                                                 document_lookup::fetch(part, id).name, id);
                 part.change([&] { return part.documents().moveToFolder({id}, folderId); });
-                return Outcome{DocumentLookup::fetch(part, id)};
+                return Outcome{document_lookup::fetch(part, id)};
             });
         },
         [this](const VellBulkResult &result) { m_store->insert(result.documents); });
@@ -173,7 +173,7 @@ VellResult<VellBulkResult> *VellDocuments::restore(const QStringList &ids)
             return forAll(run, ids, [](OperationRun &part, const QString &id) {
                 const bool isSameNamed =
                     part.query([&] { return part.documents().uploadRecycleDoc(id); });
-                return Outcome{DocumentLookup::fetch(part, id), isSameNamed};
+                return Outcome{document_lookup::fetch(part, id), isSameNamed};
             });
         },
         [this](const VellBulkResult &result) {
@@ -239,7 +239,7 @@ VellResult<VellDocument> *VellDocuments::makeCurrent(const QString &id, const QS
                 loop.exec();
                 return loop.isSuccessful();
             });
-            return DocumentLookup::fetch(run, id);
+            return document_lookup::fetch(run, id);
         },
         [this](const VellDocument &document) { m_store->insert(document); });
 }

@@ -66,7 +66,7 @@ VellResult<VellDocument> *VellDocuments::copy(const VellDocument &document, cons
     return SessionAccess::start<VellDocument>(
         m_session, Lane::Short,
         [=](OperationRun &run) {
-            DocumentLookup::requireFreeName(run, folderId, name);
+            document_lookup::requireFreeName(run, folderId, name);
             VellDocument made;
             run.change([&] {
                 NetworkEventLoop loop(NetworkManager::instance()->postJson(

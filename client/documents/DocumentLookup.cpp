@@ -1,6 +1,6 @@
 #include <documents/DocumentLookup.h>
 
-VellDocument DocumentLookup::fetch(OperationRun &run, const QString &id)
+VellDocument document_lookup::fetch(OperationRun &run, const QString &id)
 {
     VellDocument document = run.query([&] {
         VellDocument answer;
@@ -12,8 +12,8 @@ VellDocument DocumentLookup::fetch(OperationRun &run, const QString &id)
     return document;
 }
 
-QList<VellDocument> DocumentLookup::find(OperationRun &run, const QString &parentId,
-                                         const QString &name)
+QList<VellDocument> document_lookup::find(OperationRun &run, const QString &parentId,
+                                          const QString &name)
 {
     VellDocumentConditon condition;
     condition.parentId = parentId;
@@ -25,8 +25,8 @@ QList<VellDocument> DocumentLookup::find(OperationRun &run, const QString &paren
     });
 }
 
-void DocumentLookup::requireFreeName(OperationRun &run, const QString &parentId,
-                                     const QString &name, const QString &exceptId)
+void document_lookup::requireFreeName(OperationRun &run, const QString &parentId,
+                                      const QString &name, const QString &exceptId)
 {
     const QList<VellDocument> found = find(run, parentId, name);
     for (const VellDocument &document : found) {

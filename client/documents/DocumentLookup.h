@@ -8,7 +8,7 @@
 #include <QString>
 
 //! \brief Requests about documents, for the work of operations. All throw OperationFailure.
-namespace DocumentLookup {
+namespace document_lookup {
 
 //! Returns the document \a id. Throws NotFound if the response is not a document.
 VellDocument fetch(OperationRun &run, const QString &id);
@@ -20,4 +20,4 @@ QList<VellDocument> find(OperationRun &run, const QString &parentId, const QStri
 void requireFreeName(OperationRun &run, const QString &parentId, const QString &name,
                      const QString &exceptId = {});
 
-} // namespace DocumentLookup
+} // namespace document_lookup

@@ -11,7 +11,7 @@ using Lane = OperationLanes::Lane;
 VellResult<VellDocument> *VellDocuments::document(const QString &id)
 {
     return SessionAccess::start<VellDocument>(
-        m_session, Lane::Short, [id](OperationRun &run) { return DocumentLookup::fetch(run, id); },
+        m_session, Lane::Short, [id](OperationRun &run) { return document_lookup::fetch(run, id); },
         [reading = StoreReading::begin(m_store)](VellDocument &document) {
             reading->store(document);
         });
@@ -23,7 +23,7 @@ VellResult<std::optional<VellDocument>> *VellDocuments::find(const QString &pare
     return SessionAccess::start<std::optional<VellDocument>>(
         m_session, Lane::Short,
         [parentId, name](OperationRun &run) {
-            const QList<VellDocument> found = DocumentLookup::find(run, parentId, name);
+            const QList<VellDocument> found = document_lookup::find(run, parentId, name);
             return found.isEmpty() ? std::nullopt : std::make_optional(found.constFirst());
         },
         [reading = StoreReading::begin(m_store)](std::optional<VellDocument> &found) {
@@ -38,9 +38,9 @@ VellResult<QList<VellDocument>> *VellDocuments::foldersAbove(const QString &id)
         m_session, Lane::Short,
         [id](OperationRun &run) {
             QList<VellDocument> folders;
-            for (QString above = DocumentLookup::fetch(run, id).parentId; !above.isEmpty();
+            for (QString above = document_lookup::fetch(run, id).parentId; !above.isEmpty();
                  above = folders.constLast().parentId)
-                folders.append(DocumentLookup::fetch(run, above));
+                folders.append(document_lookup::fetch(run, above));
             std::reverse(folders.begin(), folders.end());
             return folders;
         },

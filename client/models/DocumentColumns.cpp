@@ -85,17 +85,17 @@ static_assert(std::size(Columns) == VellDocumentModel::ColumnCount);
 
 } // namespace
 
-QString DocumentColumns::title(int column)
+QString document_columns::title(int column)
 {
     return VellDocumentModel::tr(Columns[column].title);
 }
 
-QString DocumentColumns::text(const VellDocument &document, int column, VellSession *session)
+QString document_columns::text(const VellDocument &document, int column, VellSession *session)
 {
     return Columns[column].text(document, session);
 }
 
-VellDocumentSort DocumentColumns::sortBy(int column, Qt::SortOrder order)
+VellDocumentSort document_columns::sortBy(int column, Qt::SortOrder order)
 {
     VellDocumentSort sort;
     sort.isDefault = false;
@@ -112,7 +112,7 @@ VellDocumentSort DocumentColumns::sortBy(int column, Qt::SortOrder order)
     return sort;
 }
 
-bool DocumentColumns::isSortedApart(const VellDocument &a, const VellDocument &b, int column)
+bool document_columns::isSortedApart(const VellDocument &a, const VellDocument &b, int column)
 {
     if (column < 0)
         return a.order != b.order || a.updatedAt != b.updatedAt;

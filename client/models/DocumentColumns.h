@@ -8,7 +8,7 @@
 class VellSession;
 
 //! \brief The columns of VellDocumentModel: their texts, and the fields by which the service sorts them.
-namespace DocumentColumns {
+namespace document_columns {
 
 QString title(int column);
 QString text(const VellDocument &document, int column, VellSession *session);
@@ -19,4 +19,4 @@ VellDocumentSort sortBy(int column, Qt::SortOrder order);
 //! Returns true if \a a and \a b may have different places in a list sorted by \a column; -1 for the order of the service.
 bool isSortedApart(const VellDocument &a, const VellDocument &b, int column);
 
-} // namespace DocumentColumns
+} // namespace document_columns

@@ -65,7 +65,7 @@ void VellDocumentModel::updateDocuments(const QList<VellDocument> &documents)
             gone.append(row);
         } else {
             const VellDocument &before = *m_rows->at(row);
-            isStale = isStale || DocumentColumns::isSortedApart(before, document, m_sortColumn)
+            isStale = isStale || document_columns::isSortedApart(before, document, m_sortColumn)
                 || (m_source.kind() == VellDocumentSource::Kind::Favorites && before.favorite
                     && !document.favorite);
             m_rows->place(row, {document});

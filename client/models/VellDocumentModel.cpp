@@ -331,7 +331,7 @@ void VellDocumentModel::forgetDistantRows()
 VellDocumentSort VellDocumentModel::order() const
 {
     if (m_sortColumn >= 0)
-        return DocumentColumns::sortBy(m_sortColumn, m_sortOrder);
+        return document_columns::sortBy(m_sortColumn, m_sortOrder);
     return {};
 }
 
@@ -402,7 +402,7 @@ QVariant VellDocumentModel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return DocumentColumns::text(*document, index.column(), m_documents->session());
+        return document_columns::text(*document, index.column(), m_documents->session());
     case Qt::DecorationRole:
         return index.column() == NameColumn ? m_icons->icon(*document) : QVariant();
     case Qt::TextAlignmentRole:
@@ -418,7 +418,7 @@ QVariant VellDocumentModel::headerData(int section, Qt::Orientation orientation,
 {
     if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0
         && section < ColumnCount)
-        return DocumentColumns::title(section);
+        return document_columns::title(section);
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 

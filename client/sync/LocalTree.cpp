@@ -25,16 +25,16 @@ VellError problemOf(const FolderEntry &entry, const QFileInfo &info)
 
 } // namespace
 
-SyncTree LocalTree::read(const QString &root, const SyncFilter &filter,
-                         const std::function<void()> &check)
+SyncTree local_tree::read(const QString &root, const SyncFilter &filter,
+                          const std::function<void()> &check)
 {
     SyncTree tree;
     QStringList folders{QString()};
     while (!folders.isEmpty()) {
         const QString folder = folders.takeLast();
         VellError error;
-        const QString folderPath = folder.isEmpty() ? root : SyncPath::join(root, folder);
-        const std::vector<FolderEntry> found = LocalNames::entriesOf(folderPath, &error);
+        const QString folderPath = folder.isEmpty() ? root : sync_path::join(root, folder);
+        const std::vector<FolderEntry> found = local_names::entriesOf(folderPath, &error);
         if (error) {
             tree.entries.erase(folder);
             tree.problems.append({folder, error});
@@ -42,8 +42,8 @@ SyncTree LocalTree::read(const QString &root, const SyncFilter &filter,
         }
         for (const FolderEntry &entry : found) {
             check();
-            const QString path = SyncPath::join(folder, entry.localName);
-            const QFileInfo info(SyncPath::join(root, path));
+            const QString path = sync_path::join(folder, entry.localName);
+            const QFileInfo info(sync_path::join(root, path));
             const bool isExcluded =
                 entry.isFolder ? filter.excludesFolder(path) : filter.excludesFile(path);
             if (isExcluded) {
@@ -61,7 +61,7 @@ SyncTree LocalTree::read(const QString &root, const SyncFilter &filter,
     return tree;
 }
 
-QStringList LocalTree::ignorePatterns(const QString &path)
+QStringList local_tree::ignorePatterns(const QString &path)
 {
     QFile file(path);
     if (!file.exists())

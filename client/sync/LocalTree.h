@@ -9,7 +9,7 @@
 
 class SyncFilter;
 
-namespace LocalTree {
+namespace local_tree {
 
 //! Reads the folder \a root without following links. \a check is called for each entry, and may throw.
 SyncTree read(const QString &root, const SyncFilter &filter, const std::function<void()> &check);
@@ -18,4 +18,4 @@ SyncTree read(const QString &root, const SyncFilter &filter, const std::function
 //! \throws OperationFailure if it cannot be read
 QStringList ignorePatterns(const QString &path);
 
-} // namespace LocalTree
+} // namespace local_tree

@@ -25,17 +25,17 @@ QHash<QString, VellDocument> addFolder(SyncTree &tree, const QString &folder,
     QHash<QString, VellDocument> folders;
     QMultiHash<QString, VellDocument> byName;
     for (const VellDocument &document : documents)
-        byName.insert(LocalNames::key(document.name), document);
+        byName.insert(local_names::key(document.name), document);
     for (const VellDocument &document : documents) {
-        const QString path = SyncPath::join(folder, document.name);
+        const QString path = sync_path::join(folder, document.name);
         const bool isFolder = document.type == QLatin1String("dir");
         if (isFolder ? filter.excludesFolder(path) : filter.excludesFile(path)) {
             tree.excluded.insert(path);
-        } else if (!LocalNames::isLocalName(document.name)) {
+        } else if (!local_names::isLocalName(document.name)) {
             tree.problems.append(
                 {path,
                  VellError::of(VellError::Kind::BadName, SyncText::badLocalName(document.name))});
-        } else if (byName.count(LocalNames::key(document.name)) > 1) {
+        } else if (byName.count(local_names::key(document.name)) > 1) {
             tree.problems.append({path,
                                   VellError::of(VellError::Kind::NameTaken,
                                                 SyncText::severalOfOneName(), document._id)});
@@ -68,7 +68,7 @@ QString contentId(OperationRun &run, const QString &md5)
 
 } // namespace
 
-SyncTree RemoteFiles::read(OperationRun &run, const QString &rootId, const SyncFilter &filter)
+SyncTree remote_files::read(OperationRun &run, const QString &rootId, const SyncFilter &filter)
 {
     VellDocumentConditon condition;
     condition.parentId = rootId;
@@ -94,7 +94,7 @@ SyncTree RemoteFiles::read(OperationRun &run, const QString &rootId, const SyncF
     return tree;
 }
 
-QHash<QString, QString> RemoteFiles::contentIds(OperationRun &run, const QStringList &paths)
+QHash<QString, QString> remote_files::contentIds(OperationRun &run, const QStringList &paths)
 {
     qint64 totalBytes = 0;
     for (const QString &path : paths)

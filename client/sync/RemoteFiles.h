@@ -10,7 +10,7 @@
 class SyncFilter;
 
 //! \brief Requests about a tree, for the work of an operation. All throw OperationFailure.
-namespace RemoteFiles {
+namespace remote_files {
 
 //! Requests everything below the folder \a rootId, with one request.
 SyncTree read(OperationRun &run, const QString &rootId, const SyncFilter &filter);
@@ -19,4 +19,4 @@ SyncTree read(OperationRun &run, const QString &rootId, const SyncFilter &filter
 //! have. Files that cannot be read are not in the result.
 QHash<QString, QString> contentIds(OperationRun &run, const QStringList &paths);
 
-} // namespace RemoteFiles
+} // namespace remote_files

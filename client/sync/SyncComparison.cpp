@@ -21,7 +21,7 @@ constexpr int DiskTimeMs = 2000;
 QStringList withParents(QString path)
 {
     QStringList paths;
-    for (; !path.isEmpty(); path = SyncPath::parentOf(path))
+    for (; !path.isEmpty(); path = sync_path::parentOf(path))
         paths.append(path);
     return paths;
 }
@@ -49,7 +49,7 @@ SyncComparison::SyncComparison(VellSyncPlan &plan, SyncTree local, SyncTree remo
 
 QString SyncComparison::localPath(const QString &path) const
 {
-    return SyncPath::join(m_plan.localRoot, path);
+    return sync_path::join(m_plan.localRoot, path);
 }
 
 //! Finds entries that have the same path on both sides, but cannot be made equal.
@@ -57,9 +57,9 @@ void SyncComparison::findConflicts()
 {
     QHash<QString, QString> remotePaths; // by the path without case, if the local disk ignores case
     for (const auto &entry : m_remote.entries)
-        remotePaths.insert(LocalNames::key(entry.first), entry.first);
+        remotePaths.insert(local_names::key(entry.first), entry.first);
     for (const auto &[path, entry] : m_local.entries) {
-        const QString other = remotePaths.value(LocalNames::key(path));
+        const QString other = remotePaths.value(local_names::key(path));
         if (other.isEmpty())
             continue;
         const bool isOneName = other == path;
@@ -197,7 +197,7 @@ VellSyncStep SyncComparison::step(const QString &path) const
     VellSyncStep step;
     step.path = path;
     step.localPath = localPath(path);
-    step.parentPath = SyncPath::parentOf(path);
+    step.parentPath = sync_path::parentOf(path);
     const auto parent = m_remote.entries.find(step.parentPath);
     if (step.parentPath.isEmpty())
         step.parentId = m_plan.remoteRootId;

@@ -25,7 +25,7 @@ struct SyncTree
     std::set<QString> excluded;
 };
 
-namespace SyncPath {
+namespace sync_path {
 
 //! Empty for an entry of the root.
 inline QString parentOf(const QString &path)
@@ -38,4 +38,4 @@ inline QString join(const QString &folder, const QString &name)
     return folder.isEmpty() ? name : folder + QLatin1Char('/') + name;
 }
 
-} // namespace SyncPath
+} // namespace sync_path

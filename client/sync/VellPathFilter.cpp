@@ -20,7 +20,7 @@ bool VellPathFilter::leavesOut(const QString &path, bool isFolder) const
 QStringList VellPathFilter::ignorePatterns(const QString &path, VellError *error)
 {
     try {
-        return LocalTree::ignorePatterns(path);
+        return local_tree::ignorePatterns(path);
     } catch (const OperationFailure &failure) {
         *error = failure.error;
         return {};

@@ -29,19 +29,19 @@ VellSyncPlan computed(OperationRun &run, VellSyncPlan plan)
     QStringList exclude = plan.options.exclude;
     if (!plan.options.ignoreFile.isEmpty())
         exclude +=
-            LocalTree::ignorePatterns(SyncPath::join(plan.localRoot, plan.options.ignoreFile));
+            local_tree::ignorePatterns(sync_path::join(plan.localRoot, plan.options.ignoreFile));
     const SyncFilter filter(plan.options.include, exclude << partFiles);
 
     SyncTree local;
     if (!isMissing)
-        local = LocalTree::read(plan.localRoot, filter, [&run] { run.checkAborted(); });
+        local = local_tree::read(plan.localRoot, filter, [&run] { run.checkAborted(); });
     for (const VellSyncProblem &problem : qAsConst(local.problems)) {
         if (problem.path.isEmpty()) // the whole tree could not be read
             throw OperationFailure{problem.error};
     }
     SyncComparison comparison(plan, std::move(local),
-                              RemoteFiles::read(run, plan.remoteRootId, filter));
-    comparison.addSteps(RemoteFiles::contentIds(run, comparison.filesToRead()));
+                              remote_files::read(run, plan.remoteRootId, filter));
+    comparison.addSteps(remote_files::contentIds(run, comparison.filesToRead()));
     return plan;
 }
 
@@ -65,7 +65,7 @@ VellResult<QHash<QString, QString>> *VellSyncPlan::contentIds(VellSession *sessi
 {
     return SessionAccess::start<QHash<QString, QString>>(
         session, OperationLanes::Lane::Bulk,
-        [paths](OperationRun &run) { return RemoteFiles::contentIds(run, paths); });
+        [paths](OperationRun &run) { return remote_files::contentIds(run, paths); });
 }
 
 qint64 VellSyncPlan::bytesToTransfer() const

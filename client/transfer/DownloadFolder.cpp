@@ -16,7 +16,7 @@ void DownloadRun::downloadFolder(const VellDocument &folder)
     makeFolder(m_target);
     QSet<QString> names;
     for (const VellDocument &document : documents)
-        names.insert(LocalNames::key(document.name));
+        names.insert(local_names::key(document.name));
     QSet<QString> used;
     for (const VellDocument &document : documents) {
         FolderEntry entry;
@@ -25,16 +25,16 @@ void DownloadRun::downloadFolder(const VellDocument &folder)
         entry.documentId = document._id;
         entry.isFolder = document.type == QLatin1String("dir");
         entry.sizeBytes = entry.isFolder ? -1 : document.fileSize;
-        if (!LocalNames::isLocalName(entry.name))
+        if (!local_names::isLocalName(entry.name))
             entry.error =
                 VellError::of(VellError::Kind::BadName, TransferText::badLocalName(entry.name));
         // The first keeps its name.
-        for (int number = 2; used.contains(LocalNames::key(entry.localName)); ++number) {
-            const QString numbered = LocalNames::numbered(entry.name, number);
-            if (!names.contains(LocalNames::key(numbered)))
+        for (int number = 2; used.contains(local_names::key(entry.localName)); ++number) {
+            const QString numbered = local_names::numbered(entry.name, number);
+            if (!names.contains(local_names::key(numbered)))
                 entry.localName = numbered;
         }
-        used.insert(LocalNames::key(entry.localName));
+        used.insert(local_names::key(entry.localName));
         outcome().entries.push_back(entry);
     }
     outcome().document = folder;

@@ -10,7 +10,7 @@ using Kind = VellError::Kind;
 
 DownloadRun::DownloadRun(TransferTask task, TransferHub &hub)
     : TransferRun(std::move(task), hub, VellTransferState::Receiving),
-      m_target(record().localPath()), m_part(LocalNames::partPath(record()))
+      m_target(record().localPath()), m_part(local_names::partPath(record()))
 {}
 
 void DownloadRun::work()
@@ -18,7 +18,7 @@ void DownloadRun::work()
     const VellDocument document = source();
     if (document.recycle != 0)
         fail(Kind::NotFound, TransferText::targetDeleted());
-    if (!LocalNames::isLocalName(record().localName))
+    if (!local_names::isLocalName(record().localName))
         fail(Kind::BadName, TransferText::badLocalName(record().localName));
     outcome().kind = TransferOutcome::Kind::Done;
     outcome().error = {};
@@ -41,7 +41,7 @@ VellDocument DownloadRun::source()
     }
     // The top level has no record.
     return record().documentId.isEmpty() ? document
-                                         : DocumentLookup::fetch(service(), record().documentId);
+                                         : document_lookup::fetch(service(), record().documentId);
 }
 
 void DownloadRun::downloadFile(const VellDocument &document)

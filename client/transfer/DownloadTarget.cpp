@@ -75,11 +75,11 @@ void DownloadRun::makeFolder(const QString &path)
 QString DownloadRun::freePath()
 {
     for (int number = 2;; ++number) {
-        const QString name = LocalNames::numbered(record().localName, number);
+        const QString name = local_names::numbered(record().localName, number);
         const QString path = record().localFolder + QLatin1Char('/') + name;
         const QFileInfo info(path);
         if (!info.exists() && !info.isSymLink()
-            && hub().claims.claim(record().id, record().localFolder, LocalNames::key(name)))
+            && hub().claims.claim(record().id, record().localFolder, local_names::key(name)))
             return path;
     }
 }
@@ -89,7 +89,7 @@ bool DownloadRun::moveToTarget()
     requireRegularFile(m_target);
     if (ReplaceBase::ofFile(m_target) != m_base)
         return false;
-    const QString problem = LocalNames::replace(m_part.fileName(), m_target);
+    const QString problem = local_names::replace(m_part.fileName(), m_target);
     if (!problem.isEmpty())
         fail(Kind::LocalFile, TransferText::notWritten(m_target, problem));
     return true;

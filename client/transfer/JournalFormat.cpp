@@ -144,12 +144,12 @@ int renumbered(QHash<int, int> &numbers, const QHash<int, Value> &before, QHash<
 
 } // namespace
 
-QByteArray JournalFormat::header()
+QByteArray journal_format::header()
 {
     return QByteArrayLiteral("VellTransfers 1\n");
 }
 
-QByteArray JournalFormat::framed(const QByteArray &payload)
+QByteArray journal_format::framed(const QByteArray &payload)
 {
     QByteArray prefix(PrefixBytes, Qt::Uninitialized);
     qToBigEndian<quint32>(quint32(payload.size()), prefix.data());
@@ -157,7 +157,7 @@ QByteArray JournalFormat::framed(const QByteArray &payload)
     return prefix + payload;
 }
 
-std::optional<JournalContent> JournalFormat::read(const QByteArray &bytes)
+std::optional<JournalContent> journal_format::read(const QByteArray &bytes)
 {
     if (!header().startsWith(bytes.left(header().size())))
         return std::nullopt;
@@ -178,7 +178,7 @@ std::optional<JournalContent> JournalFormat::read(const QByteArray &bytes)
     return content;
 }
 
-void JournalFormat::renumber(JournalContent &content)
+void journal_format::renumber(JournalContent &content)
 {
     QHash<qint64, qint64> ids;
     QHash<int, int> placeNumbers;
@@ -206,7 +206,7 @@ void JournalFormat::renumber(JournalContent &content)
         record->order = ++order;
 }
 
-QByteArray JournalFormat::compact(const JournalContent &content)
+QByteArray journal_format::compact(const JournalContent &content)
 {
     QByteArray bytes = header();
     for (auto entry = content.places.cbegin(); entry != content.places.cend(); ++entry)
@@ -218,39 +218,39 @@ QByteArray JournalFormat::compact(const JournalContent &content)
     return bytes;
 }
 
-QByteArray JournalFormat::place(int number, const TransferPlace &place)
+QByteArray journal_format::place(int number, const TransferPlace &place)
 {
     return payload(JournalEntry::Place, qint32(number), place.address, place.projectId,
                    place.userId);
 }
 
-QByteArray JournalFormat::batch(int number, const TransferBatch &batch)
+QByteArray journal_format::batch(int number, const TransferBatch &batch)
 {
     return payload(JournalEntry::Batch, qint32(number), qint32(batch.policy), batch.category);
 }
 
-QByteArray JournalFormat::record(const TransferRecord &record)
+QByteArray journal_format::record(const TransferRecord &record)
 {
     return payload(JournalEntry::Record, record);
 }
 
-QByteArray JournalFormat::state(qint64 id, VellTransferState state)
+QByteArray journal_format::state(qint64 id, VellTransferState state)
 {
     return payload(JournalEntry::State, id, qint32(state));
 }
 
-QByteArray JournalFormat::removal(qint64 id)
+QByteArray journal_format::removal(qint64 id)
 {
     return payload(JournalEntry::Removal, id);
 }
 
-QByteArray JournalFormat::tag(qint64 id, const QByteArray &entityTag)
+QByteArray journal_format::tag(qint64 id, const QByteArray &entityTag)
 {
     return payload(JournalEntry::Tag, id, entityTag);
 }
 
-QByteArray JournalFormat::folder(const TransferRecord &folder, qint64 firstId,
-                                 const std::vector<FolderEntry> &entries)
+QByteArray journal_format::folder(const TransferRecord &folder, qint64 firstId,
+                                  const std::vector<FolderEntry> &entries)
 {
     QByteArray bytes = payload(JournalEntry::Folder, folder, firstId, quint32(entries.size()));
     QDataStream stream(&bytes, QIODevice::Append);
@@ -260,7 +260,7 @@ QByteArray JournalFormat::folder(const TransferRecord &folder, qint64 firstId,
     return bytes;
 }
 
-QByteArray JournalFormat::trace(qint64 id, const UploadTrace &trace)
+QByteArray journal_format::trace(qint64 id, const UploadTrace &trace)
 {
     return payload(JournalEntry::Trace, id, trace);
 }

@@ -15,7 +15,7 @@ enum class JournalEntry : quint8 {
 };
 
 //! \brief The format of a journal: a header, and entries with their length and a checksum.
-namespace JournalFormat {
+namespace journal_format {
 
 QByteArray header();
 
@@ -45,4 +45,4 @@ QByteArray folder(const TransferRecord &folder, qint64 firstId,
 QByteArray trace(qint64 id, const UploadTrace &trace);
 //! \}
 
-} // namespace JournalFormat
+} // namespace journal_format

@@ -77,7 +77,7 @@ FolderEntry entryOf(const fs::directory_entry &found)
         return refuse(Kind::LocalFile,
                       error ? TransferText::notReadable() : TransferText::notPlain());
     }
-    if (!LocalNames::isRemoteName(entry.name))
+    if (!local_names::isRemoteName(entry.name))
         return refuse(Kind::BadName, TransferText::badRemoteName(entry.name));
     if (!entry.isFolder) {
         entry.sizeBytes = qint64(found.file_size(error));
@@ -89,7 +89,7 @@ FolderEntry entryOf(const fs::directory_entry &found)
 
 } // namespace
 
-bool LocalNames::isRemoteName(const QString &name)
+bool local_names::isRemoteName(const QString &name)
 {
     const int bytes = name.toUtf8().size();
     return bytes > 0 && bytes <= MostNameBytes && !isPathStep(name)
@@ -97,7 +97,7 @@ bool LocalNames::isRemoteName(const QString &name)
         && !hasControlCharacter(name);
 }
 
-bool LocalNames::isLocalName(const QString &name)
+bool local_names::isLocalName(const QString &name)
 {
 #ifdef Q_OS_WIN
     return isWindowsName(name);
@@ -107,7 +107,7 @@ bool LocalNames::isLocalName(const QString &name)
 #endif
 }
 
-bool LocalNames::isWindowsName(const QString &name)
+bool local_names::isWindowsName(const QString &name)
 {
     static const QString reserved = QStringLiteral("/\\:*?\"<>|");
     // NUL.txt is a device, too.
@@ -120,7 +120,7 @@ bool LocalNames::isWindowsName(const QString &name)
         && !device.match(name).hasMatch();
 }
 
-QString LocalNames::key(const QString &name)
+QString local_names::key(const QString &name)
 {
 #ifdef Q_OS_WIN
     return name.toCaseFolded();
@@ -129,7 +129,7 @@ QString LocalNames::key(const QString &name)
 #endif
 }
 
-QString LocalNames::numbered(const QString &name, int number)
+QString local_names::numbered(const QString &name, int number)
 {
     const int dot = name.lastIndexOf(QLatin1Char('.'));
     const int baseLength = dot > 0 ? dot : name.size();
@@ -140,7 +140,7 @@ QString LocalNames::numbered(const QString &name, int number)
     return base + end;
 }
 
-QString LocalNames::partPath(const TransferRecord &record)
+QString local_names::partPath(const TransferRecord &record)
 {
     constexpr int Digits = 16;
     const QByteArray key =
@@ -150,7 +150,7 @@ QString LocalNames::partPath(const TransferRecord &record)
         + QLatin1String(".part");
 }
 
-std::vector<FolderEntry> LocalNames::entriesOf(const QString &path, VellError *error)
+std::vector<FolderEntry> local_names::entriesOf(const QString &path, VellError *error)
 {
     std::vector<FolderEntry> entries;
     std::error_code code;
@@ -165,7 +165,7 @@ std::vector<FolderEntry> LocalNames::entriesOf(const QString &path, VellError *e
     return entries;
 }
 
-QString LocalNames::replace(const QString &from, const QString &to)
+QString local_names::replace(const QString &from, const QString &to)
 {
     std::error_code code;
     fs::rename(fsPath(from), fsPath(to), code);

@@ -9,7 +9,7 @@
 //! \file
 //! \brief Valid names of local files and of documents, and the local files of a transfer.
 
-namespace LocalNames {
+namespace local_names {
 
 //! Returns true if \a name is valid for a document.
 bool isRemoteName(const QString &name);
@@ -36,4 +36,4 @@ std::vector<FolderEntry> entriesOf(const QString &path, VellError *error);
 //! Renames the file \a from to \a to, which is replaced. \return the error message, or an empty string
 QString replace(const QString &from, const QString &to);
 
-} // namespace LocalNames
+} // namespace local_names

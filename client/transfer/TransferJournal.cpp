@@ -92,7 +92,7 @@ bool TransferJournal::load(JournalContent *content)
             fail(Kind::LocalFile, {}, before.errorString());
             return false;
         }
-        std::optional<JournalContent> read = JournalFormat::read(before.readAll());
+        std::optional<JournalContent> read = journal_format::read(before.readAll());
         if (!read) {
             fail(Kind::LocalFile, TransferText::notAList(m_path), {});
             return false;
@@ -100,13 +100,13 @@ bool TransferJournal::load(JournalContent *content)
         *content = std::move(*read);
         before.close();
     }
-    JournalFormat::renumber(*content);
-    const QByteArray compact = JournalFormat::compact(*content);
+    journal_format::renumber(*content);
+    const QByteArray compact = journal_format::compact(*content);
     m_file = std::make_unique<QFile>(m_path + QLatin1String(".new"));
     bool isWritten = m_file->open(QIODevice::WriteOnly | QIODevice::Unbuffered)
         && m_file->write(compact) == compact.size();
     m_file->close();
-    isWritten = isWritten && LocalNames::replace(m_file->fileName(), m_path).isEmpty();
+    isWritten = isWritten && local_names::replace(m_file->fileName(), m_path).isEmpty();
     m_file->setFileName(m_path);
     if (!isWritten || !m_file->open(QIODevice::Append | QIODevice::Unbuffered)) {
         fail(Kind::LocalFile, TransferText::notWritten(m_path, m_file->errorString()), {});
@@ -128,7 +128,7 @@ void TransferJournal::fail(VellError::Kind kind, const QString &text, const QStr
 
 void TransferJournal::append(const QByteArray &payload)
 {
-    const QByteArray bytes = JournalFormat::framed(payload);
+    const QByteArray bytes = journal_format::framed(payload);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_hasFailed)
@@ -141,43 +141,43 @@ void TransferJournal::append(const QByteArray &payload)
 
 void TransferJournal::writePlace(int number, const TransferPlace &place)
 {
-    append(JournalFormat::place(number, place));
+    append(journal_format::place(number, place));
 }
 
 void TransferJournal::writeBatch(int number, const TransferBatch &batch)
 {
-    append(JournalFormat::batch(number, batch));
+    append(journal_format::batch(number, batch));
 }
 
 void TransferJournal::write(const TransferRecord &record)
 {
-    append(JournalFormat::record(record));
+    append(journal_format::record(record));
 }
 
 void TransferJournal::writeState(qint64 id, VellTransferState state)
 {
-    append(JournalFormat::state(id, state));
+    append(journal_format::state(id, state));
 }
 
 void TransferJournal::writeRemoval(qint64 id)
 {
-    append(JournalFormat::removal(id));
+    append(journal_format::removal(id));
 }
 
 void TransferJournal::writeTag(qint64 id, const QByteArray &entityTag)
 {
-    append(JournalFormat::tag(id, entityTag));
+    append(journal_format::tag(id, entityTag));
 }
 
 void TransferJournal::writeFolder(const TransferRecord &folder, qint64 firstId,
                                   const std::vector<FolderEntry> &entries)
 {
-    append(JournalFormat::folder(folder, firstId, entries));
+    append(journal_format::folder(folder, firstId, entries));
 }
 
 void TransferJournal::writeTrace(qint64 id, const UploadTrace &trace)
 {
-    append(JournalFormat::trace(id, trace));
+    append(journal_format::trace(id, trace));
 }
 
 void TransferJournal::wait()

@@ -228,5 +228,5 @@ void TransferQueue::removePart(qint64 id, const TransferItem &item)
     if (record.direction == VellTransferDirection::Upload || record.entityTag.isEmpty())
         return;
     m_list.setTag(id, {});
-    m_pools[SmallDownloads].start([path = LocalNames::partPath(record)] { QFile::remove(path); });
+    m_pools[SmallDownloads].start([path = local_names::partPath(record)] { QFile::remove(path); });
 }

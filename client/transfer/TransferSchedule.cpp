@@ -141,7 +141,7 @@ bool TransferQueue::claimName(qint64 id, const TransferItem &item)
     const bool isUpload = record.direction == VellTransferDirection::Upload;
     const QString folder =
         isUpload ? NameClaims::remoteFolder(record.folderId) : record.localFolder;
-    const QString name = isUpload ? record.name : LocalNames::key(record.localName);
+    const QString name = isUpload ? record.name : local_names::key(record.localName);
     if (m_hub.claims.claim(id, folder, name))
         return true;
     const QString key = NameClaims::key(folder, name);

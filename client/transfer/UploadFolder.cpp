@@ -11,7 +11,7 @@ void UploadRun::uploadFolder()
 {
     outcome().isFolder = true;
     VellError error;
-    std::vector<FolderEntry> entries = LocalNames::entriesOf(m_path, &error);
+    std::vector<FolderEntry> entries = local_names::entriesOf(m_path, &error);
     if (error)
         throw OperationFailure{error};
     service().checkAborted();
@@ -23,7 +23,7 @@ VellDocument UploadRun::remoteFolder()
 {
     const auto find = [this]() -> std::optional<VellDocument> {
         const QList<VellDocument> found =
-            DocumentLookup::find(service(), record().folderId, record().name);
+            document_lookup::find(service(), record().folderId, record().name);
         const auto folder = std::find_if(found.begin(), found.end(), [](const VellDocument &entry) {
             return entry.type == QLatin1String("dir");
         });

@@ -54,7 +54,7 @@ void UploadRun::work()
         fail(Kind::LocalFile, TransferText::linkToFolder());
     if (!info.isDir() && !info.isFile())
         fail(Kind::LocalFile, TransferText::notPlain());
-    if (!LocalNames::isRemoteName(record().name))
+    if (!local_names::isRemoteName(record().name))
         fail(Kind::BadName, TransferText::badRemoteName(record().name));
     outcome().kind = TransferOutcome::Kind::Done;
     outcome().error = {};

@@ -29,7 +29,7 @@ std::optional<UploadRun::Target> UploadRun::decide()
         && task().policy != VellConflictPolicy::Skip)
         return decideKnown();
     const QList<VellDocument> found =
-        DocumentLookup::find(service(), record().folderId, record().name);
+        document_lookup::find(service(), record().folderId, record().name);
     if (found.isEmpty())
         return create(record().name);
     const auto file = std::find_if(found.begin(), found.end(), isFile);
@@ -125,7 +125,7 @@ bool UploadRun::isConfirmed(const Target &target)
 {
     requireUnchanged();
     if (target.isNew())
-        return DocumentLookup::find(service(), record().folderId, target.document.name).isEmpty();
+        return document_lookup::find(service(), record().folderId, target.document.name).isEmpty();
     const std::optional<VellDocument> now = current(target.document._id);
     return now && ReplaceBase::of(*now) == target.base;
 }
@@ -133,7 +133,7 @@ bool UploadRun::isConfirmed(const Target &target)
 std::optional<VellDocument> UploadRun::current(const QString &id)
 {
     try {
-        VellDocument document = DocumentLookup::fetch(service(), id);
+        VellDocument document = document_lookup::fetch(service(), id);
         return document.recycle == 0 ? std::make_optional(std::move(document)) : std::nullopt;
     } catch (const OperationFailure &failure) {
         if (failure.error.kind != Kind::NotFound)
@@ -156,7 +156,7 @@ std::optional<VellDocument> UploadRun::findStored(const UploadTrace &trace)
         return isReplaced ? now : std::nullopt;
     }
     const QList<VellDocument> found =
-        DocumentLookup::find(service(), record().folderId, trace.name);
+        document_lookup::find(service(), record().folderId, trace.name);
     for (const VellDocument &document : found) {
         if (document.fileId == content && isOurs(document.createdBy))
             return document;

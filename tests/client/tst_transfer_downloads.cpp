@@ -295,9 +295,9 @@ void TestTransferDownloads::aNameThatNoFileCanHaveFails()
     const qint64 id = world.queue.download(world.document, world.folder.path());
     QTRY_COMPARE_WITH_TIMEOUT(world.queue.transfer(id).state, State::Failed, WaitMs);
     QCOMPARE(world.queue.transfer(id).error.kind, Kind::BadName);
-    QVERIFY(LocalNames::isWindowsName(QStringLiteral("com.txt")));
+    QVERIFY(local_names::isWindowsName(QStringLiteral("com.txt")));
     for (const char *const name : {"NUL.txt", "a:b", "a ", "a.", "lpt1", "", "a\tb"})
-        QVERIFY2(!LocalNames::isWindowsName(QString::fromLatin1(name)), name);
+        QVERIFY2(!local_names::isWindowsName(QString::fromLatin1(name)), name);
 }
 
 void TestTransferDownloads::aPartOfAnEarlierQueueIsContinued_data()

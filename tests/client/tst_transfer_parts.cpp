@@ -76,7 +76,7 @@ void TestTransferParts::namesOfDocuments_data()
 void TestTransferParts::namesOfDocuments()
 {
     QFETCH(const QString, name);
-    QTEST(LocalNames::isRemoteName(name), "isTaken");
+    QTEST(local_names::isRemoteName(name), "isTaken");
 }
 
 void TestTransferParts::numberedNames_data()
@@ -93,18 +93,18 @@ void TestTransferParts::numberedNames_data()
 void TestTransferParts::numberedNames()
 {
     QFETCH(const QString, name);
-    QTEST(LocalNames::numbered(name, 2), "second");
+    QTEST(local_names::numbered(name, 2), "second");
 }
 
 void TestTransferParts::partsHaveShortNames()
 {
     TransferRecord record = makeRecord(1);
     record.localName = QString(255, QLatin1Char('a'));
-    const QString part = LocalNames::partPath(record);
+    const QString part = local_names::partPath(record);
     QVERIFY(part.startsWith(QStringLiteral("/folder/.vell-")));
     QVERIFY(part.size() < 50);
     record.documentId = QStringLiteral("other");
-    QVERIFY(LocalNames::partPath(record) != part);
+    QVERIFY(local_names::partPath(record) != part);
 }
 
 void TestTransferParts::namesAreClaimedOnce()
@@ -194,14 +194,14 @@ void TestTransferParts::aRecordComesBackFromTheJournal()
     record.trace = {QStringLiteral("sent"), record.base};
     record.entityTag = "\"tag\"";
     content.records = {record, makeRecord(2)};
-    const auto back = JournalFormat::read(JournalFormat::compact(content));
+    const auto back = journal_format::read(journal_format::compact(content));
     QVERIFY(back.has_value());
     QVERIFY(!back->isDamaged);
     QCOMPARE(back->places.value(0).projectId, QStringLiteral("p"));
     QCOMPARE(back->batches.value(0).policy, VellConflictPolicy::NewerOnly);
     QCOMPARE(int(back->records.size()), 2);
-    QCOMPARE(JournalFormat::record(back->records.at(0)), JournalFormat::record(record));
-    QCOMPARE(JournalFormat::record(back->records.at(1)), JournalFormat::record(makeRecord(2)));
+    QCOMPARE(journal_format::record(back->records.at(0)), journal_format::record(record));
+    QCOMPARE(journal_format::record(back->records.at(1)), journal_format::record(makeRecord(2)));
     QVERIFY(back->records.at(0).base == record.base);
     QCOMPARE(*back->records.at(0).decision, VellConflictPolicy::Replace);
 }
@@ -217,18 +217,18 @@ void TestTransferParts::changesComeBackFromTheJournal()
     FolderEntry bad = good;
     bad.error = VellError::of(VellError::Kind::BadName);
     const UploadTrace trace{QStringLiteral("sent"), {}};
-    QByteArray bytes = JournalFormat::header();
+    QByteArray bytes = journal_format::header();
     for (const QByteArray &payload :
-         {JournalFormat::record(makeRecord(5)), JournalFormat::record(makeRecord(6)),
-          JournalFormat::record(makeRecord(7)), JournalFormat::folder(folder, 100, {good, bad}),
-          JournalFormat::removal(6), JournalFormat::state(7, State::Paused),
-          JournalFormat::tag(7, "tag"), JournalFormat::trace(7, trace),
-          JournalFormat::state(6, State::Done)})
-        bytes += JournalFormat::framed(payload);
-    auto back = JournalFormat::read(bytes);
+         {journal_format::record(makeRecord(5)), journal_format::record(makeRecord(6)),
+          journal_format::record(makeRecord(7)), journal_format::folder(folder, 100, {good, bad}),
+          journal_format::removal(6), journal_format::state(7, State::Paused),
+          journal_format::tag(7, "tag"), journal_format::trace(7, trace),
+          journal_format::state(6, State::Done)})
+        bytes += journal_format::framed(payload);
+    auto back = journal_format::read(bytes);
     QVERIFY(back.has_value());
     QVERIFY(!back->isDamaged);
-    JournalFormat::renumber(*back);
+    journal_format::renumber(*back);
     QCOMPARE(int(back->records.size()), 4);
     QCOMPARE(back->records.at(0).state, State::Done);
     QCOMPARE(back->records.at(1).state, State::Paused);
@@ -245,30 +245,30 @@ void TestTransferParts::changesComeBackFromTheJournal()
 
 void TestTransferParts::anyCutOfAJournalCanBeRead()
 {
-    QByteArray bytes = JournalFormat::header();
+    QByteArray bytes = journal_format::header();
     QList<int> ends{int(bytes.size())};
     for (int i = 1; i <= 3; ++i) {
-        bytes += JournalFormat::framed(JournalFormat::record(makeRecord(i)));
+        bytes += journal_format::framed(journal_format::record(makeRecord(i)));
         ends.append(int(bytes.size()));
     }
     for (int size = 0; size <= bytes.size(); ++size) {
-        const auto back = JournalFormat::read(bytes.left(size));
+        const auto back = journal_format::read(bytes.left(size));
         QVERIFY(back.has_value());
         const auto whole =
             std::count_if(ends.begin(), ends.end(), [size](int end) { return end <= size; }) - 1;
         QCOMPARE(int(back->records.size()), std::max(int(whole), 0));
         QCOMPARE(back->isDamaged,
-                 size > 0 && size > JournalFormat::header().size() - 1 && !ends.contains(size));
+                 size > 0 && size > journal_format::header().size() - 1 && !ends.contains(size));
     }
-    for (int at = JournalFormat::header().size(); at < bytes.size(); ++at) {
+    for (int at = journal_format::header().size(); at < bytes.size(); ++at) {
         QByteArray damaged = bytes;
         damaged[at] = char(~damaged.at(at));
-        const auto back = JournalFormat::read(damaged);
+        const auto back = journal_format::read(damaged);
         QVERIFY(back.has_value());
         QVERIFY(back->isDamaged);
         QVERIFY(back->records.size() < 3);
     }
-    QVERIFY(!JournalFormat::read("something else").has_value());
+    QVERIFY(!journal_format::read("something else").has_value());
 }
 
 QTEST_GUILESS_MAIN(TestTransferParts)
