@@ -13,6 +13,7 @@ private Q_SLOTS:
     void treeIsJson();
     void findUsesEveryCondition_data();
     void findUsesEveryCondition();
+    void findSaysHowToFindMore();
     void moveGoesIntoFoldersAndToNames();
     void moveRefusesWhatIsTaken();
     void refusedMoveLeavesTheName();
@@ -83,6 +84,16 @@ void TestVelldocCommands::treeIsJson()
     QCOMPARE(folder.value(QLatin1String("name")).toString(), QStringLiteral("A"));
     const QJsonObject file = folder.value(QLatin1String("children")).toArray().at(0).toObject();
     QCOMPARE(file.value(QLatin1String("size")).toInt(), 3);
+}
+
+void TestVelldocCommands::findSaysHowToFindMore()
+{
+    VelldocWorld world;
+    const QString advice = QStringLiteral("\"*plan*\" finds names that contain it.");
+    world.succeedLine("mkdir /plans");
+    QVERIFY(world.succeedLine("find plan").error.contains(advice));
+    QCOMPARE(world.succeedLine("find *plan*").out, QStringLiteral("/plans/\n"));
+    QCOMPARE(world.succeedLine("find x*").error, QStringLiteral("Nothing was found.\n"));
 }
 
 void TestVelldocCommands::findUsesEveryCondition_data()

@@ -32,6 +32,8 @@ private Q_SLOTS:
     void missingThingsAreNotFound_data();
     void missingThingsAreNotFound();
     void missingThingsAreSoughtInTheirFolder();
+    void misspelledPathIsNoticed_data();
+    void misspelledPathIsNoticed();
     void dashIsExplained();
     void viewerIsNotAllowed();
     void missingTokenIsNotAllowed();
@@ -110,6 +112,31 @@ void TestVelldocExitCodes::missingThingsAreSoughtInTheirFolder()
     QCOMPARE(world.run({QStringLiteral("info"), QStringLiteral("/It's here/x")}).error,
              QStringLiteral("velldoc: There is no /It's here/x in the project: \"velldoc ls "
                             "'/It'\\''s here'\" lists the existing entries.\n"));
+}
+
+void TestVelldocExitCodes::misspelledPathIsNoticed_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("end");
+    const QString other = QStringLiteral("lists the existing entries.\n");
+    QTest::newRow("shortened") << QStringLiteral("/Photo")
+                               << QStringLiteral("Did you mean /Photos?\n");
+    QTest::newRow("case") << QStringLiteral("/PHOTOS") << QStringLiteral("Did you mean /Photos?\n");
+    QTest::newRow("below") << QStringLiteral("/Photos/noth/x")
+                           << QStringLiteral("Did you mean /Photos/north?\n");
+    QTest::newRow("another word") << QStringLiteral("/xyz") << other;
+    QTest::newRow("no folder") << QStringLiteral("/xyz/Photos") << other;
+}
+
+void TestVelldocExitCodes::misspelledPathIsNoticed()
+{
+    VelldocWorld world;
+    world.succeedLine("mkdir -p /Photos/north");
+    QFETCH(QString, path);
+    QFETCH(QString, end);
+    const VelldocRun run = world.run({QStringLiteral("ls"), path});
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY2(run.error.endsWith(end), qPrintable(run.error));
 }
 
 void TestVelldocExitCodes::dashIsExplained()

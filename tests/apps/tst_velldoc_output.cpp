@@ -106,6 +106,10 @@ void TestVelldocOutput::slipsAreNoticed_data()
                             << QStringLiteral("Did you mean --recursive?");
     QTest::newRow("value") << QByteArray("find --kind imag")
                            << QStringLiteral("Did you mean image?");
+    QTest::newRow("value of ls") << QByteArray("ls --sort nme")
+                                 << QStringLiteral("Did you mean name?");
+    QTest::newRow("empty value") << QByteArray("ls --sort=")
+                                 << QStringLiteral("--sort takes one of name, size,");
 }
 
 void TestVelldocOutput::slipsAreNoticed()

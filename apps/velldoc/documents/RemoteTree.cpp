@@ -1,6 +1,8 @@
 #include <velldoc/documents/RemoteTree.h>
 
+#include <velldoc/output/HumanText.h>
 #include <velldoc/program/Text.h>
+#include <velldoc/program/Usage.h>
 #include <velldoc/session/Session.h>
 
 #include <QRegularExpression>
@@ -20,13 +22,6 @@ QString shellWord(QString text)
     return QLatin1Char('\'') + text + QLatin1Char('\'');
 }
 
-Failure notFound(const RemotePath &path)
-{
-    return {ExitNotFound,
-            Text::tr("There is no %1 in the project: \"velldoc ls %2\" lists the existing entries.")
-                .arg(path.text(), shellWord(path.parent().text()))};
-}
-
 } // namespace
 
 Failure notAFolder(const RemotePath &path)
@@ -35,6 +30,24 @@ Failure notAFolder(const RemotePath &path)
 }
 
 RemoteTree::RemoteTree(Session &session) : m_session(session) {}
+
+Failure RemoteTree::notFound(const RemotePath &path)
+{
+    QString like;
+    try {
+        if (!path.isBareId())
+            like = mostAlike(path.name(), namesIn(find(path.parent())._id).keys());
+    } catch (const Failure &) { // the names are only for the suggestion
+    }
+    if (!like.isEmpty()) {
+        return {ExitNotFound,
+                joinedSentences({Text::tr("There is no %1 in the project.").arg(path.text()),
+                                 didYouMean(path.parent().child(like).text())})};
+    }
+    return {ExitNotFound,
+            Text::tr("There is no %1 in the project: \"velldoc ls %2\" lists the existing entries.")
+                .arg(path.text(), shellWord(path.parent().text()))};
+}
 
 VellDocument RemoteTree::find(const RemotePath &path)
 {

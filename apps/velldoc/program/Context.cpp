@@ -97,18 +97,14 @@ QString Context::word(const char *option) const
     const QVector<CommandOption> options = m_command.options + globalOptions();
     for (const CommandOption &known : options) {
         const QString name = QString::fromLatin1(known.names).section(QLatin1Char(','), -1);
-        if (text.isEmpty() || name != QLatin1String(option))
+        if (!isSet(option) || name != QLatin1String(option))
             continue;
         const QStringList words = QString::fromLatin1(known.words).split(QLatin1Char(' '));
         if (words.contains(text))
             return text;
-        const QString like = mostAlike(text, words);
-        throw Failure(ExitUsage,
-                      Text::tr("--%1 takes one of %2, not \"%3\".")
-                              .arg(name, words.join(QStringLiteral(", ")), text)
-                          + (like.isEmpty()
-                                 ? QString()
-                                 : QLatin1Char(' ') + Text::tr("Did you mean %1?").arg(like)));
+        const QString sentence = Text::tr("--%1 takes one of %2, not \"%3\".")
+                                     .arg(name, words.join(QStringLiteral(", ")), text);
+        throw Failure(ExitUsage, joinedSentences({sentence, didYouMean(mostAlike(text, words))}));
     }
     return text;
 }

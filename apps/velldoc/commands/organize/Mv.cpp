@@ -1,6 +1,7 @@
 #include <velldoc/commands/Commands.h>
 #include <velldoc/documents/RemotePatterns.h>
 #include <velldoc/documents/Renaming.h>
+#include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/GlobalOptions.h>
@@ -55,8 +56,7 @@ void takeBack(Context &context, const VellDocument &document, const QString &old
     } catch (const Failure &) {
         const QString state =
             Text::tr("It is still in the same folder, but its name is \"%1\" now.");
-        throw Failure(reason.code(),
-                      reason.sentence() + QLatin1Char(' ') + state.arg(document.name),
+        throw Failure(reason.code(), joinedSentences({reason.sentence(), state.arg(document.name)}),
                       reason.httpStatus());
     }
 }

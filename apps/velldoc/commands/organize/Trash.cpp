@@ -93,6 +93,11 @@ void empty(Context &context)
         list(context, {});
         return;
     }
+    if (total == 0) {
+        context.out.setResult({{QStringLiteral("deleted"), 0}});
+        context.out.note(Text::tr("The recycle bin is empty."));
+        return;
+    }
     if (!context.isSet("yes")) {
         if (!canAsk())
             throw Failure(ExitUsage,
