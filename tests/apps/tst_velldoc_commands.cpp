@@ -10,6 +10,7 @@ class TestVelldocCommands : public QObject
 
 private Q_SLOTS:
     void treeIsDrawn();
+    void treeIsInNaturalOrder();
     void treeIsJson();
     void findUsesEveryCondition_data();
     void findUsesEveryCondition();
@@ -68,6 +69,14 @@ void TestVelldocCommands::treeIsDrawn()
                            QStringLiteral("1"), QStringLiteral("/A")})
                  .out,
              QStringLiteral("/A\n└── B/\n"));
+}
+
+void TestVelldocCommands::treeIsInNaturalOrder()
+{
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("mkdir"), QStringLiteral("/Level 10"), QStringLiteral("/level 9")});
+    QCOMPARE(world.succeedLine("tree").out, QStringLiteral("/\n├── level 9/\n└── Level 10/\n"));
 }
 
 void TestVelldocCommands::treeIsJson()

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void missingThingsAreSoughtInTheirFolder();
     void misspelledPathIsNoticed_data();
     void misspelledPathIsNoticed();
+    void unknownLoginIsNotTheEmbeddedService();
     void dashIsExplained();
     void viewerIsNotAllowed();
     void missingTokenIsNotAllowed();
@@ -61,6 +62,13 @@ void TestVelldocExitCodes::wrongLineIsAUsageError_data()
                                               QStringLiteral("x")};
     QTest::newRow("nothing to make") << QStringList{QStringLiteral("mkdir")};
     QTest::newRow("nothing to store") << QStringList{QStringLiteral("put"), QStringLiteral("/")};
+    QTest::newRow("nothing to mark") << QStringList{QStringLiteral("fav"), QStringLiteral("add")};
+    QTest::newRow("wrong depth") << QStringList{QStringLiteral("tree"), QStringLiteral("--depth"),
+                                                QStringLiteral("x")};
+    for (const char *const command : {"whoami", "projects", "logout"})
+        QTest::newRow(command) << QStringList{QString::fromLatin1(command), QStringLiteral("x")};
+    QTest::newRow("shares") << QStringList{QStringLiteral("share"), QStringLiteral("--list"),
+                                           QStringLiteral("x")};
     QTest::newRow("wrong conflict")
         << QStringList{QStringLiteral("put"), QStringLiteral("a"), QStringLiteral("/"),
                        QStringLiteral("--on-conflict"), QStringLiteral("x")};
@@ -137,6 +145,19 @@ void TestVelldocExitCodes::misspelledPathIsNoticed()
     const VelldocRun run = world.run({QStringLiteral("ls"), path});
     QCOMPARE(run.exitCode, 3);
     QVERIFY2(run.error.endsWith(end), qPrintable(run.error));
+}
+
+void TestVelldocExitCodes::unknownLoginIsNotTheEmbeddedService()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("login"), QStringLiteral("--profile"), QStringLiteral("work")});
+    const VelldocRun run = world.runBare(VelldocWorld::words("ls --profile wrok"));
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY2(run.error.startsWith(QLatin1String("velldoc: There is no login \"wrok\": "))
+                 && run.error.contains(QLatin1String("Did you mean work?")),
+             qPrintable(run.error));
+    QCOMPARE(world.runBare(VelldocWorld::words("ls --profile work")).exitCode, 0);
+    world.succeed(VelldocWorld::words("ls --profile wrok"));
 }
 
 void TestVelldocExitCodes::dashIsExplained()

@@ -128,7 +128,7 @@ void TestVelldocOutput::missingArgumentIsNamed_data()
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QString>("begin");
     QTest::newRow("first") << QByteArray("put")
-                           << QStringLiteral("velldoc: LOCAL is missing: velldoc put ");
+                           << QStringLiteral("velldoc: LOCAL is missing: \"velldoc put ");
     QTest::newRow("last") << QByteArray("put a") << QStringLiteral("velldoc: REMOTE is missing: ");
     QTest::newRow("after options")
         << QByteArray("get -r") << QStringLiteral("velldoc: REMOTE is missing: ");

@@ -298,10 +298,6 @@
         <translation>%1/秒</translation>
     </message>
     <message>
-        <source>An argument is missing.</source>
-        <translation>命令行缺少参数。</translation>
-    </message>
-    <message>
         <source>There are too many arguments: &quot;%1&quot;.</source>
         <translation>命令行多了“%1”。</translation>
     </message>
@@ -1467,10 +1463,6 @@
         <translation>项目“%1”尚不存在：存入第一个文档时会创建它。</translation>
     </message>
     <message>
-        <source>%1 is missing: %2.</source>
-        <translation>缺少 %1：%2。</translation>
-    </message>
-    <message>
         <source>Versions are numbered from 1.</source>
         <translation>版本从 1 开始编号。</translation>
     </message>
@@ -2039,6 +2031,14 @@
     <message>
         <source>There is no %1 in the project.</source>
         <translation>项目中没有 %1。</translation>
+    </message>
+    <message>
+        <source>There is no login &quot;%1&quot;: &quot;velldoc login --profile %1 URL&quot; stores it.</source>
+        <translation>没有名为“%1”的登录：“velldoc login --profile %1 URL”可存储它。</translation>
+    </message>
+    <message>
+        <source>%1 is missing: &quot;%2&quot;.</source>
+        <translation>缺少 %1：“%2”。</translation>
     </message>
 </context>
 </TS>

@@ -73,7 +73,7 @@ void print(const Pairs &pairs, Output &output)
 
 void run(Context &context)
 {
-    const QList<NamedDocument> named = namedDocuments(context, context.arguments(1, 0));
+    const QList<NamedDocument> named = namedDocuments(context, context.arguments(1));
     QJsonArray described;
     for (const NamedDocument &entry : named) {
         const VellDocument &found = entry.document;

@@ -86,7 +86,7 @@ void moveTo(Context &context, const NamedDocument &source, const RemotePath &tar
 
 void run(Context &context)
 {
-    QStringList texts = context.arguments(2, 0);
+    QStringList texts = context.arguments(2);
     const RemotePath target = RemotePath::parse(texts.takeLast());
     const QList<NamedDocument> sources = namedDocuments(context, texts);
     for (const NamedDocument &source : sources) {

@@ -77,7 +77,7 @@ void putStandardInput(Context &context, UploadPlan &plan, const QString &targetT
 
 void run(Context &context)
 {
-    QStringList sources = context.arguments(2, 0);
+    QStringList sources = context.arguments(2);
     const OwnTargets ownTargets(context, QStringList{QStringLiteral("put")} + sources);
     const QString targetText = sources.takeLast();
     UploadPlan plan(context);
