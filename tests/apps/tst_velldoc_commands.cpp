@@ -10,9 +10,11 @@ class TestVelldocCommands : public QObject
 
 private Q_SLOTS:
     void treeIsDrawn();
+    void treeIsInNaturalOrder();
     void treeIsJson();
     void findUsesEveryCondition_data();
     void findUsesEveryCondition();
+    void findSaysHowToFindMore();
     void moveGoesIntoFoldersAndToNames();
     void moveRefusesWhatIsTaken();
     void refusedMoveLeavesTheName();
@@ -69,6 +71,14 @@ void TestVelldocCommands::treeIsDrawn()
              QStringLiteral("/A\n└── B/\n"));
 }
 
+void TestVelldocCommands::treeIsInNaturalOrder()
+{
+    VelldocWorld world;
+    world.succeed(
+        {QStringLiteral("mkdir"), QStringLiteral("/Level 10"), QStringLiteral("/level 9")});
+    QCOMPARE(world.succeedLine("tree").out, QStringLiteral("/\n├── level 9/\n└── Level 10/\n"));
+}
+
 void TestVelldocCommands::treeIsJson()
 {
     VelldocWorld world;
@@ -83,6 +93,16 @@ void TestVelldocCommands::treeIsJson()
     QCOMPARE(folder.value(QLatin1String("name")).toString(), QStringLiteral("A"));
     const QJsonObject file = folder.value(QLatin1String("children")).toArray().at(0).toObject();
     QCOMPARE(file.value(QLatin1String("size")).toInt(), 3);
+}
+
+void TestVelldocCommands::findSaysHowToFindMore()
+{
+    VelldocWorld world;
+    const QString advice = QStringLiteral("\"*plan*\" finds names that contain it.");
+    world.succeedLine("mkdir /plans");
+    QVERIFY(world.succeedLine("find plan").error.contains(advice));
+    QCOMPARE(world.succeedLine("find *plan*").out, QStringLiteral("/plans/\n"));
+    QCOMPARE(world.succeedLine("find x*").error, QStringLiteral("Nothing was found.\n"));
 }
 
 void TestVelldocCommands::findUsesEveryCondition_data()

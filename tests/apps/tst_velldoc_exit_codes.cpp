@@ -32,6 +32,9 @@ private Q_SLOTS:
     void missingThingsAreNotFound_data();
     void missingThingsAreNotFound();
     void missingThingsAreSoughtInTheirFolder();
+    void misspelledPathIsNoticed_data();
+    void misspelledPathIsNoticed();
+    void unknownLoginIsNotTheEmbeddedService();
     void dashIsExplained();
     void viewerIsNotAllowed();
     void missingTokenIsNotAllowed();
@@ -59,6 +62,13 @@ void TestVelldocExitCodes::wrongLineIsAUsageError_data()
                                               QStringLiteral("x")};
     QTest::newRow("nothing to make") << QStringList{QStringLiteral("mkdir")};
     QTest::newRow("nothing to store") << QStringList{QStringLiteral("put"), QStringLiteral("/")};
+    QTest::newRow("nothing to mark") << QStringList{QStringLiteral("fav"), QStringLiteral("add")};
+    QTest::newRow("wrong depth") << QStringList{QStringLiteral("tree"), QStringLiteral("--depth"),
+                                                QStringLiteral("x")};
+    for (const char *const command : {"whoami", "projects", "logout"})
+        QTest::newRow(command) << QStringList{QString::fromLatin1(command), QStringLiteral("x")};
+    QTest::newRow("shares") << QStringList{QStringLiteral("share"), QStringLiteral("--list"),
+                                           QStringLiteral("x")};
     QTest::newRow("wrong conflict")
         << QStringList{QStringLiteral("put"), QStringLiteral("a"), QStringLiteral("/"),
                        QStringLiteral("--on-conflict"), QStringLiteral("x")};
@@ -110,6 +120,44 @@ void TestVelldocExitCodes::missingThingsAreSoughtInTheirFolder()
     QCOMPARE(world.run({QStringLiteral("info"), QStringLiteral("/It's here/x")}).error,
              QStringLiteral("velldoc: There is no /It's here/x in the project: \"velldoc ls "
                             "'/It'\\''s here'\" lists the existing entries.\n"));
+}
+
+void TestVelldocExitCodes::misspelledPathIsNoticed_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("end");
+    const QString other = QStringLiteral("lists the existing entries.\n");
+    QTest::newRow("shortened") << QStringLiteral("/Photo")
+                               << QStringLiteral("Did you mean /Photos?\n");
+    QTest::newRow("case") << QStringLiteral("/PHOTOS") << QStringLiteral("Did you mean /Photos?\n");
+    QTest::newRow("below") << QStringLiteral("/Photos/noth/x")
+                           << QStringLiteral("Did you mean /Photos/north?\n");
+    QTest::newRow("another word") << QStringLiteral("/xyz") << other;
+    QTest::newRow("no folder") << QStringLiteral("/xyz/Photos") << other;
+}
+
+void TestVelldocExitCodes::misspelledPathIsNoticed()
+{
+    VelldocWorld world;
+    world.succeedLine("mkdir -p /Photos/north");
+    QFETCH(QString, path);
+    QFETCH(QString, end);
+    const VelldocRun run = world.run({QStringLiteral("ls"), path});
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY2(run.error.endsWith(end), qPrintable(run.error));
+}
+
+void TestVelldocExitCodes::unknownLoginIsNotTheEmbeddedService()
+{
+    VelldocWorld world;
+    world.succeed({QStringLiteral("login"), QStringLiteral("--profile"), QStringLiteral("work")});
+    const VelldocRun run = world.runBare(VelldocWorld::words("ls --profile wrok"));
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY2(run.error.startsWith(QLatin1String("velldoc: There is no login \"wrok\": "))
+                 && run.error.contains(QLatin1String("Did you mean work?")),
+             qPrintable(run.error));
+    QCOMPARE(world.runBare(VelldocWorld::words("ls --profile work")).exitCode, 0);
+    world.succeed(VelldocWorld::words("ls --profile wrok"));
 }
 
 void TestVelldocExitCodes::dashIsExplained()

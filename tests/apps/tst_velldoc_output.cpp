@@ -106,6 +106,10 @@ void TestVelldocOutput::slipsAreNoticed_data()
                             << QStringLiteral("Did you mean --recursive?");
     QTest::newRow("value") << QByteArray("find --kind imag")
                            << QStringLiteral("Did you mean image?");
+    QTest::newRow("value of ls") << QByteArray("ls --sort nme")
+                                 << QStringLiteral("Did you mean name?");
+    QTest::newRow("empty value") << QByteArray("ls --sort=")
+                                 << QStringLiteral("--sort takes one of name, size,");
 }
 
 void TestVelldocOutput::slipsAreNoticed()
@@ -124,7 +128,7 @@ void TestVelldocOutput::missingArgumentIsNamed_data()
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QString>("begin");
     QTest::newRow("first") << QByteArray("put")
-                           << QStringLiteral("velldoc: LOCAL is missing: velldoc put ");
+                           << QStringLiteral("velldoc: LOCAL is missing: \"velldoc put ");
     QTest::newRow("last") << QByteArray("put a") << QStringLiteral("velldoc: REMOTE is missing: ");
     QTest::newRow("after options")
         << QByteArray("get -r") << QStringLiteral("velldoc: REMOTE is missing: ");

@@ -122,6 +122,16 @@ void TestVelldocProgram::chineseSpeaksChinese()
     const VelldocRun missing = world.run({QStringLiteral("info"), QStringLiteral("/x")});
     QCOMPARE(missing.error,
              QStringLiteral("velldoc: 项目中没有 /x：用“velldoc ls /”查看已有的内容。\n"));
+    FaultRule full;
+    full.kind = FaultRule::Kind::NoRoom;
+    full.verb = "POST";
+    full.times = 0;
+    world.service().addFault(full);
+    world.write(QStringLiteral("b"), "2");
+    QCOMPARE(
+        world.runLine("put b /").error,
+        QStringLiteral(
+            "velldoc: 服务端空间已满：请先在服务端腾出空间。再次运行同一命令会从这里继续。\n"));
 }
 
 QTEST_GUILESS_MAIN(TestVelldocProgram)

@@ -176,10 +176,16 @@ void TestVelldocSync::movedFileIsMoved()
     QVERIFY(QDir().mkpath(world.path(QStringLiteral("site/d"))));
     QVERIFY(QFile::rename(world.path(QStringLiteral("site/a")),
                           world.path(QStringLiteral("site/d/b"))));
+    QCOMPARE(world.succeedLine("sync up --delete --dry-run site /S").error.section('\n', 0, 0),
+             QStringLiteral("0 files to transfer, 0 B; 1 to move; 0 to remove; 0 unchanged."));
     QCOMPARE(actions(world.succeedLine("sync up --delete site /S --json")),
              QStringLiteral("mkdir d, move d/b"));
     QCOMPARE(world.succeedLine("cat /S/d/b").out, QStringLiteral("some content"));
     QCOMPARE(actions(world.succeedLine("sync up --delete site /S --json")), QString());
+    QVERIFY(QFile::rename(world.path(QStringLiteral("site/d/b")),
+                          world.path(QStringLiteral("site/d/c"))));
+    QCOMPARE(world.succeedLine("sync up --delete site /S").error,
+             QStringLiteral("0 files transferred, 0 B; 1 moved; 0 removed; 1 unchanged.\n"));
 }
 
 void TestVelldocSync::dryRunChangesNothing()

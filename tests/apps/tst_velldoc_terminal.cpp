@@ -20,17 +20,22 @@ class TestVelldocTerminal : public QObject
 private Q_SLOTS:
     void conflictIsAskedAbout_data();
     void conflictIsAskedAbout();
+    void wrongAnswerIsExplained();
     void capitalLetterAnswersForAllTheFollowing();
     void endOfInputIsCancel();
     void interruptedQuestionSendsNothing();
     void interruptedDownloadSaysHowToGoOn();
+    void progressStaysWithinTheLineAndEndsWithAll_data();
     void progressStaysWithinTheLineAndEndsWithAll();
     void interruptedUploadSaysHowToGoOnAndGoesOn();
     void tableFitsTheTerminal_data();
     void tableFitsTheTerminal();
     void colourIsForTerminalsOnly_data();
     void colourIsForTerminalsOnly();
+    void textsAreWrappedBetweenWords_data();
+    void textsAreWrappedBetweenWords();
     void emptyingTheBinIsAskedAbout();
+    void emptyBinIsNotAskedAbout();
     void tokenIsNotShown();
     void tokenIsNotShownAfterAStop();
 
@@ -82,6 +87,26 @@ void TestVelldocTerminal::conflictIsAskedAbout()
         "names");
     QTEST(world.succeed({QStringLiteral("get"), QStringLiteral("/a.txt"), QStringLiteral("-")}).out,
           "content");
+}
+
+void TestVelldocTerminal::wrongAnswerIsExplained()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("a.txt"), "old");
+    world.succeed({QStringLiteral("put"), local, QStringLiteral("/")});
+    world.write(QStringLiteral("a.txt"), "new");
+    PtyProcess process(40);
+    start(process, world, {QStringLiteral("put"), local, QStringLiteral("/")});
+    process.press("x\n");
+    QVERIFY2(process.waitForText("Press one of r, n, s, c, then Enter: "),
+             process.output().constData());
+    process.press("s\n");
+    QCOMPARE(process.waitForEnd(), 0);
+    QCOMPARE(process.output().count("already exists."), 1);
+    QVERIFY2(!process.output().contains('%'), process.output().constData());
+    QVERIFY2(
+        process.output().contains("  r  replace it: store the file as\r\n     a new version\r\n"),
+        process.output().constData());
 }
 
 void TestVelldocTerminal::capitalLetterAnswersForAllTheFollowing()
@@ -155,12 +180,20 @@ void TestVelldocTerminal::interruptedDownloadSaysHowToGoOn()
     QVERIFY(!QFileInfo::exists(back));
 }
 
+void TestVelldocTerminal::progressStaysWithinTheLineAndEndsWithAll_data()
+{
+    QTest::addColumn<int>("columns");
+    for (const int columns : {40, 60, 80})
+        QTest::newRow(qPrintable(QString::number(columns))) << columns;
+}
+
 void TestVelldocTerminal::progressStaysWithinTheLineAndEndsWithAll()
 {
+    QFETCH(int, columns);
     VelldocWorld world;
     const QString local =
         world.writeUnequalBlocks(QStringLiteral("图纸 a long name for a drawing.dwg"), 60'000'000);
-    PtyProcess process(60);
+    PtyProcess process(columns);
     start(process, world, {QStringLiteral("put"), local, QStringLiteral("/")});
     QCOMPARE(process.waitForEnd(), 0);
     const QString output = QString::fromUtf8(process.output()).remove(QStringLiteral("\x1b[K"));
@@ -169,7 +202,10 @@ void TestVelldocTerminal::progressStaysWithinTheLineAndEndsWithAll()
     const QRegularExpression percent(QStringLiteral("(\\d+) % (\\S+ \\S+) of"));
     int last = 0;
     for (const QString &line : lines) {
-        QVERIFY2(velldoc::displayWidth(line) < 60, qPrintable(line));
+        // Ctrl-C is shown after it as "^C" and must not begin a new line.
+        if (line.contains(QLatin1String(" % ")))
+            QVERIFY2(velldoc::displayWidth(line) <= columns - 3, qPrintable(line));
+        QVERIFY2(!line.endsWith(QChar(0x2026)), qPrintable(line));
         const QRegularExpressionMatch match = percent.match(line);
         if (!match.hasMatch())
             continue;
@@ -255,6 +291,39 @@ void TestVelldocTerminal::colourIsForTerminalsOnly()
     QCOMPARE(process.waitForEnd(), 0);
     QTEST(process.output().contains('\x1b'), "isColoured");
     QVERIFY(!world.succeed({QStringLiteral("help")}).out.contains(QLatin1Char('\x1b')));
+}
+
+void TestVelldocTerminal::textsAreWrappedBetweenWords_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::newRow("error") << QStringLiteral("ls /nothing")
+                           << QByteArray("There is no /nothing in the\r\nproject: ");
+    QTest::newRow("note") << QStringLiteral("find word")
+                          << QByteArray("Nothing was found. The whole name must\r\nmatch: ");
+    QTest::newRow("field") << QStringLiteral("info /a")
+                           << QByteArray("delete-self,\r\n            download");
+}
+
+void TestVelldocTerminal::textsAreWrappedBetweenWords()
+{
+    QFETCH(QString, line);
+    QFETCH(QByteArray, shown);
+    VelldocWorld world;
+    world.succeedLine("mkdir /a");
+    PtyProcess process(40);
+    start(process, world, line.split(QLatin1Char(' ')));
+    process.waitForEnd();
+    QVERIFY2(process.output().contains(shown), process.output().constData());
+}
+
+void TestVelldocTerminal::emptyBinIsNotAskedAbout()
+{
+    VelldocWorld world;
+    PtyProcess process;
+    start(process, world, {QStringLiteral("trash"), QStringLiteral("empty")});
+    QVERIFY2(process.waitForText("The recycle bin is empty."), process.output().constData());
+    QCOMPARE(process.waitForEnd(), 0);
 }
 
 void TestVelldocTerminal::emptyingTheBinIsAskedAbout()

@@ -3,9 +3,12 @@
 #include <velldoc/output/HumanText.h>
 #include <velldoc/output/NaturalOrder.h>
 #include <velldoc/output/Table.h>
+#include <velldoc/session/ServiceTexts.h>
 #include <velldoc/system/WindowsFileName.h>
 
+#include <QCoreApplication>
 #include <QTest>
+#include <QTranslator>
 
 using namespace velldoc;
 
@@ -27,6 +30,10 @@ private Q_SLOTS:
     void tableColumnsLineUpWithWideCharacters();
     void tableFitsItsWidth();
     void tableWithoutWidthIsWhole();
+    void emptyColumnIsDroppedFirst();
+    void sentencesAreJoined();
+    void messagesOfTheServiceAreTranslated_data();
+    void messagesOfTheServiceAreTranslated();
     void linesAreWrapped_data();
     void linesAreWrapped();
     void numbersAreOrderedByTheirValue();
@@ -157,6 +164,56 @@ void TestVelldocText::tableWithoutWidthIsWhole()
     const QString name(1000, QLatin1Char('x'));
     table.addRow({name});
     QCOMPARE(table.lines(0).at(1), name);
+}
+
+void TestVelldocText::emptyColumnIsDroppedFirst()
+{
+    Table table;
+    table.addColumn(QStringLiteral("Stored"));
+    table.addColumn(QStringLiteral("By"), Qt::AlignLeft, Table::Fit::Drops);
+    table.addColumn(QStringLiteral("Remark"), Qt::AlignLeft, Table::Fit::Shrinks);
+    table.addRow({QStringLiteral("2026-11-22 19:04"), QStringLiteral("anna"), QString()});
+    QCOMPARE(table.lines(40).constFirst(), QStringLiteral("Stored            By    Remark"));
+    QCOMPARE(table.lines(22),
+             QStringList({QStringLiteral("Stored            By"),
+                          QStringLiteral("2026-11-22 19:04  anna")}));
+    QCOMPARE(table.lines(16).constFirst(), QStringLiteral("Stored"));
+}
+
+void TestVelldocText::sentencesAreJoined()
+{
+    QCOMPARE(joinedSentences({QStringLiteral("One."), QString(), QStringLiteral("Two.")}),
+             QStringLiteral("One. Two."));
+    QCOMPARE(joinedSentences({QStringLiteral("一。"), QStringLiteral("二。")}),
+             QStringLiteral("一。二。"));
+}
+
+void TestVelldocText::messagesOfTheServiceAreTranslated_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("translated");
+    QTest::newRow("fixed") << QStringLiteral("The access token is unknown.")
+                           << QStringLiteral("<The access token is unknown.>");
+    QTest::newRow("with a name") << QStringLiteral("There is no project tower.")
+                                 << QStringLiteral("<There is no project tower.>");
+    QTest::newRow("other") << QStringLiteral("There is no cake.")
+                           << QStringLiteral("There is no cake.");
+}
+
+void TestVelldocText::messagesOfTheServiceAreTranslated()
+{
+    class Brackets : public QTranslator
+    {
+    public:
+        QString translate(const char *, const char *text, const char *, int) const override
+        {
+            return QLatin1Char('<') + QString::fromLatin1(text) + QLatin1Char('>');
+        }
+        bool isEmpty() const override { return false; }
+    } brackets;
+    QCoreApplication::installTranslator(&brackets);
+    QFETCH(QString, text);
+    QTEST(translatedServiceText(text), "translated");
 }
 
 void TestVelldocText::linesAreWrapped_data()

@@ -1,6 +1,8 @@
 #include <velldoc/documents/RemoteTree.h>
 
+#include <velldoc/output/HumanText.h>
 #include <velldoc/program/Text.h>
+#include <velldoc/program/Usage.h>
 #include <velldoc/session/Session.h>
 
 #include <QRegularExpression>
@@ -20,12 +22,7 @@ QString shellWord(QString text)
     return QLatin1Char('\'') + text + QLatin1Char('\'');
 }
 
-Failure notFound(const RemotePath &path)
-{
-    return {ExitNotFound,
-            Text::tr("There is no %1 in the project: \"velldoc ls %2\" lists the existing entries.")
-                .arg(path.text(), shellWord(path.parent().text()))};
-}
+constexpr int ComparedNames = 200;
 
 } // namespace
 
@@ -35,6 +32,37 @@ Failure notAFolder(const RemotePath &path)
 }
 
 RemoteTree::RemoteTree(Session &session) : m_session(session) {}
+
+//! Only the first names are compared: a folder may have thousands, which take seconds.
+QStringList RemoteTree::someNamesIn(const QString &folderId)
+{
+    VellDocumentConditon condition;
+    condition.parentId = folderId;
+    const VellPage page = m_session.await(
+        m_session.documents().page(condition, VellDocumentSort(), 0, ComparedNames));
+    QStringList names;
+    for (const VellDocument &document : page.documents)
+        names.append(document.name);
+    return names;
+}
+
+Failure RemoteTree::notFound(const RemotePath &path)
+{
+    QString like;
+    try {
+        if (!path.isBareId())
+            like = mostAlike(path.name(), someNamesIn(find(path.parent())._id));
+    } catch (const Failure &) { // the names are only for the suggestion
+    }
+    if (!like.isEmpty()) {
+        return {ExitNotFound,
+                joinedSentences({Text::tr("There is no %1 in the project.").arg(path.text()),
+                                 didYouMean(path.parent().child(like).text())})};
+    }
+    return {ExitNotFound,
+            Text::tr("There is no %1 in the project: \"velldoc ls %2\" lists the existing entries.")
+                .arg(path.text(), shellWord(path.parent().text()))};
+}
 
 VellDocument RemoteTree::find(const RemotePath &path)
 {

@@ -64,6 +64,9 @@ private:
     std::optional<VellDocument> step(const VellDocument &folder, const QString &name,
                                      const RemotePath &path);
     VellDocument byId(const QString &id);
+    QStringList someNamesIn(const QString &folderId);
+    //! Returns that there is no entry at \a path, with an entry of the same folder that may be meant.
+    Failure notFound(const RemotePath &path);
 
     Session &m_session;
     QHash<QString, QHash<QString, VellDocument>> m_names;

@@ -1,5 +1,6 @@
 #include <velldoc/output/HumanText.h>
 
+#include <velldoc/output/DisplayWidth.h>
 #include <velldoc/program/Text.h>
 
 #include <QLocale>
@@ -65,6 +66,17 @@ QString durationText(std::chrono::seconds duration)
 QString rateText(qint64 bytesPerSecond)
 {
     return Text::tr("%1/s").arg(sizeText(bytesPerSecond));
+}
+
+QString joinedSentences(const QStringList &sentences)
+{
+    QString text;
+    for (const QString &sentence : sentences) {
+        if (!text.isEmpty() && !sentence.isEmpty() && displayWidth(text.right(1)) == 1)
+            text += QLatin1Char(' ');
+        text += sentence;
+    }
+    return text;
 }
 
 QDateTime timeFromText(const QString &text)

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <optional>
@@ -26,6 +27,9 @@ QString durationText(std::chrono::seconds duration);
 //! Returns "1.5 MiB/s".
 QString rateText(qint64 bytesPerSecond);
 //! @}
+
+//! Returns \a sentences one after the other: with spaces, but not after full-width punctuation.
+QString joinedSentences(const QStringList &sentences);
 
 //! Parses the value of --from and --to: a date ("2026-11-21"), a date with a time, or a number of
 //! hours, days or weeks ago ("12h", "3d", "2w"). Returns an invalid time for any other text.

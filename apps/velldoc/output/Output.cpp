@@ -36,6 +36,14 @@ QJsonObject resultJson(const QString &command, const QJsonObject &result, const 
     return document;
 }
 
+//! Returns \a sentence for the standard error: on a terminal without control characters, and wrapped between words.
+QString message(const QString &sentence)
+{
+    const int width = terminal::width(stderr);
+    return width > 0 ? wrapped(printable(sentence), width).join(QLatin1Char('\n'))
+                     : printable(sentence);
+}
+
 void writeLine(std::FILE *stream, const QString &line)
 {
     errno = 0;
@@ -90,16 +98,18 @@ void Output::note(const QString &sentence) const
     if (isJson())
         return;
     flush(); // if both streams are shown in one place, they are in the order of the calls
-    writeLine(stderr, printable(sentence));
+    writeLine(stderr, message(sentence));
 }
 
 void Output::error(const QString &sentence) const
 {
     writeLog(sentence);
     flush();
-    const QString prefix = terminal::hasColour(stderr) ? QStringLiteral("\x1b[31mvelldoc:\x1b[0m ")
-                                                       : QStringLiteral("velldoc: ");
-    writeLine(stderr, prefix + printable(sentence));
+    const QString name = QStringLiteral("velldoc:");
+    QString text = message(name + QLatin1Char(' ') + sentence);
+    if (terminal::hasColour(stderr))
+        text.replace(0, name.size(), QStringLiteral("\x1b[31m%1\x1b[0m").arg(name));
+    writeLine(stderr, text);
 }
 
 bool Output::finish(const Failure *failure)

@@ -19,6 +19,10 @@ constexpr int LeastRateMs = 500;
 constexpr int WidestBar = 30;
 constexpr int NarrowestBar = 5;
 constexpr int WidestName = 40;
+constexpr int ReadableName = 16;
+constexpr int NarrowestName = 5;
+// Some terminals start a new line after the last column, and Ctrl-C is shown as "^C".
+constexpr int Reserve = 3;
 
 } // namespace
 
@@ -103,7 +107,9 @@ void Progress::drawPlain()
         return;
     m_plainTenths = tenths;
     terminal::write(
-        stderr, QStringLiteral("%1: %2 % %3\n").arg(m_what, QString::number(percent()), figures()));
+        stderr,
+        QStringLiteral("%1: %2 % %3\n")
+            .arg(m_what, QString::number(percent()), figures().join(QLatin1String("  "))));
     std::fflush(stderr);
 }
 
@@ -119,28 +125,34 @@ int Progress::percent() const
 
 QString Progress::line(int width) const
 {
-    const QString tail = QStringLiteral(" %1 % %2").arg(percent(), 3).arg(figures());
-    // The last column is not used, because some terminals would start a new line.
-    const int room = width - 1 - displayWidth(tail);
-    const QString name = elided(m_what, qBound(NarrowestBar, room / 2, WidestName));
+    const int columns = width - Reserve;
+    const int readable = qMin(displayWidth(m_what), ReadableName);
+    QStringList parts = figures();
+    QString tail;
+    do {
+        tail = QStringLiteral(" %1 % %2").arg(percent(), 3).arg(parts.join(QLatin1String("  ")));
+        parts.removeLast();
+    } while (!parts.isEmpty() && columns - displayWidth(tail) < readable);
+    const int room = columns - displayWidth(tail);
+    const QString name =
+        elided(m_what, qBound(NarrowestName, qMax(room / 2, qMin(room, readable)), WidestName));
     const int bar = qMin(room - displayWidth(name) - 3, WidestBar);
     if (bar < NarrowestBar)
-        return elided(name + tail, width - 1);
+        return elided(name + tail, columns);
     const int filled = bar * percent() / 100;
     return QStringLiteral("%1 [%2%3]%4")
         .arg(name, QString(filled, QLatin1Char('#')), QString(bar - filled, QLatin1Char('.')),
              tail);
 }
 
-QString Progress::figures() const
+QStringList Progress::figures() const
 {
-    QString text = Text::tr("%1 of %2").arg(sizeText(m_doneBytes), sizeText(m_totalBytes));
+    QStringList parts{Text::tr("%1 of %2").arg(sizeText(m_doneBytes), sizeText(m_totalBytes))};
     const qint64 rate = bytesPerSecond();
     if (rate <= 0 || m_isComplete)
-        return text;
-    text += QLatin1String("  ") + rateText(rate);
+        return parts;
     const std::chrono::seconds left((m_totalBytes - m_doneBytes) / rate);
-    return text + QLatin1String("  ") + Text::tr("%1 left").arg(durationText(left));
+    return parts << rateText(rate) << Text::tr("%1 left").arg(durationText(left));
 }
 
 qint64 Progress::bytesPerSecond() const

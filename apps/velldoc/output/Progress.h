@@ -4,6 +4,7 @@
 #include <QList>
 #include <QPair>
 #include <QString>
+#include <QStringList>
 
 namespace velldoc {
 
@@ -40,7 +41,7 @@ private:
     int percent() const;
     static void show(const QString &line);
     QString line(int width) const;
-    QString figures() const;
+    QStringList figures() const; //!< the most important first
     qint64 bytesPerSecond() const;
 
     const bool m_isShown;

@@ -3,6 +3,8 @@
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/Output.h>
 
+#include <algorithm>
+
 namespace velldoc {
 
 namespace {
@@ -77,13 +79,21 @@ QList<int> Table::shownColumns(const QList<int> &widths, int width) const
         least += Gap + (shrinks ? qMin(widths.at(i), ReadableColumn) : widths.at(i));
         shown.append(i);
     }
-    for (int i = m_columns.size() - 1; width > 0 && i >= 0 && least > width; --i) {
-        if (m_columns.at(i).fit != Fit::Drops)
-            continue;
-        least -= Gap + widths.at(i);
-        shown.removeOne(i);
-    }
+    const auto drop = [&](auto mayDrop) {
+        for (int i = m_columns.size() - 1; width > 0 && i >= 0 && least > width; --i) {
+            if (mayDrop(i) && shown.removeOne(i))
+                least -= Gap + widths.at(i);
+        }
+    };
+    drop([this](int column) { return isEmpty(column); });
+    drop([this](int column) { return m_columns.at(column).fit == Fit::Drops; });
     return shown;
+}
+
+bool Table::isEmpty(int column) const
+{
+    return std::all_of(m_rows.cbegin(), m_rows.cend(),
+                       [column](const QStringList &row) { return row.value(column).isEmpty(); });
 }
 
 QList<int> Table::fittedWidths(QList<int> widths, int width) const

@@ -8,8 +8,8 @@ namespace velldoc {
 
 //! \brief A table that is fitted to a width.
 //!
-//! Columns are separated by two spaces. If the cells are too wide, columns that may be dropped are dropped,
-//! the last one first; then the widest of the columns that may shrink is cut, down to a least width, and then
+//! Columns are separated by two spaces. If the cells are too wide, columns without any text are dropped, then those that may be
+//! dropped, the last one first; then the widest of the columns that may shrink is cut, down to a least width, and then
 //! the other columns. Without a width nothing is cut.
 class Table
 {
@@ -34,6 +34,7 @@ private:
         Fit fit;
     };
 
+    bool isEmpty(int column) const;
     //! Returns the columns that are not dropped.
     QList<int> shownColumns(const QList<int> &widths, int width) const;
     QList<int> naturalWidths() const;

@@ -1,6 +1,7 @@
 #include <velldoc/program/CommandLine.h>
 
 #include <velldoc/commands/Commands.h>
+#include <velldoc/output/HumanText.h>
 #include <velldoc/output/Log.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/GlobalOptions.h>
@@ -75,12 +76,11 @@ Failure unreadable(const QCommandLineParser &parser, const QVector<CommandOption
                        .arg(QLatin1String(name.size() == 1 ? "-" : "--") + name);
         const QString like = mostAlike(name, optionWords(options));
         if (!like.isEmpty())
-            sentence +=
-                QLatin1Char(' ') + Text::tr("Did you mean %1?").arg(QLatin1String("--") + like);
+            sentence = joinedSentences({sentence, didYouMean(QLatin1String("--") + like)});
     } else if (!arguments.constLast().contains(QLatin1Char('='))) {
         sentence = Text::tr("The option %1 needs a value.").arg(arguments.constLast());
     }
-    return {ExitUsage, sentence + QLatin1Char(' ') + Text::tr("See \"%1\".").arg(help)};
+    return {ExitUsage, joinedSentences({sentence, Text::tr("See \"%1\".").arg(help)})};
 }
 
 //! Runs a command line without a command.
@@ -108,8 +108,7 @@ QString suggestion(const QString &name)
     QStringList names;
     for (const Command *const command : allCommands())
         names.append(QString::fromLatin1(command->name));
-    const QString like = mostAlike(name, names);
-    return like.isEmpty() ? QString() : QLatin1Char(' ') + Text::tr("Did you mean %1?").arg(like);
+    return didYouMean(mostAlike(name, names));
 }
 
 QString helpLine(const Command &command)
@@ -147,7 +146,7 @@ int runCommand(const Command &command, const QCommandLineParser &parser, Output 
         if (failure.code() != ExitUsage)
             return fail(output, failure);
         const QString advice = Text::tr("See \"%1\".").arg(helpLine(command));
-        return fail(output, {ExitUsage, failure.sentence() + QLatin1Char(' ') + advice});
+        return fail(output, {ExitUsage, joinedSentences({failure.sentence(), advice})});
     }
     return succeed(output);
 }

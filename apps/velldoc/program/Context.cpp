@@ -12,11 +12,29 @@ namespace velldoc {
 Session &Context::session()
 {
     if (!m_session) {
+        requireKnownProfile();
         m_session = std::make_unique<Session>(settings);
         m_session->open();
         noteNewProject();
     }
     return *m_session;
+}
+
+//! Without this a misspelled name would use the embedded service.
+void Context::requireKnownProfile() const
+{
+    const QString &name = settings.profile;
+    if (name.isEmpty() || !settings.url.isEmpty())
+        return;
+    const QStringList profiles = Settings::profiles();
+    if (!profiles.contains(name)) {
+        throw Failure(
+            ExitUsage,
+            joinedSentences(
+                {Text::tr("There is no login \"%1\": \"velldoc login --profile %1 URL\" stores it.")
+                     .arg(name),
+                 didYouMean(mostAlike(name, profiles))}));
+    }
 }
 
 //! The embedded service accepts every project; a misspelled name would look like an empty project.
@@ -49,9 +67,10 @@ QStringList Context::arguments(int least, int most) const
             usageWords(m_command, hasAction ? all.constFirst() : QString());
         const int position = all.size() - (hasAction ? 1 : 0);
         const QString missing = words.value(qMin(position, words.size() - 1)).name;
-        throw Failure(ExitUsage, Text::tr("%1 is missing: %2.").arg(missing, usageLine(m_command)));
+        throw Failure(ExitUsage,
+                      Text::tr("%1 is missing: \"%2\".").arg(missing, usageLine(m_command)));
     }
-    if (most > 0 && all.size() > most)
+    if (all.size() > most)
         throw Failure(ExitUsage,
                       Text::tr("There are too many arguments: \"%1\".").arg(all.at(most)));
     return all;
@@ -97,18 +116,14 @@ QString Context::word(const char *option) const
     const QVector<CommandOption> options = m_command.options + globalOptions();
     for (const CommandOption &known : options) {
         const QString name = QString::fromLatin1(known.names).section(QLatin1Char(','), -1);
-        if (text.isEmpty() || name != QLatin1String(option))
+        if (!isSet(option) || name != QLatin1String(option))
             continue;
         const QStringList words = QString::fromLatin1(known.words).split(QLatin1Char(' '));
         if (words.contains(text))
             return text;
-        const QString like = mostAlike(text, words);
-        throw Failure(ExitUsage,
-                      Text::tr("--%1 takes one of %2, not \"%3\".")
-                              .arg(name, words.join(QStringLiteral(", ")), text)
-                          + (like.isEmpty()
-                                 ? QString()
-                                 : QLatin1Char(' ') + Text::tr("Did you mean %1?").arg(like)));
+        const QString sentence = Text::tr("--%1 takes one of %2, not \"%3\".")
+                                     .arg(name, words.join(QStringLiteral(", ")), text);
+        throw Failure(ExitUsage, joinedSentences({sentence, didYouMean(mostAlike(text, words))}));
     }
     return text;
 }

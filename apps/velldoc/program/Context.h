@@ -8,6 +8,7 @@
 #include <QCommandLineParser>
 #include <QStringList>
 
+#include <limits>
 #include <memory>
 
 namespace velldoc {
@@ -27,8 +28,8 @@ public:
 
     QStringList arguments() const { return m_parser.positionalArguments(); }
 
-    //! Returns the arguments. \throws Failure if there are fewer than \a least, or more than \a most and \a most is not 0
-    QStringList arguments(int least, int most) const;
+    //! Returns the arguments. \throws Failure if there are fewer than \a least or more than \a most
+    QStringList arguments(int least, int most = std::numeric_limits<int>::max()) const;
 
     //! Returns false for an option that the command does not have.
     bool isSet(const char *option) const;
@@ -62,6 +63,7 @@ public:
     const Settings settings;
 
 private:
+    void requireKnownProfile() const;
     void noteNewProject() const;
 
     const Command &m_command;

@@ -1,6 +1,7 @@
 #include <velldoc/program/Usage.h>
 
 #include <velldoc/program/Command.h>
+#include <velldoc/program/Text.h>
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -66,13 +67,20 @@ QString mostAlike(const QString &word, const QStringList &words)
     QString best;
     int least = word.size() < 4 ? 2 : 3; // with more changes it would be another word
     for (const QString &candidate : words) {
-        const int letters = candidate.startsWith(word) ? 1 : distance(word, candidate);
+        const bool isClose = candidate.startsWith(word)
+            || (candidate != word && candidate.compare(word, Qt::CaseInsensitive) == 0);
+        const int letters = isClose ? 1 : distance(word, candidate);
         if (letters < least && letters < candidate.size()) {
             least = letters;
             best = candidate;
         }
     }
     return best;
+}
+
+QString didYouMean(const QString &like)
+{
+    return like.isEmpty() ? QString() : Text::tr("Did you mean %1?").arg(like);
 }
 
 } // namespace velldoc

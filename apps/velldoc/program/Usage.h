@@ -24,4 +24,7 @@ QString usageLine(const Command &command);
 //! Returns the most similar one of \a words, if \a word may be a misspelling of it; otherwise an empty string.
 QString mostAlike(const QString &word, const QStringList &words);
 
+//! Returns the question whether \a like was meant; empty if \a like is empty.
+QString didYouMean(const QString &like);
+
 } // namespace velldoc

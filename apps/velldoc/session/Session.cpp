@@ -1,6 +1,7 @@
 #include <velldoc/session/Session.h>
 
 #include <velldoc/program/Text.h>
+#include <velldoc/session/ServiceTexts.h>
 #include <velldoc/system/Interrupt.h>
 
 #include <algorithm>
@@ -168,7 +169,7 @@ QString Session::missingAdvice() const
 
 Failure Session::describe(const VellError &error) const
 {
-    const QString words = error.detail.isEmpty() ? error.text : error.detail;
+    const QString words = error.detail.isEmpty() ? error.text : translatedServiceText(error.detail);
     if (error.kind == VellError::Kind::BadAddress && error.httpStatus == 0)
         return failureOf(ExitNoConnection, words, QString(), 0);
     if (hasNoAnswer(error)) {
@@ -194,7 +195,7 @@ Failure Session::describe(const VellError &error) const
         advice = missingAdvice();
         break;
     case VellError::Kind::NoRoom:
-        advice = Text::tr("free some space there, then run the same command again.");
+        advice = Text::tr("free some space there.");
         break;
     case VellError::Kind::TooLarge:
         if (error.reason == Reason::BodyTooLarge)

@@ -62,6 +62,8 @@ void SyncReport::addDone(const VellSyncStep &step)
     m_bytes += step.sizeBytes;
     if (step.action == Action::Create || step.action == Action::Replace)
         ++m_fileCount;
+    else if (step.action == Action::Move)
+        ++m_movedCount;
     else if (step.action == Action::Remove)
         ++m_removedCount;
 }
@@ -89,10 +91,17 @@ void SyncReport::printFailures() const
 
 void SyncReport::printSummary(int unchangedCount) const
 {
-    m_context.out.note(
-        Text::tr("%n file(s) transferred, %1;", nullptr, m_fileCount).arg(sizeText(m_bytes))
-        + QLatin1Char(' ') + Text::tr("%n removed;", nullptr, m_removedCount) + QLatin1Char(' ')
-        + Text::tr("%n unchanged.", nullptr, unchangedCount));
+    const bool isDryRun = m_context.isDryRun();
+    QStringList clauses{(isDryRun ? Text::tr("%n file(s) to transfer, %1;", nullptr, m_fileCount)
+                                  : Text::tr("%n file(s) transferred, %1;", nullptr, m_fileCount))
+                            .arg(sizeText(m_bytes))};
+    if (m_movedCount > 0)
+        clauses += isDryRun ? Text::tr("%n to move;", nullptr, m_movedCount)
+                            : Text::tr("%n moved;", nullptr, m_movedCount);
+    clauses += isDryRun ? Text::tr("%n to remove;", nullptr, m_removedCount)
+                        : Text::tr("%n removed;", nullptr, m_removedCount);
+    clauses += Text::tr("%n unchanged.", nullptr, unchangedCount);
+    m_context.out.note(joinedSentences(clauses));
 }
 
 QJsonObject SyncReport::resultJson() const

@@ -28,7 +28,7 @@ public:
     int failureCount() const { return m_failed.size(); }
     //! Prints a line for each failure.
     void printFailures() const;
-    //! Prints how much has been done.
+    //! Prints how much has been done or, in a dry run, is to be done.
     void printSummary(int unchangedCount) const;
     QJsonObject resultJson() const;
 
@@ -45,6 +45,7 @@ private:
     QJsonArray m_done;
     qint64 m_bytes = 0;
     int m_fileCount = 0;
+    int m_movedCount = 0;
     int m_removedCount = 0;
 };
 

@@ -1,5 +1,6 @@
 #include <velldoc/sync/SyncRun.h>
 
+#include <velldoc/output/HumanText.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/Text.h>
 #include <velldoc/sync/SyncExecution.h>
@@ -110,8 +111,8 @@ void SyncRun::execute()
         m_context.out.setResult(m_report.resultJson());
         remember();
         throw Failure(failure.code(),
-                      failure.sentence() + QLatin1Char(' ')
-                          + Text::tr("The same command continues from here."),
+                      joinedSentences(
+                          {failure.sentence(), Text::tr("The same command continues from here.")}),
                       failure.httpStatus());
     }
     remember();

@@ -45,10 +45,14 @@ QString questionText(const ConflictPolicy::Question &question)
         lines.append(Text::tr("  r  replace it: store the file as a new version"));
     lines += {Text::tr("  n  keep both: store the file as %1").arg(question.newName),
               Text::tr("  s  skip the file"), Text::tr("  c  cancel; no file is sent")};
+    const QString margin(5, QLatin1Char(' '));
     QString text;
-    for (const QString &line : qAsConst(lines))
-        text += printable(line) + QLatin1Char('\n');
-    return text + Text::tr("A capital letter applies to all following files, too: ");
+    for (const QString &line : qAsConst(lines)) {
+        const QStringList parts = wrapped(printable(line), terminal::width(stderr) - margin.size());
+        text += parts.join(QLatin1Char('\n') + margin) + QLatin1Char('\n');
+    }
+    const QString last = Text::tr("A capital letter applies to all following files, too: ");
+    return text + wrapped(last, terminal::width(stderr)).join(QLatin1Char('\n'));
 }
 
 } // namespace
@@ -81,8 +85,8 @@ Conflict ConflictPolicy::decide(const Question &question)
 
 Conflict ConflictPolicy::ask(const Question &question)
 {
+    say(questionText(question));
     for (;;) {
-        say(questionText(question));
         QString answer;
         if (!terminal::readLine(&answer)) {
             say(QStringLiteral("\n"));
@@ -98,6 +102,8 @@ Conflict ConflictPolicy::ask(const Question &question)
                 m_policy = row.conflict;
             return row.conflict;
         }
+        say(Text::tr("Press one of %1, then Enter: ")
+                .arg(QLatin1String(question.canReplace ? "r, n, s, c" : "n, s, c")));
     }
 }
 

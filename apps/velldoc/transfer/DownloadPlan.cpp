@@ -31,7 +31,8 @@ void DownloadPlan::add(const VellDocument &document, const QString &target, int 
     if ((QFileInfo(target).isDir() && !isOwn) || sourceCount > 1
         || target.endsWith(QLatin1Char('/'))) {
         if (!QFileInfo(target).isDir())
-            throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(target));
+            throw Failure(ExitNotFound,
+                          Text::tr("There is no local folder %1: create it first.").arg(target));
         if (!document.name.isEmpty() && !system_files::isFileName(document.name)) {
             refuse(document.name,
                    Text::tr("the name is not valid for a local file: download it separately, with "

@@ -54,7 +54,7 @@ Failure unfinished(const Failure &failure, int doneCount, int count)
         sentences.append(
             Text::tr("%1 of %n file(s) have been downloaded.", nullptr, count).arg(doneCount));
     sentences.append(Text::tr("The same command continues from here."));
-    return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
+    return {failure.code(), joinedSentences(sentences), failure.httpStatus()};
 }
 
 void throwFirstFailure(Context &context, const DownloadPlan &plan, const Report &report)

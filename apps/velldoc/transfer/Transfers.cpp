@@ -68,6 +68,8 @@ Transfers::~Transfers() = default;
 void Transfers::run(const QString &firstName)
 {
     m_count = m_queue.count();
+    if (m_count == 0)
+        return;
     m_firstName = firstName;
     // Also before the sentence about a failure is printed.
     const auto clearing = qScopeGuard([this] { m_progress.clear(); });
@@ -82,8 +84,7 @@ void Transfers::run(const QString &firstName)
     cancelling.dismiss();
     if (m_fatal)
         throw Failure(*m_fatal);
-    if (m_count > 0)
-        m_progress.end();
+    m_progress.end();
 }
 
 void Transfers::note(const QVector<qint64> &ids)

@@ -57,6 +57,10 @@ void report(Context &context, const UploadPlan &plan, const Transfers &transfers
          {QStringLiteral("skipped"), QJsonArray::fromStringList(plan.skipped())},
          {QStringLiteral("unchanged"), QJsonArray::fromStringList(plan.unchanged())},
          {QStringLiteral("failed"), failed}});
+}
+
+void printSummary(const Context &context, const UploadPlan &plan, const Transfers &transfers)
+{
     context.out.note(Text::tr("%n file(s) stored, %1.", nullptr, transfers.done().size())
                          .arg(sizeText(transfers.doneBytes())));
     if (!plan.unchanged().isEmpty())
@@ -76,7 +80,7 @@ Failure unfinished(const Failure &failure, const UploadPlan &plan, const Transfe
     }
     if (failure.code() != ExitNotAllowed)
         sentences.append(Text::tr("The same command continues from here."));
-    return {failure.code(), sentences.join(QLatin1Char(' ')), failure.httpStatus()};
+    return {failure.code(), joinedSentences(sentences), failure.httpStatus()};
 }
 
 void throwFirstFailure(const UploadPlan &plan, const Transfers &transfers)
@@ -109,6 +113,7 @@ void sendUploads(Context &context, const UploadPlan &plan)
         throw unfinished(failure, plan, transfers);
     }
     report(context, plan, transfers, tasks);
+    printSummary(context, plan, transfers);
     throwFirstFailure(plan, transfers);
 }
 

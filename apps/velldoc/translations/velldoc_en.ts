@@ -192,5 +192,33 @@
             <numerusform>%n files would be stored, %1.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n file(s) to transfer, %1;</source>
+        <translation>
+            <numerusform>%n file to transfer, %1;</numerusform>
+            <numerusform>%n files to transfer, %1;</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n to move;</source>
+        <translation>
+            <numerusform>%n to move;</numerusform>
+            <numerusform>%n to move;</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n moved;</source>
+        <translation>
+            <numerusform>%n moved;</numerusform>
+            <numerusform>%n moved;</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n to remove;</source>
+        <translation>
+            <numerusform>%n to remove;</numerusform>
+            <numerusform>%n to remove;</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -242,10 +242,6 @@
         <translation>请运行“velldoc login”或使用 --token。</translation>
     </message>
     <message>
-        <source>free some space there, then run the same command again.</source>
-        <translation>请先在服务端腾出空间，再运行同一命令。</translation>
-    </message>
-    <message>
         <source>Type</source>
         <translation>类型</translation>
     </message>
@@ -300,10 +296,6 @@
     <message>
         <source>%1/s</source>
         <translation>%1/秒</translation>
-    </message>
-    <message>
-        <source>An argument is missing.</source>
-        <translation>命令行缺少参数。</translation>
     </message>
     <message>
         <source>There are too many arguments: &quot;%1&quot;.</source>
@@ -368,7 +360,7 @@
     <message numerus="yes">
         <source>%1 of %n file(s)</source>
         <translation>
-            <numerusform>第 %1 个，共 %n 个文件</numerusform>
+            <numerusform>%1 / %n 个文件</numerusform>
         </translation>
     </message>
     <message>
@@ -434,10 +426,6 @@
     <message>
         <source>--reverse needs --sort.</source>
         <translation>--reverse 需与 --sort 一起使用。</translation>
-    </message>
-    <message>
-        <source>--sort takes one of %1, not &quot;%2&quot;.</source>
-        <translation>--sort 可取 %1，而不是“%2”。</translation>
     </message>
     <message>
         <source>%1 is empty.</source>
@@ -1463,10 +1451,6 @@
         <translation>项目“%1”尚不存在：存入第一个文档时会创建它。</translation>
     </message>
     <message>
-        <source>%1 is missing: %2.</source>
-        <translation>缺少 %1：%2。</translation>
-    </message>
-    <message>
         <source>Versions are numbered from 1.</source>
         <translation>版本从 1 开始编号。</translation>
     </message>
@@ -2007,6 +1991,78 @@
     <message>
         <source>delete a document permanently</source>
         <translation>永久删除一个文档</translation>
+    </message>
+    <message>
+        <source>No project gives you a role that allows this (%1).</source>
+        <translation>没有任何项目给予您执行此操作的角色（%1）。</translation>
+    </message>
+    <message>
+        <source>The access token is unknown.</source>
+        <translation>访问令牌无效。</translation>
+    </message>
+    <message>
+        <source>The service has no room left.</source>
+        <translation>服务端空间已满。</translation>
+    </message>
+    <message>
+        <source>There is no project %1.</source>
+        <translation>没有项目 %1。</translation>
+    </message>
+    <message>
+        <source>Your role in the project does not allow this (%1).</source>
+        <translation>您在项目中的角色不允许此操作（%1）。</translation>
+    </message>
+    <message>
+        <source>free some space there.</source>
+        <translation>请先在服务端腾出空间。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) to transfer, %1;</source>
+        <translation>
+            <numerusform>将传输 %n 个文件，%1；</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n to move;</source>
+        <translation>
+            <numerusform>将移动 %n 个；</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n moved;</source>
+        <translation>
+            <numerusform>已移动 %n 个；</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n to remove;</source>
+        <translation>
+            <numerusform>将移除 %n 个；</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Press one of %1, then Enter: </source>
+        <translation>请按 %1 之一，然后按回车：</translation>
+    </message>
+    <message>
+        <source>There is no local folder %1: create it first.</source>
+        <translation>没有本地文件夹 %1：请先建立它。</translation>
+    </message>
+    <message>
+        <source>The whole name must match: &quot;*%1*&quot; finds names that contain it.</source>
+        <translation>名称须完全匹配：“*%1*”可找到包含它的名称。</translation>
+    </message>
+    <message>
+        <source>There is no %1 in the project.</source>
+        <translation>项目中没有 %1。</translation>
+    </message>
+    <message>
+        <source>There is no login &quot;%1&quot;: &quot;velldoc login --profile %1 URL&quot; stores it.</source>
+        <translation>没有名为“%1”的登录：“velldoc login --profile %1 URL”可存储它。</translation>
+    </message>
+    <message>
+        <source>%1 is missing: &quot;%2&quot;.</source>
+        <translation>缺少 %1：“%2”。</translation>
     </message>
 </context>
 </TS>

@@ -95,6 +95,16 @@ bool hasKind(const VellDocument &document, const QString &kind)
             && VellPubDoc::getFileType(document.suffix) == kind);
 }
 
+//! Returns how to find names that contain \a pattern; empty if that is what was searched for.
+QString patternAdvice(const Context &context, const QString &pattern)
+{
+    static const QRegularExpression wildcard(QStringLiteral("[*?\\[]"));
+    if (pattern.isEmpty() || context.isSet("regex") || pattern.contains(wildcard))
+        return {};
+    return Text::tr("The whole name must match: \"*%1*\" finds names that contain it.")
+        .arg(pattern);
+}
+
 void run(Context &context)
 {
     QStringList arguments = context.arguments(0, 2);
@@ -122,7 +132,8 @@ void run(Context &context)
     }
     showDocuments(context, found, QStringLiteral("documents"), FolderPaths(context.session()));
     if (found.isEmpty())
-        context.out.note(Text::tr("Nothing was found."));
+        context.out.note(joinedSentences(
+            {Text::tr("Nothing was found."), patternAdvice(context, arguments.value(0))}));
 }
 
 } // namespace

@@ -12,8 +12,6 @@ namespace {
 
 void setAll(Context &context, const Mark &mark, const QStringList &paths, bool isOn)
 {
-    if (paths.isEmpty())
-        throw Failure(ExitUsage, Text::tr("An argument is missing."));
     QJsonArray marked;
     for (const QString &path : paths) {
         const VellDocument document = context.tree().find(RemotePath::parse(path));
@@ -34,6 +32,7 @@ void runMarkCommand(Context &context, const Mark &mark)
     QStringList arguments = context.arguments();
     const QString action = arguments.isEmpty() ? QStringLiteral("list") : arguments.takeFirst();
     if (action == QLatin1String("add") || action == QLatin1String("remove")) {
+        context.arguments(2);
         setAll(context, mark, arguments, action == QLatin1String("add"));
         return;
     }

@@ -22,7 +22,6 @@ QList<VellDocument> listUsed(Context &context)
 //! Lists the files that the user has stored last.
 void listStored(Context &context)
 {
-    context.arguments(0, 0);
     Session &session = context.session();
     if (session.userId().isEmpty())
         throw Failure(

@@ -3,6 +3,7 @@
 #include <velldoc/documents/Listing.h>
 #include <velldoc/output/DisplayWidth.h>
 #include <velldoc/output/HumanText.h>
+#include <velldoc/output/NaturalOrder.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/Text.h>
 
@@ -27,7 +28,7 @@ QList<VellDocument> readTree(Context &context, const VellDocument &folder)
             document.parentId.clear();
     }
     std::sort(documents.begin(), documents.end(), [](const VellDocument &a, const VellDocument &b) {
-        return a.type == b.type ? a.name < b.name : a.type < b.type;
+        return a.type == b.type ? compareNaturally(a.name, b.name) < 0 : a.type < b.type;
     });
     VellPubDoc::makeDocListTree(documents);
     return documents;
@@ -102,8 +103,8 @@ void run(Context &context)
         RemotePath::parse(context.arguments(0, 1).value(0, QStringLiteral("/")));
     const VellDocument folder = context.tree().findFolder(path);
     const QList<VellDocument> documents = readTree(context, folder);
-    context.out.print(Output::strong(printedPath(path)));
     Drawing drawing(context);
+    context.out.print(Output::strong(printedPath(path)));
     const QJsonArray children = drawing.drawAll(documents);
     context.out.setResult(
         {{QStringLiteral("path"), path.text()}, {QStringLiteral("children"), children}});

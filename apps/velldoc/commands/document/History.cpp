@@ -65,7 +65,7 @@ void run(Context &context)
     table.addColumn(Text::tr("Version"), Qt::AlignRight);
     table.addColumn(Text::tr("Size"), Qt::AlignRight);
     table.addColumn(Text::tr("Stored"));
-    table.addColumn(Text::tr("By"), Qt::AlignLeft, Table::Fit::Shrinks);
+    table.addColumn(Text::tr("By"), Qt::AlignLeft, Table::Fit::Drops);
     table.addColumn(Text::tr("Remark"), Qt::AlignLeft, Table::Fit::Shrinks);
     QJsonArray array;
     int number = versions.size();

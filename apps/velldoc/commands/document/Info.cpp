@@ -6,6 +6,7 @@
 #include <velldoc/output/Json.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/Text.h>
+#include <velldoc/system/Terminal.h>
 
 namespace velldoc {
 
@@ -59,16 +60,20 @@ void print(const Pairs &pairs, Output &output)
     int column = 0;
     for (const auto &pair : pairs)
         column = qMax(column, displayWidth(pair.first));
+    column += 2;
+    const int width = terminal::width(stdout);
+    const QString newLine = QLatin1Char('\n') + QString(column, QLatin1Char(' '));
     for (const auto &pair : pairs) {
-        if (!pair.second.isEmpty())
-            output.print(padded(pair.first + QLatin1Char(':'), column + 2)
-                         + printable(pair.second));
+        const QString value = printable(pair.second);
+        const QStringList lines = width > 0 ? wrapped(value, width - column) : QStringList{value};
+        if (!value.isEmpty())
+            output.print(padded(pair.first + QLatin1Char(':'), column) + lines.join(newLine));
     }
 }
 
 void run(Context &context)
 {
-    const QList<NamedDocument> named = namedDocuments(context, context.arguments(1, 0));
+    const QList<NamedDocument> named = namedDocuments(context, context.arguments(1));
     QJsonArray described;
     for (const NamedDocument &entry : named) {
         const VellDocument &found = entry.document;

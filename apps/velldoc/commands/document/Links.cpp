@@ -82,14 +82,14 @@ void run(Context &context)
         showLinkedTo(context, context.value("to"));
         return;
     }
-    const QStringList arguments = context.arguments(1, 0);
+    const QStringList arguments = context.arguments(1);
     const VellDocument found = context.tree().find(RemotePath::parse(arguments.constFirst()));
     if (found._id.isEmpty())
         throw Failure(ExitUsage, Text::tr("The top level has no links."));
     VellDocument document =
         context.session().await(context.session().documents().document(found._id));
     if (arguments.size() > 1) {
-        context.arguments(4, 0);
+        context.arguments(4);
         change(document, arguments.at(1), arguments.at(2), arguments.mid(3));
         if (context.leaves(arguments.constFirst()))
             return;

@@ -139,7 +139,7 @@ void run(Context &context)
     const QDateTime end = readEnd(context);
     if (end.isValid() && end <= QDateTime::currentDateTime())
         throw Failure(ExitUsage, Text::tr("The date for the share is in the past."));
-    const QList<NamedDocument> documents = namedDocuments(context, context.arguments(1, 0));
+    const QList<NamedDocument> documents = namedDocuments(context, context.arguments(1));
     QStringList ids;
     for (const NamedDocument &named : documents) {
         if (named.document._id.isEmpty())

@@ -57,7 +57,7 @@ private:
 
 void run(Context &context)
 {
-    QStringList texts = context.arguments(2, 0);
+    QStringList texts = context.arguments(2);
     const RemotePath target = RemotePath::parse(texts.takeLast());
     const QList<NamedDocument> sources = namedDocuments(context, texts);
     for (const NamedDocument &source : sources) {

@@ -34,7 +34,7 @@ VellDocument make(Context &context, const RemotePath &path)
 
 void run(Context &context)
 {
-    const QStringList paths = context.arguments(1, 0);
+    const QStringList paths = context.arguments(1);
     QJsonArray made;
     for (const QString &text : paths) {
         const RemotePath path = RemotePath::parse(text);

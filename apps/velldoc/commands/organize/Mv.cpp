@@ -1,6 +1,7 @@
 #include <velldoc/commands/Commands.h>
 #include <velldoc/documents/RemotePatterns.h>
 #include <velldoc/documents/Renaming.h>
+#include <velldoc/output/HumanText.h>
 #include <velldoc/output/Json.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/GlobalOptions.h>
@@ -55,8 +56,7 @@ void takeBack(Context &context, const VellDocument &document, const QString &old
     } catch (const Failure &) {
         const QString state =
             Text::tr("It is still in the same folder, but its name is \"%1\" now.");
-        throw Failure(reason.code(),
-                      reason.sentence() + QLatin1Char(' ') + state.arg(document.name),
+        throw Failure(reason.code(), joinedSentences({reason.sentence(), state.arg(document.name)}),
                       reason.httpStatus());
     }
 }
@@ -86,7 +86,7 @@ void moveTo(Context &context, const NamedDocument &source, const RemotePath &tar
 
 void run(Context &context)
 {
-    QStringList texts = context.arguments(2, 0);
+    QStringList texts = context.arguments(2);
     const RemotePath target = RemotePath::parse(texts.takeLast());
     const QList<NamedDocument> sources = namedDocuments(context, texts);
     for (const NamedDocument &source : sources) {

@@ -11,7 +11,7 @@ namespace {
 
 QList<NamedDocument> findAll(Context &context)
 {
-    const QList<NamedDocument> found = namedDocuments(context, context.arguments(1, 0));
+    const QList<NamedDocument> found = namedDocuments(context, context.arguments(1));
     for (const NamedDocument &entry : found) {
         if (entry.document._id.isEmpty())
             throw Failure(ExitUsage, Text::tr("The top level itself cannot be deleted."));

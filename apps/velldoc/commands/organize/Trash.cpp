@@ -119,6 +119,11 @@ void empty(Context &context)
         list(context, {});
         return;
     }
+    if (total == 0) {
+        context.out.setResult({{QStringLiteral("deleted"), 0}});
+        context.out.note(Text::tr("The recycle bin is empty."));
+        return;
+    }
     requireAgreement(Text::tr("Delete %n document(s) permanently?", nullptr, total),
                      context.isSet("yes"));
     session.await(session.documents().emptyRecycleBin(QStringLiteral("recycle")));

@@ -14,7 +14,7 @@ namespace {
 
 void run(Context &context)
 {
-    const QList<NamedDocument> files = namedDocuments(context, context.arguments(1, 0));
+    const QList<NamedDocument> files = namedDocuments(context, context.arguments(1));
     QFile output;
     prepareStandardOutput(context, output);
     for (const NamedDocument &named : files) {

@@ -52,7 +52,7 @@ bool addSources(Context &context, const QList<NamedDocument> &sources, const QSt
 
 void run(Context &context)
 {
-    QStringList texts = context.arguments(1, 0);
+    QStringList texts = context.arguments(1);
     const OwnTargets ownTargets(context, QStringList{QStringLiteral("get")} + texts);
     const QString target =
         QDir::fromNativeSeparators(texts.size() > 1 ? texts.takeLast() : QStringLiteral("."));

@@ -31,7 +31,7 @@ QString folderFor(const VellDocument &document)
 
 void run(Context &context)
 {
-    const QList<NamedDocument> files = namedDocuments(context, context.arguments(1, 0));
+    const QList<NamedDocument> files = namedDocuments(context, context.arguments(1));
     QStringList opened;
     for (const NamedDocument &named : files) {
         if (isFolder(named.document))

@@ -1,4 +1,5 @@
 #include <velldoc/commands/Commands.h>
+#include <velldoc/output/HumanText.h>
 #include <velldoc/program/Context.h>
 #include <velldoc/program/GlobalOptions.h>
 #include <velldoc/program/Text.h>
@@ -39,7 +40,7 @@ void fill(UploadPlan &plan, const QStringList &sources, const UploadTarget &targ
         if (!isInterruption(failure.code()))
             throw;
         const QString advice = Text::tr("No file was sent; the same command starts again.");
-        throw Failure(failure.code(), failure.sentence() + QLatin1Char(' ') + advice);
+        throw Failure(failure.code(), joinedSentences({failure.sentence(), advice}));
     }
 }
 
@@ -76,7 +77,7 @@ void putStandardInput(Context &context, UploadPlan &plan, const QString &targetT
 
 void run(Context &context)
 {
-    QStringList sources = context.arguments(2, 0);
+    QStringList sources = context.arguments(2);
     const OwnTargets ownTargets(context, QStringList{QStringLiteral("put")} + sources);
     const QString targetText = sources.takeLast();
     UploadPlan plan(context);
