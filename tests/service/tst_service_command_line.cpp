@@ -21,6 +21,8 @@ private Q_SLOTS:
     void linesThatCannotBeRead();
     void aSecondServiceIsRefused();
     void usersProjectsAndRoles();
+    void tokensAreRenewedAndRevoked();
+    void sharesAreListedAndRevoked();
     void helpTellsAboutFaults();
     void faultsAreTaken();
     void theSweepRemovesWhatNobodyNeeds();
@@ -68,6 +70,16 @@ void TestServiceCommandLine::linesThatCannotBeRead_data()
     QTest::newRow("unknown user command") << "user explode x";
     QTest::newRow("project without an id") << "project add";
     QTest::newRow("role without a role") << "role set p1 anna";
+    QTest::newRow("share without an id") << "share revoke";
+    QTest::newRow("proxy that is none") << "--trusted-proxy somebody";
+    QTest::newRow("prefix without a slash") << "--path-prefix documents";
+    QTest::newRow("no connections") << "--database-connections 0";
+    QTest::newRow("drain that is no time") << "--drain soon";
+    QTest::newRow("backup without a folder") << "backup";
+    QTest::newRow("restore of two folders") << "restore a b";
+    QTest::newRow("check with a word") << "check everything";
+    QTest::newRow("accept with a word") << "accept it";
+    QTest::newRow("copy without a target") << "copy";
     QTest::newRow("sweep with a word") << "sweep everything";
     QTest::newRow("sweep with no hours") << "sweep --older-than long";
 }
@@ -112,6 +124,55 @@ void TestServiceCommandLine::usersProjectsAndRoles()
     const QJsonObject project = me.value("projects").toArray().at(0).toObject();
     QCOMPARE(project.value("name").toString(), QString("First project"));
     QCOMPARE(project.value("role").toString(), QString("editor"));
+}
+
+void TestServiceCommandLine::tokensAreRenewedAndRevoked()
+{
+    ServiceProcess process(m_data);
+    QVERIFY(process.start());
+    QCOMPARE(run({"user", "add", "anna"}), 0);
+    const QString first = m_output.trimmed();
+    QCOMPARE(run({"user", "token", "anna"}), 0);
+    const QString second = m_output.trimmed();
+    QVERIFY(second != first);
+    HttpClient client(process.baseApi());
+    const auto status = [&client](const QString &token) {
+        client.setToken(token);
+        return client.get("base-service/me").status;
+    };
+    QCOMPARE(status(first), 401);
+    QCOMPARE(status(second), 200);
+    QCOMPARE(run({"user", "revoke", "anna"}), 0);
+    QCOMPARE(status(second), 401);
+    QCOMPARE(run({"user", "token", "anna"}), 0); // the user is still there
+    QCOMPARE(run({"user", "remove", "anna"}), 0);
+    QCOMPARE(status(m_output.trimmed()), 401);
+    QCOMPARE(run({"user", "token", "anna"}), 1);
+    QCOMPARE(run({"user", "list"}), 0);
+    QCOMPARE(m_output, QString());
+}
+
+void TestServiceCommandLine::sharesAreListedAndRevoked()
+{
+    ServiceWorld world;
+    m_data = world.dataDir();
+    const QString id = world.makeFile("plan.dwg");
+    const QString code =
+        world.client
+            .post("document-service/documents/shares",
+                  {{"hostId", "p1"}, {"documentIds", QJsonArray{id}}, {"allowDownload", false}})
+            .object()
+            .value("code")
+            .toString();
+    QVERIFY(!code.isEmpty());
+    QCOMPARE(run({"share", "list", "--project", "p2"}), 0);
+    QCOMPARE(m_output, QString());
+    QCOMPARE(run({"share", "list"}), 0);
+    QVERIFY2(m_output.endsWith("  p1  ends never  plan.dwg\n"), qUtf8Printable(m_output));
+    QVERIFY2(!m_output.contains(code), "the list must not open the share");
+    QCOMPARE(run({"share", "revoke", m_output.section(QLatin1Char(' '), 0, 0)}), 0);
+    QCOMPARE(world.client.get("share/" + code).status, 404);
+    QCOMPARE(run({"share", "revoke", "none"}), 1);
 }
 
 void TestServiceCommandLine::helpTellsAboutFaults()

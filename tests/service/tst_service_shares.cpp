@@ -15,6 +15,7 @@ private Q_SLOTS:
     void init();
     void aShareListsItsDocuments();
     void foldersCanBeBrowsed();
+    void longFoldersHavePages();
     void downloadsNeedPermission();
     void nothingElseCanBeReached();
     void anExpiredShareIsGone();
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void othersSharesAreForEditors();
     void sharesWithoutSenseAreRefused_data();
     void sharesWithoutSenseAreRefused();
+    void deletedDocumentsAreNotShared();
 
 private:
     QString share(const QStringList &ids, bool allowDownload, const QDateTime &expiry = {})
@@ -100,6 +102,25 @@ void TestServiceShares::foldersCanBeBrowsed()
     QCOMPARE(download.body, QByteArray("inside"));
     QCOMPARE(download.headers.value("content-disposition"),
              QByteArray("attachment; filename*=UTF-8''inside%20%E5%9B%BE.txt"));
+}
+
+void TestServiceShares::longFoldersHavePages()
+{
+    const QString folder = m_world->makeFolder("Long");
+    for (int i = 1; i <= 501; ++i)
+        QVERIFY(!m_world->makeFolder(QString("entry %1").arg(i, 3, 10, QLatin1Char('0')), folder)
+                     .isEmpty());
+    const QString path = share({folder}, true) + QString("/folders/") + folder;
+    const QByteArray first = visit(path).body;
+    QCOMPARE(first.count("entry "), 500);
+    QVERIFY(first.contains("/share/" + path.toUtf8() + "?page=2\">Next page"));
+    QVERIFY(!first.contains("Previous page"));
+    const QByteArray second = visit(path + QString("?page=2")).body;
+    QCOMPARE(second.count("entry "), 1);
+    QVERIFY(second.contains("?page=1\">Previous page"));
+    QVERIFY(!second.contains("Next page"));
+    QCOMPARE(visit(path + QString("?page=0")).status, 404);
+    QCOMPARE(visit(path + QString("?page=x")).status, 400);
 }
 
 void TestServiceShares::downloadsNeedPermission()
@@ -237,6 +258,15 @@ void TestServiceShares::sharesWithoutSenseAreRefused()
     const HttpAnswer answer = m_world->client.post("document-service/documents/shares", body);
     QCOMPARE(answer.status, status);
     QVERIFY(!answer.errorText().isEmpty());
+}
+
+void TestServiceShares::deletedDocumentsAreNotShared()
+{
+    QCOMPARE(m_world->client.remove(ServiceWorld::documentPath(m_file)).status, 200);
+    const HttpAnswer answer =
+        m_world->client.post("document-service/documents/shares",
+                             {{"hostId", "p1"}, {"documentIds", QJsonArray{m_file}}});
+    QCOMPARE(answer.status, 409);
 }
 
 QTEST_GUILESS_MAIN(TestServiceShares)
