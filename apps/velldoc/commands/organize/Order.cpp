@@ -48,7 +48,7 @@ QList<VellDocument> startingWith(Context &context, const QStringList &paths)
 void run(Context &context)
 {
     const bool isByName = context.isSet("by-name");
-    const QStringList paths = context.arguments(1, isByName ? 1 : 0);
+    const QStringList paths = isByName ? context.arguments(1, 1) : context.arguments(1);
     const QList<VellDocument> ordered =
         isByName ? sortedByName(context, paths.constFirst()) : startingWith(context, paths);
     QMap<QString, int> positions;
