@@ -1,5 +1,7 @@
 #include "VelldocWorld.h"
 
+#include <QFile>
+#include <QJsonArray>
 #include <QTest>
 
 //! What would be done is printed, and nothing is changed.
@@ -11,6 +13,7 @@ private Q_SLOTS:
     void initTestCase();
     void dryRunChangesNothing_data();
     void dryRunChangesNothing();
+    void dryRunEndsNoShare();
     void dryRunOfALoginStoresNothing();
 
 private:
@@ -35,6 +38,8 @@ void TestVelldocDryRun::initTestCase()
     m_world.succeedLine("config set url http://localhost:1/");
     m_world.succeedLine("config set proxy none");
     m_world.write(QStringLiteral("a"), "changed");
+    m_world.succeedLine("put -u old /d/x");
+    m_world.succeedLine("share /a");
     m_before = state();
 }
 
@@ -43,7 +48,7 @@ QString TestVelldocDryRun::state()
 {
     QString state;
     for (const char *const line : {"ls -lR", "trash -l", "share --list", "fav", "frequent",
-                                   "recent list", "ls /d", "remark /a", "links /a"})
+                                   "recent list", "ls /d", "remark /a", "links /a", "history /d/x"})
         state += m_world.succeedLine(line).out;
     return state + QString::fromUtf8(VelldocWorld::read(m_world.configPath()));
 }
@@ -65,6 +70,8 @@ void TestVelldocDryRun::dryRunChangesNothing_data()
     QTest::newRow("trash purge") << QByteArray("trash purge old") << QStringLiteral("old\n");
     QTest::newRow("trash empty") << QByteArray("trash empty") << QStringLiteral("/old\n");
     QTest::newRow("share") << QByteArray("share /a") << QStringLiteral("/a\n");
+    QTest::newRow("history") << QByteArray("history --make-current 1 /d/x")
+                             << QStringLiteral("/d/x\n");
     QTest::newRow("fav add") << QByteArray("fav add /a") << QStringLiteral("/a\n");
     QTest::newRow("fav remove") << QByteArray("fav remove /d") << QStringLiteral("/d\n");
     QTest::newRow("frequent add") << QByteArray("frequent add /a") << QStringLiteral("/a\n");
@@ -87,6 +94,23 @@ void TestVelldocDryRun::dryRunChangesNothing()
     QVERIFY2(run.error.contains(QLatin1String("Nothing was changed")), qPrintable(run.error));
     QCOMPARE(state(), m_before);
     QVERIFY(!QFile::exists(m_world.path(QStringLiteral("back"))));
+}
+
+void TestVelldocDryRun::dryRunEndsNoShare()
+{
+    const QString id = m_world.succeedLine("share --list --json")
+                           .result()
+                           .value(QLatin1String("shares"))
+                           .toArray()
+                           .first()
+                           .toObject()
+                           .value(QLatin1String("id"))
+                           .toString();
+    QVERIFY(!id.isEmpty());
+    const QStringList line{QStringLiteral("share"), QStringLiteral("--revoke"), id,
+                           QStringLiteral("--dry-run")};
+    QCOMPARE(m_world.succeed(line).out, id + QLatin1Char('\n'));
+    QCOMPARE(state(), m_before);
 }
 
 void TestVelldocDryRun::dryRunOfALoginStoresNothing()

@@ -101,13 +101,13 @@ void TestVelldocOutput::slipsAreNoticed_data()
 {
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QString>("sentence");
-    QTest::newRow("command") << QByteArray("mkdri /a") << QStringLiteral("Did you mean mkdir?");
+    QTest::newRow("command") << QByteArray("mkdri /a") << QStringLiteral(" Did you mean mkdir?");
     QTest::newRow("option") << QByteArray("ls --recurse")
-                            << QStringLiteral("Did you mean --recursive?");
+                            << QStringLiteral(" Did you mean --recursive?");
     QTest::newRow("value") << QByteArray("find --kind imag")
-                           << QStringLiteral("Did you mean image?");
+                           << QStringLiteral(" Did you mean image?");
     QTest::newRow("value of ls") << QByteArray("ls --sort nme")
-                                 << QStringLiteral("Did you mean name?");
+                                 << QStringLiteral(" Did you mean name?");
     QTest::newRow("empty value") << QByteArray("ls --sort=")
                                  << QStringLiteral("--sort takes one of name, size,");
 }

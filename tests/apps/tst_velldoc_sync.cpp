@@ -24,13 +24,21 @@ private Q_SLOTS:
     void filtersLeaveOut_data();
     void filtersLeaveOut();
     void localChangeIsNotLost();
+    void newerExtraFileIsNotRemoved();
+    void hiddenChangeIsFoundByChecksum();
+    void downloadHasTheTimeOfTheDocument();
     void missingFolderIsNamed();
     void checkTellsTheDifferences_data();
     void checkTellsTheDifferences();
+    void checkNamesWhatItCannotCompare();
 
 private:
     static QString actions(const VelldocRun &run);
-    static void age(const QString &path);
+    static void age(const QString &path)
+    {
+        setTime(path, QDateTime(QDate(2020, 1, 1), QTime(0, 0)));
+    }
+    static void setTime(const QString &path, const QDateTime &time);
 };
 
 //! "action path" of each step, in the order of the paths.
@@ -45,13 +53,11 @@ QString TestVelldocSync::actions(const VelldocRun &run)
     return lines.join(QStringLiteral(", "));
 }
 
-//! Gives the file at \a path a time long ago.
-void TestVelldocSync::age(const QString &path)
+void TestVelldocSync::setTime(const QString &path, const QDateTime &time)
 {
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(QDateTime(QDate(2020, 1, 1), QTime(0, 0)),
-                             QFileDevice::FileModificationTime));
+    QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
 }
 
 void TestVelldocSync::folderGoesUpAndDown()
@@ -132,12 +138,8 @@ void TestVelldocSync::changeIsFound()
     world.succeedLine("sync up site /S");
     world.succeedLine("sync up site /S");
     world.write(QStringLiteral("site/a"), content);
-    if (isOld) {
-        QFile file(local);
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime(QDate(2019, 1, 1), QTime(0, 0)),
-                                 QFileDevice::FileModificationTime));
-    }
+    if (isOld)
+        setTime(local, QDateTime(QDate(2019, 1, 1), QTime(0, 0)));
     QTEST(actions(world.succeedLine("sync up site /S --json")), "expected");
     QCOMPARE(world.succeedLine("cat /S/a").bytes, content);
 }
@@ -250,6 +252,52 @@ void TestVelldocSync::localChangeIsNotLost()
     QCOMPARE(VelldocWorld::read(world.path(QStringLiteral("site/a"))), QByteArray("1"));
 }
 
+void TestVelldocSync::newerExtraFileIsNotRemoved()
+{
+    VelldocWorld world;
+    world.succeedLine("mkdir /S");
+    const QString local = world.write(QStringLiteral("site/a"), "1");
+    setTime(local, QDateTime::currentDateTime().addDays(1));
+    const VelldocRun run = world.runLine("sync down --delete /S site");
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.error.contains(QLatin1String("a: it has been changed meanwhile")),
+             qPrintable(run.error));
+    QVERIFY2(run.error.contains(QLatin1String(" 0 removed;")), qPrintable(run.error));
+    QCOMPARE(VelldocWorld::read(local), QByteArray("1"));
+}
+
+void TestVelldocSync::hiddenChangeIsFoundByChecksum()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("site/a"), "1");
+    age(local);
+    world.succeedLine("sync up site /S");
+    world.write(QStringLiteral("site/a"), "2");
+    age(local);
+    QCOMPARE(actions(world.succeedLine("sync up site /S --json")), QString());
+    QCOMPARE(actions(world.succeedLine("sync up --checksum site /S --json")),
+             QStringLiteral("replace a"));
+}
+
+void TestVelldocSync::downloadHasTheTimeOfTheDocument()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("site/a"), "1");
+    world.succeedLine("sync up site /S");
+    world.succeedLine("remark /S/a later");
+    world.succeedLine("sync down /S copy");
+    const QString updated = world.succeedLine("info --json /S/a")
+                                .result()
+                                .value(QLatin1String("documents"))
+                                .toArray()
+                                .first()
+                                .toObject()
+                                .value(QLatin1String("updatedAt"))
+                                .toString();
+    QCOMPARE(QFileInfo(world.path(QStringLiteral("copy/a"))).lastModified().toUTC(),
+             QDateTime::fromString(updated, Qt::ISODateWithMs));
+}
+
 void TestVelldocSync::missingFolderIsNamed()
 {
     VelldocWorld world;
@@ -292,6 +340,18 @@ void TestVelldocSync::checkTellsTheDifferences()
     const VelldocRun run = world.runLine(line.constData());
     QTEST(run.exitCode, "exitCode");
     QTEST(run.out, "out");
+}
+
+void TestVelldocSync::checkNamesWhatItCannotCompare()
+{
+    VelldocWorld world;
+    const QString local = world.write(QStringLiteral("site/a"), "1");
+    world.succeedLine("sync up site /S");
+    QVERIFY(QFile::link(local, world.path(QStringLiteral("site/link.lnk"))));
+    const VelldocRun run = world.runLine("check site /S");
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.error.startsWith(QLatin1String("velldoc: link.lnk: ")), qPrintable(run.error));
+    world.succeedLine("check --links skip site /S");
 }
 
 QTEST_GUILESS_MAIN(TestVelldocSync)

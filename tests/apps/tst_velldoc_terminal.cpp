@@ -301,6 +301,8 @@ void TestVelldocTerminal::textsAreWrappedBetweenWords_data()
                            << QByteArray("There is no /nothing in the\r\nproject: ");
     QTest::newRow("note") << QStringLiteral("find word")
                           << QByteArray("Nothing was found. The whole name must\r\nmatch: ");
+    QTest::newRow("option") << QStringLiteral(
+        "help put") << QByteArray("  --transfers N\r\n      Number of small files that are\r\n");
     QTest::newRow("field") << QStringLiteral("info /a")
                            << QByteArray("delete-self,\r\n            download");
 }

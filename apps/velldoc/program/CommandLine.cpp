@@ -170,10 +170,12 @@ int runCommandLine(const QStringList &arguments)
     const Command *const command = findCommand(name);
     output.setCommand(name);
     if (command == nullptr) {
-        return fail(output,
-                    Failure(ExitUsage,
-                            Text::tr("There is no command \"%1\": see \"velldoc help\".").arg(name)
-                                + suggestion(name)));
+        return fail(
+            output,
+            Failure(ExitUsage,
+                    joinedSentences(
+                        {Text::tr("There is no command \"%1\": see \"velldoc help\".").arg(name),
+                         suggestion(name)})));
     }
     QCommandLineParser parser;
     addOptions(parser, globalOptions());

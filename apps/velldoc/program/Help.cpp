@@ -17,6 +17,7 @@ namespace {
 constexpr int Indent = 2;
 constexpr int NameColumn = 12;
 constexpr int OptionColumn = 26;
+constexpr int NarrowestText = 24; // beside the option; otherwise below it
 
 int lineWidth()
 {
@@ -36,6 +37,11 @@ void printText(const QString &text, int indent, Output &output)
 void printPair(const QString &left, const QString &right, int column, Output &output)
 {
     const QString margin(Indent, QLatin1Char(' '));
+    if (lineWidth() - Indent - column < NarrowestText) {
+        output.print(margin + left);
+        printText(right, 3 * Indent, output);
+        return;
+    }
     QStringList lines = wrapped(right, lineWidth() - Indent - column);
     if (displayWidth(left) + 1 < column)
         output.print(margin + padded(left, column) + lines.takeFirst());
