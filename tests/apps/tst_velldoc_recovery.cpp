@@ -34,6 +34,7 @@ private Q_SLOTS:
     void updateWhoseReplyIsLostIsMadeOnce();
     void uploadGivesUpAndSaysWhy_data();
     void uploadGivesUpAndSaysWhy();
+    void attemptsAreThoseOfTheOption();
     void chunkThatIsNeverKeptEndsTheUpload();
     void fileThatChangesMeanwhileIsSentAgain_data();
     void fileThatChangesMeanwhileIsSentAgain();
@@ -139,6 +140,22 @@ void TestVelldocRecovery::uploadGivesUpAndSaysWhy()
     QTEST(run.exitCode, "exitCode");
     QVERIFY2(run.error.contains(sentence), qPrintable(run.error));
     QVERIFY2(clock.elapsed() < 5000, "it was tried again although that could not help");
+}
+
+void TestVelldocRecovery::attemptsAreThoseOfTheOption()
+{
+    VelldocWorld world;
+    FaultRule busy;
+    busy.kind = FaultRule::Kind::Status;
+    busy.value = 503;
+    busy.verb = "POST";
+    busy.times = 0;
+    world.service().addFault(busy);
+    world.write(QStringLiteral("a"), "1");
+    const VelldocRun once = world.runLine("put --retries 1 a /");
+    QCOMPARE(once.exitCode, 1);
+    QCOMPARE(once.error.count(QLatin1String("Trying again.")), 0);
+    QVERIFY(world.runLine("put --retries 3 a /").error.contains(QLatin1String("Trying again.")));
 }
 
 void TestVelldocRecovery::chunkThatIsNeverKeptEndsTheUpload()
