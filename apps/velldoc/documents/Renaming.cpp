@@ -11,8 +11,7 @@ VellDocument renameDocument(Context &context, const VellDocument &document, cons
         return document;
     Session &session = context.session();
     VellError error;
-    const VellDocument renamed =
-        session.await(session.documents().rename(document._id, name), &error);
+    VellDocument renamed = session.await(session.documents().rename(document._id, name), &error);
     if (error.kind == VellError::Kind::NameTaken) {
         throw Failure(
             ExitFailed,

@@ -16,7 +16,7 @@ void run(Context &context)
     const VellDocument document = context.tree().find(path);
     if (document._id.isEmpty())
         throw Failure(ExitUsage, Text::tr("The top level has no name."));
-    const QString name = arguments.constLast();
+    const QString &name = arguments.constLast();
     if (name.isEmpty())
         throw Failure(ExitUsage, Text::tr("A name must have at least one character."));
     if (context.leaves(path.text()))
