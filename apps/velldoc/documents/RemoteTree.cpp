@@ -212,7 +212,7 @@ VellDocument RemoteTree::byId(const QString &id)
     if (known != m_known.constEnd())
         return known.value();
     VellError error;
-    const VellDocument document = m_session.await(m_session.documents().document(id), &error);
+    VellDocument document = m_session.await(m_session.documents().document(id), &error);
     if (error.kind == VellError::Kind::NotFound && error.httpStatus == 0)
         throw Failure(
             ExitNotFound,

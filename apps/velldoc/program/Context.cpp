@@ -112,7 +112,7 @@ qint64 Context::bytes(const char *option) const
 
 QString Context::word(const char *option) const
 {
-    const QString text = value(option);
+    QString text = value(option);
     const QVector<CommandOption> options = m_command.options + globalOptions();
     for (const CommandOption &known : options) {
         const QString name = QString::fromLatin1(known.names).section(QLatin1Char(','), -1);

@@ -21,7 +21,7 @@ QString folderFor(const VellDocument &document)
 {
     const QString top = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)
         + QStringLiteral("/velldoc/opened");
-    const QString folder = top + QLatin1Char('/') + document._id;
+    QString folder = top + QLatin1Char('/') + document._id;
     const bool isMade = QDir().mkpath(folder)
         && QFile::setPermissions(top, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     if (!isMade)
