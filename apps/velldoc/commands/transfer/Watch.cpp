@@ -54,7 +54,7 @@ void update(Context &context, const QString &local, const RemotePath &remote)
 void run(Context &context)
 {
     const QStringList arguments = context.arguments(2, 2);
-    const QString local = arguments.constFirst();
+    const QString &local = arguments.constFirst();
     const RemotePath remote = RemotePath::parse(arguments.constLast());
     if (!QFileInfo(local).isDir())
         throw Failure(ExitNotFound, Text::tr("There is no local folder %1.").arg(local));
