@@ -21,8 +21,16 @@ struct FileLook
 {
     bool isThere = false;
     QDateTime modifiedAt;
+    qint64 sizeBytes = 0;
     QString md5;
 };
+
+//! Does not read the file.
+FileLook lookAt(const QString &path)
+{
+    const QFileInfo info(path);
+    return {info.isFile(), info.lastModified(), info.size(), {}};
+}
 
 QString cleaned(const QString &path)
 {
@@ -37,6 +45,7 @@ public:
     struct Entry
     {
         VellDocument document;
+        FileLook added; // without the MD5
         QString md5; // of the content that was reported last, or of the first one
         bool isKnown = false; // the file has been read
         bool isGone = false;
@@ -70,11 +79,10 @@ public:
     void look(const QString &path)
     {
         m_pool.start([this, path] {
-            FileLook look;
-            const QFileInfo info(path);
-            look.isThere = info.isFile();
-            look.modifiedAt = info.lastModified();
-            look.md5 = VellPub::getFileMd5(path, [this](qint64) { return !m_isEnding; });
+            const QString md5 = VellPub::getFileMd5(path, [this](qint64) { return !m_isEnding; });
+            // Afterwards, so that a change meanwhile is not taken for settled.
+            FileLook look = lookAt(path);
+            look.md5 = md5;
             QMetaObject::invokeMethod(
                 q, [this, path, look] { take(path, look); }, Qt::QueuedConnection);
         });
@@ -88,9 +96,9 @@ public:
         // If another file replaces the file, QFileSystemWatcher no longer watches it.
         if (look.isThere && !m_watcher.files().contains(path))
             m_watcher.addPath(path);
-        const bool isFirst = !entry->isKnown;
-        entry->isKnown = true;
-        if (isFirst) {
+        const bool isUnchanged =
+            look.modifiedAt == entry->added.modifiedAt && look.sizeBytes == entry->added.sizeBytes;
+        if (!std::exchange(entry->isKnown, true) && isUnchanged) {
             entry->md5 = look.md5;
             return;
         }
@@ -138,9 +146,7 @@ void VellFileWatch::setSettleTime(std::chrono::milliseconds time)
 void VellFileWatch::add(const QString &path, const VellDocument &document)
 {
     const QString clean = cleaned(path);
-    Private::Entry entry;
-    entry.document = document;
-    entry.settle = std::make_shared<QTimer>();
+    Private::Entry entry{document, lookAt(clean), {}, false, false, std::make_shared<QTimer>()};
     entry.settle->setSingleShot(true);
     connect(entry.settle.get(), &QTimer::timeout, this, [this, clean] { d->look(clean); });
     d->m_entries.insert(clean, entry);

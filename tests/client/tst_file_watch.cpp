@@ -45,6 +45,7 @@ class TestFileWatch : public QObject
 
 private Q_SLOTS:
     void aChangeIsReportedOnce();
+    void aChangeBeforeTheFirstLookIsReported();
     void aFileThatIsReplacedIsFollowed();
     void theSameContentIsNoChange();
     void aFileThatIsGoneIsReported();
@@ -67,6 +68,26 @@ void TestFileWatch::aChangeIsReportedOnce()
     QTest::qWait(2 * int(SettleTime.count()));
     QCOMPARE(file.changed.size(), 2);
     QVERIFY(file.vanished.isEmpty());
+}
+
+//! Reading a large file takes seconds.
+void TestFileWatch::aChangeBeforeTheFirstLookIsReported()
+{
+    TransferWorld world;
+    VellFileWatch watch;
+    watch.setSettleTime(SettleTime);
+    const QSignalSpy changed(&watch, &VellFileWatch::changed);
+    const QString large = world.path(QStringLiteral("large"));
+    const QString path = world.path(QStringLiteral("a"));
+    TransferWorld::write(large, QByteArray(32 << 20, 'x'));
+    TransferWorld::write(path, "first");
+    watch.add(large, {}); // files are read one after the other
+    watch.add(path, {});
+    TransferWorld::write(path, "second");
+    QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 1, WaitMs);
+    QCOMPARE(changed.first().first().toString(), path);
+    QTest::qWait(2 * int(SettleTime.count()));
+    QCOMPARE(changed.size(), 1);
 }
 
 void TestFileWatch::aFileThatIsReplacedIsFollowed()
