@@ -165,9 +165,11 @@ bool JsonCheck::takeText(QString *text)
 
 bool JsonCheck::takeScalar()
 {
-    QString ignored;
-    return takeText(&ignored) || takeWord("true") || takeWord("false") || takeWord("null")
-        || takeNumber();
+    if (m_at != m_end && *m_at == '"') {
+        QString ignored;
+        return takeText(&ignored); // a wrong text must not go on as a number
+    }
+    return takeWord("true") || takeWord("false") || takeWord("null") || takeNumber();
 }
 
 bool JsonCheck::beginValue()

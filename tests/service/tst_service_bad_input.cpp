@@ -15,6 +15,8 @@ private Q_SLOTS:
     void cleanup();
     void bodiesOfNoUse_data();
     void bodiesOfNoUse();
+    void faultsOfJsonAreNamed_data();
+    void faultsOfJsonAreNamed();
     void valuesWithoutSense_data();
     void valuesWithoutSense();
     void namesThatCannotBe_data();
@@ -92,6 +94,36 @@ void TestServiceBadInput::bodiesOfNoUse_data()
 void TestServiceBadInput::bodiesOfNoUse()
 {
     isRefused();
+}
+
+void TestServiceBadInput::faultsOfJsonAreNamed_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("fault");
+    const QString value = "a value is missing or wrong";
+    QTest::newRow("nothing") << QByteArray() << value;
+    QTest::newRow("an escape that ends in a number")
+        << QByteArray(R"([{"name":"x","remark":"\u5}])") << value;
+    QTest::newRow("a text that goes on as a number") << QByteArray(R"(["\x5])") << value;
+    QTest::newRow("a key twice") << QByteArray(R"({"name":"x","name":"y"})")
+                                 << "a key occurs twice in an object";
+    QTest::newRow("a key twice, once escaped")
+        << QByteArray(R"({"name":"x","n\u0061me":"y"})") << "a key occurs twice in an object";
+    QTest::newRow("no key") << QByteArray("{5:5}") << "a key is missing or wrong";
+    QTest::newRow("no colon") << QByteArray(R"({"name" "x"})") << "a colon is missing";
+    QTest::newRow("no comma") << QByteArray("[5 5]")
+                              << "a comma or the end of an array or object is missing";
+    QTest::newRow("too deep") << QByteArray("[").repeated(101) << "it is nested too deep";
+    QTest::newRow("more behind it") << QByteArray("[] x") << "there is something after it";
+}
+
+void TestServiceBadInput::faultsOfJsonAreNamed()
+{
+    QFETCH(const QByteArray, body);
+    QFETCH(const QString, fault);
+    const HttpAnswer answer = m_world->client.send("PUT", "document-service/documents", body);
+    QCOMPARE(answer.status, 400);
+    QCOMPARE(answer.errorText(), QString("The body is not JSON: %1.").arg(fault));
 }
 
 void TestServiceBadInput::valuesWithoutSense_data()
