@@ -9,6 +9,7 @@ class TestVelldocPipes : public QObject
 
 private Q_SLOTS:
     void fullDiskIsSaid();
+    void readerWhoHasEnoughIsNoFailure_data();
     void readerWhoHasEnoughIsNoFailure();
 };
 
@@ -26,17 +27,27 @@ void TestVelldocPipes::fullDiskIsSaid()
              QByteArray("velldoc: The output could not be written.\n"));
 }
 
+void TestVelldocPipes::readerWhoHasEnoughIsNoFailure_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("text") << "help";
+    QTest::newRow("content") << "cat /big /big";
+    QTest::newRow("content of get") << "get /big -";
+}
+
 void TestVelldocPipes::readerWhoHasEnoughIsNoFailure()
 {
+    QFETCH(const QString, command);
     VelldocWorld world;
+    world.writeUnequalBlocks("big", 3'000'000);
+    world.succeedLine("put big /");
     QProcess shell;
     shell.setProcessEnvironment(world.environment);
     const QString script =
-        QStringLiteral("mkfifo \"$1\"; { read go < \"$1\"; \"$0\" help; echo $? >&2; } | "
-                       "{ exec 0<&-; echo go > \"$1\"; }");
-    shell.start(QStringLiteral("sh"),
-                {QStringLiteral("-c"), script, VelldocWorld::program(),
-                 world.path(QStringLiteral("fifo"))});
+        QString("mkfifo \"$1\"; { read go < \"$1\"; \"$0\" --url \"$2\" %1; echo $? >&2; } | "
+                "{ exec 0<&-; echo go > \"$1\"; }")
+            .arg(command);
+    shell.start("sh", {"-c", script, VelldocWorld::program(), world.path("fifo"), world.baseApi()});
     QVERIFY(shell.waitForFinished());
     QCOMPARE(shell.readAllStandardError(), QByteArray("0\n"));
 }

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void tableColumnsLineUpWithWideCharacters();
     void tableFitsItsWidth();
     void tableWithoutWidthIsWhole();
+    void lastColumnGoesOnInMoreLines();
     void emptyColumnIsDroppedFirst();
     void sentencesAreJoined();
     void messagesOfTheServiceAreTranslated_data();
@@ -164,6 +165,19 @@ void TestVelldocText::tableWithoutWidthIsWhole()
     const QString name(1000, QLatin1Char('x'));
     table.addRow({name});
     QCOMPARE(table.lines(0).at(1), name);
+}
+
+void TestVelldocText::lastColumnGoesOnInMoreLines()
+{
+    Table table;
+    table.addColumn("Right");
+    table.addColumn("Meaning", Qt::AlignLeft, Table::Fit::Wraps);
+    table.addRow({"edit-self", "change what you have created"});
+    table.addRow({"图", "upload"});
+    QCOMPARE(table.lines(22),
+             QStringList({"Right      Meaning", "edit-self  change what", "           you have",
+                          "           created", "图         upload"}));
+    QCOMPARE(table.lines(0).at(1), QString("edit-self  change what you have created"));
 }
 
 void TestVelldocText::emptyColumnIsDroppedFirst()

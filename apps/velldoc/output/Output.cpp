@@ -17,7 +17,6 @@ namespace velldoc {
 
 namespace {
 
-//! The reader of the output has closed it, as "head" does: this is not an error.
 bool isReaderGone = false;
 
 QJsonObject resultJson(const QString &command, const QJsonObject &result, const Failure *failure)
@@ -48,7 +47,7 @@ void writeLine(std::FILE *stream, const QString &line)
 {
     errno = 0;
     if (!terminal::write(stream, line + QLatin1Char('\n')) && errno == EPIPE)
-        isReaderGone = true;
+        Output::noteReaderGone();
 }
 
 } // namespace
@@ -89,7 +88,12 @@ void Output::flush() const
 {
     errno = 0;
     if (std::fflush(stdout) != 0 && errno == EPIPE)
-        isReaderGone = true;
+        noteReaderGone();
+}
+
+void Output::noteReaderGone()
+{
+    isReaderGone = true;
 }
 
 void Output::note(const QString &sentence) const
@@ -120,6 +124,12 @@ bool Output::finish(const Failure *failure)
     return isReaderGone || std::ferror(stdout) == 0;
 }
 
+QStringList Output::possibleColumns() const
+{
+    const bool hasRows = m_format != Format::Text && m_format != Format::Json;
+    return hasRows ? fieldsOf(m_result) : QStringList();
+}
+
 void Output::printResult(const Failure *failure) const
 {
     if (m_format == Format::Json) {
@@ -127,6 +137,8 @@ void Output::printResult(const Failure *failure) const
         writeLine(stdout, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
         return;
     }
+    if (m_result.isEmpty())
+        return;
     const ResultRows rows = rowsOf(m_result, m_columns);
     if (m_format == Format::Table) {
         Table table;

@@ -24,6 +24,9 @@ public:
     void setFormat(Format format) { m_format = format; }
     //! Sets the fields of rows by their JSON names. If empty, the most important fields are printed.
     void setColumns(const QStringList &columns) { m_columns = columns; }
+    QStringList columns() const { return m_columns; }
+    //! Returns the names that the columns of the result may have; empty if finish() prints no rows.
+    QStringList possibleColumns() const;
     //! Sets whether names end with NUL instead of a newline.
     void setNulEnds(bool hasNulEnds) { m_hasNulEnds = hasNulEnds; }
     bool hasNulEnds() const { return m_hasNulEnds; }
@@ -40,6 +43,9 @@ public:
 
     //! Flushes the output, before work that takes long.
     void flush() const;
+
+    //! Notes that the reader of the standard output has closed it, as "head" does: this is not an error.
+    static void noteReaderGone();
 
     //! Sets the "result" of the JSON document.
     void setResult(const QJsonObject &result) { m_result = result; }

@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSet>
 
 namespace velldoc {
 
@@ -95,6 +96,19 @@ ResultRows rowsOf(const QJsonObject &result, const QStringList &columns)
         rows.rows.append(cells);
     }
     return rows;
+}
+
+QStringList fieldsOf(const QJsonObject &result)
+{
+    const QList<QJsonObject> entries = entriesOf(result);
+    if (entries.isEmpty())
+        return {};
+    QSet<QString> fields(usualColumns().cbegin(), usualColumns().cend());
+    for (const QJsonObject &entry : entries) {
+        for (auto field = entry.begin(); field != entry.end(); ++field)
+            fields.insert(field.key());
+    }
+    return fields.values();
 }
 
 QString rowText(const QStringList &cells, bool isCsv)

@@ -18,6 +18,9 @@ struct ResultRows
 //! \param columns the JSON names of the fields; empty for the most important ones
 ResultRows rowsOf(const QJsonObject &result, const QStringList &columns);
 
+//! Returns the names of all fields that the rows of \a result have, or may have; empty if there are no rows.
+QStringList fieldsOf(const QJsonObject &result);
+
 //! Returns a line of CSV (RFC 4180), or of tab-separated values, in which tabs, newlines and backslashes are written as \\t, \\n
 //! and \\\\.
 QString rowText(const QStringList &cells, bool isCsv);

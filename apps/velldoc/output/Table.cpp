@@ -54,8 +54,25 @@ QStringList Table::lines(int width) const
     QStringList result{line(titles, widths)};
     result.reserve(m_rows.size() + 1);
     for (const QStringList &row : m_rows)
-        result.append(line(row, widths));
+        result.append(linesOf(row, widths));
     return result;
+}
+
+QStringList Table::linesOf(const QStringList &row, const QList<int> &widths) const
+{
+    const int last = m_columns.size() - 1;
+    if (m_columns.at(last).fit != Fit::Wraps)
+        return {line(row, widths)};
+    QStringList cells = row;
+    QStringList lines;
+    const QStringList parts = wrapped(row.value(last), widths.at(last));
+    for (const QString &part : parts) {
+        cells[last] = part;
+        lines.append(line(cells, widths));
+        for (QString &cell : cells)
+            cell.clear();
+    }
+    return lines;
 }
 
 QList<int> Table::naturalWidths() const
@@ -75,7 +92,8 @@ QList<int> Table::shownColumns(const QList<int> &widths, int width) const
     QList<int> shown;
     int least = -Gap; // of all columns, with shrinkable columns at their least readable width
     for (int i = 0; i < m_columns.size(); ++i) {
-        const bool shrinks = m_columns.at(i).fit == Fit::Shrinks;
+        const Fit fit = m_columns.at(i).fit;
+        const bool shrinks = fit == Fit::Shrinks || fit == Fit::Wraps;
         least += Gap + (shrinks ? qMin(widths.at(i), ReadableColumn) : widths.at(i));
         shown.append(i);
     }
@@ -103,7 +121,8 @@ QList<int> Table::fittedWidths(QList<int> widths, int width) const
     int total = -Gap;
     for (const int column : qAsConst(widths))
         total += column + Gap;
-    int excess = narrow(widths, total - width, Fit::Shrinks, NarrowestColumn);
+    int excess = narrow(widths, total - width, Fit::Wraps, NarrowestColumn);
+    excess = narrow(widths, excess, Fit::Shrinks, NarrowestColumn);
     // Only for very narrow terminals.
     excess = narrow(widths, excess, Fit::Whole, NarrowestWhole);
     narrow(widths, excess, Fit::Shrinks, NarrowestOfAll);

@@ -10,11 +10,11 @@ namespace velldoc {
 //!
 //! Columns are separated by two spaces. If the cells are too wide, columns without any text are dropped, then those that may be
 //! dropped, the last one first; then the widest of the columns that may shrink is cut, down to a least width, and then
-//! the other columns. Without a width nothing is cut.
+//! the other columns. Without a width nothing is cut. A last column that wraps is never cut: it goes on in more lines.
 class Table
 {
 public:
-    enum class Fit { Whole, Shrinks, Drops };
+    enum class Fit { Whole, Shrinks, Drops, Wraps };
 
     void addColumn(const QString &title, Qt::Alignment alignment = Qt::AlignLeft,
                    Fit fit = Fit::Whole);
@@ -42,6 +42,7 @@ private:
     //! Narrows the columns of one kind by \a excess in total, each to at least \a least. \return the remaining excess
     int narrow(QList<int> &widths, int excess, Fit fit, int least) const;
     QString line(const QStringList &cells, const QList<int> &widths) const;
+    QStringList linesOf(const QStringList &row, const QList<int> &widths) const;
 
     QList<Column> m_columns;
     QList<QStringList> m_rows;

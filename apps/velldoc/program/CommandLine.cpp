@@ -134,12 +134,28 @@ void applyOptions(const Context &context)
     startLog(context.value("log-file"), context.verbosity() > 1);
 }
 
+//! Refuses names of columns that are misspelled, instead of printing them empty.
+void requireColumns(Output &output)
+{
+    const QStringList possible = output.possibleColumns();
+    const QStringList columns = output.columns();
+    for (const QString &column : columns) {
+        if (possible.isEmpty() || possible.contains(column))
+            continue;
+        output.setResult({});
+        const QString refusal = Text::tr("The result has no column \"%1\".").arg(column);
+        throw Failure(ExitUsage,
+                      joinedSentences({refusal, didYouMean(mostAlike(column, possible))}));
+    }
+}
+
 int runCommand(const Command &command, const QCommandLineParser &parser, Output &output)
 {
     try {
         Context context(command, parser, settingsOf(parser), output);
         applyOptions(context);
         command.run(context);
+        requireColumns(output);
         if (context.isDryRun())
             output.note(Text::tr("Nothing was changed: this was a dry run."));
     } catch (const Failure &failure) {

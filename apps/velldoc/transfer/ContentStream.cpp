@@ -13,12 +13,13 @@
 #include <QIODevice>
 #include <QScopeGuard>
 
+#include <cerrno>
 #include <cstdio>
 #include <optional>
 
 namespace velldoc {
 
-void streamContent(Context &context, const DownloadTask &task, QIODevice &device)
+bool streamContent(Context &context, const DownloadTask &task, QIODevice &device)
 {
     // Histories do not contain the sizes of large contents.
     const bool isSizeKnown = !task.isVersion || task.document.fileSize > 0;
@@ -30,11 +31,12 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
     const bool isTerminal = file && file->handle() == fileno(stdout) && terminal::isTerminal(stdout)
         && !context.isSet("force");
     std::optional<Failure> failure;
+    bool isReaderGone = false;
     qint64 bytes = 0;
     VellContentReader reader(context.session().documents().session(), task.document.fileId,
                              isSizeKnown ? task.document.fileSize : -1);
     QObject::connect(&reader, &VellContentReader::received, &loop, [&](const QByteArray &data) {
-        if (failure)
+        if (failure || isReaderGone)
             return;
         if (bytes == 0 && isTerminal && data.contains('\0')) {
             failure.emplace(
@@ -44,7 +46,13 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
             loop.quit();
             return;
         }
+        errno = 0;
         if (device.write(data) != data.size()) {
+            isReaderGone = errno == EPIPE;
+            if (isReaderGone) {
+                loop.quit();
+                return;
+            }
             failure.emplace(
                 ExitFailed,
                 Text::tr("The content cannot be written: %1.").arg(device.errorString()));
@@ -63,6 +71,7 @@ void streamContent(Context &context, const DownloadTask &task, QIODevice &device
     if (failure)
         throw Failure(*failure);
     progress.end();
+    return !isReaderGone;
 }
 
 void prepareStandardOutput(const Context &context, QFile &output)

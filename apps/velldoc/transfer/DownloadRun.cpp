@@ -80,14 +80,14 @@ void streamAll(Context &context, const DownloadPlan &plan, Report &report)
         if (!task.isStream)
             continue;
         QFile device(task.localPath);
-        if (!device.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        if (!device.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+            || !streamContent(context, task, device)) {
             report.addFailed(
                 task.localPath,
                 {ExitFailed,
                  Text::tr("The content cannot be written: %1.").arg(device.errorString())});
             continue;
         }
-        streamContent(context, task, device);
         report.addFetched(context, task, task.document);
     }
 }

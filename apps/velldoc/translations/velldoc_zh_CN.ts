@@ -2064,5 +2064,9 @@
         <source>%1 is missing: &quot;%2&quot;.</source>
         <translation>缺少 %1：“%2”。</translation>
     </message>
+    <message>
+        <source>The result has no column &quot;%1&quot;.</source>
+        <translation>结果中没有字段“%1”。</translation>
+    </message>
 </context>
 </TS>

@@ -46,7 +46,7 @@ void list(Context &context)
     Table table;
     table.addColumn(Text::tr("Type"));
     table.addColumn(Text::tr("Meaning"));
-    table.addColumn(Text::tr("Suffixes"), Qt::AlignLeft, Table::Fit::Shrinks);
+    table.addColumn(Text::tr("Suffixes"), Qt::AlignLeft, Table::Fit::Wraps);
     QJsonArray array;
     const QMap<QString, QStringList> suffixes = suffixesByKind();
     for (const QString &kind :

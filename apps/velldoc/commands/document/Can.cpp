@@ -57,7 +57,7 @@ void run(Context &context)
     Table table;
     table.addColumn(Text::tr("Right"));
     table.addColumn(Text::tr("Granted"));
-    table.addColumn(Text::tr("Meaning"), Qt::AlignLeft, Table::Fit::Shrinks);
+    table.addColumn(Text::tr("Meaning"), Qt::AlignLeft, Table::Fit::Wraps);
     QJsonObject granted;
     for (const Right &right : Rights) {
         const QString name = QString::fromLatin1(right.name);

@@ -30,7 +30,10 @@ void run(Context &context)
             task.document.fileId = content.fileId;
             task.document.fileSize = content.fileSize;
         }
-        streamContent(context, task, output);
+        if (!streamContent(context, task, output)) {
+            Output::noteReaderGone();
+            return;
+        }
     }
 }
 

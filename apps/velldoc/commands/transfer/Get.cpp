@@ -21,7 +21,8 @@ void toStandardOutput(Context &context, const DownloadTask &task)
 {
     QFile output;
     prepareStandardOutput(context, output);
-    streamContent(context, task, output);
+    if (!streamContent(context, task, output))
+        Output::noteReaderGone();
 }
 
 //! Adds the documents of the command line to \a plan. \return true if the content has been written to the standard output instead
