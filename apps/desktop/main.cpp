@@ -1,10 +1,12 @@
 #include <desktop/app/Desktop.h>
+#include <desktop/app/FreeMemory.h>
 
 #include <QApplication>
 #include <QIcon>
 
 int main(int argc, char *argv[])
 {
+    desktop::FreeMemory::share();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(

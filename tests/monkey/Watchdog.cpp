@@ -32,8 +32,14 @@ Watchdog::Watchdog() : m_lastMs(nowMs())
 
 Watchdog::~Watchdog()
 {
+    stop();
+}
+
+void Watchdog::stop()
+{
     m_isEnding = true;
-    m_thread.join();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 void Watchdog::watch()

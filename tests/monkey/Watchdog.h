@@ -16,6 +16,9 @@ public:
     //! What the thread is at, for the message. \param text must stay
     void note(const char *text) { m_note = text; }
 
+    //! Watches no longer.
+    void stop();
+
     //! The longest time between two turns of the loop so far, in milliseconds.
     int longestMs() const { return m_longestMs; }
 

@@ -3,6 +3,7 @@
 #include "Trouble.h"
 #include "Watchdog.h"
 
+#include <desktop/app/FreeMemory.h>
 #include <support/HttpClient.h>
 
 #include <QApplication>
@@ -14,6 +15,8 @@
 
 #include <algorithm>
 
+#include <malloc.h>
+
 // Uses vell-desktop as nobody would: at random, while the service is killed, the network cut, rights are taken, the store is full and
 // somebody else changes the same folders. In the end no document may be lost and each content must be one that was stored under that name.
 // See docs/testing.md.
@@ -23,6 +26,7 @@ namespace {
 constexpr int StepMs = 20;
 constexpr int SettleMs = 120'000;
 constexpr int MostMemoryMib = 700;
+constexpr int MostHeapGrowthMib = 100; // lists, previews and what the monkey itself keeps
 
 class Monkey
 {
@@ -69,6 +73,13 @@ int memoryMib(const QByteArray &key)
             return line.mid(key.size()).trimmed().split(' ').first().toInt() / 1024;
     }
     return 0;
+}
+
+//! What is allocated at the moment, without what the allocator keeps for later.
+int heapMib()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return int((info.uordblks + info.hblkhd) >> 20);
 }
 
 // Each step is scheduled by the one before it before it acts: menus and message boxes wait in a loop of their own.
@@ -118,21 +129,28 @@ int Monkey::run()
     m_clock.start();
     m_world.startProgram();
     const int startMib = memoryMib("VmRSS:");
+    const int startHeapMib = heapMib();
     schedule();
     QTest::qWait(m_seconds * 1000);
     m_isOver = true;
     settle();
     QStringList wrong = problems();
     const int endMib = memoryMib("VmRSS:");
+    const int endHeapMib = heapMib();
     if (endMib > MostMemoryMib)
         wrong.append(QStringLiteral("it needs %1 MiB").arg(endMib));
+    if (endHeapMib - startHeapMib > MostHeapGrowthMib)
+        wrong.append(QStringLiteral("%1 MiB are allocated").arg(endHeapMib));
     for (const QString &problem : qAsConst(wrong))
         m_out << "WRONG: " << problem << '\n';
     m_out << m_step << " steps, " << m_world.ledger.documentCount() << " documents, memory "
-          << startMib << " MiB at first, " << endMib
-          << " MiB at the end; longest gap of the event loop " << m_watchdog.longestMs()
-          << " ms; seed " << m_seed << (wrong.isEmpty() ? "; all is well" : "") << Qt::endl;
+          << startMib << " MiB at first, " << endMib << " MiB at the end, allocated "
+          << startHeapMib << " and " << endHeapMib << " MiB; longest gap of the event loop "
+          << m_watchdog.longestMs() << " ms; seed " << m_seed
+          << (wrong.isEmpty() ? "; all is well" : "") << Qt::endl;
+    m_watchdog.note("ending the program");
     m_world.endProgram();
+    m_watchdog.stop(); // removing the files takes as long as it takes
     if (!wrong.isEmpty())
         m_out << "everything is in " << m_world.keepFiles() << Qt::endl;
     return wrong.isEmpty() ? 0 : 1;
@@ -199,6 +217,7 @@ QStringList Monkey::problems()
 
 int main(int argc, char **argv)
 {
+    desktop::FreeMemory::share(); // as the program does
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QTemporaryDir home;
     qputenv("HOME", home.path().toUtf8()); // the default folder of file dialogs

@@ -7,7 +7,8 @@
 
 namespace desktop {
 
-Desktop::Desktop(const StartOptions &options) : m_options(options), m_workspace(options.paths)
+Desktop::Desktop(const StartOptions &options)
+    : m_options(options), m_workspace(options.paths), m_freeMemory(&m_workspace.queue)
 {
     m_language.install(m_workspace.settings.language());
     appearance::apply(m_workspace.settings.colorScheme());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <desktop/app/FreeMemory.h>
 #include <desktop/app/StartOptions.h>
 #include <desktop/app/Workspace.h>
 #include <desktop/settings/Language.h>
@@ -39,6 +40,7 @@ private:
 
     const StartOptions m_options;
     Workspace m_workspace;
+    FreeMemory m_freeMemory;
     Language m_language;
     std::unique_ptr<MainWindow> m_window;
     QPointer<SignInDialog> m_signIn;
