@@ -24,6 +24,7 @@ private Q_SLOTS:
     void doubleClickOpensTheFile();
     void savedChangeBecomesAVersionAfterAQuestion();
     void savedChangeBecomesAVersionAtOnce();
+    void changeDuringTheUploadIsAskedForToo();
     void conflictHasThreeWaysOut_data();
     void conflictHasThreeWaysOut();
     void deletedMeanwhileIsKept();
@@ -156,6 +157,27 @@ void TestDesktopEditing::savedChangeBecomesAVersionAtOnce()
     SmallWorld::write(path, "changed");
     QTRY_COMPARE_WITH_TIMEOUT(world.stored(), QByteArray("changed"), WaitMs);
     SmallWorld::write(path, "changed again");
+    QTRY_COMPARE_WITH_TIMEOUT(world.stored(), QByteArray("changed again"), WaitMs);
+}
+
+void TestDesktopEditing::changeDuringTheUploadIsAskedForToo()
+{
+    SmallWorld world;
+    const QString path = world.open(m_opened);
+    SmallWorld::write(path, "changed");
+    QTRY_VERIFY_WITH_TIMEOUT(world.bar->isVisible(), WaitMs);
+    FaultRule slow;
+    slow.kind = FaultRule::Kind::Slow;
+    slow.value = 1000;
+    slow.verb = "PUT"; // the content has been read and sent by then
+    world.service.addFault(slow);
+    QTest::mouseClick(world.bar->findChild<QPushButton *>(), Qt::LeftButton);
+    const VellTransferQueue &queue = world.workspace()->queue;
+    QTRY_COMPARE_WITH_TIMEOUT(queue.totals().count(VellTransferState::Saving), 1, WaitMs);
+    SmallWorld::write(path, "changed again");
+    QTRY_COMPARE_WITH_TIMEOUT(queue.totals().openCount(), 0, WaitMs);
+    QTRY_VERIFY_WITH_TIMEOUT(world.bar->isVisible(), WaitMs);
+    QTest::mouseClick(world.bar->findChild<QPushButton *>(), Qt::LeftButton);
     QTRY_COMPARE_WITH_TIMEOUT(world.stored(), QByteArray("changed again"), WaitMs);
 }
 

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void singleFileIsPromptedFor();
     void batchIsListed();
     void laterOnesAreAnsweredToo();
+    void returnAloneKeepsBoth();
     void decidingLaterKeepsTheQuestions();
     void transfersArePausedAndResumed();
     void failureIsSaidAndTriedAgain();
@@ -207,6 +208,23 @@ void TestDesktopTransfers::laterOnesAreAnsweredToo()
     QTRY_COMPARE_WITH_TIMEOUT(world.workspace()->queue.totals().openCount(), 0, WaitMs);
     QCOMPARE(world.workspace()->queue.totals().count(VellTransferState::Done), FileCount);
     QCOMPARE(world.names().size(), FileCount);
+}
+
+//! Pressing Return without reading must not hide anything of the others.
+void TestDesktopTransfers::returnAloneKeepsBoth()
+{
+    SmallWorld world;
+    world.store(QStringLiteral("a.txt"), "theirs");
+    world.store(QStringLiteral("b.txt"), "theirs");
+    world.drop({world.makeFile(QStringLiteral("a.txt"), "mine"),
+                world.makeFile(QStringLiteral("b.txt"), "mine")});
+    QTRY_COMPARE_WITH_TIMEOUT(
+        world.find<QTreeWidget>(QStringLiteral("conflicts"))->topLevelItemCount(), 2, WaitMs);
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(world.workspace()->queue.totals().openCount(), 0, WaitMs);
+    QCOMPARE(world.names().size(), 4);
+    QCOMPARE(world.content(QStringLiteral("a.txt")), QStringLiteral("theirs"));
+    QCOMPARE(world.content(QStringLiteral("a(2).txt")), QStringLiteral("mine"));
 }
 
 void TestDesktopTransfers::decidingLaterKeepsTheQuestions()
