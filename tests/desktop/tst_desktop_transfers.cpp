@@ -255,6 +255,8 @@ void TestDesktopTransfers::transfersArePausedAndResumed()
     QTRY_COMPARE_WITH_TIMEOUT(world.workspace()->queue.totals().count(VellTransferState::Sending),
                               1, WaitMs);
     QTRY_VERIFY_WITH_TIMEOUT(world.panelAction(QStringLiteral("pause"))->isEnabled(), WaitMs);
+    QTRY_VERIFY_WITH_TIMEOUT(world.window()->windowTitle().endsWith(QString(u8" % – Documents")),
+                             WaitMs);
     world.panelAction(QStringLiteral("pause"))->trigger();
     QTRY_COMPARE_WITH_TIMEOUT(world.workspace()->queue.totals().count(VellTransferState::Paused), 1,
                               WaitMs);
@@ -263,6 +265,7 @@ void TestDesktopTransfers::transfersArePausedAndResumed()
     QTRY_VERIFY_WITH_TIMEOUT(world.panelAction(QStringLiteral("resume"))->isEnabled(), WaitMs);
     world.panelAction(QStringLiteral("resume"))->trigger();
     QTRY_COMPARE_WITH_TIMEOUT(world.names(), list("a.txt"), WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(world.window()->windowTitle(), QStringLiteral("Documents"), WaitMs);
 }
 
 void TestDesktopTransfers::failureIsSaidAndTriedAgain()
