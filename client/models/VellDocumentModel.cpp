@@ -287,18 +287,48 @@ void VellDocumentModel::replaceRows(std::unique_ptr<DocumentRows> rows)
 {
     Q_EMIT layoutAboutToBeChanged();
     const QModelIndexList before = persistentIndexList();
-    QModelIndexList after;
-    for (const QModelIndex &place : before) {
-        const VellDocument *const document = m_rows->at(place.row());
-        // In another order, the row has another document.
-        const int sameRow = m_isResorted ? -1 : place.row();
-        const int row = document ? rows->rowOf(document->_id) : sameRow;
-        after.append(row < 0 ? QModelIndex() : index(row, place.column()));
-    }
+    const QModelIndexList after = placesIn(*rows, before);
     m_rows = std::move(rows);
     m_isResorted = false;
     changePersistentIndexList(before, after);
     Q_EMIT layoutChanged();
+}
+
+//! Returns where the documents at \a places are in \a rows. One that has not been fetched keeps its row, or gets the next
+//! free one: if two persistent indexes get the same place, Qt forgets one of them, which then outlives the model.
+QModelIndexList VellDocumentModel::placesIn(const DocumentRows &rows,
+                                            const QModelIndexList &places) const
+{
+    QVector<QModelIndex> found(places.size());
+    QVector<int> unknown; // positions in places
+    QSet<QPair<int, int>> taken; // columns and rows
+    for (int i = 0; i < places.size(); ++i) {
+        const int column = places.at(i).column();
+        const VellDocument *const document = m_rows->at(places.at(i).row());
+        const int row = document ? rows.rowOf(document->_id) : -1;
+        if (row >= 0) {
+            found[i] = index(row, column);
+            taken.insert({column, row});
+        } else if (!document && !m_isResorted) { // in another order, the row has another document
+            unknown.append(i);
+        }
+    }
+    const auto keyOf = [&](int i) { return qMakePair(places.at(i).column(), places.at(i).row()); };
+    const bool areFree = std::none_of(unknown.cbegin(), unknown.cend(),
+                                      [&](int i) { return taken.contains(keyOf(i)); });
+    if (!areFree) // sorting 100,000 takes time
+        std::sort(unknown.begin(), unknown.end(),
+                  [&](int a, int b) { return keyOf(a) < keyOf(b); });
+    QPair<int, int> next; // after the place of the one before, in the order of rows
+    for (const int i : qAsConst(unknown)) {
+        next = areFree ? keyOf(i) : std::max(next, keyOf(i));
+        while (taken.contains(next))
+            ++next.second;
+        if (next.second < rows.count())
+            found[i] = index(next.second, next.first);
+        ++next.second;
+    }
+    return found.toList();
 }
 
 //! Returns the first and the last row with a persistent index. A selection has such indexes only at the corners of its ranges, so

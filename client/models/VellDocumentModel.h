@@ -142,6 +142,7 @@ private:
     void finishReload(const Reload &reload);
     void setRowCount(int count);
     void replaceRows(std::unique_ptr<DocumentRows> rows);
+    QModelIndexList placesIn(const DocumentRows &rows, const QModelIndexList &places) const;
     QPair<int, int> persistentRows() const;
     void forgetDistantRows();
     void scheduleRefresh();

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void keepsAFewThousandRows();
     void theServiceSorts_data();
     void theServiceSorts();
+    void unknownRowsMakeRoomForKnownOnes();
     void selectionsStayWithTheirDocuments_data();
     void selectionsStayWithTheirDocuments();
     void rangesStayWithTheirDocuments();
@@ -228,6 +229,27 @@ void TestDocumentModel::theServiceSorts()
     m_model->sort(-1);
     QVERIFY(loaded.wait(WaitMs));
     QCOMPARE(m_server->takeRequests(), page(defaultOrder, "0+100"));
+}
+
+void TestDocumentModel::unknownRowsMakeRoomForKnownOnes()
+{
+    QPersistentModelIndex known = m_model->index(99, 0);
+    const QPersistentModelIndex unknown = m_model->index(100, 0);
+    const QPersistentModelIndex next = m_model->index(101, 0);
+    const QPersistentModelIndex other = m_model->index(100, 1);
+    QVERIFY(isLoaded(99) && !isLoaded(100));
+    m_server->names.prepend(QStringLiteral("-new.dwg"));
+    QSignalSpy loaded(m_model.get(), &VellDocumentModel::loaded);
+    m_model->reload();
+    QVERIFY(loaded.wait(WaitMs));
+    QCOMPARE(known.row(), 100);
+    QCOMPARE(unknown.row(), 101);
+    QCOMPARE(next.row(), 102);
+    QCOMPARE(other.row(), 100);
+    // The model still knows each of them.
+    known = QPersistentModelIndex();
+    m_model->setSource({});
+    QVERIFY(!unknown.isValid() && !next.isValid() && !other.isValid());
 }
 
 void TestDocumentModel::selectionsStayWithTheirDocuments_data()

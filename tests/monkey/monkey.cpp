@@ -31,9 +31,9 @@ constexpr int MostHeapGrowthMib = 100; // lists, previews and what the monkey it
 class Monkey
 {
 public:
-    Monkey(quint32 seed, int seconds)
-        : m_seed(seed), m_seconds(seconds), m_hands(&m_world), m_other(&m_world),
-          m_trouble(&m_world)
+    Monkey(quint32 seed, int seconds, quint32 firstStep)
+        : m_seed(seed), m_seconds(seconds), m_step(firstStep - 1), m_hands(&m_world),
+          m_other(&m_world), m_trouble(&m_world)
     {}
 
     //! \return the exit code
@@ -50,13 +50,13 @@ private:
 
     const quint32 m_seed;
     const int m_seconds;
+    quint32 m_step;
     QTextStream m_out{stdout};
     Watchdog m_watchdog;
     MonkeyWorld m_world;
     Hands m_hands;
     OtherHand m_other;
     Trouble m_trouble;
-    quint32 m_step = 0;
     int m_depth = 0; // of steps that wait for the end of a menu or a dialog
     QElapsedTimer m_clock;
     bool m_isOver = false;
@@ -229,8 +229,14 @@ int main(int argc, char **argv)
     const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("Decides the steps."),
                                   QStringLiteral("N"),
                                   QString::number(QRandomGenerator::global()->generate()));
-    parser.addOptions({seconds, seed});
+    const QCommandLineOption first(
+        QStringLiteral("first"),
+        QStringLiteral("The first step, to repeat the end of a long run without its beginning."),
+        QStringLiteral("N"), QStringLiteral("1"));
+    parser.addOptions({seconds, seed, first});
     parser.addHelpOption();
     parser.process(application);
-    return Monkey(parser.value(seed).toUInt(), parser.value(seconds).toInt()).run();
+    return Monkey(parser.value(seed).toUInt(), parser.value(seconds).toInt(),
+                  parser.value(first).toUInt())
+        .run();
 }
