@@ -10,7 +10,8 @@ namespace velldoc {
 //!
 //! Columns are separated by two spaces. If the cells are too wide, columns without any text are dropped, then those that may be
 //! dropped, the last one first; then the widest of the columns that may shrink is cut, down to a least width, and then
-//! the other columns. Without a width nothing is cut. A last column that wraps is never cut: it goes on in more lines.
+//! the other columns. Without a width nothing is cut. A last column that wraps goes on in
+//! more lines; of it, only words that are longer than a line are cut.
 class Table
 {
 public:

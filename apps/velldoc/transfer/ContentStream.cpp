@@ -49,13 +49,11 @@ bool streamContent(Context &context, const DownloadTask &task, QIODevice &device
         errno = 0;
         if (device.write(data) != data.size()) {
             isReaderGone = errno == EPIPE;
-            if (isReaderGone) {
-                loop.quit();
-                return;
+            if (!isReaderGone) {
+                failure.emplace(
+                    ExitFailed,
+                    Text::tr("The content cannot be written: %1.").arg(device.errorString()));
             }
-            failure.emplace(
-                ExitFailed,
-                Text::tr("The content cannot be written: %1.").arg(device.errorString()));
             loop.quit();
         }
         progress.update(bytes += data.size());
