@@ -147,6 +147,7 @@ void TestDocumentQueries::everyQueryAsksItsQuestion_data()
 
         pageRow("getDocumentsRange", 50, 100, byDefault,
                 "&limit=50&skip=100&order=type order -updatedAt"),
+        pageRow("getDocumentsRange of one", 1, 0, byName, "&limit=1&skip=0&order=name"),
         pageRow("getDocumentsRange without a limit", 0, 100, byDefault,
                 "&order=type order -updatedAt"),
         pageRow("getDocumentsRange with a negative limit", -1, 100, byDefault,
