@@ -103,6 +103,7 @@ void TestFileMd5::whatCannotBeReadHasNone_data()
     QTest::newRow("a folder") << m_folder.path();
     QTest::newRow("below a file") << write("x") + "/y";
 #ifdef Q_OS_LINUX
+    QTest::newRow("a device") << "/dev/null";
     // Opens, and fails to be read.
     QTest::newRow("a read error") << "/proc/self/mem";
 #endif

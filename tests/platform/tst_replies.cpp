@@ -52,6 +52,7 @@ private Q_SLOTS:
     void refusedConnectionIsAnError();
     void everyVerbSendsItsBody();
     void finishedReplyDoesNotBlock();
+    void partlyReadReplyLeavesItsRest();
     void addressThatCannotBeAskedIsReportedOnce();
     void nullReplyIsFinishedWithoutSuccess();
     void replyThatSomebodyDeletesEndsTheWait();
@@ -235,6 +236,17 @@ void TestReplies::finishedReplyDoesNotBlock()
     QCOMPARE(loop.exec(), 0);
     QCOMPARE(loop.exec(), 0);
     QCOMPARE(loop.object().value(QLatin1String("a")).toInt(), 1);
+}
+
+void TestReplies::partlyReadReplyLeavesItsRest()
+{
+    m_server->enqueue(ScriptedReply::json("{\"a\":1}"));
+    QNetworkReply *reply = get();
+    QTRY_VERIFY(reply->isFinished());
+    QCOMPARE(reply->read(3), QByteArray("{\"a"));
+    NetworkEventLoop loop(reply);
+    loop.exec();
+    QCOMPARE(loop.content(), QByteArray("\":1}"));
 }
 
 void TestReplies::addressThatCannotBeAskedIsReportedOnce()
