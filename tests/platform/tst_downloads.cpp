@@ -69,6 +69,7 @@ private Q_SLOTS:
     void nothingGrowsBehindASlowReader();
     void whatIsReadAtTheEndIsWhole();
     void aReaderThatPausesIsNoStall();
+    void aBufferThatGrowsTakesTheRest();
 
 private:
     //! Waits until no more comes.
@@ -147,6 +148,16 @@ void TestDownloads::aReaderThatPausesIsNoStall()
     QTest::qWait(1000);
     QVERIFY(!m_reply->isFinished());
     QCOMPARE(m_reply->error(), QNetworkReply::NoError);
+}
+
+void TestDownloads::aBufferThatGrowsTakesTheRest()
+{
+    m_reply->setReadBufferSize(BlockBytes);
+    QTRY_COMPARE(m_reply->bytesAvailable(), BlockBytes);
+    m_reply->setReadBufferSize(0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_reply->isFinished(), 30000);
+    QCOMPARE(m_reply->error(), QNetworkReply::NoError);
+    QCOMPARE(m_reply->bytesAvailable(), ContentBytes);
 }
 
 QTEST_GUILESS_MAIN(TestDownloads)
