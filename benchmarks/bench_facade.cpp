@@ -65,7 +65,7 @@ private:
 void requestFunction(benchmark::State &state)
 {
     const OneAnswer server(documentList(int(state.range(0)), RecordShape::Short));
-    for (auto unused : state) {
+    for ([[maybe_unused]] auto unused : state) {
         QList<VellDocument> list;
         VellDocService::getDocuments(VellDocumentConditon(), list);
         benchmark::DoNotOptimize(list);
@@ -78,7 +78,7 @@ void facade(benchmark::State &state)
     const OneAnswer server(documentList(int(state.range(0)), RecordShape::Short));
     VellDocumentData data;
     bool isFilled = false;
-    for (auto unused : state) {
+    for ([[maybe_unused]] auto unused : state) {
         QList<VellDocument> list;
         data.getDocuments(VellDocumentConditon(), list);
         benchmark::DoNotOptimize(list);
@@ -99,7 +99,7 @@ void bareRequest(benchmark::State &state)
     const OneAnswer server(oneDocument());
     const QString url = VellBaseApi::GetInstance().getBaseApi()
         + QStringLiteral("document-service/documents/d1?expand=true");
-    for (auto unused : state) {
+    for ([[maybe_unused]] auto unused : state) {
         NetworkEventLoop loop(NetworkManager::instance()->get(url));
         loop.exec();
         benchmark::DoNotOptimize(loop.isSuccessful());
@@ -111,7 +111,7 @@ void getDoc(benchmark::State &state)
     const OneAnswer server(oneDocument());
     VellDocumentData data;
     VellDocument document;
-    for (auto unused : state) {
+    for ([[maybe_unused]] auto unused : state) {
         data.getDoc(QStringLiteral("d1"), document, false);
         benchmark::DoNotOptimize(document);
     }
@@ -131,7 +131,7 @@ void cachedDocument(benchmark::State &state)
     }
     VellDocument document;
     int next = 0;
-    for (auto unused : state) {
+    for ([[maybe_unused]] auto unused : state) {
         next = (next + 7919) % documents; // all over the cache
         data.getDoc(ids.at(next), document, true);
         benchmark::DoNotOptimize(document);

@@ -16,7 +16,7 @@ template <RecordShape shape>
 void parse(benchmark::State &state)
 {
     const QByteArray text = documentList(Records, shape);
-    for (auto unused : state) {
+    for ([[maybe_unused]] auto unused : state) {
         QJsonDocument document = QJsonDocument::fromJson(text);
         benchmark::DoNotOptimize(document);
         state.PauseTiming();
@@ -30,7 +30,7 @@ void map(benchmark::State &state)
 {
     const QJsonDocument document = QJsonDocument::fromJson(documentList(Records, shape));
     const QJsonArray array = document.array();
-    for (auto unused : state) {
+    for ([[maybe_unused]] auto unused : state) {
         QList<VellDocument> list;
         list.reserve(array.size());
         for (const QJsonValue &element : array) {
